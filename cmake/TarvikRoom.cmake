@@ -1,0 +1,41 @@
+# What every target of the project has in common.
+add_library(tarvik_build INTERFACE)
+target_compile_features(tarvik_build INTERFACE cxx_std_20)
+target_compile_options(tarvik_build INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${TARVIK_WERROR}>:-Werror>)
+target_include_directories(tarvik_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+# tarvik_add_room(NAME source...): the library of one room, target tarvik_NAME.
+function(tarvik_add_room name)
+  add_library(tarvik_${name} STATIC ${ARGN})
+  target_link_libraries(tarvik_${name} PUBLIC tarvik_build)
+endfunction()
+
+# tarvik_add_test(NAME LIBS lib... SOURCES source...): a GoogleTest program whose tests ctest runs one by one.
+function(tarvik_add_test name)
+  cmake_parse_arguments(arg "" "" "LIBS;SOURCES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()
+
+# A folder that may be absent from a trimmed source tree.
+function(tarvik_add_optional folder)
+  if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/CMakeLists.txt")
+    add_subdirectory(${folder})
+  endif()
+endfunction()
+
+# tarvik_add_widget_room(NAME source...): a room on the toolkit's side.
+function(tarvik_add_widget_room name)
+  tarvik_add_room(${name} ${ARGN})
+  target_link_libraries(tarvik_${name} PUBLIC Qt6::Widgets)
+endfunction()

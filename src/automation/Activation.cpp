@@ -1,0 +1,169 @@
+#include "automation/Activation.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <mutex>
+
+#include "automation/ErrorInfo.h"
+#include "support/Conversions.h"
+#include "support/RunTimeError.h"
+
+namespace tarvik::automation {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char *FolderName = "tarvikvi/drivers";
+
+struct Registry {
+  std::mutex mutex;
+  std::map<std::string, ClassMaker> makers;
+  RemoteActivator activator;
+};
+
+Registry &TheRegistry() {
+  static Registry registry;
+  return registry;
+}
+
+using GetClassObject = Status(TARVIK_CALL *)(const Guid &rclsid, const Guid &riid, void **ppv);
+
+fs::path FolderFromEnvironment(const char *strName, const fs::path &otherwise) {
+  const char *value = std::getenv(strName);
+  return value && *value == '/' ? fs::path(value) : otherwise;
+}
+
+fs::path OwnFolder() {
+  Dl_info info{};
+  // Any address within this library tells its file.
+  if (!dladdr(reinterpret_cast<const void *>(&ClassIdOf), &info) || !info.dli_fname) return {};
+  std::error_code error;
+  const fs::path path = fs::canonical(info.dli_fname, error);
+  return error ? fs::path() : path.parent_path();
+}
+
+[[noreturn]] void RaiseCannotCreate(const std::string &strProgId, const std::string &strReason) {
+  throw RunTimeError(ErrCannotCreateObject, "Cannot create " + strProgId + ": " + strReason);
+}
+
+/// The library named in the manifest's one line.
+fs::path LibraryOf(const fs::path &manifest, const std::string &strProgId) {
+  std::ifstream file(manifest);
+  std::string strLine;
+  if (!file || !std::getline(file, strLine))
+    RaiseCannotCreate(strProgId, manifest.string() + " is empty or cannot be read");
+  if (!strLine.empty() && strLine.back() == '\r') strLine.pop_back();
+  strLine = Trim(strLine);
+  if (strLine.empty()) RaiseCannotCreate(strProgId, manifest.string() + " names no library");
+  return manifest.parent_path() / strLine;  // an absolute name stands for itself
+}
+
+Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &strProgId) {
+  const fs::path library = LibraryOf(manifest, strProgId);
+  const auto refuse = [&](const std::string &strReason) {
+    RaiseCannotCreate(strProgId, library.string() + " (named by " + manifest.string() + ") " + strReason);
+  };
+
+  // A driver stays loaded: its objects and its state outlive every session.
+  void *handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!handle) refuse(std::string("cannot be loaded: ") + dlerror());
+  const auto getClassObject = reinterpret_cast<GetClassObject>(dlsym(handle, "DllGetClassObject"));
+  if (!getClassObject) refuse("is no driver: it does not export DllGetClassObject");
+
+  const auto check = [&](Status status, const char *strStep) {
+    if (!Failed(status)) return;
+    const auto info = TakeErrorInfo();
+    const std::string strWhy = info && !info->strDescription.empty() ? info->strDescription
+                                                                     : "status " + std::to_string(status);
+    throw RunTimeError(status, "Cannot create " + strProgId + ": " + library.string() + " " + strStep + ": " + strWhy);
+  };
+  Ref<IClassFactory> factory;
+  check(getClassObject(ClassIdOf(strProgId), IidClassFactory, reinterpret_cast<void **>(factory.Out())),
+        "gives no class factory");
+  if (!factory) refuse("gives no class factory");
+  Ref<IUnknown> object;
+  check(factory->CreateInstance(nullptr, IidUnknown, reinterpret_cast<void **>(object.Out())), "makes no object");
+  return object;
+}
+
+Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
+  std::string strTried;
+  for (const fs::path &folder : ManifestFolders()) {
+    const fs::path manifest = folder / (strProgId + ".driver");
+    std::error_code error;
+    if (fs::exists(manifest, error)) return CreateFromLibrary(manifest, strProgId);
+    strTried += (strTried.empty() ? "" : ", ") + manifest.string();
+  }
+  RaiseCannotCreate(strProgId, "no driver manifest found; tried " + strTried);
+}
+
+}  // namespace
+
+void RegisterClass(const std::string &strProgId, ClassMaker maker) {
+  Registry &registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  if (maker)
+    registry.makers[strProgId] = std::move(maker);
+  else
+    registry.makers.erase(strProgId);
+}
+
+void SetRemoteActivator(RemoteActivator activator) {
+  Registry &registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  registry.activator = std::move(activator);
+}
+
+Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strServer) {
+  ClassMaker maker;
+  RemoteActivator activator;
+  {
+    Registry &registry = TheRegistry();
+    const std::lock_guard lock(registry.mutex);
+    if (const auto found = registry.makers.find(strProgId); found != registry.makers.end()) maker = found->second;
+    activator = registry.activator;
+  }
+  if (!strServer.empty()) {
+    if (activator) return activator(strProgId, strServer);
+    RaiseCannotCreate(strProgId, "no remote activation is installed to reach the server \"" + strServer + "\"");
+  }
+  return maker ? maker() : CreateFromManifest(strProgId);
+}
+
+fs::path UserManifestFolder() {
+  const char *home = std::getenv("HOME");
+  return FolderFromEnvironment("XDG_DATA_HOME", fs::path(home ? home : "") / ".local/share") / FolderName;
+}
+
+std::vector<fs::path> ManifestFolders() {
+  std::vector<fs::path> arrFolders{UserManifestFolder()};
+  const char *dirs = std::getenv("XDG_DATA_DIRS");
+  for (const std::string &strFolder : Split(dirs && *dirs ? dirs : "/usr/local/share:/usr/share", ':'))
+    if (!strFolder.empty() && strFolder.front() == '/') arrFolders.push_back(fs::path(strFolder) / FolderName);
+  if (const fs::path own = OwnFolder(); !own.empty()) arrFolders.push_back(own);
+  return arrFolders;
+}
+
+Guid ClassIdOf(const std::string &strProgId) {
+  // FNV-1a with 128 bits: offset basis and prime as its authors publish them
+  // (Fowler, Noll, Vo; draft-eastlake-fnv).
+  __extension__ using Wide = unsigned __int128;
+  constexpr Wide Basis = (Wide{0x6c62272e07bb0142} << 64) | 0x62b821756295c58d;
+  constexpr Wide Prime = (Wide{0x0000000001000000} << 64) | 0x000000000000013B;
+  Wide hash = Basis;
+  for (const char ch : strProgId) {
+    hash ^= static_cast<unsigned char>(ch >= 'A' && ch <= 'Z' ? ch - 'A' + 'a' : ch);
+    hash *= Prime;
+  }
+  Guid guid{static_cast<std::uint32_t>(hash >> 96), static_cast<std::uint16_t>(hash >> 80),
+            static_cast<std::uint16_t>(((hash >> 64) & 0x0FFF) | 0x8000), {}};
+  for (int i = 0; i < 8; ++i) guid.Data4[i] = static_cast<std::uint8_t>(hash >> (56 - 8 * i));
+  guid.Data4[0] = static_cast<std::uint8_t>((guid.Data4[0] & 0x3F) | 0x80);
+  return guid;
+}
+
+}  // namespace tarvik::automation

@@ -1,0 +1,59 @@
+#include "automation/ErrorInfo.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "automation/AutomationString.h"
+#include "support/RunTimeError.h"
+
+namespace tarvik::automation {
+
+#ifdef _WIN32
+
+void SetErrorInfo(std::string_view strDescription, std::string_view strSource) {
+  ICreateErrorInfo *create = nullptr;
+  if (FAILED(CreateErrorInfo(&create))) return;
+  const String description(strDescription), source(strSource);
+  create->SetDescription(description.Get());
+  create->SetSource(source.Get());
+  IErrorInfo *info = nullptr;
+  if (SUCCEEDED(create->QueryInterface(IID_IErrorInfo, reinterpret_cast<void **>(&info)))) {
+    ::SetErrorInfo(0, info);
+    info->Release();
+  }
+  create->Release();
+}
+
+std::optional<ErrorInfo> TakeErrorInfo() {
+  IErrorInfo *info = nullptr;
+  if (::GetErrorInfo(0, &info) != S_OK || !info) return std::nullopt;
+  String description, source;
+  info->GetDescription(description.Out());
+  info->GetSource(source.Out());
+  info->Release();
+  return ErrorInfo{description.Text(), source.Text()};
+}
+
+#else
+
+namespace {
+thread_local std::optional<ErrorInfo> g_errorInfo;
+}
+
+void SetErrorInfo(std::string_view strDescription, std::string_view strSource) {
+  g_errorInfo = ErrorInfo{std::string(strDescription), std::string(strSource)};
+}
+
+std::optional<ErrorInfo> TakeErrorInfo() { return std::exchange(g_errorInfo, std::nullopt); }
+
+#endif
+
+void RaiseStatus(Status status) {
+  if (auto info = TakeErrorInfo(); info && !info->strDescription.empty())
+    throw RunTimeError(status, std::move(info->strDescription), std::move(info->strSource));
+  char text[48];
+  std::snprintf(text, sizeof text, "Automation error %08X", static_cast<unsigned>(status));
+  throw RunTimeError(status, text);
+}
+
+}  // namespace tarvik::automation

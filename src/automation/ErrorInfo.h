@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "automation/Abi.h"
+#include "automation/Export.h"
+
+namespace tarvik::automation {
+
+/// What a driver tells about a failing status besides its number.
+struct ErrorInfo {
+  std::string strDescription;
+  std::string strSource;
+};
+
+/// Leaves a description for the status that the driver is about to return. One for each thread; the
+/// next one replaces it.
+TARVIK_AUTOMATION_EXPORT void SetErrorInfo(std::string_view strDescription, std::string_view strSource = {});
+
+/// The description left for the last failing status; it is gone afterwards.
+TARVIK_AUTOMATION_EXPORT std::optional<ErrorInfo> TakeErrorInfo();
+
+/// For a driver: leaves the description and hands the status back, to be returned at once.
+inline Status Fail(Status status, std::string_view strDescription, std::string_view strSource = {}) {
+  SetErrorInfo(strDescription, strSource);
+  return status;
+}
+
+/// Turns a failing status into the RunTimeError of the same number, with the driver's own description
+/// when it left one.
+[[noreturn]] TARVIK_AUTOMATION_EXPORT void RaiseStatus(Status status);
+
+/// Passes a status that is no failure and raises one that is.
+inline void Check(Status status) {
+  if (Failed(status)) RaiseStatus(status);
+}
+
+}  // namespace tarvik::automation

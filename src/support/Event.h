@@ -1,0 +1,77 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace tarvik {
+
+/// A list of callbacks that is run synchronously. A handler may connect and
+/// disconnect while the event is being raised: who was disconnected is not
+/// called any more, who came in is called from the next raise on.
+template <class... Args>
+class Event {
+ public:
+  using Handler = std::function<void(Args...)>;
+
+  /// Ends the delivery to one handler when it goes out of scope.
+  class Connection {
+   public:
+    Connection() = default;
+    Connection(Connection &&other) noexcept : m_alive(std::move(other.m_alive)) {}
+    Connection &operator=(Connection &&other) noexcept {
+      Disconnect();
+      m_alive = std::move(other.m_alive);
+      return *this;
+    }
+    ~Connection() { Disconnect(); }
+
+    void Disconnect() {
+      if (m_alive) *m_alive = false;
+      m_alive.reset();
+    }
+    bool IsConnected() const { return m_alive && *m_alive; }
+
+   private:
+    friend class Event;
+    explicit Connection(std::shared_ptr<bool> alive) : m_alive(std::move(alive)) {}
+    std::shared_ptr<bool> m_alive;
+  };
+
+  Event() = default;
+  Event(const Event &) = delete;
+  Event &operator=(const Event &) = delete;
+
+  /// Handler that lives as long as the event itself.
+  void Connect(Handler handler) { Add(std::move(handler)); }
+
+  /// Handler whose life is that of the connection handed back.
+  [[nodiscard]] Connection ConnectScoped(Handler handler) { return Connection(Add(std::move(handler))); }
+
+  void Raise(Args... args) const {
+    const auto arrNow = m_arrSlots;
+    for (const auto &slot : arrNow)
+      if (*slot->alive) slot->handler(args...);
+  }
+  void operator()(Args... args) const { Raise(args...); }
+
+ private:
+  struct Slot {
+    Handler handler;
+    std::shared_ptr<bool> alive;
+  };
+
+  std::shared_ptr<bool> Add(Handler handler) {
+    std::erase_if(m_arrSlots, [](const auto &slot) { return !*slot->alive; });
+    auto alive = std::make_shared<bool>(true);
+    m_arrSlots.push_back(std::make_shared<Slot>(Slot{std::move(handler), alive}));
+    return alive;
+  }
+
+  std::vector<std::shared_ptr<Slot>> m_arrSlots;
+};
+
+}  // namespace tarvik

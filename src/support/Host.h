@@ -1,0 +1,64 @@
+#pragma once
+
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include "support/Types.h"
+
+namespace tarvik {
+
+/// Title of the application: of its boxes and of its section of the settings store.
+inline constexpr const char *AppTitle = "TarvikVI";
+
+enum class BoxIcon { Stop, Question, Exclamation, Information };
+enum class BoxButtons { Ok, YesNo };
+enum class BoxAnswer { Ok, Yes, No };
+
+inline constexpr Integer PointerDefault = 0;
+inline constexpr Integer PointerHourglass = 11;
+
+/// Everything the system asks of the machine around it. One host for each process;
+/// texts are UTF-8, line breaks in texts of boxes are CR LF.
+class Host {
+ public:
+  virtual ~Host() = default;
+
+  /// Modal box. With BoxButtons::YesNo the default button is Yes.
+  virtual BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons,
+                           const std::string &strTitle) = 0;
+  /// Modal question for one line of text; the empty text when it was cancelled.
+  virtual std::string InputBox(const std::string &strPrompt, const std::string &strTitle,
+                               const std::string &strDefault) = 0;
+  virtual void Beep() = 0;
+
+  /// The screen's pointer: 0 default, 11 hourglass, others belong to somebody else.
+  virtual Integer MousePointer() const = 0;
+  virtual void SetMousePointer(Integer intPointer) = 0;
+
+  /// The stored text, or the default where nothing was stored. May raise RunTimeError.
+  virtual std::string GetSetting(const std::string &strApplication, const std::string &strSection,
+                                 const std::string &strKey, const std::string &strDefault) = 0;
+  virtual void SaveSetting(const std::string &strApplication, const std::string &strSection,
+                           const std::string &strKey, const std::string &strValue) = 0;
+
+  /// Decimal separator of the locale, one character.
+  virtual char DecimalSeparator() const = 0;
+  /// Local time.
+  virtual std::tm Now() const;
+  /// File of the error log. Its folder may not exist yet.
+  virtual std::string ErrorLogPath() const;
+  /// Appends the bytes to the file, which is created with its folder when it is
+  /// missing. Raises 70, 75 or 76 when that cannot be done.
+  virtual void AppendToFile(const std::string &strPath, std::string_view strBytes);
+  /// Serves pending paint and input events once.
+  virtual void DoEvents() = 0;
+};
+
+/// The host in force. Before SetHost there is none and the call is a programming fault.
+Host &TheHost();
+
+/// Installs a host, which has to outlive its use; returns the one before (may be null).
+Host *SetHost(Host *host);
+
+}  // namespace tarvik

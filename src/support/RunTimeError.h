@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace tarvik {
+
+/// Numbers of the run-time errors that do not come from a driver.
+enum RunTimeErrorNumber : std::int32_t {
+  ErrOverflow = 6,
+  ErrSubscriptOutOfRange = 9,
+  ErrDivisionByZero = 11,
+  ErrTypeMismatch = 13,
+  ErrFileNotFound = 53,
+  ErrPermissionDenied = 70,
+  ErrPathFileAccess = 75,
+  ErrPathNotFound = 76,
+  ErrObjectNotSet = 91,
+  ErrNoSuchElement = 340,
+  ErrNotAnArray = 343,
+  ErrInvalidPropertyValue = 380,
+  ErrCannotCreateObject = 429,
+  ErrNoSuchProperty = 438,
+};
+
+/// A failure on its way to the error path of some procedure. A failing driver
+/// status travels unchanged as the number.
+class RunTimeError : public std::exception {
+ public:
+  RunTimeError(std::int32_t lngNumber, std::string strDescription, std::string strSource = {})
+      : m_lngNumber(lngNumber),
+        m_strDescription(std::move(strDescription)),
+        m_strSource(std::move(strSource)) {}
+
+  std::int32_t Number() const { return m_lngNumber; }
+  const std::string &Description() const { return m_strDescription; }
+  const std::string &Source() const { return m_strSource; }
+  const char *what() const noexcept override { return m_strDescription.c_str(); }
+
+ private:
+  std::int32_t m_lngNumber;
+  std::string m_strDescription;
+  std::string m_strSource;
+};
+
+/// The standard description of a number, such as "Subscript out of range" for 9.
+const char *StandardDescription(std::int32_t lngNumber);
+
+/// Throws the RunTimeError of this number with its standard description.
+[[noreturn]] void RaiseError(std::int32_t lngNumber);
+
+/// Runs one statement and drops the RunTimeError that leaves it. For statements
+/// whose failure is meant to be passed over; anything but a RunTimeError is a
+/// programming fault and goes on.
+template <class Statement>
+void IgnoreErrors(Statement &&statement) {
+  try {
+    std::forward<Statement>(statement)();
+  } catch (const RunTimeError &) {
+  }
+}
+
+}  // namespace tarvik

@@ -1,0 +1,66 @@
+#include "support/modErrorLog.h"
+
+#include <cstdio>
+
+#include "support/Conversions.h"
+#include "support/Host.h"
+#include "support/modGlobals.h"
+
+namespace tarvik {
+
+namespace {
+
+/// A dead driver fails at the question of each report about it. From this depth on a report
+/// asks nothing any more, so that the reports come to an end.
+constexpr int MaxAskingReports = 3;
+
+thread_local int g_intReportDepth = 0;
+
+class ReportDepth {
+ public:
+  ReportDepth() { ++g_intReportDepth; }
+  ~ReportDepth() { --g_intReportDepth; }
+  bool MayAsk() const { return g_intReportDepth <= MaxAskingReports; }
+};
+
+bool WantsVerboseForm() {
+  const ReportDepth depth;
+  if (!depth.MayAsk()) return false;
+  InstrReference *instr = InstrOnFirstUse();
+  return instr && instr->GetVerboseErrorMsg();
+}
+
+std::string DateLine() {
+  const std::tm now = TheHost().Now();
+  char text[32];
+  std::snprintf(text, sizeof text, "%02d/%02d/%02d %02d:%02d", now.tm_mon + 1, now.tm_mday, now.tm_year % 100,
+                now.tm_hour, now.tm_min);
+  return text;
+}
+
+}  // namespace
+
+void LogError(const std::string &strModule, const std::string &strProc, Long lngErrNum,
+              const std::string &strDescription) {
+  std::string strText;
+  if (WantsVerboseForm()) strText = strModule + "\r\n" + strProc + "\r\n\r\n";
+  ShowStopMessage(strText + strDescription);
+  WriteLogRecord(strModule, strProc, lngErrNum, strDescription);
+}
+
+void WriteLogRecord(const std::string &strModule, const std::string &strProc, Long lngErrNum,
+                    const std::string &strDescription) {
+  Host &host = TheHost();
+  const std::string strRecord = DateLine() + "\r\n" +                                                    //
+                                "  Error: " + Format(lngErrNum, "##### ") + strDescription + "\r\n" +    //
+                                "  Mod: " + strModule + "; Proc: " + strProc + "\r\n\r\n";
+  host.AppendToFile(host.ErrorLogPath(), strRecord + "\r\n");
+}
+
+void ShowIllegalCase() { ShowStopMessage("Illegal case"); }
+
+void ShowStopMessage(const std::string &strText) {
+  TheHost().MsgBox(strText, BoxIcon::Stop, BoxButtons::Ok, AppTitle);
+}
+
+}  // namespace tarvik

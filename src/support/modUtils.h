@@ -1,0 +1,40 @@
+#pragma once
+
+#include <ranges>
+#include <string>
+
+#include "support/Control.h"
+#include "support/RunTimeError.h"
+#include "support/modErrorLog.h"
+
+namespace tarvik {
+
+/// The busy pointer. Only the default pointer turns into the hourglass and only the hourglass
+/// back; a pointer that somebody else set survives. Calls are not counted.
+void SetHourglass(Boolean fOn);
+
+/// Selects the first button whose Tag holds the text, and tells whether there was one. "1" is
+/// found in "10" too, so tags have to be chosen with care. A failure is reported and answers
+/// what was found so far.
+template <std::ranges::range Buttons>
+Boolean SetOptionButtonToTag(Buttons &&objButtons, const std::string &strTag) {
+  Boolean fFound = False;
+  try {
+    for (OptionButtonControl *button : objButtons) {
+      const std::string strButtonTag = button->Tag();
+      // An empty tag holds no text at all, not even the empty one.
+      if (strButtonTag.empty() || strButtonTag.find(strTag) == std::string::npos) continue;
+      button->SetValue(True);
+      fFound = True;
+      break;
+    }
+  } catch (const RunTimeError &error) {
+    LogError("modUtils", "SetOptionButtonToTag", error.Number(), error.Description());
+  }
+  return fFound;
+}
+
+/// Gives the control the focus if it is enabled.
+void SetFocusIfEnabled(Control &objControl);
+
+}  // namespace tarvik
