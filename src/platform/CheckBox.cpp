@@ -1,0 +1,31 @@
+#include "platform/CheckBox.h"
+
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+CheckBox::CheckBox(QWidget *parent) : WidgetControl(parent) {
+  connect(this, &QCheckBox::stateChanged, this, [this] {
+    if (!m_fProgramChange) RunUserEvent(ObjectName(*this), "Click", [this] { Click.Raise(); });
+  });
+}
+
+Integer CheckBox::Value() const {
+  switch (checkState()) {
+    case Qt::Unchecked: return 0;
+    case Qt::Checked: return 1;
+    default: return 2;
+  }
+}
+
+void CheckBox::SetValue(Integer intValue) {
+  if (intValue < 0 || intValue > 2) RaiseError(ErrInvalidPropertyValue);
+  if (intValue == Value()) return;
+  m_fProgramChange = true;
+  setCheckState(intValue == 0 ? Qt::Unchecked : intValue == 1 ? Qt::Checked : Qt::PartiallyChecked);
+  setTristate(false);  // a user only ever ticks and unticks
+  m_fProgramChange = false;
+  Click.Raise();
+}
+
+}  // namespace tarvik

@@ -1,0 +1,14 @@
+#include "platform/CommandButton.h"
+
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+CommandButton::CommandButton(QWidget *parent) : WidgetControl(parent) {
+  // Enter belongs to the fields and lists of the panel, not to a default button.
+  setAutoDefault(false);
+  connect(this, &QPushButton::clicked, this,
+          [this] { RunUserEvent(ObjectName(*this), "Click", [this] { Click.Raise(); }); });
+}
+
+}  // namespace tarvik

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "support/Types.h"
+
+namespace tarvik {
+
+/// What a control asks of the container it stands in.
+class ControlSite {
+ public:
+  virtual ~ControlSite() = default;
+  /// True at run time, false while the form is being designed.
+  virtual Boolean UserMode() const = 0;
+  /// Takes the report that a property changed; controls report at design time only.
+  virtual void PropertyChanged(const std::string &strProperty) = 0;
+};
+
+/// The container of a running form.
+ControlSite &RunTimeSite();
+
+}  // namespace tarvik

@@ -1,0 +1,104 @@
+#include "platform/ListView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include "platform/KeyCodes.h"
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+void ListItem::SetChecked(Boolean fChecked) {
+  auto *list = static_cast<ListView *>(treeWidget());
+  m_fChecked = fChecked;
+  if (list) list->m_fProgramChange = true;
+  setCheckState(0, fChecked ? Qt::Checked : Qt::Unchecked);
+  if (list) list->m_fProgramChange = false;
+}
+
+void ListItem::SetSelected(Boolean fSelected) {
+  setSelected(fSelected);
+  if (fSelected && treeWidget()) treeWidget()->setCurrentItem(this);
+}
+
+ListView::ListView(QWidget *parent) : WidgetControl(parent) {
+  setRootIsDecorated(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setSelectionMode(SingleSelection);
+  setTabKeyNavigation(false);
+  header()->setSectionsMovable(false);
+  connect(this, &QTreeWidget::itemChanged, this, &ListView::NoteCheckChange);
+}
+
+void ListView::SetColumns(const std::vector<std::string> &arrHeaders) {
+  QStringList labels;
+  for (const std::string &strHeader : arrHeaders) labels << QString::fromStdString(strHeader);
+  setHeaderLabels(labels);
+}
+
+std::vector<std::string> ListView::Columns() const {
+  std::vector<std::string> arrHeaders;
+  for (int i = 0; i < columnCount(); ++i) arrHeaders.push_back(headerItem()->text(i).toStdString());
+  return arrHeaders;
+}
+
+ListItem *ListView::Add(const std::string &strKey, const std::string &strText) {
+  auto *item = new ListItem;  // the list owns it from here on
+  item->m_strKey = strKey;
+  item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+  item->setText(0, QString::fromStdString(strText));
+  item->setCheckState(0, Qt::Unchecked);
+  m_fProgramChange = true;
+  addTopLevelItem(item);
+  m_fProgramChange = false;
+  return item;
+}
+
+void ListView::Clear() { clear(); }
+
+ListItem *ListView::Item(int intIndex) const { return static_cast<ListItem *>(topLevelItem(intIndex)); }
+
+ListItem *ListView::SelectedItem() const {
+  const auto items = selectedItems();
+  return items.isEmpty() ? nullptr : static_cast<ListItem *>(items.first());
+}
+
+void ListView::NoteCheckChange(QTreeWidgetItem *item, int intColumn) {
+  if (m_fProgramChange || intColumn != 0) return;
+  auto *row = static_cast<ListItem *>(item);
+  const bool fChecked = row->checkState(0) == Qt::Checked;
+  if (fChecked == row->m_fChecked) return;
+  row->m_fChecked = fChecked;
+  RunUserEvent(ObjectName(*this), "ItemCheck", [&] { ItemCheck.Raise(row); });
+}
+
+void ListView::keyPressEvent(QKeyEvent *event) {
+  if (const Integer intCode = KeyCodeOf(*event); intCode != 0)
+    RunUserEvent(ObjectName(*this), "KeyDown", [&] { KeyDown.Raise(intCode); });
+  const bool fEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (fEnter) {
+    event->accept();
+    return;
+  }
+  WidgetControl::keyPressEvent(event);
+}
+
+void ListView::mouseDoubleClickEvent(QMouseEvent *event) {
+  // A quick second click on a check box is two ticks, not a double click on the row.
+  const QModelIndex index = indexAt(event->position().toPoint());
+  if (index.isValid() && event->button() == Qt::LeftButton) {
+    const int boxWidth = style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin);
+    const bool fOnBox = index.column() == 0 && event->position().x() < visualRect(index).left() + boxWidth;
+    if (fOnBox) {
+      mousePressEvent(event);
+      return;
+    }
+    RunUserEvent(ObjectName(*this), "DblClick", [this] { DblClick.Raise(); });
+    event->accept();
+    return;
+  }
+  WidgetControl::mouseDoubleClickEvent(event);
+}
+
+}  // namespace tarvik

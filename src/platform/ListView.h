@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QTreeWidget>
+#include <string>
+#include <vector>
+
+#include "platform/WidgetControl.h"
+#include "support/Event.h"
+
+namespace tarvik {
+
+class ListView;
+
+/// One row of a list view; owned by the list and gone when the list is cleared.
+class ListItem : public QTreeWidgetItem {
+ public:
+  std::string Key() const { return m_strKey; }
+  /// Column 0 is the row's text.
+  std::string Text(int intColumn = 0) const { return text(intColumn).toStdString(); }
+  void SetText(int intColumn, const std::string &strText) { setText(intColumn, QString::fromStdString(strText)); }
+  Boolean Checked() const { return m_fChecked; }
+  /// A change by the program raises no ItemCheck.
+  void SetChecked(Boolean fChecked);
+  Boolean Selected() const { return isSelected(); }
+  void SetSelected(Boolean fSelected);
+
+ private:
+  friend class ListView;
+  std::string m_strKey;
+  bool m_fChecked = false;
+};
+
+/// A report-style list with a check box on each row and a key for each.
+class ListView : public WidgetControl<QTreeWidget> {
+  Q_OBJECT
+
+ public:
+  explicit ListView(QWidget *parent = nullptr);
+
+  void SetColumns(const std::vector<std::string> &arrHeaders);
+  std::vector<std::string> Columns() const;
+
+  /// Adds a row at the end.
+  ListItem *Add(const std::string &strKey, const std::string &strText);
+  void Clear();
+  int Count() const { return topLevelItemCount(); }
+  /// From 0; null for an index that the list does not have.
+  ListItem *Item(int intIndex) const;
+  ListItem *SelectedItem() const;
+
+  /// The user turned the check box of a row over; the row has its new state.
+  Event<ListItem *> ItemCheck;
+  Event<> DblClick;
+  /// Key codes of the automation world: 13 is Enter.
+  Event<Integer> KeyDown;
+
+ protected:
+  void keyPressEvent(QKeyEvent *event) override;
+  void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+ private:
+  friend class ListItem;
+  void NoteCheckChange(QTreeWidgetItem *item, int intColumn);
+  bool m_fProgramChange = false;
+};
+
+}  // namespace tarvik

@@ -1,0 +1,36 @@
+#include "platform/OptionButton.h"
+
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+OptionButton::OptionButton(QWidget *parent, std::optional<Integer> intIndex)
+    : WidgetControl(parent), m_intIndex(intIndex) {
+  connect(this, &QRadioButton::toggled, this, [this](bool fOn) {
+    if (fOn && !m_fProgramChange) RunUserEvent(ObjectName(*this), "Click", [this] { Click.Raise(); });
+  });
+}
+
+Integer OptionButton::Index() const {
+  if (!m_intIndex) RaiseError(ErrNotAnArray);
+  return *m_intIndex;
+}
+
+void OptionButton::SetValue(Boolean fValue) {
+  if (Value() == fValue) return;
+  Choose(fValue);
+  Click.Raise();
+}
+
+void OptionButton::SetDesignValue(Boolean fValue) { Choose(fValue); }
+
+void OptionButton::Choose(bool fValue) {
+  m_fProgramChange = true;
+  // The toolkit keeps the last chosen button of an exclusive group on.
+  if (!fValue) setAutoExclusive(false);
+  setChecked(fValue);
+  if (!fValue) setAutoExclusive(true);
+  m_fProgramChange = false;
+}
+
+}  // namespace tarvik

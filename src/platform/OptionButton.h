@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QRadioButton>
+#include <optional>
+
+#include "platform/WidgetControl.h"
+#include "support/Event.h"
+
+namespace tarvik {
+
+/// An option button. Among the buttons of one container at most one is on.
+class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
+  Q_OBJECT
+
+ public:
+  explicit OptionButton(QWidget *parent = nullptr, std::optional<Integer> intIndex = std::nullopt);
+
+  Integer Index() const override;
+  std::string Tag() const override { return m_strTag; }
+  void SetTag(const std::string &strTag) { m_strTag = strTag; }
+  Boolean Value() const override { return isChecked(); }
+  void SetValue(Boolean fValue) override;
+
+  /// As the form brings it: changes the choice and raises nothing.
+  void SetDesignValue(Boolean fValue);
+
+  Event<> Click;
+
+ private:
+  void Choose(bool fValue);
+
+  std::optional<Integer> m_intIndex;
+  std::string m_strTag;
+  bool m_fProgramChange = false;
+};
+
+}  // namespace tarvik

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "platform/WidgetControl.h"
+
+namespace tarvik {
+
+/// A label of plain text.
+class Label : public WidgetControl<QLabel> {
+ public:
+  using WidgetControl::WidgetControl;
+};
+
+/// A container without a frame, within which controls keep their own Enabled while it is out of reach.
+class PlainContainer : public WidgetControl<QWidget> {
+ public:
+  using WidgetControl::WidgetControl;
+};
+
+/// A line of text that the program writes and the user may read and copy.
+class DisplayField : public WidgetControl<QLineEdit> {
+ public:
+  explicit DisplayField(QWidget *parent = nullptr) : WidgetControl(parent) {
+    setReadOnly(true);
+    // Long texts begin at their beginning.
+    connect(this, &QLineEdit::textChanged, this, [this] { setCursorPosition(0); });
+  }
+  std::string Text() const { return text().toStdString(); }
+  void SetText(const std::string &strText) { setText(QString::fromStdString(strText)); }
+};
+
+/// The same with several lines.
+class DisplayBox : public WidgetControl<QPlainTextEdit> {
+ public:
+  explicit DisplayBox(QWidget *parent = nullptr) : WidgetControl(parent) {
+    setReadOnly(true);
+    setTabChangesFocus(true);
+  }
+  std::string Text() const { return toPlainText().toStdString(); }
+  void SetText(const std::string &strText) { setPlainText(QString::fromStdString(strText)); }
+};
+
+}  // namespace tarvik

@@ -1,0 +1,28 @@
+#include "platform/TabControl.h"
+
+#include <utility>
+
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+TabControl::TabControl(QWidget *parent) : WidgetControl(parent) {
+  connect(this, &QTabWidget::currentChanged, this, [this](int intPage) {
+    const Long lngBefore = std::exchange(m_lngLastTab, intPage);
+    // The first page that is added comes to the front without anybody's doing.
+    if (m_fProgramChange || lngBefore < 0) return;
+    RunUserEvent(ObjectName(*this), "Click", [&] { Click.Raise(lngBefore); });
+  });
+}
+
+void TabControl::SetTab(Long lngPage) {
+  if (lngPage < 0 || lngPage >= Tabs()) RaiseError(ErrInvalidPropertyValue);
+  if (lngPage == Tab()) return;
+  const Long lngBefore = Tab();
+  m_fProgramChange = true;
+  setCurrentIndex(lngPage);
+  m_fProgramChange = false;
+  Click.Raise(lngBefore);
+}
+
+}  // namespace tarvik

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "support/Control.h"
+#include "support/Event.h"
+
+namespace tarvik {
+
+/// Raised with the object name of each control that is told to take the focus, whether or not it can.
+Event<const std::string &> &FocusRequested();
+
+/// Gives the widget the focus and tells FocusRequested.
+void GiveFocus(QWidget &widget);
+
+/// The widget's own flags, whatever is around it.
+Boolean OwnEnabled(const QWidget &widget);
+Boolean OwnVisible(const QWidget &widget);
+
+std::string ObjectName(const QObject &object);
+
+/// A widget of the toolkit as a control with the common properties.
+template <class Widget, class Interface = Control>
+class WidgetControl : public Widget, public Interface {
+ public:
+  using Widget::Widget;
+
+  Boolean Enabled() const override { return OwnEnabled(*this); }
+  void SetEnabled(Boolean fEnable) override { this->setEnabled(fEnable); }
+  Boolean Visible() const override { return OwnVisible(*this); }
+  void SetVisible(Boolean fShow) override { this->setVisible(fShow); }
+  void SetFocus() override { GiveFocus(*this); }
+};
+
+}  // namespace tarvik
