@@ -1,0 +1,286 @@
+#include "controls/CboEnhanced.h"
+
+#include <QAbstractItemView>
+#include <QEvent>
+#include <QWheelEvent>
+
+#include "support/Conversions.h"
+#include "support/EventBoundary.h"
+#include "support/Host.h"
+#include "support/modGlobals.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr Single CaptionGap = 100;  // between label and list
+constexpr Single LabelTop = 50;     // brings the label's line down to the list's text
+constexpr QRgb DisabledBack = 0xFFC0C0C0;
+
+/// A list that leaves the wheel to the page unless it has the focus.
+class DropDownList : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+ protected:
+  void wheelEvent(QWheelEvent *event) override {
+    if (hasFocus())
+      QComboBox::wheelEvent(event);
+    else
+      event->ignore();
+  }
+};
+
+std::vector<std::string> SplitIndexes(const std::string &strIndexes) { return Split(strIndexes, ' '); }
+
+std::string Join(const std::vector<std::string> &arrParts) {
+  std::string strResult;
+  for (std::size_t i = 0; i < arrParts.size(); ++i) strResult += (i ? " " : "") + arrParts[i];
+  return strResult;
+}
+
+bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
+
+}  // namespace
+
+CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
+    : QWidget(parent), m_site(site), m_cbo(new DropDownList(this)), m_lblCaption(new QLabel(this)) {
+  m_cbo->setObjectName(QStringLiteral("cbo"));
+  m_lblCaption->setObjectName(QStringLiteral("lblCaption"));
+  m_lblCaption->setBuddy(m_cbo);
+  m_cbo->setFocusPolicy(Qt::StrongFocus);
+  m_cbo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  setFocusProxy(m_cbo);
+  connect(m_cbo, &QComboBox::currentIndexChanged, this, [this] {
+    if (!m_fProgramChange) NoteUserChange();
+  });
+}
+
+void CboEnhanced::AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData,
+                              Boolean fGroupDefault) {
+  // The toolkit would choose the first item of an empty list by itself.
+  m_fProgramChange = true;
+  const int intBefore = m_cbo->currentIndex();
+  m_cbo->addItem(QString::fromStdString(strItem), lngItemData);
+  m_cbo->setCurrentIndex(intBefore);
+  m_fProgramChange = false;
+  m_GroupData.push_back(lngGroupData);
+  m_fGroupDefault.push_back(fGroupDefault);
+}
+
+void CboEnhanced::Clear() {
+  m_fProgramChange = true;
+  m_cbo->clear();
+  m_fProgramChange = false;
+  m_GroupData.clear();
+  m_fGroupDefault.clear();
+}
+
+void CboEnhanced::SetListIndexQuietly(Long lngIndex) {
+  const Boolean fBefore = m_fInternalChange;
+  m_fInternalChange = True;
+  const bool fChanges = lngIndex != ListIndex() && lngIndex >= -1 && lngIndex < ListCount();
+  if (fChanges) {
+    m_fProgramChange = true;
+    m_cbo->setCurrentIndex(lngIndex);
+    m_fProgramChange = false;
+    try {
+      cbo_Click();
+    } catch (const RunTimeError &) {
+      m_fInternalChange = fBefore;
+      throw;
+    }
+  }
+  m_fInternalChange = fBefore;
+}
+
+Boolean CboEnhanced::SetListIndexByGroupData(Long lngGroupData) {
+  for (Long i = 0; i < ListCount(); ++i)
+    if (m_GroupData[Slot(i)] == lngGroupData && m_fGroupDefault[Slot(i)]) {
+      IgnoreErrors([&] { SetListIndexQuietly(i); });
+      return True;
+    }
+  IgnoreErrors([&] { TheHost().MsgBox("Group not found", BoxIcon::Stop, BoxButtons::Ok, AppTitle); });
+  return False;
+}
+
+Boolean CboEnhanced::SetListIndexByItemData(Long lngItemData) {
+  for (Long i = 0; i < ListCount(); ++i)
+    if (ItemData(i) == lngItemData) {
+      IgnoreErrors([&] { SetListIndexQuietly(i); });
+      return True;
+    }
+  return False;
+}
+
+Long CboEnhanced::GetCurrGroupData(Long lngDefault) const {
+  return OwnEnabled(*m_cbo) && ListIndex() >= 0 ? m_GroupData[Slot(ListIndex())] : lngDefault;
+}
+
+Long CboEnhanced::GetCurrItemData(Long lngDefault) const {
+  return OwnEnabled(*m_cbo) && ListIndex() >= 0 ? ItemData(ListIndex()) : lngDefault;
+}
+
+void CboEnhanced::SetEnabled(Boolean fEnable) {
+  if (OwnEnabled(*m_cbo) != fEnable) {
+    QPalette colours = palette();
+    if (!fEnable) {
+      colours.setColor(QPalette::Base, QColor(DisabledBack));
+      colours.setColor(QPalette::Button, QColor(DisabledBack));
+    }
+    m_cbo->setPalette(colours);
+    if (!fEnable) IgnoreErrors([&] { SetListIndexQuietly(-1); });
+    m_cbo->setEnabled(fEnable);
+    m_lblCaption->setEnabled(fEnable);
+  }
+  setEnabled(fEnable);
+  IgnoreErrors([&] { PropChanged("Enabled"); });
+}
+
+void CboEnhanced::SetFocus() { GiveFocus(*this); }
+
+Long CboEnhanced::ListIndex() const { return m_cbo->currentIndex(); }
+
+void CboEnhanced::SetListIndex(Long lngIndex) {
+  if (lngIndex < ListCount())
+    SetListIndexQuietly(lngIndex);
+  else if (ListCount() > 0)
+    SetListIndexQuietly(0);
+}
+
+void CboEnhanced::SetTagX(const std::string &strTag) {
+  m_strTagX = strTag;
+  m_strSavedIndexes.clear();
+  for (std::size_t i = 0; i < strTag.size(); ++i) m_strSavedIndexes += "0 ";
+  PropChanged("TagX");
+}
+
+void CboEnhanced::SaveListIndex(Integer intPos) {
+  const auto pos = static_cast<std::size_t>(intPos - 1);
+  if (intPos < 1 || pos >= m_strTagX.size() || !IsDigit(m_strTagX[pos])) return;
+  auto arrIndexes = SplitIndexes(m_strSavedIndexes);
+  if (pos >= arrIndexes.size() || ListIndex() < 0) return;
+  arrIndexes[pos] = std::to_string(ListIndex());
+  m_strSavedIndexes = Join(arrIndexes);
+}
+
+void CboEnhanced::RecallListIndex(Integer intPos) {
+  const auto arrIndexes = SplitIndexes(m_strSavedIndexes);
+  const auto pos = static_cast<std::size_t>(intPos - 1);
+  if (intPos < 1 || pos >= arrIndexes.size() || !IsNumeric(arrIndexes[pos], '.')) return;
+  IgnoreErrors([&] { SetListIndexQuietly(CLng(std::string_view(arrIndexes[pos]))); });
+}
+
+void CboEnhanced::EnableAndRecall(Boolean fEnabledState, Integer intPos) {
+  SetEnabled(fEnabledState);
+  if (fEnabledState) RecallListIndex(intPos);
+}
+
+std::string CboEnhanced::ItemText(Long lngIndex) const { return m_cbo->itemText(lngIndex).toStdString(); }
+
+Long CboEnhanced::ItemData(Long lngIndex) const { return m_cbo->itemData(lngIndex).toInt(); }
+
+std::string CboEnhanced::Text() const { return m_cbo->currentText().toStdString(); }
+
+void CboEnhanced::cbo_Click() {
+  if (ListIndex() == -1) return;
+  if (gobjPanel() && !m_fInternalChange) gobjPanel()->SetTabState(ePageIsDirty, eCurrPage);
+  Click.Raise();
+}
+
+void CboEnhanced::NoteUserChange() {
+  RunUserEvent(ObjectName(*this), "Click", [this] { cbo_Click(); });
+}
+
+void CboEnhanced::SetCaption(const std::string &strCaption) {
+  m_lblCaption->setText(QString::fromStdString(strCaption));
+  const std::string strName = Trim(Replace(strCaption, "&", ""));
+  if (!strName.empty()) m_cbo->setAccessibleName(QString::fromStdString(strName));
+  if (strCaption.empty()) SetCaptionWidth(0);
+  PropChanged("Caption");
+}
+
+void CboEnhanced::SetCaptionAlignment(Long lngAlignment) {
+  m_lngCaptionAlignment = lngAlignment;
+  const Qt::Alignment horizontal = lngAlignment == 1   ? Qt::AlignRight
+                                   : lngAlignment == 2 ? Qt::AlignHCenter
+                                                       : Qt::AlignLeft;
+  m_lblCaption->setAlignment(horizontal | Qt::AlignTop);
+  PropChanged("CaptionAlignment");
+}
+
+void CboEnhanced::SetCaptionWidth(Single sngWidth) {
+  m_sngCaptionWidth = sngWidth;
+  m_lblCaption->setVisible(sngWidth > 1);
+  if (sngWidth > 1) m_sngLabelWidth = sngWidth;
+  IgnoreErrors([&] { PropChanged("CaptionWidth", true); });
+}
+
+void CboEnhanced::InitProperties() {
+  m_lblCaption->clear();
+  m_lngCaptionAlignment = 0;
+  m_sngCaptionWidth = 1215;
+  m_strTagX.clear();
+}
+
+void CboEnhanced::ReadProperties(const PropertyBag &bag) {
+  // Left set when a value is refused: the control then takes no part in change reports any more.
+  m_fReadingProperties = True;
+  SetCaption(bag.ReadProperty("Caption", ""));
+  SetCaptionAlignment(bag.ReadProperty("CaptionAlignment", Long{0}));
+  SetCaptionWidth(bag.ReadProperty("CaptionWidth", Single{1215}));
+  SetEnabled(bag.ReadProperty("Enabled", True));
+  SetTagX(bag.ReadProperty("TagX", ""));
+  m_fReadingProperties = False;
+}
+
+void CboEnhanced::WriteProperties(PropertyBag &bag) const {
+  if (m_site.UserMode()) return;
+  bag.WriteProperty("Caption", Caption(), std::string());
+  bag.WriteProperty("CaptionAlignment", CaptionAlignment(), Long{0});
+  bag.WriteProperty("CaptionWidth", Double{CaptionWidth()}, Double{1215});
+  bag.WriteProperty("Enabled", Enabled(), True);
+  bag.WriteProperty("TagX", TagX(), std::string());
+}
+
+void CboEnhanced::PropChanged(const std::string &strProperty, bool fResize) {
+  if (m_site.UserMode() || m_fReadingProperties) return;
+  m_site.PropertyChanged(strProperty);
+  if (fResize) LayOut();
+}
+
+void CboEnhanced::Resize(Single sngWidth) {
+  m_sngWidth = sngWidth;
+  LayOut();
+}
+
+void CboEnhanced::SetListHeight(Single sngHeight) { m_sngListHeight = sngHeight; }
+
+void CboEnhanced::LayOut() {
+  m_layout.sngHeight = m_sngListHeight;
+  if (m_sngCaptionWidth < 1) {
+    m_layout.list = {0, 0, m_sngWidth, m_sngListHeight};
+  } else {
+    const Single sngLeft = m_sngLabelWidth + CaptionGap;
+    m_layout.list = {sngLeft, 0, m_sngWidth - sngLeft, m_sngListHeight};
+  }
+  m_layout.label = {0, LabelTop, m_sngLabelWidth, m_sngListHeight - LabelTop};
+  ShowLayout();
+}
+
+void CboEnhanced::ShowLayout() {
+  m_cbo->setGeometry(TwipsToPixels(*this, m_layout.list));
+  m_lblCaption->setGeometry(TwipsToPixels(*this, m_layout.label));
+}
+
+void CboEnhanced::resizeEvent(QResizeEvent *event) {
+  QWidget::resizeEvent(event);
+  ShowLayout();
+}
+
+void CboEnhanced::changeEvent(QEvent *event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange) ShowLayout();
+}
+
+}  // namespace tarvik

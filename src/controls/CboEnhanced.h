@@ -1,0 +1,125 @@
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <string>
+#include <vector>
+
+#include "platform/ControlSite.h"
+#include "platform/PropertyBag.h"
+#include "platform/Twips.h"
+#include "platform/WidgetControl.h"
+
+namespace tarvik {
+
+/// A drop-down list with a caption at its left. Each item carries two numbers, item data and group data, by which
+/// the selection can be set and read; selections can be saved by position and recalled; and a choice of the user
+/// marks the panel's visible page as changed.
+class CboEnhanced : public QWidget, public Control {
+  Q_OBJECT
+
+ public:
+  explicit CboEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
+
+  /// Adds an item at the end.
+  void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0,
+                   Boolean fGroupDefault = False);
+  void Clear();
+
+  /// Selects the item that stands for its group. Without one a stop box says so and the selection stays.
+  Boolean SetListIndexByGroupData(Long lngGroupData);
+  Long GetCurrGroupData(Long lngDefault = 0) const;
+  /// Selects the first item with this item data; false, and no word, where there is none.
+  Boolean SetListIndexByItemData(Long lngItemData);
+  Long GetCurrItemData(Long lngDefault = 0) const;
+
+  Boolean Enabled() const override { return OwnEnabled(*this); }
+  /// A disabled list shows no selection; the one it had is lost.
+  void SetEnabled(Boolean fEnable) override;
+  Boolean Visible() const override { return OwnVisible(*this); }
+  void SetVisible(Boolean fShow) override { setVisible(fShow); }
+  void SetFocus() override;
+
+  /// From 0; -1 for none.
+  Long ListIndex() const;
+  /// -1 clears the selection, an index beyond the list selects the first item.
+  void SetListIndex(Long lngIndex);
+
+  /// Positions count from 1; only positions whose character in TagX is a digit save.
+  void SaveListIndex(Integer intPos);
+  void RecallListIndex(Integer intPos);
+  void EnableAndRecall(Boolean fEnabledState, Integer intPos);
+
+  /// A text with one character for each position. Setting it puts every position back to list index 0.
+  std::string TagX() const { return m_strTagX; }
+  void SetTagX(const std::string &strTag);
+
+  Long ListCount() const { return m_cbo->count(); }
+  std::string ItemText(Long lngIndex) const;
+  Long ItemData(Long lngIndex) const;
+  std::string Text() const;
+
+  std::string Caption() const { return m_lblCaption->text().toStdString(); }
+  void SetCaption(const std::string &strCaption);
+  /// 0 left, 1 right, 2 centre.
+  Long CaptionAlignment() const { return m_lngCaptionAlignment; }
+  void SetCaptionAlignment(Long lngAlignment);
+  /// Twips.
+  Single CaptionWidth() const { return m_sngCaptionWidth; }
+  void SetCaptionWidth(Single sngWidth);
+
+  /// On first creation on a form.
+  void InitProperties();
+  void ReadProperties(const PropertyBag &bag);
+  void WriteProperties(PropertyBag &bag) const;
+
+  /// Size in twips; the height is that of the list and cannot be chosen.
+  void Resize(Single sngWidth);
+  /// Height of the list in twips, from which the control takes its own.
+  void SetListHeight(Single sngHeight);
+
+  struct Layout {
+    Single sngHeight = 0;
+    TwipsRect list, label;
+    bool operator==(const Layout &) const = default;
+  };
+  const Layout &CurrentLayout() const { return m_layout; }
+  bool LabelVisible() const { return OwnVisible(*m_lblCaption); }
+  const std::string &SavedIndexes() const { return m_strSavedIndexes; }
+  const QComboBox &List() const { return *m_cbo; }
+
+  /// The selection changed, by whomever.
+  Event<> Click;
+
+ protected:
+  void resizeEvent(QResizeEvent *event) override;
+  void changeEvent(QEvent *event) override;
+
+ private:
+  void SetListIndexQuietly(Long lngIndex);
+  void cbo_Click();
+  void NoteUserChange();
+  void PropChanged(const std::string &strProperty, bool fResize = false);
+  void LayOut();
+  void ShowLayout();
+  std::size_t Slot(Long lngIndex) const { return static_cast<std::size_t>(lngIndex); }
+
+  ControlSite &m_site;
+  QComboBox *m_cbo;
+  QLabel *m_lblCaption;
+  std::vector<Long> m_GroupData;
+  std::vector<Boolean> m_fGroupDefault;
+  std::string m_strSavedIndexes;
+  std::string m_strTagX;
+  Long m_lngCaptionAlignment = 0;
+  Single m_sngCaptionWidth = 1215;
+  Single m_sngLabelWidth = 1215;
+  Single m_sngListHeight = 315;
+  Single m_sngWidth = 3000;
+  Boolean m_fReadingProperties = False;
+  Boolean m_fInternalChange = False;
+  bool m_fProgramChange = false;
+  Layout m_layout;
+};
+
+}  // namespace tarvik

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QGroupBox>
+#include <string>
+#include <vector>
+
+#include "platform/ControlSite.h"
+#include "platform/PropertyBag.h"
+#include "platform/WidgetControl.h"
+#include "support/Variant.h"
+
+namespace tarvik {
+
+/// A group box that treats the option buttons in it as one value: the Index of the chosen button, or the text
+/// in its Tag. What stands in it are the child widgets of Container() that are controls, in the order in which
+/// they were made.
+class FrameEnhanced : public QWidget, public Control {
+  Q_OBJECT
+
+ public:
+  explicit FrameEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
+
+  /// The parent of whatever stands in the frame.
+  QWidget *Container() const { return m_fra; }
+
+  Long Appearance() const { return m_lngAppearance; }
+  /// 0 flat, 1 raised from the page.
+  void SetAppearance(Long lngAppearance);
+
+  /// Index of the chosen button; 0 with none chosen, which looks like button 0.
+  Integer ArrayIndex() const;
+  /// Chooses the button with this Index; nothing happens where there is none.
+  void SetArrayIndex(Integer intIndex);
+
+  /// Tag of the chosen button; empty with none chosen.
+  Variant Value() const;
+  /// Chooses the first button whose Tag is the value's text; nothing happens where there is none.
+  void SetValue(const Variant &vValue);
+  /// The same, with a second value to fall back to.
+  void Match(const Variant &vMatchValue, const Variant &vDefault);
+
+  std::string Caption() const;
+  void SetCaption(const std::string &strCaption);
+
+  Long BorderStyle() const { return m_lngBorderStyle; }
+  /// 0 none, 1 a line around the frame.
+  void SetBorderStyle(Long lngBorderStyle);
+
+  Boolean Enabled() const override { return m_fEnabled; }
+  /// The frame and everything that stands in it. A control without an Enabled property raises 438.
+  void SetEnabled(Boolean fEnable) override;
+  Boolean Visible() const override { return OwnVisible(*this); }
+  void SetVisible(Boolean fShow) override { setVisible(fShow); }
+  void SetFocus() override { SetFocusOnOpt(); }
+
+  /// The focus goes to the chosen button, if it and the frame are enabled.
+  void SetFocusOnOpt();
+
+  void ReadProperties(const PropertyBag &bag);
+  void WriteProperties(PropertyBag &bag) const;
+
+  std::vector<Control *> ContainedControls() const;
+  std::vector<OptionButtonControl *> OptionButtons() const;
+
+ protected:
+  void resizeEvent(QResizeEvent *event) override;
+
+ private:
+  bool ChooseByTag(const std::string &strTag);
+  void ShowBorder();
+
+  ControlSite &m_site;
+  QGroupBox *m_fra;
+  Boolean m_fEnabled = False;
+  Long m_lngAppearance = 1;
+  Long m_lngBorderStyle = 1;
+};
+
+}  // namespace tarvik
