@@ -200,15 +200,20 @@ class IModeSetup : public IDispatch {
   /// Pulses without end.
   virtual Status TARVIK_CALL SetContinuousPulses(Long periodSource, Long triggerSlope) = 0;
   /// Bursts while the gate is open.
-  virtual Status TARVIK_CALL SetGatedBurst(Long burstLength, Long periodSource, Long triggerSlope, Long armingSource, Long armSlope) = 0;
+  virtual Status TARVIK_CALL SetGatedBurst(Long burstLength, Long periodSource, Long triggerSlope, Long armingSource,
+                                           Long armSlope) = 0;
   /// The pattern while the gate is open.
-  virtual Status TARVIK_CALL SetGatedPattern(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope) = 0;
+  virtual Status TARVIK_CALL SetGatedPattern(Long periodSource, Long triggerSlope, Long armingSource,
+                                             Long armSlope) = 0;
   /// Pulses while the gate is open.
   virtual Status TARVIK_CALL SetGatedPulses(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope) = 0;
   /// One burst a trigger.
-  virtual Status TARVIK_CALL SetTriggeredBurst(Long burstLength, Long periodSource, Long triggerSlope, Long armingSource, Long armSlope, Long pllFormat, Double pllPeriodOrFreq) = 0;
+  virtual Status TARVIK_CALL SetTriggeredBurst(Long burstLength, Long periodSource, Long triggerSlope,
+                                               Long armingSource, Long armSlope, Long pllFormat,
+                                               Double pllPeriodOrFreq) = 0;
   /// One pattern a trigger.
-  virtual Status TARVIK_CALL SetTriggeredPattern(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope, Long pllFormat, Double pllPeriodOrFreq) = 0;
+  virtual Status TARVIK_CALL SetTriggeredPattern(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope,
+                                                 Long pllFormat, Double pllPeriodOrFreq) = 0;
   /// One pulse a trigger.
   virtual Status TARVIK_CALL SetTriggeredPulses(Long armingSource, Long armSlope) = 0;
 
@@ -506,7 +511,8 @@ class IInstrument : public IDispatch {
   /// The name by which the list finds it; needs no open session.
   virtual Status TARVIK_CALL GetName(AutomationString *pValue) = 0;
   /// Opens the session. Not opened is a normal answer and no failure.
-  virtual Status TARVIK_CALL Open(VariantBool idQuery, VariantBool reset, VariantBool autoDetectErrors, VariantBool *pOpened) = 0;
+  virtual Status TARVIK_CALL Open(VariantBool idQuery, VariantBool reset, VariantBool autoDetectErrors,
+                                  VariantBool *pOpened) = 0;
   /// The option text.
   virtual Status TARVIK_CALL GetOptions(AutomationString *pValue) = 0;
   virtual Status TARVIK_CALL Reserved12() { return StatusNotImplemented; }
