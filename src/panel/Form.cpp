@@ -1,0 +1,196 @@
+#include "panel/Form.h"
+
+#include <QEvent>
+#include <QVariant>
+
+#include "bitpattern/BitPattern.h"
+#include "controls/CboEnhanced.h"
+#include "controls/FrameEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "platform/CheckBox.h"
+#include "platform/CommandButton.h"
+#include "platform/ListView.h"
+#include "platform/OptionButton.h"
+#include "platform/PictureBox.h"
+#include "platform/PlainControls.h"
+#include "platform/ToolPopup.h"
+#include "support/Conversions.h"
+
+namespace tarvik {
+
+namespace {
+
+QString Text(const PropertyBag &bag, const char *strKey) {
+  return QString::fromStdString(bag.ReadProperty(strKey, ""));
+}
+
+QWidget *MakeFrame(QWidget *parent, const ControlDesign &design) {
+  auto *frame = new FrameEnhanced(parent);
+  frame->ReadProperties(design.properties);
+  return frame;
+}
+
+QWidget *MakeOption(QWidget *parent, const ControlDesign &design) {
+  auto *button = design.intIndex == NoIndex ? new OptionButton(parent) : new OptionButton(parent, design.intIndex);
+  button->setText(Text(design.properties, "Caption"));
+  button->SetTag(design.properties.ReadProperty("Tag", ""));
+  if (design.properties.ReadProperty("Value", False)) button->SetDesignValue(True);
+  return button;
+}
+
+QWidget *MakeField(QWidget *parent, const ControlDesign &design) {
+  auto *field = new EngrSpin(parent);
+  field->ReadProperties(design.properties);
+  return field;
+}
+
+QWidget *MakeList(QWidget *parent, const ControlDesign &design) {
+  auto *list = new CboEnhanced(parent);
+  list->ReadProperties(design.properties);
+  return list;
+}
+
+QWidget *MakeCheck(QWidget *parent, const ControlDesign &design) {
+  auto *check = new CheckBox(parent);
+  check->setText(Text(design.properties, "Caption"));
+  return check;
+}
+
+QWidget *MakeButton(QWidget *parent, const ControlDesign &design) {
+  auto *button = new CommandButton(parent);
+  button->SetCaption(design.properties.ReadProperty("Caption", ""));
+  return button;
+}
+
+QWidget *MakeText(QWidget *parent, const ControlDesign &design) {
+  auto *label = new Label(parent);
+  label->setText(Text(design.properties, "Caption"));
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(design.properties.ReadProperty("WordWrap", False));
+  label->setAlignment(Qt::AlignLeft | (label->wordWrap() ? Qt::AlignTop : Qt::AlignVCenter));
+  return label;
+}
+
+QWidget *MakePicture(QWidget *parent, const ControlDesign &design) {
+  auto *picture = new PictureBox(parent);
+  picture->SetBackColor(static_cast<Colour>(design.properties.ReadProperty("BackColor", Long{0xFFFFFF})));
+  picture->SetForeColor(static_cast<Colour>(design.properties.ReadProperty("ForeColor", Long{0})));
+  return picture;
+}
+
+/// "Menu" holds "key=text" entries, separated by "|".
+QWidget *MakeMenu(QWidget *parent, const ControlDesign &design) {
+  auto *popup = new ToolPopup(parent, ToolPopup::Face::MenuOnly);
+  popup->SetCaption(design.properties.ReadProperty("Caption", ""));
+  std::vector<ToolPopup::Entry> arrEntries;
+  for (const std::string &strEntry : Split(design.properties.ReadProperty("Menu", ""), '|')) {
+    const std::size_t pos = strEntry.find('=');
+    arrEntries.emplace_back(strEntry.substr(0, pos), strEntry.substr(pos + 1));
+  }
+  popup->SetEntries(std::move(arrEntries));
+  return popup;
+}
+
+/// "Columns" holds the headers, separated by "|".
+QWidget *MakeListView(QWidget *parent, const ControlDesign &design) {
+  auto *list = new ListView(parent);
+  list->SetColumns(Split(design.properties.ReadProperty("Columns", ""), '|'));
+  return list;
+}
+
+template <class T>
+QWidget *MakePlain(QWidget *parent, const ControlDesign &) {
+  return new T(parent);
+}
+
+using Maker = QWidget *(*)(QWidget *, const ControlDesign &);
+
+Maker MakerFor(ControlKind eKind) {
+  switch (eKind) {
+    case ControlKind::Frame: return MakeFrame;
+    case ControlKind::Option: return MakeOption;
+    case ControlKind::Field: return MakeField;
+    case ControlKind::List: return MakeList;
+    case ControlKind::Check: return MakeCheck;
+    case ControlKind::Button: return MakeButton;
+    case ControlKind::Text: return MakeText;
+    case ControlKind::Display: return MakePlain<DisplayField>;
+    case ControlKind::DisplayBox: return MakePlain<DisplayBox>;
+    case ControlKind::Picture: return MakePicture;
+    case ControlKind::Menu: return MakeMenu;
+    case ControlKind::ListView: return MakeListView;
+    case ControlKind::Pattern: return MakePlain<BitPattern>;
+    case ControlKind::Container: return MakePlain<PlainContainer>;
+  }
+  return nullptr;
+}
+
+/// What a screen reader says: the caption, or the tool tip where there is none.
+QString AccessibleName(const PropertyBag &bag) {
+  const std::string strCaption = Trim(Replace(bag.ReadProperty("Caption", ""), "&", ""));
+  return QString::fromStdString(bag.ReadProperty("AccessibleName", strCaption.empty() ? bag.ReadProperty("ToolTip", "")
+                                                                                      : strCaption));
+}
+
+}  // namespace
+
+std::string ControlName(const std::string &strName, Integer intIndex) {
+  return intIndex == NoIndex ? strName : strName + "(" + std::to_string(intIndex) + ")";
+}
+
+Form::Form(QWidget &page, const std::vector<ControlDesign> &arrDesign) : m_page(page) {
+  for (const ControlDesign &design : arrDesign) {
+    m_arrMade.push_back({design.strName, design.intIndex, Make(design), design.place});
+    Place(m_arrMade.back());
+  }
+  page.installEventFilter(this);
+}
+
+QWidget *Form::Make(const ControlDesign &design) {
+  QWidget *widget = MakerFor(design.eKind)(ParentFor(design.strContainer), design);
+  const PropertyBag &bag = design.properties;
+  widget->setObjectName(QString::fromStdString(ControlName(design.strName, design.intIndex)));
+  widget->setToolTip(Text(bag, "ToolTip"));
+  if (const QString name = AccessibleName(bag); !name.isEmpty() && widget->accessibleName().isEmpty())
+    widget->setAccessibleName(name);
+  auto *control = dynamic_cast<Control *>(widget);
+  if (!bag.ReadProperty("Enabled", True)) control->SetEnabled(False);
+  if (!bag.ReadProperty("Visible", True)) control->SetVisible(False);
+  return widget;
+}
+
+QWidget *Form::ParentFor(const std::string &strContainer) const {
+  if (strContainer.empty()) return &m_page;
+  QWidget *container = Find(strContainer);
+  auto *frame = dynamic_cast<FrameEnhanced *>(container);
+  return frame ? frame->Container() : container;
+}
+
+QWidget *Form::Find(const std::string &strFullName) const {
+  for (const Made &made : m_arrMade)
+    if (made.widget->objectName().toStdString() == strFullName) return made.widget;
+  Q_ASSERT_X(false, "Form", strFullName.c_str());
+  return nullptr;
+}
+
+void Form::Place(const Made &made) {
+  const QRect rect = TwipsToPixels(*made.widget, made.place);
+  if (auto *field = dynamic_cast<EngrSpin *>(made.widget)) {
+    field->move(rect.topLeft());
+    field->Resize(made.place.sngWidth, made.place.sngHeight);
+  } else if (auto *list = dynamic_cast<CboEnhanced *>(made.widget)) {
+    list->setGeometry(rect);
+    list->SetListHeight(made.place.sngHeight);
+    list->Resize(made.place.sngWidth);
+  } else {
+    made.widget->setGeometry(rect);
+  }
+}
+
+bool Form::eventFilter(QObject *watched, QEvent *event) {
+  if (event->type() == QEvent::FontChange)
+    for (const Made &made : m_arrMade) Place(made);
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace tarvik

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QWidget>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/PropertyBag.h"
+#include "platform/Twips.h"
+#include "support/RunTimeError.h"
+#include "support/Types.h"
+
+namespace tarvik {
+
+enum class ControlKind {
+  Frame,
+  Option,
+  Field,
+  List,
+  Check,
+  Button,
+  Text,
+  Display,
+  DisplayBox,
+  Picture,
+  Menu,
+  ListView,
+  Pattern,
+  Container,
+};
+
+/// The number of a control outside of any control array.
+inline constexpr Integer NoIndex = -1;
+
+/// One control of a form: what it is, its name and number, what it stands in, its place in twips and its stored
+/// properties. Every kind takes "ToolTip", "Enabled" and "Visible", which kinds have "Caption", "Tag" and "Value"
+/// shows in the tables.
+struct ControlDesign {
+  ControlKind eKind;
+  const char *strName;
+  Integer intIndex;
+  const char *strContainer;  ///< full name of a control made before; empty for the page itself
+  TwipsRect place;
+  PropertyBag properties;
+};
+
+/// Controls of one name, addressed by their number. A number without a control is error 340.
+template <class T>
+class ControlArray {
+ public:
+  T &operator[](Long lngIndex) const {
+    const auto found = m_controls.find(lngIndex);
+    if (found == m_controls.end()) RaiseError(ErrNoSuchElement);
+    return *found->second;
+  }
+  void Add(Long lngIndex, T &control) { m_controls[lngIndex] = &control; }
+  /// Pairs of number and pointer, in the order of the numbers.
+  auto begin() const { return m_controls.begin(); }
+  auto end() const { return m_controls.end(); }
+  /// The bare pointers, in the order of the numbers.
+  std::vector<T *> All() const {
+    std::vector<T *> arrControls;
+    for (const auto &[lngIndex, control] : m_controls) arrControls.push_back(control);
+    return arrControls;
+  }
+
+ private:
+  std::map<Long, T *> m_controls;
+};
+
+/// "esWidth(0)", or the bare name for NoIndex.
+std::string ControlName(const std::string &strName, Integer intIndex);
+
+/// A page's controls, made from its table and kept in their places as the font grows.
+class Form : public QObject {
+ public:
+  Form(QWidget &page, const std::vector<ControlDesign> &arrDesign);
+
+  /// The control of this name; asking for one that the table does not have, or of another class, is a
+  /// programming fault.
+  template <class T>
+  T &Get(const std::string &strName, Integer intIndex = NoIndex) const {
+    return *Cast<T>(Find(ControlName(strName, intIndex)));
+  }
+
+  template <class T>
+  ControlArray<T> GetArray(const std::string &strName) const {
+    ControlArray<T> arr;
+    for (const Made &made : m_arrMade)
+      if (made.strName == strName && made.intIndex != NoIndex) arr.Add(made.intIndex, *Cast<T>(made.widget));
+    return arr;
+  }
+
+ protected:
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
+ private:
+  struct Made {
+    std::string strName;
+    Integer intIndex;
+    QWidget *widget;
+    TwipsRect place;
+  };
+
+  template <class T>
+  static T *Cast(QWidget *widget) {
+    auto *control = dynamic_cast<T *>(widget);
+    Q_ASSERT_X(control, "Form", "the table makes this control of another kind");
+    return control;
+  }
+
+  QWidget *Make(const ControlDesign &design);
+  QWidget *ParentFor(const std::string &strContainer) const;
+  QWidget *Find(const std::string &strFullName) const;
+  static void Place(const Made &made);
+
+  QWidget &m_page;
+  std::vector<Made> m_arrMade;
+};
+
+}  // namespace tarvik

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <vector>
+
+#include "instrument/clsInstrInterface.h"
+#include "panel/Form.h"
+#include "panel/PanelState.h"
+
+namespace tarvik {
+
+/// What a page asks of the panel.
+class PanelServices {
+ public:
+  virtual ~PanelServices() = default;
+  virtual void SetTabState(TabStates eState, TabNumEnum ePage) = 0;
+  virtual PanelState &State() = 0;
+  /// The instrument interface; error 91 while the panel is hidden and holds none.
+  virtual clsInstrInterface &ZorvaneInstr() = 0;
+  /// Runs what the visible page does when it is entered.
+  virtual void EnterVisiblePage() = 0;
+  /// The options of an instrument session that other pages need.
+  virtual Boolean GetCheckedInstrNum(Long &lngInstrNum) = 0;
+};
+
+/// A page of the panel: its controls, its rules and its transfer.
+class Page {
+ public:
+  Page(QWidget &page, PanelServices &panel, const std::vector<ControlDesign> &arrDesign)
+      : m_panel(panel), m_state(panel.State()), m_form(page, arrDesign) {}
+  virtual ~Page() = default;
+  Page(const Page &) = delete;
+  Page &operator=(const Page &) = delete;
+
+  /// The page came to the front.
+  virtual void Enter() = 0;
+
+  const Form &Controls() const { return m_form; }
+
+ protected:
+  clsInstrInterface &Instr() const { return m_panel.ZorvaneInstr(); }
+  void MarkDirty(TabNumEnum ePage) const { m_panel.SetTabState(ePageIsDirty, ePage); }
+
+  /// Number of channels of the open instrument, 0 without one.
+  Long ChannelCount() const { return Instr().ChannelCount().value_or(0); }
+
+  PanelServices &m_panel;
+  PanelState &m_state;
+  Form m_form;
+};
+
+}  // namespace tarvik
