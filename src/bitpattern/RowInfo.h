@@ -1,0 +1,29 @@
+#pragma once
+
+#include "support/Types.h"
+
+namespace tarvik {
+
+/// Channel codes of the editor. They are powers of two, so that a sum tells a set of channels.
+enum ChannelCode : Long { eChan1 = 1, eChan2 = 2, eBoth = 4, eStrobe = 8 };
+
+/// What last filled a row, and so what fills it again when the pattern grows.
+enum Generator : Long {
+  eGenFill = 0,          ///< the last level goes on
+  eGenFirstBitOnly = 1,  ///< all 0, the first address 1
+  eGenLastBitOnly = 2,   ///< all 0, the last address 1
+  eGenClock = 3,         ///< parameter: the period in addresses
+  eGenPrbs = 4,          ///< parameter: n of the period 2^n - 1
+};
+
+/// One row of the view with the record of its generator. The row of both channels has no generator of its own.
+struct RowInfo {
+  Boolean fNumeric;
+  Boolean fRz;
+  Long lngGenerator = eGenFill;
+  Long lngGenParam = 0;
+  Long lngChannel = 0;
+  Single sngBaseY = 0;  ///< twips
+};
+
+}  // namespace tarvik
