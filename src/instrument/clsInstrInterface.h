@@ -147,9 +147,12 @@ class clsInstrInterface : public InstrReference {
   void CreateDriver(const std::string &strServer);
   void ReadSessionState(const std::string &strName);
   void RunCommand(InstrCommands eIC, std::string &strT, Integer intT);
-  Boolean ShowNewWarning();
+  void ShowNewWarning(const std::string &strWarning);
   void SendMode(const udtModeInfo &ModeInfo);
+  void SendExtWidth(Long ArmingSource);
   void SendChannelModes(const udtModeInfo &ModeInfo);
+  void ReadTriggering(udtModeInfo &ModeInfo);
+  void ReadChannelModes(udtModeInfo &ModeInfo);
   void SendTiming(const udtTimingInfo &TimingInfo, Long lngChannel);
   void ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel);
   void SendLevels(const udtLevelInfo &LevelInfo, Long lngChannel);

@@ -1,0 +1,104 @@
+#pragma once
+
+/// The one way to call the driver. A failing status leaves as RunTimeError with the driver's own
+/// description; what the driver hands out is owned from the first moment. Nothing here allocates, except
+/// where a text or an array has to be made.
+
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "automation/Abi.h"
+#include "automation/AutomationArray.h"
+#include "automation/AutomationString.h"
+#include "automation/ErrorInfo.h"
+#include "automation/Ref.h"
+#include "support/RunTimeError.h"
+#include "support/Types.h"
+
+namespace tarvik {
+
+namespace drivercall {
+
+template <class Argument>
+decltype(auto) Outgoing(Argument &&argument) {
+  if constexpr (std::is_same_v<std::remove_cvref_t<Argument>, Boolean>)
+    return automation::VariantBool{argument.Word()};
+  else
+    return std::forward<Argument>(argument);
+}
+
+}  // namespace drivercall
+
+/// Calls an operation. Error 91 when there is no object.
+template <class Interface, class... Parameters, class... Arguments>
+void Call(const automation::Ref<Interface> &object,
+          automation::Status (TARVIK_CALL Interface::*operation)(Parameters...), Arguments &&...arguments) {
+  if (!object) RaiseError(ErrObjectNotSet);
+  automation::Check(((*object).*operation)(drivercall::Outgoing(std::forward<Arguments>(arguments))...));
+}
+
+/// Sends a value behind the selector that is always 0.
+template <class Interface, class Value>
+void CallSelected(const automation::Ref<Interface> &object,
+                  automation::Status (TARVIK_CALL Interface::*operation)(Long *, Value),
+                  std::type_identity_t<Value> value) {
+  Long lngSelector = 0;
+  Call(object, operation, &lngSelector, value);
+}
+
+/// Fetches an object; it may turn out empty.
+template <class Interface, class Child>
+automation::Ref<Child> Fetch(const automation::Ref<Interface> &object,
+                             automation::Status (TARVIK_CALL Interface::*operation)(Child **)) {
+  automation::Ref<Child> child;
+  Call(object, operation, child.Out());
+  return child;
+}
+
+/// Fetches an object by its key.
+template <class Interface, class Key, class Child>
+automation::Ref<Child> Fetch(const automation::Ref<Interface> &object,
+                             automation::Status (TARVIK_CALL Interface::*operation)(Key, Child **),
+                             const std::type_identity_t<Key> &key) {
+  automation::Ref<Child> child;
+  Call(object, operation, key, child.Out());
+  return child;
+}
+
+/// The object by its special interface: error 13 when it has another kind; nothing stays nothing.
+template <class Special, class Generic>
+automation::Ref<Special> Narrowed(const automation::Ref<Generic> &object) {
+  automation::Ref<Special> special = automation::Narrow<Special>(object);
+  if (object && !special) RaiseError(ErrTypeMismatch);
+  return special;
+}
+
+/// Reads one value.
+template <class Interface, class Value>
+auto Read(const automation::Ref<Interface> &object, automation::Status (TARVIK_CALL Interface::*operation)(Value *)) {
+  if constexpr (std::is_same_v<Value, automation::AutomationString>) {
+    automation::String text;
+    Call(object, operation, text.Out());
+    return text.Text();
+  } else {
+    Value value{};
+    Call(object, operation, &value);
+    if constexpr (std::is_same_v<Value, automation::VariantBool>)
+      return Boolean::FromWord(value);
+    else
+      return value;
+  }
+}
+
+/// Reads one value behind the selector that is always 0.
+template <class Interface, class Value>
+Value ReadSelected(const automation::Ref<Interface> &object,
+                   automation::Status (TARVIK_CALL Interface::*operation)(Long *, Value *)) {
+  Long lngSelector = 0;
+  Value value{};
+  Call(object, operation, &lngSelector, &value);
+  return value;
+}
+
+}  // namespace tarvik

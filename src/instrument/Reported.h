@@ -1,0 +1,39 @@
+#pragma once
+
+#include <utility>
+
+#include "support/RunTimeError.h"
+#include "support/Types.h"
+#include "support/modErrorLog.h"
+
+namespace tarvik {
+
+/// Module name in the reports of the instrument class.
+inline constexpr const char *InstrModule = "clsInstrInterface";
+
+/// The one way in which a reporting operation ends: a RunTimeError becomes a report and the result stays
+/// as the operation had set it. What has to be put in order after a failure follows the report, also when
+/// the report itself cannot be written and its failure goes on to the caller.
+template <class Result = Boolean, class Operation, class Afterwards>
+Result Reported(const char *strProc, Operation &&operation, Afterwards &&afterwards) {
+  Result result{};
+  try {
+    std::forward<Operation>(operation)(result);
+  } catch (const RunTimeError &error) {
+    try {
+      LogError(InstrModule, strProc, error.Number(), error.Description());
+    } catch (const RunTimeError &) {
+      afterwards();
+      throw;
+    }
+    afterwards();
+  }
+  return result;
+}
+
+template <class Result = Boolean, class Operation>
+Result Reported(const char *strProc, Operation &&operation) {
+  return Reported<Result>(strProc, std::forward<Operation>(operation), [] {});
+}
+
+}  // namespace tarvik

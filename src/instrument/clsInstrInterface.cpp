@@ -1,0 +1,149 @@
+#include "instrument/clsInstrInterface.h"
+
+#include <vector>
+
+#include "automation/Activation.h"
+#include "instrument/DriverCall.h"
+#include "instrument/OperationFrames.h"
+#include "support/Conversions.h"
+#include "support/Host.h"
+#include "support/modUtils.h"
+
+namespace tarvik {
+
+using namespace kolven;
+using automation::Ref;
+
+namespace {
+
+constexpr const char *AddressSection = "LastUsed";
+constexpr const char *AddressKey = "ServerURL";
+/// What the settings store answers as long as no address was ever stored.
+constexpr const char *NoAddressStored = "Unknown";
+
+const bool g_fRegistered = [] {
+  SetInstrFactory([] { return std::make_shared<clsInstrInterface>(); });
+  return true;
+}();
+
+/// Field of the identity text, counted from 0.
+const std::string &Field(const std::vector<std::string> &arrFields, std::size_t number) {
+  if (number >= arrFields.size()) RaiseError(ErrSubscriptOutOfRange);
+  return arrFields[number];
+}
+
+}  // namespace
+
+std::shared_ptr<clsInstrInterface> InstrInterface() {
+  InstrOnFirstUse();
+  return std::dynamic_pointer_cast<clsInstrInterface>(gobjInstr());
+}
+
+clsInstrInterface::clsInstrInterface() = default;
+
+clsInstrInterface::~clsInstrInterface() { clsInstrInterface::CloseInstrument(); }
+
+Boolean clsInstrInterface::Connect() {
+  return Reported("Connect", [&](Boolean &fResult) {
+    Host &host = TheHost();
+    const std::string strStored = host.GetSetting(AppTitle, AddressSection, AddressKey, NoAddressStored);
+    std::string strEntered;
+
+    SetHourglass(True);
+    m_Root = nullptr;
+    // A creation that fails leaves from here with the hourglass up; one that yields nothing goes on.
+    CreateDriver(strStored != NoAddressStored ? strStored : std::string());
+    SetHourglass(False);
+
+    if (!m_Root) {
+      strEntered = host.InputBox(
+          "Please enter the complete URL of the network server.\r\nLeave this blank if the server is local", AppTitle,
+          strStored);
+      CreateDriver(strEntered);
+    }
+    if (!m_Root) {
+      ShowStopMessage("Connection Failed!");
+      return;
+    }
+    // Where the first creation worked nothing was entered, and the empty address replaces the stored one.
+    if (strStored != strEntered) host.SaveSetting(AppTitle, AddressSection, AddressKey, strEntered);
+    StatusMessage.Raise(strEntered.empty() ? "Local Connection" : "Connected to " + strEntered);
+    fResult = True;
+  });
+}
+
+void clsInstrInterface::CreateDriver(const std::string &strServer) {
+  m_Root = Narrowed<IDriverRoot>(automation::CreateObject(DriverProgId, strServer));
+}
+
+Boolean clsInstrInterface::IsConnected() const { return static_cast<bool>(m_Root); }
+
+Boolean clsInstrInterface::IsOnline(Boolean fSilent) const {
+  if (m_Instr) return True;
+  if (!fSilent)
+    TheHost().MsgBox("You need to be online to an instrument to perform this operation", BoxIcon::Information,
+                     BoxButtons::Ok, AppTitle);
+  return False;
+}
+
+Boolean clsInstrInterface::OpenInstrument(const std::string &strName, Boolean IdQuery, Boolean fResetInstr,
+                                          Boolean fAutoDetectErrors) {
+  return Reported("OpenInstrument", [&](Boolean &fResult) {
+    if (!clsInstrInterface::IsConnected()) return;
+    clsInstrInterface::CloseInstrument();
+
+    const auto list = Fetch(m_Root, &IDriverRoot::GetInstruments);
+    const automation::String name(strName);
+    AutomationVariant key{};
+    key.vt = automation::VtString;
+    key.bstrVal = name.Get();
+    m_Instr = Narrowed<IInstrument>(Fetch(list, &IInstrumentList::GetItem, key));
+    if (!m_Instr) return;
+
+    const Boolean fDetect = fAutoDetectErrors || m_ErrorsEnabled;
+    VariantBool fOpened = 0;
+    Call(m_Instr, &IInstrument::Open, IdQuery, fResetInstr, fDetect, &fOpened);
+    if (!fOpened) {
+      m_Instr = nullptr;
+      return;
+    }
+    fResult = True;
+    ReadSessionState(strName);
+  });
+}
+
+void clsInstrInterface::ReadSessionState(const std::string &strName) {
+  m_NumChannels = Read(Fetch(m_Instr, &IInstrument::GetChannels), &IChannelList::GetCount);
+  clsInstrInterface::LetVerboseErrorMsg(False);
+  m_Restrictions = Read(Fetch(m_Instr, &IInstrument::GetRestrictions), &IRestrictions::GetMask);
+  udtInstrInfo InstrInfo;
+  clsInstrInterface::GetInstrInfo(InstrInfo);
+  StatusMessage.Raise("Online with " + strName + " (" + InstrInfo.strProductId + ")");
+}
+
+void clsInstrInterface::CloseInstrument() {
+  if (clsInstrInterface::IsOnline(True)) {
+    IgnoreErrors([&] { Call(m_Instr, &IInstrument::Close); });
+    m_Instr = nullptr;
+  }
+  IgnoreErrors([&] { StatusMessage.Raise("Offline"); });
+  m_NumChannels = 0;
+  m_Restrictions = 0;
+}
+
+Boolean clsInstrInterface::GetInstrInfo(udtInstrInfo &InstrInfo) {
+  return WhileOnline("GetInstrInfo", [&](Boolean &fResult) {
+    InstrInfo.lngNumChannels = m_NumChannels;
+    std::string strOptions;
+    const Boolean fHasOptions = clsInstrInterface::InstrumentCommands(ICOptions, &strOptions);
+    InstrInfo.strInstOptions = fHasOptions ? strOptions : " - ";
+
+    const std::vector<std::string> arrFields = Split(Read(m_Instr, &IInstrument::GetIdentity), ',');
+    InstrInfo.strProductId = Field(arrFields, 1);
+    InstrInfo.strSerialNum = Field(arrFields, 2);
+    InstrInfo.strSysVersion = Field(arrFields, 3);
+    fResult = True;
+  });
+}
+
+}  // namespace tarvik

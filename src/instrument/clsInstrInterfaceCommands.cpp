@@ -1,0 +1,83 @@
+#include <array>
+
+#include "instrument/DriverCall.h"
+#include "instrument/OperationFrames.h"
+#include "support/modUtils.h"
+
+namespace tarvik {
+
+using namespace kolven;
+using automation::Ref;
+
+Boolean clsInstrInterface::InstrumentCommands(InstrCommands eIC, std::string *pstrT, Integer intT) {
+  // The pointer comes back whatever happened, after the user has answered the report.
+  return Reported(
+      "InstrumentCommands",
+      [&](Boolean &fResult) {
+        const Boolean fReady = eIC == ICRefresh ? clsInstrInterface::IsConnected() : clsInstrInterface::IsOnline(False);
+        if (fReady) {
+          SetHourglass(True);
+          std::string strUnused;
+          RunCommand(eIC, pstrT ? *pstrT : strUnused, intT);
+          fResult = True;
+        }
+        SetHourglass(False);
+      },
+      [] { SetHourglass(False); });
+}
+
+void clsInstrInterface::RunCommand(InstrCommands eIC, std::string &strT, Integer intT) {
+  switch (eIC) {
+    case ICReset: return Call(m_Instr, &IInstrument::Reset);
+    case ICSelftest: {
+      automation::String text;
+      Call(m_Instr, &IInstrument::SelfTest, &intT, text.Out());
+      strT = text.Text();
+      return;
+    }
+    case ICCalibrate: return Call(m_Instr, &IInstrument::Calibrate);
+    case ICRefresh: return Call(Fetch(m_Root, &IDriverRoot::GetInstruments), &IInstrumentList::Refresh);
+    case ICOptions: strT = Read(m_Instr, &IInstrument::GetOptions); return;
+  }
+  ShowStopMessage("Illegal Case");
+}
+
+Boolean clsInstrInterface::PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet) {
+  return WhileOnline("PllRefSource", [&](Boolean &fResult) {
+    const auto reference = Fetch(m_Instr, &IInstrument::GetPllReference);
+    Double dblNewFreq = dblFreq;
+    if (fGet) {
+      Long eNewSource = eSource;
+      Call(reference, &IPllReference::GetReference, &dblNewFreq, &eNewSource);
+      dblFreq = dblNewFreq;
+      eSource = eNewSource;
+      fResult = True;
+      return;
+    }
+    Call(reference, &IPllReference::SetReference, &dblNewFreq, eSource);
+    // The driver may write back the frequency that it took.
+    dblFreq = dblNewFreq;
+    fResult = clsInstrInterface::CheckWarnings(False);
+  });
+}
+
+Boolean clsInstrInterface::GetVerboseErrorMsg() {
+  return WhileOnline("GetVerboseErrorMsg",
+                     [&](Boolean &fResult) { fResult = Read(ErrorQueue(), &IErrorQueue::GetVerbose); });
+}
+
+void clsInstrInterface::LetVerboseErrorMsg(Boolean fVerbose) {
+  WhileOnline("LetVerboseErrorMsg", [&](Boolean &) { Call(ErrorQueue(), &IErrorQueue::SetVerbose, fVerbose); });
+}
+
+Long clsInstrInterface::GetPnpTimeout() {
+  return Reported<Long>("GetPnpTimeout", [&](Long &lngResult) {
+    if (clsInstrInterface::IsOnline(False)) lngResult = Read(m_Instr, &IInstrument::GetPnpTimeout);
+  });
+}
+
+void clsInstrInterface::LetPnpTimeout(Long lngTimeout) {
+  WhileOnline("LetPnpTimeout", [&](Boolean &) { Call(m_Instr, &IInstrument::SetPnpTimeout, lngTimeout); });
+}
+
+}  // namespace tarvik

@@ -1,0 +1,62 @@
+#include <algorithm>
+
+#include "instrument/DriverCall.h"
+#include "instrument/OperationFrames.h"
+
+namespace tarvik {
+
+using namespace kolven;
+
+namespace {
+
+/// The driver writes into an array whose first element has the index 1.
+template <std::size_t Size>
+void FillFrom(const automation::Ref<IInstrument> &instrument, std::array<Byte, Size> &arrBuffer) {
+  automation::ArrayOwner array(ByteArray(1, {arrBuffer.begin(), arrBuffer.end()}));
+  Call(instrument, &IInstrument::GetViInfo, array.InOut());
+  const ByteArray arrFilled = automation::ToByteArray(array.Get());
+  // The record is of fixed size whatever the driver hands back.
+  const auto count = std::min(arrFilled.Elements().size(), Size);
+  std::copy_n(arrFilled.Elements().begin(), count, arrBuffer.begin());
+}
+
+}  // namespace
+
+Boolean clsInstrInterface::GetViInfo(Integer Index, tarvik::viInfo &viInfo, std::string &strName) {
+  return Reported("GetViInfo", [&](Boolean &fResult) {
+    if (!clsInstrInterface::IsConnected()) return;
+    const Long lngCount = Read(Fetch(m_Root, &IDriverRoot::GetInstruments), &IInstrumentList::GetCount);
+    if (Index > lngCount || Index <= 0) return;
+
+    AutomationVariant key{};
+    key.vt = automation::VtInteger;
+    key.iVal = Index;
+    const auto list = Fetch(m_Root, &IDriverRoot::GetInstruments);
+    const auto instrument = Narrowed<IInstrument>(Fetch(list, &IInstrumentList::GetItem, key));
+    if (!instrument) return;
+    strName = Read(instrument, &IInstrument::GetName);
+    FillFrom(instrument, m_ViBuffer);
+    viInfo.arrBytes = m_ViBuffer;
+    fResult = True;
+  });
+}
+
+std::optional<Long> clsInstrInterface::ChannelCount() const {
+  if (!clsInstrInterface::IsOnline(True)) return std::nullopt;
+  return m_NumChannels;
+}
+
+Boolean clsInstrInterface::IsSingleChannel() const { return clsInstrInterface::ChannelCount() == 1; }
+
+Boolean clsInstrInterface::IsDualChannel() const { return clsInstrInterface::ChannelCount() == 2; }
+
+Boolean clsInstrInterface::IsRestricted(Long eFunctionality) const {
+  // Signed: the highest bit alone restricts nothing.
+  return (m_Restrictions & eFunctionality) > 0;
+}
+
+Boolean clsInstrInterface::IsNotRestricted(Long eFunctionality) const {
+  return !clsInstrInterface::IsRestricted(eFunctionality);
+}
+
+}  // namespace tarvik

@@ -1,0 +1,105 @@
+#include "instrument/DriverCall.h"
+#include "instrument/OperationFrames.h"
+#include "instrument/Restrictions.h"
+
+namespace tarvik {
+
+using namespace kolven;
+using automation::Ref;
+
+Ref<IChannel> clsInstrInterface::Channel(Long lngChannel) const {
+  return Fetch(Fetch(m_Instr, &IInstrument::GetChannels), &IChannelList::GetItem, lngChannel);
+}
+
+Ref<IChannelLevels> clsInstrInterface::Levels(Long lngChannel) const {
+  return Narrowed<IChannelLevels>(Fetch(Channel(lngChannel), &IChannel::GetLevels));
+}
+
+// In what follows a block is fetched before the record's fields are read: a channel that the record does not
+// hold fails behind the fetch, as the driver's log shows it.
+
+Boolean clsInstrInterface::SetTiming(const udtTimingInfo &TimingInfo) {
+  return SetWithin("SetTiming", [&] {
+    for (Long i = 1; i <= m_NumChannels; ++i) {
+      SendTiming(TimingInfo, i);
+      clsInstrInterface::Output(static_cast<Integer>(i), TimingInfo.fChannelOutputOn[i], False);
+      clsInstrInterface::Output(static_cast<Integer>(i), TimingInfo.fChannelOutputInvOn[i], True);
+    }
+  });
+}
+
+void clsInstrInterface::SendTiming(const udtTimingInfo &TimingInfo, Long lngChannel) {
+  const auto timing = Fetch(Channel(lngChannel), &IChannel::GetTiming);
+  const auto edges = [&] { return Fetch(timing, &IChannelTiming::GetEdges); };
+  {
+    const auto block = edges();
+    CallSelected(block, &IEdges::SetLeading, TimingInfo.dblLeading[lngChannel]);
+  }
+  {
+    const auto block = edges();
+    CallSelected(block, &IEdges::SetTrailing, TimingInfo.dblTrailing[lngChannel]);
+  }
+  Call(timing, &IChannelTiming::SetWidth, TimingInfo.dblWidth[lngChannel]);
+  Call(timing, &IChannelTiming::SetFrequency, TimingInfo.dblFrequency);
+  // The block that takes the delay decides between single and double pulse.
+  if (TimingInfo.fDoublePulse[lngChannel]) {
+    const auto block = Fetch(timing, &IChannelTiming::GetDoublePulse);
+    CallSelected(block, &IDoublePulse::SetDelay, TimingInfo.dblDelay[lngChannel]);
+  } else {
+    const auto block = Fetch(timing, &IChannelTiming::GetSinglePulse);
+    CallSelected(block, &ISinglePulse::SetDelay, TimingInfo.dblDelay[lngChannel]);
+  }
+  if (!clsInstrInterface::IsRestricted(LacksSeparateEdges)) {
+    const auto block = edges();
+    Call(block, &IEdges::SetCoupling, TimingInfo.fAutoCoupleLeTe[lngChannel] ? 1 : 0);
+  }
+}
+
+Boolean clsInstrInterface::GetTiming(udtTimingInfo &TimingInfo) {
+  return WhileOnline("GetTiming", [&](Boolean &fResult) {
+    for (Long i = 1; i <= m_NumChannels; ++i) {
+      ReadTiming(TimingInfo, i);
+      const auto levels = Levels(i);
+      const Boolean fOn = Read(levels, &IChannelLevels::GetOutput);
+      TimingInfo.fChannelOutputOn[i] = fOn;
+      if (clsInstrInterface::IsNotRestricted(LacksComplementOutput)) {
+        const Boolean fInvOn = Read(levels, &IChannelLevels::GetComplementOutput);
+        TimingInfo.fChannelOutputInvOn[i] = fInvOn;
+      }
+    }
+    fResult = True;
+  });
+}
+
+void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
+  const auto timing = Fetch(Channel(lngChannel), &IChannel::GetTiming);
+  const auto edges = [&] { return Fetch(timing, &IChannelTiming::GetEdges); };
+
+  const Boolean fCoupled =
+      clsInstrInterface::IsRestricted(LacksSeparateEdges) || Read(edges(), &IEdges::GetCoupling) != 0;
+  TimingInfo.fAutoCoupleLeTe[lngChannel] = fCoupled;
+  TimingInfo.dblLeading[lngChannel] = ReadSelected(edges(), &IEdges::GetLeading);
+  TimingInfo.dblTrailing[lngChannel] = ReadSelected(edges(), &IEdges::GetTrailing);
+  TimingInfo.dblWidth[lngChannel] = Read(timing, &IChannelTiming::GetWidth);
+  // One for the instrument, so the last channel's answer stays.
+  TimingInfo.dblFrequency = Read(timing, &IChannelTiming::GetFrequency);
+  const auto doublePulse = [&] { return Fetch(timing, &IChannelTiming::GetDoublePulse); };
+  TimingInfo.fDoublePulse[lngChannel] = Read(doublePulse(), &IDoublePulse::GetEnabled);
+  TimingInfo.dblDelay[lngChannel] =
+      TimingInfo.fDoublePulse[lngChannel]
+          ? ReadSelected(doublePulse(), &IDoublePulse::GetDelay)
+          : ReadSelected(Fetch(timing, &IChannelTiming::GetSinglePulse), &ISinglePulse::GetDelay);
+}
+
+Boolean clsInstrInterface::Output(Integer intChan, Boolean fState, Boolean fIsComplement) {
+  return WhileOnline("Output", [&](Boolean &fResult) {
+    const auto levels = Levels(intChan);
+    if (!fIsComplement)
+      Call(levels, &IChannelLevels::SetOutput, fState);
+    else if (clsInstrInterface::IsNotRestricted(LacksComplementOutput))
+      Call(levels, &IChannelLevels::SetComplementOutput, fState);
+    fResult = clsInstrInterface::CheckWarnings(False);
+  });
+}
+
+}  // namespace tarvik
