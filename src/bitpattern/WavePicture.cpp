@@ -1,0 +1,72 @@
+#include "bitpattern/WavePicture.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "platform/KeyCodes.h"
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+namespace {
+
+/// The character of a key, 0 for none. Chords that start commands make none.
+char32_t CharacterOf(const QKeyEvent &event) {
+  if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return 0;
+  const auto arrCharacters = event.text().toUcs4();
+  return arrCharacters.size() == 1 ? static_cast<char32_t>(arrCharacters.front()) : 0;
+}
+
+Integer ButtonNumber(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton: return 1;
+    case Qt::RightButton: return 2;
+    case Qt::MiddleButton: return 4;
+    default: return 0;
+  }
+}
+
+}  // namespace
+
+WavePicture::WavePicture(QWidget *parent) : PictureBox(parent) { setFocusPolicy(Qt::StrongFocus); }
+
+void WavePicture::keyPressEvent(QKeyEvent *event) {
+  const Integer intKeyCode = KeyCodeOf(*event);
+  Integer intCodeAfter = intKeyCode;
+  RunUserEvent(ObjectName(*this), "KeyDown", [&] { KeyDown.Raise(intCodeAfter); });
+  const bool fUsed = intKeyCode != 0 && intCodeAfter == 0;
+  const char32_t character = CharacterOf(*event);
+  if (!fUsed && character != 0) RunUserEvent(ObjectName(*this), "KeyPress", [&] { KeyPress.Raise(character); });
+  // Tab, Enter and Escape belong to the form.
+  event->setAccepted(fUsed || character > U' ');
+}
+
+void WavePicture::mousePressEvent(QMouseEvent *event) {
+  const QRectF area = contentsRect();
+  if (area.isEmpty()) return;
+  const QPointF place = event->position() - area.topLeft();
+  const auto sngX = static_cast<Single>(place.x() / area.width()) * ScaleWidth();
+  const auto sngY = static_cast<Single>(place.y() / area.height()) * ScaleHeight();
+  RunUserEvent(ObjectName(*this), "MouseDown", [&] { MouseDown.Raise(ButtonNumber(event->button()), sngX, sngY); });
+}
+
+void WavePicture::focusInEvent(QFocusEvent *event) {
+  PictureBox::focusInEvent(event);
+  update();
+}
+
+void WavePicture::focusOutEvent(QFocusEvent *event) {
+  PictureBox::focusOutEvent(event);
+  update();
+}
+
+void WavePicture::paintEvent(QPaintEvent *event) {
+  PictureBox::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::Highlight));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+}  // namespace tarvik

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "bitpattern/PatternStore.h"
+#include "platform/PictureBox.h"
+
+namespace tarvik {
+
+/// Draws the rows of a pattern around the actual address, as waveforms or digits, and keeps which row is selected.
+/// What it draws are lines and digits in twips; the picture paints them. The work does not depend on the length
+/// of the pattern.
+class WaveformView {
+ public:
+  /// Takes the number of cells and the base lines of the rows from the sizes of the picture and of the scroll
+  /// bar at its bottom, once.
+  WaveformView(PictureBox &picWave, PatternStore &objStore, Single sngScrollHeight);
+
+  Long CellsPerView() const { return lngCellsPerView; }
+
+  /// Channel code of the selected row, 0 for none.
+  Long Selected() const { return lngSelected; }
+  void Select(Long lngCode) { lngSelected = lngCode; }
+  /// Selects the row when sngY lies in its band and tells whether it does. The place along the row has no part.
+  bool SelectRowAt(Long lngCode, Single sngX, Single sngY);
+
+  /// The whole picture with the actual address in its fixed cell.
+  void Draw(Long lngAddress);
+
+  /// Lines of a cell from the pen, in red when highlighted. An unknown case shows "Illegal Case".
+  void DrawCell(Long lngCase, Boolean fHighlight);
+
+ private:
+  void DrawBackground();
+  void DrawRow(const ByteArray &arr, const RowInfo &row, Long lngFirst, Long lngLast, Boolean fHighlight);
+  void DrawWaveform(const ByteArray &arr, const RowInfo &row, Long lngFirst, Long lngLast, Boolean fHighlight);
+  void DrawDigit(Long lngValue, Boolean fHighlight);
+  void DrawSelectedCell(Long lngAddress);
+  bool GetRowY(Long lngCode, Single &sngY) const;
+
+  PictureBox &picWave;
+  PatternStore &m_store;
+  Long lngSelected = 0;
+  Long lngCellsPerView = 0;
+};
+
+}  // namespace tarvik
