@@ -1,0 +1,185 @@
+#include "simulator/InstrumentObject.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "automation/AutomationArray.h"
+#include "automation/AutomationString.h"
+#include "simulator/ChannelObjects.h"
+#include "simulator/ModeSetupObject.h"
+#include "simulator/SettingsObjects.h"
+#include "simulator/TriggerObjects.h"
+
+namespace tarvik::simulator {
+
+namespace {
+
+using InfoRecord = std::array<Byte, kolven::ViInfoSize>;
+
+void PutWord(InfoRecord &record, std::size_t offset, Integer intValue) {
+  const auto word = static_cast<std::uint16_t>(intValue);
+  record[offset] = static_cast<Byte>(word);
+  record[offset + 1] = static_cast<Byte>(word >> 8);
+}
+
+/// The information record: 16-bit fields, low byte first; what is not told is 0.
+InfoRecord InfoOf(const InstrumentDescription &description) {
+  constexpr std::size_t Kind = 16, BoxAddress = 18, Slot = 22, SlotAddress = 24, ModelCode = 26;
+  InfoRecord record{};
+  PutWord(record, Kind, description.intKind);
+  if (description.HasSlot()) {
+    PutWord(record, Slot, description.intSlot);
+    PutWord(record, SlotAddress, description.intAddress);
+    PutWord(record, ModelCode, description.intModelCode);
+  } else {
+    PutWord(record, BoxAddress, description.intAddress);
+  }
+  return record;
+}
+
+}  // namespace
+
+Status InstrumentObject::GetViInfo(kolven::AutomationArray **ppBuffer) {
+  return RunClosed([&] {
+    RequirePlace(ppBuffer);
+    if (!automation::IsByteArray(*ppBuffer) || !(*ppBuffer)->pvData ||
+        (*ppBuffer)->rgsabound[0].cElements < static_cast<std::uint32_t>(kolven::ViInfoSize))
+      throw CallFailure{automation::StatusInvalidArgument, "The information record needs an array of 28 bytes"};
+    const InfoRecord record = InfoOf(m_session->Description());
+    std::copy(record.begin(), record.end(), static_cast<Byte *>((*ppBuffer)->pvData));
+  });
+}
+
+Status InstrumentObject::SetAutoDetectErrors(VariantBool enable) {
+  return Run([&] { m_session->fAutoDetectErrors = enable != 0; });
+}
+
+Status InstrumentObject::Calibrate() {
+  return Run([&] { m_session->Instrument().Calibrate(); });
+}
+
+Status InstrumentObject::GetChannelMath(Long *pValue) {
+  return Get(pValue, [](const Settings &s) { return s.lngChannelMath; });
+}
+
+Status InstrumentObject::SetChannelMath(Long value) {
+  return Send([value](Settings &s) { s.lngChannelMath = value; });
+}
+
+Status InstrumentObject::GetChannels(kolven::IChannelList **ppObject) { return Give<ChannelListObject>(ppObject); }
+
+Status InstrumentObject::Close() {
+  return RunClosed([&] { m_session->Close(); });
+}
+
+Status InstrumentObject::GetErrorQueue(kolven::IErrorQueue **ppObject) { return Give<ErrorQueueObject>(ppObject); }
+
+Status InstrumentObject::GetIdentity(kolven::AutomationString *pValue) {
+  return Run([&] {
+    RequirePlace(pValue);
+    *pValue = automation::AllocString(m_session->Description().strIdentity);
+  });
+}
+
+Status InstrumentObject::GetTransactionState(Integer *pFirst, VariantBool *pIsOpen) {
+  return Run([&] {
+    RequirePlace(pFirst);
+    RequirePlace(pIsOpen);
+    constexpr std::size_t Most = std::numeric_limits<Integer>::max();
+    *pFirst = static_cast<Integer>(std::min(m_session->BufferedChanges(), Most));
+    *pIsOpen = ToWord(m_session->InTransaction());
+  });
+}
+
+Status InstrumentObject::GetModeSetup(kolven::IModeSetup **ppObject) { return Give<ModeSetupObject>(ppObject); }
+
+Status InstrumentObject::GetName(kolven::AutomationString *pValue) {
+  return RunClosed([&] {
+    RequirePlace(pValue);
+    *pValue = automation::AllocString(m_session->Description().strName);
+  });
+}
+
+Status InstrumentObject::Open(VariantBool idQuery, VariantBool reset, VariantBool autoDetectErrors,
+                              VariantBool *pOpened) {
+  return RunClosed([&] {
+    RequirePlace(pOpened);
+    *pOpened = ToWord(m_session->Open(idQuery != 0, reset != 0, autoDetectErrors != 0));
+  });
+}
+
+Status InstrumentObject::GetOptions(kolven::AutomationString *pValue) {
+  return Run([&] {
+    RequirePlace(pValue);
+    *pValue = automation::AllocString(m_session->Description().strOptions);
+  });
+}
+
+Status InstrumentObject::GetPatternMemory(kolven::IPatternMemory **ppObject) {
+  return Give<PatternMemoryObject>(ppObject);
+}
+
+Status InstrumentObject::GetPllReference(kolven::IPllReference **ppObject) {
+  return Give<PllReferenceObject>(ppObject);
+}
+
+Status InstrumentObject::GetPulseMode(Long *, Long *pValue) {
+  return Get(pValue, [](const Settings &s) { return s.mode.lngPulseMode; });
+}
+
+Status InstrumentObject::Reset() {
+  return Run([&] { m_session->Reset(); });
+}
+
+Status InstrumentObject::GetRestrictions(kolven::IRestrictions **ppObject) {
+  return Give<RestrictionsObject>(ppObject);
+}
+
+Status InstrumentObject::SelfTest(Integer *pCode, kolven::AutomationString *pText) {
+  return Run([&] {
+    RequirePlace(pCode);
+    RequirePlace(pText);
+    const auto [intCode, strText] = m_session->Instrument().SelfTest();
+    // The text comes by reference: what the caller's place held is the caller's no more.
+    kolven::AutomationString bstrOld = *pText;
+    *pText = automation::AllocString(strText);
+    automation::FreeString(bstrOld);
+    *pCode = intCode;
+  });
+}
+
+Status InstrumentObject::GetPnpTimeout(Long *pValue) {
+  return Run([&] {
+    RequirePlace(pValue);
+    *pValue = m_session->lngTimeout;
+  });
+}
+
+Status InstrumentObject::SetPnpTimeout(Long value) {
+  return Run([&] {
+    if (value < 0)
+      throw CallFailure{automation::StatusInvalidArgument,
+                        "A time-out of " + std::to_string(value) + " milliseconds is not possible"};
+    m_session->lngTimeout = value;
+  });
+}
+
+Status InstrumentObject::Transaction(Long command) {
+  return Run([&] {
+    switch (command) {
+      case kolven::TransactionBegin: m_session->Begin(); break;
+      case kolven::TransactionCommit: m_session->Commit(); break;
+      case kolven::TransactionAbort: m_session->Abort(); break;
+      default:
+        throw CallFailure{automation::StatusInvalidArgument,
+                          "There is no transaction command " + std::to_string(command)};
+    }
+  });
+}
+
+Status InstrumentObject::GetTriggerSystem(kolven::ITriggerSystem **ppObject) {
+  return Give<TriggerSystemObject>(ppObject);
+}
+
+}  // namespace tarvik::simulator

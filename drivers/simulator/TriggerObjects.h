@@ -1,0 +1,64 @@
+#pragma once
+
+#include "simulator/SessionObject.h"
+
+namespace tarvik::simulator {
+
+/// What arms a trigger or a gate.
+class ArmSourceObject final : public SessionObject<kolven::IArmSource> {
+ public:
+  explicit ArmSourceObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
+  Status TARVIK_CALL GetPllFrequency(Double *pValue) override;
+  Status TARVIK_CALL GetSlope(Long *pValue) override;
+  Status TARVIK_CALL GetSource(Long *pValue) override;
+  Status TARVIK_CALL SetSource(Long value) override;
+};
+
+/// The clock input.
+class ClockInputObject final : public SessionObject<kolven::IClockInput> {
+ public:
+  explicit ClockInputObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
+  Status TARVIK_CALL GetImpedance(Double *pValue) override;
+  Status TARVIK_CALL SetImpedance(Double value) override;
+  Status TARVIK_CALL GetSlope(Long *pValue) override;
+  Status TARVIK_CALL GetThreshold(Double *pValue) override;
+  Status TARVIK_CALL SetThreshold(Double value) override;
+};
+
+/// The external input.
+class ExtInputObject final : public SessionObject<kolven::IExtInput> {
+ public:
+  explicit ExtInputObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
+  Status TARVIK_CALL GetImpedance(Double *pValue) override;
+  Status TARVIK_CALL SetImpedance(Double value) override;
+  Status TARVIK_CALL GetThreshold(Double *pValue) override;
+  Status TARVIK_CALL SetThreshold(Double value) override;
+};
+
+/// Trigger output, strobe output and VXI trigger.
+class AuxOutputsObject final : public SessionObject<kolven::IAuxOutputs> {
+ public:
+  explicit AuxOutputsObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
+  Status TARVIK_CALL GetOutLevel(Long which, Long *pValue) override;
+  Status TARVIK_CALL SetOutLevel(Long which, Long value) override;
+  Status TARVIK_CALL GetVxiSource(Long *pValue) override;
+  Status TARVIK_CALL SetVxiSource(Long value) override;
+  Status TARVIK_CALL GetVxiLine(Long *pValue) override;
+  Status TARVIK_CALL SetVxiLine(Long value) override;
+};
+
+/// The trigger system.
+class TriggerSystemObject final : public SessionObject<kolven::ITriggerSystem> {
+ public:
+  explicit TriggerSystemObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
+  Status TARVIK_CALL GetArmSource(kolven::IArmSource **ppObject) override;
+  Status TARVIK_CALL GetClockInput(kolven::IClockInput **ppObject) override;
+  Status TARVIK_CALL GetBurstLength(Long *pValue) override;
+  Status TARVIK_CALL GetExtInput(kolven::IExtInput **ppObject) override;
+  Status TARVIK_CALL GetTriggerMode(Long *pValue) override;
+  Status TARVIK_CALL SetTriggerMode(Long value) override;
+  Status TARVIK_CALL GetAuxOutputs(kolven::IAuxOutputs **ppObject) override;
+  Status TARVIK_CALL GetPeriodSource(Long *pValue) override;
+};
+
+}  // namespace tarvik::simulator

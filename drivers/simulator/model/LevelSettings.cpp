@@ -1,0 +1,37 @@
+#include "simulator/model/LevelSettings.h"
+
+#include "simulator/model/ScpiError.h"
+
+namespace tarvik::simulator {
+
+namespace {
+[[noreturn]] void RejectFormat(Long lngFormat) {
+  Reject(ScpiIllegalParameterValue, "Illegal parameter value: level format",
+         std::to_string(lngFormat) + ", allowed 0 and 1");
+}
+}  // namespace
+
+void ChannelLevels::Set(Long lngFormat, Long lngLevelType, Double dblFirst, Double dblSecond) {
+  switch (lngFormat) {
+    case LevelsHighLow:
+      dblHigh = dblFirst;
+      dblLow = dblSecond;
+      break;
+    case LevelsOffsetAmplitude:
+      dblHigh = dblFirst + dblSecond / 2;
+      dblLow = dblFirst - dblSecond / 2;
+      break;
+    default: RejectFormat(lngFormat);
+  }
+  lngType = lngLevelType;
+}
+
+std::pair<Double, Double> ChannelLevels::Get(Long lngFormat) const {
+  switch (lngFormat) {
+    case LevelsHighLow: return {dblHigh, dblLow};
+    case LevelsOffsetAmplitude: return {(dblHigh + dblLow) / 2, dblHigh - dblLow};
+    default: RejectFormat(lngFormat);
+  }
+}
+
+}  // namespace tarvik::simulator

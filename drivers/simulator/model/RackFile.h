@@ -1,0 +1,24 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/model/InstrumentDescription.h"
+
+namespace tarvik::simulator {
+
+/// What is wrong with a rack file; the text begins with the file's name and the line, "name:3: ...".
+class RackFileError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// The instruments described by the text of a rack file, in their order; the name of the file serves the messages.
+/// Raises RackFileError at the first fault. A text without instruments describes an empty rack.
+std::vector<InstrumentDescription> ParseRack(std::string_view strText, const std::string &strFile);
+
+/// The rack that is there without a file: one instrument of each kind that the panel treats differently.
+std::vector<InstrumentDescription> DefaultRack();
+
+}  // namespace tarvik::simulator

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+
+#include "simulator/model/InstrumentDescription.h"
+#include "simulator/model/LevelSettings.h"
+#include "simulator/model/ModeSettings.h"
+#include "simulator/model/PatternRow.h"
+#include "simulator/model/TimingSettings.h"
+#include "simulator/model/TriggerLevelSettings.h"
+
+namespace tarvik::simulator {
+
+inline constexpr Long MathSeparate = 0, MathAdded = 1;
+inline constexpr Long PllReferenceClockInput = 0, PllReferenceInternal = 1;
+
+/// Everything that can be set on one instrument. A new object is the state after a reset.
+struct Settings {
+  ModeSettings mode;
+  Double dblFrequency = 1e6;  ///< hertz, one for all channels
+  ChannelArray<ChannelTiming> timing;
+  ChannelArray<ChannelLevels> levels;
+  ChannelArray<ChannelLimits> limits;
+  Long lngChannelMath = MathSeparate;
+  TriggerLevelSettings triggerLevels;
+  Double dblPllReference = 5e6;  ///< hertz, 5 or 10 MHz
+  Long lngPllReferenceSource = PllReferenceInternal;
+  std::array<PatternRow, 3> arrPattern;
+
+  /// The row by its number in the contract, 1 to 3; raises Rejected for another, and for row 2 of a one-channel
+  /// instrument.
+  PatternRow &Row(Long lngRow, const InstrumentDescription &description);
+  const PatternRow &Row(Long lngRow, const InstrumentDescription &description) const;
+  bool operator==(const Settings &) const = default;
+};
+
+}  // namespace tarvik::simulator
