@@ -16,10 +16,13 @@ class PanelServices {
   virtual PanelState &State() = 0;
   /// The instrument interface; error 91 while the panel is hidden and holds none.
   virtual clsInstrInterface &ZorvaneInstr() = 0;
+  virtual bool HasInstr() const = 0;
   /// Runs what the visible page does when it is entered.
   virtual void EnterVisiblePage() = 0;
-  /// The options of an instrument session that other pages need.
-  virtual Boolean GetCheckedInstrNum(Long &lngInstrNum) = 0;
+  /// Reads pages from the instrument, all of them while mfForceDownloadAll is set.
+  virtual void cmdDownload_Click() = 0;
+  /// Adapts the controls to the open instrument; 0 without one.
+  virtual void EnableControlsForChannels(Long lngChannels) = 0;
 };
 
 /// A page of the panel: its controls, its rules and its transfer.

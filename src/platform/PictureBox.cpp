@@ -1,5 +1,6 @@
 #include "platform/PictureBox.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -19,6 +20,15 @@ qreal Bounded(qreal pixels) { return std::clamp(pixels, -1e6, 1e6); }
 }  // namespace
 
 QColor ToQColor(Colour colour) {
+  if (colour & SystemColour) {
+    const QPalette colours = QGuiApplication::palette();
+    switch (colour & 0xFF) {
+      case 5: return colours.color(QPalette::Base);
+      case 16: return colours.color(QPalette::Dark);
+      case 21: return colours.color(QPalette::Shadow);
+      default: return colours.color(QPalette::Button);
+    }
+  }
   return QColor(static_cast<int>(colour & 0xFF), static_cast<int>((colour >> 8) & 0xFF),
                 static_cast<int>((colour >> 16) & 0xFF));
 }

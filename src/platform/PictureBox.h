@@ -10,8 +10,10 @@
 
 namespace tarvik {
 
-/// A colour as the automation world writes it: red in the lowest byte, blue in the third.
+/// A colour as the automation world writes it: red in the lowest byte, blue in the third. With SystemColour set it is
+/// a number of the system's colour table: 5 window, 15 button face, 16 button shadow, 21 dark shadow.
 using Colour = std::uint32_t;
+inline constexpr Colour SystemColour = 0x80000000;
 
 QColor ToQColor(Colour colour);
 

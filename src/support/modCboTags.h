@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "support/Types.h"
 
 /// Numbers that the lists of the pages carry as item data and group data. They are the
@@ -21,6 +23,12 @@ inline constexpr Long eSlopeFalling = 0, eSlopeRising = 1, eSlopeBoth = 2;
 // Arming sources; the VXI lines run on from ECLT 0 to TTLT 7
 inline constexpr Long eArmPll = 1, eArmExternal = 3, eArmManual = 4;
 inline constexpr Long eVxiEclt0 = 5, eVxiTtlt0 = 7, eVxiTtlt7 = 14;
+
+/// "VXI ECLT 0" for 5 to "VXI TTLT 7" for 14.
+inline std::string VxiLineName(Long eLine) {
+  return eLine < eVxiTtlt0 ? "VXI ECLT " + std::to_string(eLine - eVxiEclt0)
+                           : "VXI TTLT " + std::to_string(eLine - eVxiTtlt0);
+}
 
 // How the PLL field is to be read
 inline constexpr Long ePllPeriod = 0, ePllFrequency = 1;

@@ -1,0 +1,194 @@
+#include "panel/ConfigPage.h"
+
+#include "panel/InstrPage.h"
+#include "support/Conversions.h"
+#include "support/Host.h"
+#include "support/modCboTags.h"
+#include "support/modUtils.h"
+#include "support/modUtilsGen.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr const char *NoValue = " - ";
+/// These lists do not depend on the mode: one place to remember a choice in.
+constexpr Integer OnlyPosition = 1;
+
+struct IdentityRow {
+  const char *strTextBox;
+  const char *strLabelName;
+  const char *strLabel;
+  const char *strToolTip;
+};
+
+constexpr IdentityRow IdentityRows[] = {
+    {"txtNumChannels", "lblNumChannels", "Num Channels", "Number of output channels"},
+    {"txtSlot", "lblSlot", "Slot Number", "Slot in which the instrument is plugged"},
+    {"txtLogAddr", "lblLogAddr", "Logical Addr.", "Logical address of the instrument"},
+    {"txtModelCode", "lblModelCode", "Model Code", "Model code of a slot instrument, decimal"},
+    {"txtProductId", "lblProductId", "Product ID", "Product identity that the instrument tells"},
+    {"txtSerialNumber", "lblSerialNumber", "Serial Num.", "Serial number"},
+    {"txtVersion", "lblVersion", "Sys. Version", "Version of the instrument's system"},
+    {"txtOptions", "lblOptions", "Inst. Options", "Options that are built in"},
+};
+
+std::vector<ControlDesign> MakeDesign() {
+  std::vector<ControlDesign> arrDesign{
+      {ControlKind::Frame, "grpIdentity", NoIndex, "", {120, 120, 4620, 3540}, {{"Caption", "Instrument"}}}};
+  Single sngTop = 330;
+  for (const IdentityRow &row : IdentityRows) {
+    arrDesign.push_back({ControlKind::Text, row.strLabelName, NoIndex, "grpIdentity", {150, sngTop, 1350, 315},
+                         {{"Caption", row.strLabel}}});
+    arrDesign.push_back({ControlKind::Display, row.strTextBox, NoIndex, "grpIdentity", {1530, sngTop, 2940, 315},
+                         {{"ToolTip", row.strToolTip}, {"AccessibleName", row.strLabel}}});
+    sngTop += 390;
+  }
+  const std::vector<ControlDesign> arrRight{
+      {ControlKind::Frame, "grpPllReference", NoIndex, "", {4860, 120, 3420, 1260}, {{"Caption", "PLL Reference"}}},
+      {ControlKind::List, "cboPllRefSource", NoIndex, "grpPllReference", {150, 330, 3120, 345},
+       {{"Caption", "Source"}, {"CaptionWidth", Double{900}}, {"TagX", "0"},
+        {"ToolTip", "Where the reference of the internal PLL comes from"}}},
+      {ControlKind::List, "cboPllRefFreq", NoIndex, "grpPllReference", {150, 750, 3120, 345},
+       {{"Caption", "Freq."}, {"CaptionWidth", Double{900}}, {"TagX", "0"},
+        {"ToolTip", "Frequency of the external reference"}}},
+      {ControlKind::Button, "cmdResetInstr", NoIndex, "", {4860, 1560, 1620, 420},
+       {{"Caption", "Reset Instr."}, {"ToolTip", "Reset the instrument"}}},
+      {ControlKind::Button, "cmdSelfTest", NoIndex, "", {6660, 1560, 1620, 420},
+       {{"Caption", "Selftest"}, {"ToolTip", "Conduct a selftest of the instrument"}}},
+      {ControlKind::Button, "cmdCalibrate", NoIndex, "", {4860, 2100, 1620, 420},
+       {{"Caption", "Calibrate"}, {"ToolTip", "Perform instrument self-calibration"}}},
+  };
+  arrDesign.insert(arrDesign.end(), arrRight.begin(), arrRight.end());
+  return arrDesign;
+}
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign = MakeDesign();
+  return arrDesign;
+}
+
+bool UserAgrees(const std::string &strQuestion, const char *strTitleTail) {
+  return TheHost().MsgBox(strQuestion, BoxIcon::Question, BoxButtons::YesNo, std::string(AppTitle) + strTitleTail) ==
+         BoxAnswer::Yes;
+}
+
+}  // namespace
+
+ConfigPage::ConfigPage(QWidget &page, PanelServices &panel, InstrPage &instruments)
+    : Page(page, panel, Design()),
+      cmdResetInstr(m_form.Get<CommandButton>("cmdResetInstr")),
+      cmdSelfTest(m_form.Get<CommandButton>("cmdSelfTest")),
+      cmdCalibrate(m_form.Get<CommandButton>("cmdCalibrate")),
+      m_instruments(instruments),
+      cboPllRefSource(m_form.Get<CboEnhanced>("cboPllRefSource")),
+      cboPllRefFreq(m_form.Get<CboEnhanced>("cboPllRefFreq")),
+      txtNumChannels(m_form.Get<DisplayField>("txtNumChannels")),
+      txtSlot(m_form.Get<DisplayField>("txtSlot")),
+      txtLogAddr(m_form.Get<DisplayField>("txtLogAddr")),
+      txtModelCode(m_form.Get<DisplayField>("txtModelCode")),
+      txtProductId(m_form.Get<DisplayField>("txtProductId")),
+      txtSerialNumber(m_form.Get<DisplayField>("txtSerialNumber")),
+      txtVersion(m_form.Get<DisplayField>("txtVersion")),
+      txtOptions(m_form.Get<DisplayField>("txtOptions")) {
+  cmdResetInstr.Click.Connect([this] { cmdResetInstr_Click(); });
+  cmdSelfTest.Click.Connect([this] { cmdSelfTest_Click(); });
+  cmdCalibrate.Click.Connect([this] { cmdCalibrate_Click(); });
+  cboPllRefSource.Click.Connect([this] { cboPllRefSource_Click(); });
+  cboPllRefFreq.Click.Connect([this] { cboPllRefFreq_Click(); });
+}
+
+void ConfigPage::Enter() { SetFocusIfEnabled(cboPllRefSource); }
+
+void ConfigPage::InitPllRefCombos() {
+  cboPllRefSource.AddItemData("Internal", ePllRefInternal);
+  cboPllRefSource.AddItemData("CLK-IN", ePllRefClkIn);
+  cboPllRefSource.SetListIndexByItemData(ePllRefInternal);
+  cboPllRefFreq.AddItemData("5 MHz", ePllRef5MHz);
+  cboPllRefFreq.AddItemData("10 MHz", ePllRef10MHz);
+  cboPllRefFreq.SetListIndexByItemData(ePllRef5MHz);
+  cboPllRefFreq.SaveListIndex(OnlyPosition);
+  cboPllRefFreq.SetEnabled(False);
+}
+
+void ConfigPage::cboPllRefSource_Click() {
+  // Only an external reference has to be told its frequency.
+  if (cboPllRefSource.GetCurrItemData() != ePllRefClkIn)
+    cboPllRefFreq.SetEnabled(False);
+  else
+    cboPllRefFreq.EnableAndRecall(True, OnlyPosition);
+}
+
+void ConfigPage::cboPllRefFreq_Click() { cboPllRefFreq.SaveListIndex(OnlyPosition); }
+
+void ConfigPage::UploadConfig(Boolean &fOk) {
+  fOk = False;
+  Double dblFreq = cboPllRefFreq.GetCurrItemData(ePllRef5MHz);
+  Long eSource = cboPllRefSource.GetCurrItemData(ePllRefInternal);
+  if (Instr().PllRefSource(dblFreq, eSource, False)) {
+    m_panel.SetTabState(ePageIsCurrent, ePageConfig);
+    fOk = True;
+  }
+}
+
+void ConfigPage::DownloadConfig() {
+  udtInstrInfo info;
+  if (!Instr().GetInstrInfo(info)) return;
+  txtNumChannels.SetText(CStr(info.lngNumChannels));
+  txtProductId.SetText(info.strProductId);
+  txtSerialNumber.SetText(info.strSerialNum);
+  txtVersion.SetText(info.strSysVersion);
+  txtOptions.SetText(info.strInstOptions);
+  ShowEntryOfSession();
+  ReadPllReference();
+  m_panel.SetTabState(ePageIsCurrent, ePageConfig);
+}
+
+void ConfigPage::ShowEntryOfSession() {
+  Long lngInstrNum = 0;
+  if (!m_instruments.GetCheckedInstrNum(lngInstrNum)) return;
+  viInfo record;
+  std::string strName;
+  if (!Instr().GetViInfo(CInt(Double(lngInstrNum)), record, strName)) return;
+  const bool fHasSlot = record.HasSlot();
+  txtSlot.SetText(fHasSlot ? CStr(Long{record.Slot()}) : NoValue);
+  txtLogAddr.SetText(CStr(Long{record.LogicalAddress()}));
+  txtModelCode.SetText(fHasSlot ? CStr(Long{record.ModelCode()}) : NoValue);
+}
+
+void ConfigPage::ReadPllReference() {
+  Double dblFreq = 0;
+  Long eSource = 0;
+  if (!Instr().PllRefSource(dblFreq, eSource, True)) return;
+  cboPllRefSource.SetListIndexByItemData(eSource);
+  cboPllRefFreq.SetListIndexByItemData(CLng(dblFreq));
+  cboPllRefFreq.SaveListIndex(OnlyPosition);
+  tarvik::SetEnabled(cboPllRefFreq, cboPllRefSource.GetCurrItemData() == ePllRefClkIn);
+}
+
+void ConfigPage::cmdResetInstr_Click() {
+  if (!Instr().IsOnline(False)) return;
+  if (!UserAgrees("Do you really want to reset?", ": Confirm Instrument Reset")) return;
+  Instr().InstrumentCommands(ICReset);
+  m_panel.cmdDownload_Click();
+}
+
+void ConfigPage::cmdSelfTest_Click() {
+  if (!Instr().IsOnline(False)) return;
+  if (!UserAgrees("Do you really want to perform a selftest?", ": Confirm Instrument Selftest")) return;
+  std::string strResult;
+  Instr().InstrumentCommands(ICSelftest, &strResult);
+  if (strResult.empty()) strResult = "Selftest failed!";
+  TheHost().MsgBox("Result: \r\n" + strResult, BoxIcon::Information, BoxButtons::Ok,
+                   std::string(AppTitle) + ": Selftest");
+}
+
+void ConfigPage::cmdCalibrate_Click() {
+  if (!Instr().IsOnline(False)) return;
+  if (!UserAgrees("Do you really want to calibrate the instrument?\r\n(This may take up to 30 seconds)",
+                  ": Confirm Instrument Reset"))
+    return;
+  Instr().InstrumentCommands(ICCalibrate);
+}
+
+}  // namespace tarvik

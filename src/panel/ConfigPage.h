@@ -1,0 +1,51 @@
+#pragma once
+
+#include "controls/CboEnhanced.h"
+#include "panel/Page.h"
+#include "platform/CommandButton.h"
+#include "platform/PlainControls.h"
+
+namespace tarvik {
+
+class InstrPage;
+
+/// Who the instrument is, the buttons of the instrument commands, and the reference of the internal PLL.
+class ConfigPage : public Page {
+ public:
+  ConfigPage(QWidget &page, PanelServices &panel, InstrPage &instruments);
+
+  void Enter() override;
+
+  void InitPllRefCombos();
+  void UploadConfig(Boolean &fOk);
+  void DownloadConfig();
+
+  CommandButton &cmdResetInstr;
+  CommandButton &cmdSelfTest;
+  CommandButton &cmdCalibrate;
+
+ private:
+  friend class PanelTestAccess;
+
+  void cmdResetInstr_Click();
+  void cmdSelfTest_Click();
+  void cmdCalibrate_Click();
+  void cboPllRefSource_Click();
+  void cboPllRefFreq_Click();
+  void ShowEntryOfSession();
+  void ReadPllReference();
+
+  InstrPage &m_instruments;
+  CboEnhanced &cboPllRefSource;
+  CboEnhanced &cboPllRefFreq;
+  DisplayField &txtNumChannels;
+  DisplayField &txtSlot;
+  DisplayField &txtLogAddr;
+  DisplayField &txtModelCode;
+  DisplayField &txtProductId;
+  DisplayField &txtSerialNumber;
+  DisplayField &txtVersion;
+  DisplayField &txtOptions;
+};
+
+}  // namespace tarvik

@@ -1,0 +1,174 @@
+#include "panel/InstrPage.h"
+
+#include "panel/OptionsPage.h"
+#include "support/Conversions.h"
+#include "support/Host.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+#include "support/modUtilsGen.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr const char *KeyPrefix = "InstrNum";
+constexpr const char *NoValue = " - ";
+constexpr Integer ModelCodeDigits = 4;
+
+enum Column { ColumnName, ColumnSlot, ColumnAddress, ColumnModel };
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign{
+      {ControlKind::ListView, "lvwInstruments", NoIndex, "", {120, 120, 8160, 3450},
+       {{"Columns", "Instrument|Slot|Log. Addr.|Model Code"},
+        {"ToolTip", "Tick an instrument to start a session with it"},
+        {"AccessibleName", "Instruments"}}},
+      {ControlKind::Button, "cmdRefresh", NoIndex, "", {120, 3690, 1500, 390},
+       {{"Caption", "&Refresh"}, {"ToolTip", "Refresh the instrument list"}, {"Enabled", False}}},
+      {ControlKind::Button, "cmdConnect", NoIndex, "", {1740, 3690, 1500, 390},
+       {{"Caption", "&Connect"},
+        {"ToolTip", "Connect to the automation server (ActiveX interface)"},
+        {"Visible", False}}},
+  };
+  return arrDesign;
+}
+
+/// Reports a failure of the procedure and takes the busy pointer away, whatever becomes of the report.
+void ReportAndRelease(const char *strProc, const RunTimeError &error) {
+  try {
+    LogError(AppTitle, strProc, error.Number(), error.Description());
+  } catch (const RunTimeError &) {
+    SetHourglass(False);
+    throw;
+  }
+}
+
+}  // namespace
+
+InstrPage::InstrPage(QWidget &page, PanelServices &panel, OptionsPage &options)
+    : Page(page, panel, Design()),
+      cmdRefresh(m_form.Get<CommandButton>("cmdRefresh")),
+      lvwInstruments(m_form.Get<ListView>("lvwInstruments")),
+      m_options(options) {
+  lvwInstruments.setColumnWidth(ColumnName, TwipsToPixels(page, 3900));
+  cmdRefresh.Click.Connect([this] { cmdRefresh_Click(); });
+  lvwInstruments.ItemCheck.Connect([this](ListItem *Item) { lvwInstruments_ItemCheck(Item); });
+  lvwInstruments.DblClick.Connect([this] { lvwInstruments_DblClick(); });
+  lvwInstruments.KeyDown.Connect([this](Integer KeyCode) { lvwInstruments_KeyDown(KeyCode); });
+}
+
+void InstrPage::Enter() {
+  m_panel.SetTabState(ePageIsCurrent, eCurrPage);
+  SetFocusIfEnabled(cmdRefresh);
+}
+
+void InstrPage::cmdRefresh_Click() {
+  try {
+    UncheckAllInstruments();
+    Instr().CloseInstrument();
+    if (!Instr().InstrumentCommands(ICRefresh)) return;
+    SetHourglass(True);
+    ListInstruments();
+  } catch (const RunTimeError &error) {
+    ReportAndRelease("cmdRefresh_Click", error);
+  }
+  SetHourglass(False);
+}
+
+void InstrPage::ListInstruments() {
+  lvwInstruments.Clear();
+  viInfo record;
+  std::string strName;
+  for (Integer Index = 1; Instr().GetViInfo(Index, record, strName); ++Index)
+    if (m_state.mfWorkWithBoxes || record.HasSlot()) AddRow(Index, record, strName);
+}
+
+void InstrPage::AddRow(Integer Index, const viInfo &record, const std::string &strName) {
+  // The key keeps the driver's own number, so entries that are not shown leave gaps.
+  ListItem *item = lvwInstruments.Add(KeyPrefix + CStr(Long{Index}), Trim(strName));
+  const bool fHasSlot = record.HasSlot();
+  item->SetText(ColumnSlot, fHasSlot ? CStr(Long{record.Slot()}) : NoValue);
+  item->SetText(ColumnAddress, CStr(Long{record.LogicalAddress()}));
+  item->SetText(ColumnModel, fHasSlot ? FmtHex(record.ModelCode(), ModelCodeDigits) : NoValue);
+}
+
+void InstrPage::UncheckAllInstruments() {
+  for (int i = 0; i < lvwInstruments.Count(); ++i) {
+    ListItem *mitmInstr = lvwInstruments.Item(i);
+    if (mitmInstr->Checked()) mitmInstr->SetChecked(False);
+  }
+  if (ClearTabTag) ClearTabTag();
+}
+
+Boolean InstrPage::GetCheckedInstrNum(Long &lngInstrNum) const {
+  lngInstrNum = 1;
+  for (int i = 0; i < lvwInstruments.Count(); ++i) {
+    const ListItem *mitmInstr = lvwInstruments.Item(i);
+    if (!mitmInstr->Checked()) continue;
+    lngInstrNum = CLng(std::string_view(mitmInstr->Key()).substr(std::string_view(KeyPrefix).size()));
+    return True;
+  }
+  return False;
+}
+
+void InstrPage::lvwInstruments_ItemCheck(ListItem *Item) {
+  if (m_fInItemCheck) return;
+  m_fInItemCheck = true;
+  try {
+    InstrStartStop(Item, Item->Checked());
+  } catch (const RunTimeError &) {
+    m_fInItemCheck = false;
+    throw;
+  }
+  m_fInItemCheck = false;
+}
+
+void InstrPage::lvwInstruments_DblClick() {
+  if (ListItem *mitmInstr = lvwInstruments.SelectedItem()) InstrStartStop(mitmInstr, !mitmInstr->Checked());
+}
+
+void InstrPage::lvwInstruments_KeyDown(Integer KeyCode) {
+  constexpr Integer EnterKey = 13;
+  if (KeyCode == EnterKey) lvwInstruments_DblClick();
+}
+
+void InstrPage::InstrStartStop(ListItem *Item, Boolean fStart) {
+  try {
+    UncheckAllInstruments();
+    Instr().CloseInstrument();
+    m_panel.SetTabState(ePageIsCurrent, eAllPages);
+    if (fStart) {
+      if (!Item) {
+        SetHourglass(False);
+        return;
+      }
+      StartSession(Item);
+    }
+    m_panel.EnableControlsForChannels(ChannelCount());
+  } catch (const RunTimeError &error) {
+    ReportAndRelease("InstrStartStop", error);
+  }
+  SetHourglass(False);
+}
+
+void InstrPage::StartSession(ListItem *Item) {
+  Item->SetSelected(True);
+  SetHourglass(True);
+  const Boolean fAutoDetectErrors = m_options.chkAutoErrors.Value() == 1;
+  if (Instr().OpenInstrument(Item->Text(), False, False, fAutoDetectErrors)) {
+    Item->SetChecked(True);
+    m_panel.SetTabState(ePageNeedsDownloading, eAllPages);
+    m_panel.SetTabState(ePageIsCurrent, ePageInstr);
+    if (m_options.chkAutoDownload.Value() == 1) {
+      m_state.mfForceDownloadAll = True;
+      m_panel.cmdDownload_Click();
+      m_state.mfForceDownloadAll = False;
+    }
+  } else {
+    Item->SetChecked(False);
+    SetHourglass(False);
+    ShowStopMessage("Unable to start a session with this instrument");
+  }
+}
+
+}  // namespace tarvik

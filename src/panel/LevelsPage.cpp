@@ -1,0 +1,314 @@
+#include "panel/LevelsPage.h"
+
+#include "panel/ChannelOutputs.h"
+#include "support/Conversions.h"
+#include "support/modCboTags.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr Double TTLHigh = 2.5, TTLLow = 0, ECLHigh = -0.85, ECLLow = -1.8;
+constexpr const char *Volts = "V", *Amperes = "A";
+constexpr Double CaptionWidth = 1320;
+constexpr Integer ThisPage = 1;  // element of the output groups that stands here
+
+PropertyBag List(const char *strCaption, const char *strToolTip) {
+  return {{"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"ToolTip", strToolTip}};
+}
+
+PropertyBag LevelField(const char *strCaption, const char *strToolTip) {
+  return {{"Caption", strCaption},   {"CaptionWidth", CaptionWidth}, {"BaseUnit", Volts},
+          {"Min", -20.0},            {"Max", 20.0},                  {"MinExponent", Long{-9}},
+          {"MaxExponent", Long{0}}, {"ToolTip", strToolTip}};
+}
+
+struct ChannelNames {
+  const char *strFormatBox, *strFormatHolder, *strOutputBox, *strOutputHolder, *strPolarityBox;
+  const char *strOnOff, *strInvOnOff, *strOnOffBox, *strInvOnOffBox, *strOutput, *strInvOutput;
+};
+
+constexpr ChannelNames Names[] = {
+    {"grpLevelFormat(0)", "picLevelFormat(0)", "grpChannelOutput(0)", "picChannelOutput(0)", "grpNormalCompliment(0)",
+     "grpChan1OnOff", "grpChan1InvOnOff", "grpChan1OnOff(1)", "grpChan1InvOnOff(1)", "optChannel1Output",
+     "optChannel1InvOutput"},
+    {"grpLevelFormat(1)", "picLevelFormat(1)", "grpChannelOutput(1)", "picChannelOutput(1)", "grpNormalCompliment(1)",
+     "grpChan2OnOff", "grpChan2InvOnOff", "grpChan2OnOff(1)", "grpChan2InvOnOff(1)", "optChannel2Output",
+     "optChannel2InvOutput"},
+};
+
+void AddFormatBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
+  const ChannelNames &names = Names[k];
+  arrDesign.insert(
+      arrDesign.end(),
+      {{ControlKind::Frame, "grpLevelFormat", k, "", {sngLeft, 30, 4080, 1890},
+        {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
+       // Lists keep their choice while the box around them is disabled: they stand on a plain container.
+       {ControlKind::Container, "picLevelFormat", k, names.strFormatBox, {60, 240, 3960, 795}, {}},
+       {ControlKind::List, "cboLevelFormat", k, names.strFormatHolder, {90, 30, 3720, 345},
+        List("Level Format", "How the two levels below are told")},
+       {ControlKind::List, "cboLevelUnits", k, names.strFormatHolder, {90, 420, 3720, 345},
+        List("Voltage/Current", "Quantity in which the levels are shown")},
+       {ControlKind::Field, "esLevelHigh", k, names.strFormatBox, {150, 1065, 3720, 315},
+        LevelField("TTL-High", "High level or offset")},
+       {ControlKind::Field, "esLevelLo", k, names.strFormatBox, {150, 1455, 3720, 315},
+        LevelField("TTL-Low", "Low level or amplitude")}});
+}
+
+void AddSwitch(std::vector<ControlDesign> &arrDesign, const char *strBox, const char *strBoxName,
+               const char *strContainer, const char *strOption, Single sngLeft, const char *strCaption,
+               const char *strToolTip) {
+  arrDesign.insert(arrDesign.end(),
+                   {{ControlKind::Frame, strBox, ThisPage, strContainer, {sngLeft, 975, 1230, 795},
+                     {{"Caption", strCaption}, {"ToolTip", strToolTip}}},
+                    {ControlKind::Option, strOption, 2, strBoxName, {120, 225, 990, 270},
+                     {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}},
+                    {ControlKind::Option, strOption, 3, strBoxName, {120, 495, 990, 270},
+                     {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}}});
+}
+
+void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
+  const ChannelNames &names = Names[k];
+  const auto option = static_cast<Integer>(2 * k);
+  arrDesign.insert(
+      arrDesign.end(),
+      {{ControlKind::Frame, "grpChannelOutput", k, "", {sngLeft, 1920, 4080, 1800},
+        {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
+       {ControlKind::Container, "picChannelOutput", k, names.strOutputBox, {60, 210, 3960, 375}, {}},
+       {ControlKind::List, "cboOutputImpedance", k, names.strOutputHolder, {90, 15, 3720, 345},
+        List("Output Imp.", "Source impedance of the output")},
+       {ControlKind::Field, "esLoadCompensation", k, names.strOutputBox, {150, 615, 3720, 315},
+        {{"Caption", "Load Compens."}, {"CaptionWidth", CaptionWidth}, {"BaseUnit", "Ohm"}, {"Min", 0.1},
+         {"Max", 1000000.0}, {"MinExponent", Long{0}}, {"MaxExponent", Long{6}},
+         {"ToolTip", "Resistance of the load, for which the levels hold"}}},
+       {ControlKind::Frame, "grpNormalCompliment", k, names.strOutputBox, {120, 975, 1230, 795},
+        {{"Caption", "Polarity"}}},
+       {ControlKind::Option, "optNormalCompliment", option, names.strPolarityBox, {120, 225, 1050, 270},
+        {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
+       {ControlKind::Option, "optNormalCompliment", static_cast<Integer>(option + 1), names.strPolarityBox,
+        {120, 495, 1050, 270}, {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
+  AddSwitch(arrDesign, names.strOnOff, names.strOnOffBox, names.strOutputBox, names.strOutput, 1425, "Output",
+            "Turn the normal output on or off");
+  AddSwitch(arrDesign, names.strInvOnOff, names.strInvOnOffBox, names.strOutputBox, names.strInvOutput, 2730,
+            "Inverse", "Turn the inverse output on or off");
+}
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign = [] {
+    std::vector<ControlDesign> arr;
+    for (const Integer k : {Integer{0}, Integer{1}}) {
+      const Single sngLeft = k == 0 ? 60 : 4230;
+      AddFormatBox(arr, k, sngLeft);
+      AddOutputBox(arr, k, sngLeft);
+    }
+    arr.insert(arr.end(),
+               {{ControlKind::Frame, "grpOutputs", NoIndex, "", {60, 3705, 8250, 510}, {{"Caption", "Outputs"}}},
+                {ControlKind::Option, "optOutputs", 0, "grpOutputs", {180, 195, 3600, 285},
+                 {{"Caption", "Separate Outputs"}, {"Value", True}, {"ToolTip", "Each channel has its own output"}}},
+                {ControlKind::Option, "optOutputs", 1, "grpOutputs", {4290, 195, 3600, 285},
+                 {{"Caption", "Outputs Added At Output 1"}, {"ToolTip", "Channel 2 is added to output 1"}}}});
+    return arr;
+  }();
+  return arrDesign;
+}
+
+/// Captions of the two level fields for each item of the format list.
+constexpr struct {
+  const char *strHigh, *strLow;
+} FormatCaptions[] = {{"TTL-High", "TTL-Low"}, {"High", "Low"}, {"Offset", "Amplitude"}, {"ECL-High", "ECL-Low"}};
+
+void LogFailure(const char *strProc, const RunTimeError &error) {
+  LogError("TarvikGUI", strProc, error.Number(), error.Description());
+}
+
+}  // namespace
+
+LevelsPage::LevelsPage(QWidget &page, PanelServices &panel)
+    : Page(page, panel, Design()),
+      cboLevelFormat(m_form.GetArray<CboEnhanced>("cboLevelFormat")),
+      cboLevelUnits(m_form.GetArray<CboEnhanced>("cboLevelUnits")),
+      cboOutputImpedance(m_form.GetArray<CboEnhanced>("cboOutputImpedance")),
+      esLoadCompensation(m_form.GetArray<EngrSpin>("esLoadCompensation")),
+      esLevelHigh(m_form.GetArray<EngrSpin>("esLevelHigh")),
+      esLevelLo(m_form.GetArray<EngrSpin>("esLevelLo")),
+      grpNormalCompliment(m_form.GetArray<FrameEnhanced>("grpNormalCompliment")),
+      grpOutputs(m_form.Get<FrameEnhanced>("grpOutputs")),
+      optNormalCompliment(m_form.GetArray<OptionButton>("optNormalCompliment")),
+      optOutputs(m_form.GetArray<OptionButton>("optOutputs")),
+      m_outputs(std::make_unique<ChannelOutputs>(m_form, panel)) {
+  for (const Integer Index : {Integer{0}, Integer{1}}) {
+    cboLevelFormat[Index].Click.Connect([this, Index] { cboLevelFormat_Click(Index); });
+    cboLevelUnits[Index].Click.Connect([this, Index] { cboLevelUnits_Click(Index); });
+    esLoadCompensation[Index].AfterUpdate.Connect([this, Index] { esLoadCompensation_AfterUpdate(Index); });
+  }
+  for (const auto *arrButtons : {&optNormalCompliment, &optOutputs})
+    for (const auto &[lngIndex, button] : *arrButtons) button->Click.Connect([this] { MarkDirty(ePageLevels); });
+}
+
+LevelsPage::~LevelsPage() = default;
+
+void LevelsPage::Enter() {
+  m_form.Get<FrameEnhanced>("grpChan1OnOff", ThisPage).SetFocusOnOpt();
+  ShowLevelOutputs();
+}
+
+void LevelsPage::FillLevelCombos() {
+  for (const Long k : {0, 1}) {
+    cboOutputImpedance[k].AddItemData("50 Ohm", 50);
+    cboOutputImpedance[k].AddItemData("1 kOhm", 1000);
+    cboOutputImpedance[k].SetListIndex(0);
+    cboLevelFormat[k].AddItemData("Set TTL", eFormatTTL, eLevelHighLow, False);
+    cboLevelFormat[k].AddItemData("High-Low", eFormatHighLow, eLevelHighLow, True);
+    cboLevelFormat[k].AddItemData("Offset-Amplitude", eFormatOffsetAmpl, eLevelOffsetAmplitude, True);
+    cboLevelFormat[k].AddItemData("Set ECL", eFormatECL, eLevelHighLow, False);
+    cboLevelFormat[k].SetListIndex(1);
+    cboLevelUnits[k].AddItemData("Voltage", eTypeVoltage);
+    cboLevelUnits[k].AddItemData("Current", eTypeCurrent);
+    cboLevelUnits[k].SetListIndex(0);
+  }
+  for (const auto *arrButtons : {&optOutputs, &optNormalCompliment})
+    for (const auto &[lngIndex, button] : *arrButtons) button->SetTag(CStr(lngIndex % 2));
+}
+
+void LevelsPage::ShowLevelOutputs() { m_outputs->ShowFlags(); }
+
+// ---- Format and units ----
+
+void LevelsPage::cboLevelFormat_Click(Integer Index) {
+  if (m_sfInFormat) return;
+  m_sfInFormat = true;
+  try {
+    ApplyLevelFormat(Index);
+  } catch (const RunTimeError &error) {
+    m_sfInFormat = false;
+    LogFailure("cboLevelFormat_Click", error);
+  }
+  m_sfInFormat = false;
+}
+
+void LevelsPage::ApplyLevelFormat(Integer Index) {
+  const auto slot = static_cast<std::size_t>(Index);
+  const Long lngItem = cboLevelFormat[Index].ListIndex();
+  Double &dblHigh = m_sdblHigh.at(slot), &dblLow = m_sdblLow.at(slot);
+  EngrSpin &esHigh = esLevelHigh[Index], &esLow = esLevelLo[Index];
+  if (lngItem >= 0 && lngItem < Long{std::size(FormatCaptions)}) {
+    esHigh.SetCaption(FormatCaptions[lngItem].strHigh);
+    esLow.SetCaption(FormatCaptions[lngItem].strLow);
+  }
+
+  Boolean fLock = False, fWriteBack = True;
+  switch (lngItem) {
+    case eFormatTTL:
+      dblHigh = TTLHigh, dblLow = TTLLow;
+      fLock = True;
+      break;
+    case eFormatECL:
+      dblHigh = ECLHigh, dblLow = ECLLow;
+      fLock = True;
+      break;
+    case eFormatOffsetAmpl:
+      esHigh.SetValue((dblHigh + dblLow) / 2);
+      esLow.SetValue(dblHigh - dblLow);
+      fWriteBack = False;
+      break;
+    default: break;
+  }
+  // The fields show the remembered preset again, never a conversion of what stood in them.
+  if (fWriteBack) {
+    esHigh.SetValue(dblHigh);
+    esLow.SetValue(dblLow);
+  }
+  esHigh.LockControl(fLock, False);
+  esLow.LockControl(fLock, False);
+}
+
+void LevelsPage::cboLevelUnits_Click(Integer Index) {
+  try {
+    ConvertLevelFields(Index, cboLevelUnits[Index].ListIndex() == 0 ? Volts : Amperes);
+  } catch (const RunTimeError &error) {
+    LogFailure("cboLevelUnits_Click", error);
+  }
+}
+
+void LevelsPage::esLoadCompensation_AfterUpdate(Integer Index) { ConvertLevelFields(Index, ""); }
+
+void LevelsPage::ConvertLevelFields(Integer intChan, const std::string &strUnits) {
+  for (EngrSpin *field : {&esLevelHigh[intChan], &esLevelLo[intChan]}) {
+    std::string strUnitsOfField = strUnits;
+    ConvertLevelField(*field, intChan, strUnitsOfField);
+  }
+}
+
+void LevelsPage::ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits) {
+  if (strUnits.empty()) strUnits = esField.BaseUnit();
+  EngrSpin &esLoad = esLoadCompensation[intChan];
+  if (strUnits != esField.BaseUnit()) {
+    esField.SetBaseUnit(strUnits);
+    // AuxValue keeps the voltage while the field shows amperes.
+    if (esField.AuxUnits() != strUnits)
+      esField.SetAuxValue(esField.Value());
+    else
+      esField.SetValue(esLoad.Value() * esField.Value());
+  }
+  if (esField.BaseUnit() == Amperes) esField.SetValue(esField.AuxValue() * esLoad.Reciprocal());
+}
+
+// ---- Transfer ----
+
+void LevelsPage::UploadLevels(Boolean &fOk) {
+  fOk = False;
+  const clsInstrInterface &instr = Instr();
+  udtLevelInfo levels;
+  const Long lngChannels = ChannelCount();
+  for (Long i = 1; i <= lngChannels; ++i) {
+    const Long k = i - 1;
+    levels.dblAmplOrHigh[i] = esLevelHigh[k].Value();
+    levels.dblOffsetOrLow[i] = esLevelLo[k].Value();
+    if (instr.IsNotRestricted(eLacksImpedance)) levels.dblOutputImpedance[i] = cboOutputImpedance[k].GetCurrItemData();
+    if (instr.IsNotRestricted(eLacksLoadCompensation)) levels.dblLoadCompensation[i] = esLoadCompensation[k].Value();
+    levels.eOutputLevel[i] = cboLevelFormat[k].GetCurrGroupData(eLevelHighLow);
+    levels.eOutputPolarity[i] = CLng(grpNormalCompliment[k].Value());
+    levels.eOutputType[i] = cboLevelUnits[k].GetCurrItemData();
+    levels.fChannelOutputOn[i] = m_state.mfOutputOn[i];
+    levels.fChannelOutputInvOn[i] = m_state.mfOutputInvOn[i];
+  }
+  if (instr.IsNotRestricted(eLacksChannelMath)) levels.eChannelMath = CLng(grpOutputs.Value());
+  if (!Instr().SetLevels(levels)) return;
+  m_panel.SetTabState(ePageIsCurrent, ePageLevels);
+  fOk = True;
+}
+
+void LevelsPage::DownloadLevels() {
+  udtLevelInfo levels;
+  for (const Long i : {1, 2}) levels.eOutputLevel[i] = cboLevelFormat[i - 1].GetCurrGroupData(eLevelHighLow);
+  if (!Instr().GetLevels(levels)) return;
+  const Long lngChannels = ChannelCount();
+  for (Long i = 1; i <= lngChannels; ++i) ShowChannel(levels, i);
+  if (Instr().IsNotRestricted(eLacksChannelMath)) grpOutputs.SetValue(levels.eChannelMath);
+  m_outputs->ShowFlags();
+  // Values went before the formats: a change of the selected item brings the remembered preset back.
+  for (const Long i : {1, 2}) cboLevelFormat[i - 1].SetListIndexByGroupData(levels.eOutputLevel[i]);
+  SetOptionButtonToTag(optOutputs.All(), CStr(levels.eChannelMath));
+  m_panel.SetTabState(ePageIsCurrent, ePageLevels);
+}
+
+void LevelsPage::ShowChannel(const udtLevelInfo &levels, Long lngChannel) {
+  const Long k = lngChannel - 1;
+  const clsInstrInterface &instr = Instr();
+  esLevelHigh[k].SetValue(levels.dblAmplOrHigh[lngChannel]);
+  esLevelLo[k].SetValue(levels.dblOffsetOrLow[lngChannel]);
+  const Boolean fImpedance = instr.IsNotRestricted(eLacksImpedance);
+  cboOutputImpedance[k].SetEnabled(fImpedance);
+  if (fImpedance) cboOutputImpedance[k].SetListIndexByItemData(CLng(levels.dblOutputImpedance[lngChannel]));
+  const Boolean fLoad = instr.IsNotRestricted(eLacksLoadCompensation);
+  esLoadCompensation[k].SetEnabled(fLoad);
+  if (fLoad) esLoadCompensation[k].SetValue(levels.dblLoadCompensation[lngChannel]);
+  grpNormalCompliment[k].SetValue(levels.eOutputPolarity[lngChannel]);
+  cboLevelUnits[k].SetListIndexByItemData(levels.eOutputType[lngChannel]);
+  m_state.mfOutputOn[lngChannel] = levels.fChannelOutputOn[lngChannel];
+  m_state.mfOutputInvOn[lngChannel] = levels.fChannelOutputInvOn[lngChannel];
+}
+
+}  // namespace tarvik

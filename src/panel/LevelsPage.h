@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "controls/CboEnhanced.h"
+#include "controls/FrameEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "panel/Page.h"
+#include "platform/OptionButton.h"
+
+namespace tarvik {
+
+class ChannelOutputs;
+
+/// Levels of each channel: format, volts or amperes, impedance, load compensation, polarity and output switches, and
+/// whether channel 2 is added to output 1.
+class LevelsPage : public Page {
+ public:
+  LevelsPage(QWidget &page, PanelServices &panel);
+  ~LevelsPage() override;
+
+  void Enter() override;
+
+  void FillLevelCombos();
+  /// The output groups of this page follow the panel's flags.
+  void ShowLevelOutputs();
+  void UploadLevels(Boolean &fOk);
+  void DownloadLevels();
+
+ private:
+  friend class PanelTestAccess;
+
+  void cboLevelFormat_Click(Integer Index);
+  void ApplyLevelFormat(Integer Index);
+  void cboLevelUnits_Click(Integer Index);
+  void esLoadCompensation_AfterUpdate(Integer Index);
+  void ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits);
+  void ConvertLevelFields(Integer intChan, const std::string &strUnits);
+  void ShowChannel(const udtLevelInfo &levels, Long lngChannel);
+
+  ControlArray<CboEnhanced> cboLevelFormat;
+  ControlArray<CboEnhanced> cboLevelUnits;
+  ControlArray<CboEnhanced> cboOutputImpedance;
+  ControlArray<EngrSpin> esLoadCompensation;
+  ControlArray<EngrSpin> esLevelHigh;
+  ControlArray<EngrSpin> esLevelLo;
+  ControlArray<FrameEnhanced> grpNormalCompliment;
+  FrameEnhanced &grpOutputs;
+  ControlArray<OptionButton> optNormalCompliment;
+  ControlArray<OptionButton> optOutputs;
+  std::unique_ptr<ChannelOutputs> m_outputs;
+
+  bool m_sfInFormat = false;
+  /// The last preset of each channel, volts. Neither typing nor a download changes them.
+  std::array<Double, 2> m_sdblHigh{}, m_sdblLow{};
+};
+
+}  // namespace tarvik

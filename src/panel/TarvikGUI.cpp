@@ -1,0 +1,410 @@
+#include "panel/TarvikGUI.h"
+
+#include <QEvent>
+#include <QHideEvent>
+#include <functional>
+#include <utility>
+
+#include "panel/CapabilityGate.h"
+#include "panel/ConfigPage.h"
+#include "panel/InstrPage.h"
+#include "panel/LevelsPage.h"
+#include "panel/LimitsPage.h"
+#include "panel/ModePage.h"
+#include "panel/OptionsPage.h"
+#include "panel/PatternPage.h"
+#include "panel/TimingPage.h"
+#include "panel/TrigLevPage.h"
+#include "platform/CommandButton.h"
+#include "platform/QtHost.h"
+#include "support/Conversions.h"
+#include "support/EventBoundary.h"
+#include "support/Host.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr const char *SettingsSection = "Config";
+
+constexpr Single PanelWidth = 8640, PanelHeight = 6180;
+constexpr TwipsRect TabPlace{60, 60, 8520, 4620};
+/// How far a highlight looks out from under its button.
+constexpr Single Shadow = 50;
+
+/// The toolkit's shadow colours behind the numbers of the system's colour table.
+constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
+
+constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing",  "&Levels", "&Pattern",
+                                                "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
+
+constexpr TwipsRect Shadowed(TwipsRect place) {
+  return {place.sngLeft + Shadow, place.sngTop + Shadow, place.sngWidth, place.sngHeight};
+}
+
+constexpr TwipsRect DownloadPlace{120, 5640, 2700, 420}, UploadPlace{2970, 5640, 2700, 420};
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign{
+      {ControlKind::Text, "lblStatus", NoIndex, "", {120, 4800, 780, 315}, {{"Caption", "Status"}}},
+      {ControlKind::DisplayBox, "txtStatus", NoIndex, "", {900, 4770, 7620, 735},
+       {{"AccessibleName", "Status"}, {"ToolTip", "The last message of the instrument connection"}}},
+      // The highlights are made before the buttons, so that they lie behind them.
+      {ControlKind::Picture, "picDownloadHighlight", NoIndex, "", Shadowed(DownloadPlace),
+       {{"BackColor", Long{0x00A0A000}}, {"Visible", False}}},
+      {ControlKind::Picture, "picUploadHighlight", NoIndex, "", Shadowed(UploadPlace), {{"Visible", False}}},
+      {ControlKind::Button, "cmdDownload", NoIndex, "", DownloadPlace,
+       {{"Caption", "&Download From Instrument"}, {"ToolTip", "Download settings FROM the instrument"}}},
+      {ControlKind::Button, "cmdUpload", NoIndex, "", UploadPlace,
+       {{"Caption", "&Upload To Instrument"}, {"ToolTip", "Upload current settings TO the instrument"}}},
+      {ControlKind::Button, "cmdCheckErrors", NoIndex, "", {5820, 5640, 1275, 420},
+       {{"Caption", "Errors"}, {"ToolTip", "Check instrument for errors"}}},
+      {ControlKind::Button, "cmdCheckWarnings", NoIndex, "", {7245, 5640, 1275, 420},
+       {{"Caption", "Warnings"}, {"ToolTip", "Check instrument for warnings"}}},
+  };
+  return arrDesign;
+}
+
+TabControl *MakeTabs(QWidget *panel) {
+  auto *tabs = new TabControl(panel);
+  tabs->setObjectName(QStringLiteral("tabMain"));
+  for (const char *strCaption : TabCaptions) {
+    auto *page = new QWidget;
+    tabs->addTab(page, QString::fromLatin1(strCaption));
+  }
+  return tabs;
+}
+
+std::string Setting(const char *strKey, const char *strDefault) {
+  return TheHost().GetSetting(AppTitle, SettingsSection, strKey, strDefault);
+}
+
+}  // namespace
+
+TarvikGUI::TarvikGUI(QWidget *parent)
+    : QWidget(parent),
+      m_tabMain(MakeTabs(this)),
+      m_form(*this, Design()),
+      txtStatus(m_form.Get<DisplayBox>("txtStatus")),
+      picDownloadHighlight(m_form.Get<PictureBox>("picDownloadHighlight")),
+      picUploadHighlight(m_form.Get<PictureBox>("picUploadHighlight")) {
+  EnsureQtHost();
+  m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
+  m_tabMain->setDocumentMode(false);
+  m_tabMain->setUsesScrollButtons(true);
+  MakePages();
+  ConnectEvents();
+}
+
+TarvikGUI::~TarvikGUI() {
+  RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
+  if (gobjPanel() == this) gobjPanel() = nullptr;
+}
+
+void TarvikGUI::MakePages() {
+  const auto page = [this](TabNumEnum ePage) -> QWidget & { return *m_tabMain->widget(ePage); };
+  PanelServices &panel = *this;
+  m_optionsPage = std::make_unique<OptionsPage>(page(ePageOptions), panel);
+  m_instrPage = std::make_unique<InstrPage>(page(ePageInstr), panel, *m_optionsPage);
+  m_timingPage = std::make_unique<TimingPage>(page(ePageTiming), panel);
+  m_patternPage = std::make_unique<PatternPage>(page(ePagePattern), panel);
+  m_modePage = std::make_unique<ModePage>(page(ePageMode), panel, *m_timingPage, *m_patternPage);
+  m_levelsPage = std::make_unique<LevelsPage>(page(ePageLevels), panel);
+  m_limitsPage = std::make_unique<LimitsPage>(page(ePageLimits), panel);
+  m_trigLevPage = std::make_unique<TrigLevPage>(page(ePageTrigLev), panel);
+  m_configPage = std::make_unique<ConfigPage>(page(ePageConfig), panel, *m_instrPage);
+  m_gate = std::make_unique<CapabilityGate>(*this, panel, *m_timingPage, m_patternPage->Editor());
+}
+
+void TarvikGUI::ConnectEvents() {
+  m_tabMain->Click.Connect([this](Long) { tabMain_Click(); });
+  m_instrPage->ClearTabTag = [this] { m_tabMain->SetTag(""); };
+  m_form.Get<CommandButton>("cmdUpload").Click.Connect([this] { cmdUpload_Click(); });
+  m_form.Get<CommandButton>("cmdDownload").Click.Connect([this] { cmdDownload_Click(); });
+  m_form.Get<CommandButton>("cmdCheckErrors").Click.Connect([this] { cmdCheckErrors_Click(); });
+  m_form.Get<CommandButton>("cmdCheckWarnings").Click.Connect([this] { cmdCheckWarnings_Click(); });
+}
+
+Page *TarvikGUI::PageOf(Long lngPage) const {
+  switch (lngPage) {
+    case ePageInstr: return m_instrPage.get();
+    case ePageMode: return m_modePage.get();
+    case ePageTiming: return m_timingPage.get();
+    case ePageLevels: return m_levelsPage.get();
+    case ePagePattern: return m_patternPage.get();
+    case ePageLimits: return m_limitsPage.get();
+    case ePageTrigLev: return m_trigLevPage.get();
+    case ePageConfig: return m_configPage.get();
+    case ePageOptions: return m_optionsPage.get();
+    default: return nullptr;
+  }
+}
+
+QSize TarvikGUI::sizeHint() const { return TwipsToPixels(*this, TwipsRect{0, 0, PanelWidth, PanelHeight}).size(); }
+
+void TarvikGUI::changeEvent(QEvent *event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::FontChange) return;
+  m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
+  updateGeometry();
+}
+
+// ---- Start and end ----
+
+void TarvikGUI::showEvent(QShowEvent *event) {
+  QWidget::showEvent(event);
+  // A window that comes back from the task bar was never hidden by its host.
+  if (event->spontaneous() || m_fShowPending) return;
+  m_fShowPending = true;
+  // The start may ask questions; by then the window has to stand on the screen.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (!std::exchange(m_fShowPending, false)) return;
+        RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
+      },
+      Qt::QueuedConnection);
+}
+
+void TarvikGUI::hideEvent(QHideEvent *event) {
+  QWidget::hideEvent(event);
+  if (event->spontaneous() || std::exchange(m_fShowPending, false)) return;
+  RunUserEvent("TarvikGUI", "Hide", [this] { UserControl_Hide(); });
+}
+
+void TarvikGUI::HoldInstr() {
+  m_zorvaneInstr = InstrInterface();
+  m_statusConnection = m_zorvaneInstr->StatusMessage.ConnectScoped(
+      [this](const std::string &strStatus) { ZorvaneInstr_StatusMessage(strStatus); });
+  m_errorConnection =
+      m_zorvaneInstr->InstrError.ConnectScoped([this](const std::string &) { ZorvaneInstr_InstrError(); });
+}
+
+clsInstrInterface &TarvikGUI::ZorvaneInstr() {
+  if (!m_zorvaneInstr) RaiseError(ErrObjectNotSet);
+  return *m_zorvaneInstr;
+}
+
+void TarvikGUI::UserControl_Show() {
+  gobjPanel() = this;
+  HoldInstr();
+  RestoreOptions();
+  InitAllPages();
+  if (ZorvaneInstr().Connect()) {
+    m_tabMain->SetTab(ePageInstr);
+    m_instrPage->cmdRefresh.SetEnabled(True);
+    TheHost().DoEvents();
+    m_instrPage->cmdRefresh_Click();
+  }
+  EnableControlsForChannels(0);
+}
+
+void TarvikGUI::RestoreOptions() {
+  OptionsPage &options = *m_optionsPage;
+  const auto number = [](const char *strKey, const char *strDefault) {
+    return CInt(std::string_view(Setting(strKey, strDefault)));
+  };
+  options.grpUpload.SetValue(Setting("Upload", "All"));
+  options.grpDownload.SetValue(Setting("Download", "All"));
+  // The handlers run whether or not the assignment changed anything.
+  options.chkAutoWarnings.SetValue(number("AutoWarnings", "1"));
+  options.chkAutoWarnings_Click();
+  options.chkAutoErrors.SetValue(number("AutoErrors", "1"));
+  options.chkAutoErrors_Click();
+  options.chkAutoDownOnError.SetValue(number("AutoDownOnError", "0"));
+  options.chkAutoDownload.SetValue(number("AutoDownload", "1"));
+  options.chkAutoOutputOnOff.SetValue(number("AutoOutputOnOff", "1"));
+  options.chkAutoOutputOnOff_Click();
+  m_state.mfWorkWithBoxes = Setting("WorkWithBoxes", "0") != "0";
+}
+
+void TarvikGUI::InitAllPages() {
+  m_modePage->InitModePage();
+  m_levelsPage->FillLevelCombos();
+  m_trigLevPage->FillTrigLevelControls();
+  m_configPage->InitPllRefCombos();
+}
+
+void TarvikGUI::UserControl_Hide() { UserControl_Terminate(); }
+
+void TarvikGUI::UserControl_Terminate() {
+  try {
+    SaveOptions();
+    if (!m_zorvaneInstr) return;
+    m_zorvaneInstr->CloseInstrument();
+    m_statusConnection.Disconnect();
+    m_errorConnection.Disconnect();
+    m_zorvaneInstr.reset();
+  } catch (const RunTimeError &error) {
+    TheHost().MsgBox("Unable to save settings: " + error.Description(), BoxIcon::Information, BoxButtons::Ok,
+                     AppTitle);
+  }
+}
+
+void TarvikGUI::SaveOptions() {
+  const OptionsPage &options = *m_optionsPage;
+  const auto save = [](const char *strKey, const std::string &strValue) {
+    TheHost().SaveSetting(AppTitle, SettingsSection, strKey, strValue);
+  };
+  save("Upload", CStr(options.grpUpload.Value()));
+  save("Download", CStr(options.grpDownload.Value()));
+  save("AutoWarnings", CStr(Long{options.chkAutoWarnings.Value()}));
+  save("AutoErrors", CStr(Long{options.chkAutoErrors.Value()}));
+  save("AutoDownOnError", CStr(Long{options.chkAutoDownOnError.Value()}));
+  save("AutoDownload", CStr(Long{options.chkAutoDownload.Value()}));
+  save("AutoOutputOnOff", CStr(Long{options.chkAutoOutputOnOff.Value()}));
+}
+
+// ---- Page states ----
+
+TabStates &TarvikGUI::StateOf(Long lngPage) {
+  if (lngPage < 0 || lngPage >= eNumPages) RaiseError(ErrSubscriptOutOfRange);
+  return m_state.meTabState[static_cast<std::size_t>(lngPage)];
+}
+
+void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) {
+  if (eState == ePageIsDirty && m_state.mfDownloading) return;
+  if (eState != ePageSetStatus) {
+    if (ePage == eAllPages)
+      m_state.meTabState.fill(eState);
+    else
+      StateOf(ePage == eCurrPage ? m_tabMain->Tab() : ePage) = eState;
+  }
+  ShowStateOfVisiblePage();
+}
+
+void TarvikGUI::ShowStateOfVisiblePage() {
+  switch (StateOf(m_tabMain->Tab())) {
+    case ePageIsCurrent: ShowHighlights(False, False, False); break;
+    case ePageNeedsDownloading: ShowHighlights(True, False, False); break;
+    case ePageIsDirty: ShowHighlights(False, True, False); return;
+    default: ShowIllegalCase(); break;
+  }
+  if (!m_optionsPage->UploadsAll()) return;
+  for (const TabStates eState : m_state.meTabState)
+    if (eState == ePageIsDirty) {
+      ShowHighlights(False, True, True);
+      return;
+    }
+}
+
+void TarvikGUI::ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage) {
+  picDownloadHighlight.SetVisible(fDownload);
+  if (fUpload) picUploadHighlight.SetBackColor(fOtherPage ? ButtonShadow : DarkShadow);
+  picUploadHighlight.SetVisible(fUpload);
+}
+
+void TarvikGUI::tabMain_Click() {
+  if (Page *page = PageOf(m_tabMain->Tab()))
+    page->Enter();
+  else
+    ShowIllegalCase();
+  SetTabState(ePageSetStatus, eCurrPage);
+}
+
+// ---- Upload and download ----
+
+Boolean TarvikGUI::NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage) {
+  const bool fDirty = StateOf(intPage) == ePageIsDirty;
+  return fDirty && (intPage == m_tabMain->Tab() || fAll) && fContinue;
+}
+
+void TarvikGUI::cmdUpload_Click() {
+  try {
+    UploadPages();
+  } catch (const RunTimeError &) {
+    ZorvaneInstr().TransactionCancel();
+  }
+  SetHourglass(False);
+}
+
+void TarvikGUI::UploadPages() {
+  clsInstrInterface &instr = ZorvaneInstr();
+  if (!instr.IsOnline(False)) return;
+  SetHourglass(True);
+  instr.TransactionStart(True);
+  const Boolean fAll = m_optionsPage->UploadsAll();
+  Boolean fOk = True;
+
+  const struct {
+    TabNumEnum ePage;
+    std::function<void(Boolean &)> upload;
+  } steps[] = {
+      // Not the tab order: the pattern's flags go last, its bits follow behind the transaction.
+      {ePageMode, [&](Boolean &f) { m_modePage->UploadMode(f); }},
+      {ePageTiming, [&](Boolean &f) { m_timingPage->UploadTiming(f); }},
+      {ePageLevels, [&](Boolean &f) { m_levelsPage->UploadLevels(f); }},
+      {ePageLimits, [&](Boolean &f) { m_limitsPage->UploadLimits(f); }},
+      {ePageTrigLev, [&](Boolean &f) { m_trigLevPage->UploadTrigLevels(f); }},
+      {ePageConfig, [&](Boolean &f) { m_configPage->UploadConfig(f); }},
+      {ePagePattern, [&](Boolean &f) { m_patternPage->UploadRz(f); }},
+  };
+  for (const auto &step : steps)
+    if (NeedsUpload(fAll, fOk, step.ePage)) step.upload(fOk);
+
+  if (fOk) {
+    instr.TransactionFinish(True);
+    instr.CheckWarnings(False);
+  } else {
+    instr.TransactionCancel();
+  }
+  if (NeedsUpload(fAll, fOk, ePagePattern)) m_patternPage->UploadPattern(fOk);
+}
+
+void TarvikGUI::cmdDownload_Click() {
+  if (!ZorvaneInstr().IsOnline(False)) return;
+  // A failure below leaves the pointer and the flag as they are until the next download that works.
+  SetHourglass(True);
+  m_state.mfDownloading = True;
+  const Long intPage = m_tabMain->Tab();
+  const Boolean fAll = m_state.mfForceDownloadAll || m_optionsPage->DownloadsAll();
+
+  const struct {
+    TabNumEnum ePage;
+    std::function<void()> download;
+  } steps[] = {
+      {ePageMode, [&] { m_modePage->DownloadMode(); }},
+      {ePageTiming, [&] { m_timingPage->DownloadTiming(); }},
+      {ePageLevels, [&] { m_levelsPage->DownloadLevels(); }},
+      {ePagePattern, [&] { m_patternPage->DownloadPattern(); }},
+      {ePageLimits, [&] { m_limitsPage->DownloadLimits(); }},
+      {ePageTrigLev, [&] { m_trigLevPage->DownloadTrigLevels(); }},
+      {ePageConfig, [&] { m_configPage->DownloadConfig(); }},
+  };
+  for (const auto &step : steps)
+    if (intPage == step.ePage || fAll) step.download();
+
+  m_state.mfDownloading = False;
+  SetHourglass(False);
+  ZorvaneInstr().CheckWarnings(False);
+}
+
+void TarvikGUI::EnableControlsForChannels(Long lngChannels) { m_gate->EnableControlsForChannels(lngChannels); }
+
+// ---- Errors, warnings and events of the instrument ----
+
+void TarvikGUI::cmdCheckErrors_Click() {
+  if (!ZorvaneInstr().IsOnline(False)) return;
+  if (!ZorvaneInstr().CheckErrors(True))
+    TheHost().MsgBox("No Instrument Errors", BoxIcon::Information, BoxButtons::Ok, AppTitle);
+}
+
+void TarvikGUI::cmdCheckWarnings_Click() {
+  if (!ZorvaneInstr().IsOnline(False)) return;
+  if (!ZorvaneInstr().CheckWarnings(True))
+    TheHost().MsgBox("No Instrument Warnings", BoxIcon::Information, BoxButtons::Ok, AppTitle);
+}
+
+void TarvikGUI::ZorvaneInstr_StatusMessage(const std::string &strStatus) { txtStatus.SetText(strStatus); }
+
+void TarvikGUI::ZorvaneInstr_InstrError() {
+  if (m_optionsPage->chkAutoDownOnError.Value() != 1) return;
+  SetTabState(ePageNeedsDownloading, eAllPages);
+  m_state.mfForceDownloadAll = True;
+  cmdDownload_Click();
+  m_state.mfForceDownloadAll = False;
+}
+
+}  // namespace tarvik

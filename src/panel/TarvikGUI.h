@@ -1,0 +1,107 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "controls/FrameEnhanced.h"
+#include "panel/Page.h"
+#include "panel/PanelState.h"
+#include "platform/PictureBox.h"
+#include "platform/PlainControls.h"
+#include "platform/TabControl.h"
+#include "support/modGlobals.h"
+
+namespace tarvik {
+
+class CapabilityGate;
+class ConfigPage;
+class InstrPage;
+class LevelsPage;
+class LimitsPage;
+class ModePage;
+class OptionsPage;
+class PatternPage;
+class TimingPage;
+class TrigLevPage;
+
+/// The front panel: a host places it on a form and gets a complete panel. It starts when it is shown: options are
+/// restored, the driver is connected, the instruments are listed. Hiding saves the options and ends the session; a
+/// later show starts anew. All of it lives on the thread that made it; only the last panel shown is told of changes.
+class TarvikGUI : public QWidget, public PanelReference, private PanelServices {
+  Q_OBJECT
+
+ public:
+  explicit TarvikGUI(QWidget *parent = nullptr);
+  ~TarvikGUI() override;
+
+  /// Gives one page, the visible page (eCurrPage) or all pages (eAllPages) a state, or with ePageSetStatus none, and
+  /// shows the highlights anew. A dirty mark during a download is dropped. Another page number is error 9.
+  void SetTabState(TabStates eState, TabNumEnum ePage) override;
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void showEvent(QShowEvent *event) override;
+  void hideEvent(QHideEvent *event) override;
+  void changeEvent(QEvent *event) override;
+
+ private:
+  friend class PanelTestAccess;
+
+  PanelState &State() override { return m_state; }
+  clsInstrInterface &ZorvaneInstr() override;
+  bool HasInstr() const override { return m_zorvaneInstr != nullptr; }
+  void EnterVisiblePage() override { tabMain_Click(); }
+  void cmdDownload_Click() override;
+  void EnableControlsForChannels(Long lngChannels) override;
+
+  void UserControl_Show();
+  void UserControl_Hide();
+  void UserControl_Terminate();
+  void RestoreOptions();
+  void SaveOptions();
+  void InitAllPages();
+  void HoldInstr();
+  void MakePages();
+  void ConnectEvents();
+  void tabMain_Click();
+
+  void cmdUpload_Click();
+  void UploadPages();
+  void cmdCheckErrors_Click();
+  void cmdCheckWarnings_Click();
+  void ZorvaneInstr_StatusMessage(const std::string &strStatus);
+  void ZorvaneInstr_InstrError();
+
+  Boolean NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage);
+  TabStates &StateOf(Long lngPage);
+  void ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage);
+  void ShowStateOfVisiblePage();
+  Page *PageOf(Long lngPage) const;
+
+  PanelState m_state;
+  std::shared_ptr<clsInstrInterface> m_zorvaneInstr;
+  Event<const std::string &>::Connection m_statusConnection;
+  Event<const std::string &>::Connection m_errorConnection;
+  bool m_fShowPending = false;
+
+  TabControl *m_tabMain;  ///< made before the rest, so that it comes first in the tab order
+  Form m_form;
+  DisplayBox &txtStatus;
+  PictureBox &picDownloadHighlight;
+  PictureBox &picUploadHighlight;
+
+  std::unique_ptr<OptionsPage> m_optionsPage;
+  std::unique_ptr<InstrPage> m_instrPage;
+  std::unique_ptr<TimingPage> m_timingPage;
+  std::unique_ptr<PatternPage> m_patternPage;
+  std::unique_ptr<ModePage> m_modePage;
+  std::unique_ptr<LevelsPage> m_levelsPage;
+  std::unique_ptr<LimitsPage> m_limitsPage;
+  std::unique_ptr<TrigLevPage> m_trigLevPage;
+  std::unique_ptr<ConfigPage> m_configPage;
+  std::unique_ptr<CapabilityGate> m_gate;
+};
+
+}  // namespace tarvik

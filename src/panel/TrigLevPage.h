@@ -1,0 +1,46 @@
+#pragma once
+
+#include "controls/CboEnhanced.h"
+#include "controls/FrameEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "panel/Page.h"
+#include "platform/OptionButton.h"
+
+namespace tarvik {
+
+/// Thresholds and impedances of the two inputs, level families of the two auxiliary outputs, and the VXI trigger.
+class TrigLevPage : public Page {
+ public:
+  TrigLevPage(QWidget &page, PanelServices &panel);
+
+  void Enter() override;
+
+  /// Writes the tags of the options and fills the two lists.
+  void FillTrigLevelControls();
+  void UploadTrigLevels(Boolean &fOk);
+  void DownloadTrigLevels();
+
+ private:
+  friend class PanelTestAccess;
+
+  void optTrigLevelExtIn_Click(Integer Index);
+  void optTrigLevelClkIn_Click(Integer Index);
+  void esTrgLevExtInThreshold_AfterUpdate();
+  void esTrgLevClkInThreshold_AfterUpdate();
+  void ApplyPreset(EngrSpin &field, Integer Index);
+
+  FrameEnhanced &grpTrigLevelExtIn;
+  FrameEnhanced &grpTrigLevelClkIn;
+  FrameEnhanced &grpTrigLevelExtInImp;
+  FrameEnhanced &grpTrigLevelClkInImp;
+  FrameEnhanced &grpTrigLevelTrigOut;
+  FrameEnhanced &grpTrigLevelStrobeOut;
+  ControlArray<OptionButton> optTrigLevelExtIn;
+  ControlArray<OptionButton> optTrigLevelClkIn;
+  EngrSpin &esTrgLevExtInThreshold;
+  EngrSpin &esTrgLevClkInThreshold;
+  CboEnhanced &cboVxiTriggerEnable;
+  CboEnhanced &cboVxiTriggerSource;
+};
+
+}  // namespace tarvik
