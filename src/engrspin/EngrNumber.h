@@ -1,0 +1,102 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "support/Types.h"
+
+namespace tarvik {
+
+/// What a typed text means to the field.
+struct Entry {
+  enum class Kind {
+    Empty,   ///< the text is empty: the minimum is shown, the value stays
+    Number,  ///< assign dblValue
+    Bad,     ///< no number, or a tail that is neither prefix nor unit
+  };
+  Kind kind = Kind::Bad;
+  Double dblValue = 0;
+};
+
+/// The number of a field: its value within its limits, and its way to and from text.
+/// Exponents are powers of ten, multiples of 3 from -12 to 12.
+class EngrNumber {
+ public:
+  virtual ~EngrNumber() = default;
+
+  /// Starts as a field that was just put on a form.
+  void InitProperties();
+
+  Double Value() const { return m_dblValue; }
+  /// The value before the latest assignment.
+  Double OldValue() const { return m_dblOldValue; }
+  /// Takes the value, held to the limits. What is too small to be held jumps to the lower limit on the way
+  /// down and to the smallest value on the way up. What is no number at all counts as too small.
+  void Assign(Double dblValue);
+
+  /// 1 / value, or the upper limit for 0.
+  Double Reciprocal() const;
+  /// The value whose reciprocal this is: the upper limit for 0.
+  Double ValueOfReciprocal(Double dblReciprocal) const;
+
+  Double Min() const { return m_dblMin; }
+  Double Max() const { return m_dblMax; }
+  /// Each limit pushes the other one when it passes it. A limit that is no number is not taken.
+  void SetMin(Double dblMin);
+  void SetMax(Double dblMax);
+
+  Long MinExponent() const { return m_lngMinExponent; }
+  Long MaxExponent() const { return m_lngMaxExponent; }
+  void SetMinExponent(Long lngExponent);
+  void SetMaxExponent(Long lngExponent) { m_lngMaxExponent = lngExponent; }
+  /// Smallest magnitude other than 0 and smallest step: 10^(MinExponent - 2).
+  Double Smallest() const { return m_dblSmallest; }
+
+  Long SignificantDigits() const { return m_lngSignificantDigits; }
+  void SetSignificantDigits(Long lngDigits) { m_lngSignificantDigits = lngDigits; }
+
+  const std::string &BaseUnit() const { return m_strBaseUnit; }
+  void SetBaseUnit(const std::string &strUnit) { m_strBaseUnit = strUnit; }
+  const std::string &NumberFormat() const { return m_strNumberFormat; }
+  void SetNumberFormat(const std::string &strFormat) { m_strNumberFormat = strFormat; }
+
+  char Decimal() const { return m_chDecimal; }
+  void SetDecimal(char chDecimal) { m_chDecimal = chDecimal; }
+
+  Boolean EngrMode() const { return m_fEngrMode; }
+  void SetEngrMode(Boolean fEngrMode) { m_fEngrMode = fEngrMode; }
+  /// Exponent of the text shown last in engineering format; it survives a value of 0.
+  Long Exponent() const { return m_lngExponent; }
+
+  /// Prefix letter in engineering format, "*" outside of -12 to 12; always empty in plain format.
+  std::string ExponentToPrefix(Long lngExponent) const;
+  /// Exponent of a tail: a prefix within the exponents of the field, the unit, or both. strUnits is left
+  /// with what was compared last.
+  void UnitsToExponent(std::string &strUnits, Long &lngExponent, Boolean &fFound) const;
+  void FormatEngr(Double dblValue, Long &lngExponent, std::string &strText) const;
+  /// Text of the value in the format in force. A failure is reported and gives the empty text.
+  std::string ConvertValue2Engr();
+
+  /// What the typed text means. Errors 6 and 13 where it looks like a number and does not convert.
+  Entry ReadEntry(std::string_view strText) const;
+
+ protected:
+  virtual std::string TextOfValue();
+
+ private:
+  Double m_dblValue = 0;
+  Double m_dblOldValue = 0;
+  Double m_dblMin = 0;
+  Double m_dblMax = 0;
+  Double m_dblSmallest = 0;
+  Long m_lngMinExponent = 0;
+  Long m_lngMaxExponent = 0;
+  Long m_lngSignificantDigits = 4;
+  Long m_lngExponent = 0;
+  std::string m_strBaseUnit;
+  std::string m_strNumberFormat;
+  Boolean m_fEngrMode = False;
+  char m_chDecimal = '.';
+};
+
+}  // namespace tarvik

@@ -1,0 +1,219 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <string>
+
+#include "engrspin/DigitCursor.h"
+#include "engrspin/EngrNumber.h"
+#include "engrspin/FieldLayout.h"
+#include "engrspin/NumberTextBox.h"
+#include "engrspin/ValueList.h"
+#include "platform/ControlSite.h"
+#include "platform/PropertyBag.h"
+#include "support/Control.h"
+#include "support/Event.h"
+
+namespace tarvik {
+
+class FieldLabel;
+class SpinControl;
+
+/// Number of the error that a design-time mistake on a property raises, with the source "EngrSpin.ctl".
+inline constexpr Long ErrFieldProperty = static_cast<Long>(0x800401F5u);
+
+/// A number with its unit, as an instrument shows it: a digit cursor that keys, spin button and wheel step,
+/// and free typing with prefix and unit. In engineering format the unit carries a prefix letter; without a
+/// unit, or with both exponents 0, the number goes through NumberFormat. All sizes are in twips.
+class EngrSpin : public QWidget, public Control, private TextBoxEvents {
+ public:
+  explicit EngrSpin(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
+  ~EngrSpin() override;
+
+  /// The user changed the value, or the host did while the user was typing.
+  Event<> AfterUpdate;
+  /// The Tab key; the host sets the flag to keep the key in the field.
+  Event<Boolean &> OnTab;
+
+  /// A container calls one of the two once, and then Resize.
+  void InitProperties();
+  /// Properties that are missing take their default, those that are refused keep what they were.
+  void ReadProperties(const PropertyBag &bag);
+  void WriteProperties(PropertyBag &bag) const;
+
+  /// Value in the base unit. An assignment is held to the limits and, while the user is not typing, raises
+  /// no event.
+  Double Value() const { return m_number->Value(); }
+  void SetValue(Double dblValue);
+  /// The value before the latest assignment.
+  Double OldValue() const { return m_number->OldValue(); }
+  /// 1 / Value; the upper limit stands for the reciprocal of 0.
+  Double Reciprocal() const { return m_number->Reciprocal(); }
+  void SetReciprocal(Double dblReciprocal);
+
+  /// Limits in the base unit. A limit that passes the other one takes it along; the value is limited again.
+  Double Min() const { return m_number->Min(); }
+  void SetMin(Double dblMin);
+  Double Max() const { return m_number->Max(); }
+  void SetMax(Double dblMax);
+
+  /// Powers of ten between which typed prefixes are taken, multiples of 3 from -12 to 12. Corrected at run
+  /// time, refused at design time.
+  Long MinExponent() const { return m_number->MinExponent(); }
+  void SetMinExponent(Long lngExponent);
+  Long MaxExponent() const { return m_number->MaxExponent(); }
+  void SetMaxExponent(Long lngExponent);
+
+  /// 4 to 10, refused otherwise.
+  Long SignificantDigits() const { return m_number->SignificantDigits(); }
+  void SetSignificantDigits(Long lngDigits);
+
+  /// Unit without prefix; empty for a plain number.
+  const std::string &BaseUnit() const { return m_number->BaseUnit(); }
+  void SetBaseUnit(const std::string &strUnit);
+  /// Format string of plain format; an engineering field has none.
+  const std::string &NumberFormat() const { return m_number->NumberFormat(); }
+  void SetNumberFormat(const std::string &strFormat);
+
+  const std::string &Caption() const { return m_strCaption; }
+  void SetCaption(const std::string &strCaption);
+  /// 0 left, 1 right, 2 centred.
+  Long CaptionAlignment() const { return m_lngCaptionAlignment; }
+  void SetCaptionAlignment(Long lngAlignment);
+  /// In twips; 0 hides the caption.
+  Single CaptionWidth() const { return m_sngCaptionWidth; }
+  void SetCaptionWidth(Single sngWidth);
+
+  /// Value that the field comes up with.
+  Double DefaultValue() const { return m_dblDefaultValue; }
+  void SetDefaultValue(Double dblValue);
+
+  Boolean Enabled() const override { return m_fEnabled; }
+  void SetEnabled(Boolean fEnabled) override;
+  Boolean Visible() const override;
+  void SetVisible(Boolean fShow) override;
+  /// Puts the focus on the text box.
+  void SetFocus() override;
+
+  Boolean Locked() const { return m_fLocked; }
+  /// Locks the field against the user, and blanks its text as long as it is locked if that is wanted too.
+  void LockControl(Boolean fNewValue, Boolean fBlankOut);
+
+  /// Hides only the button, keys and wheel go on working.
+  Boolean SpinCtlVisible() const { return m_layout.fSpinVisible; }
+  void SetSpinCtlVisible(Boolean fVisible);
+
+  /// What the text box shows.
+  std::string Text() const;
+  void SetText(const std::string &) {}
+  /// Width in twips of text box and spin button, from the latest layout.
+  Single TextBoxWidth() const { return m_layout.sngTextBoxWidth; }
+  void SetTextBoxWidth(Single) {}
+
+  /// Allowed values separated by ";", with "." as separator. Empty for a free field.
+  const std::string &ValueArray() const { return m_values.Text(); }
+  void SetValueArray(const std::string &strValues);
+
+  /// Two places for the host's own use.
+  const std::string &AuxUnits() const { return m_strAuxUnits; }
+  void SetAuxUnits(const std::string &strUnits) { m_strAuxUnits = strUnits; }
+  Double AuxValue() const { return m_dblAuxValue; }
+  void SetAuxValue(Double dblValue) { m_dblAuxValue = dblValue; }
+
+  /// Exponents, limits and value in one call; the value comes last and is held to the new limits.
+  void SetDataParameters(Double dblValue, Double dblMin, Double dblMax, Long lngMinExponent, Long lngMaxExponent);
+
+  /// Size in twips, held to the bounds of a field; runs the layout.
+  void Resize(Single sngWidth, Single sngHeight);
+  /// Place on the container and size, in twips; runs the layout.
+  void Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngHeight);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  /// With a number model of the caller's.
+  EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site);
+
+  void resizeEvent(QResizeEvent *event) override;
+  void changeEvent(QEvent *event) override;
+
+ private:
+  friend struct EngrSpinAccess;
+
+  Integer KeyDown(Integer intCode) override;
+  bool KeyPress() override;
+  void TextLeft() override;
+  void TextEntered() override;
+  void TextClicked() override;
+  void WheelTurned(int intNotches) override;
+  void TextEdited(const QString &strBefore) override;
+  char DecimalCharacter() const override { return m_number->Decimal(); }
+  bool IsTyping() const override { return m_fEditing; }
+
+  void txtNumber_Validate() { ParseEntry(); }
+  void txtNumber_LostFocus() { ParseEntry(); }
+  void txtNumber_GotFocus() { m_cursor.MoveCursor(curRestore); }
+  void spinCtl_GotFocus() { m_cursor.MoveCursor(curRestore); }
+  void spinCtl_Change();
+
+  Integer KeyCodeLeft(Integer intCode);
+  Integer Swallow();
+  void BeginEdit();
+  void EndEdit();
+  void ParseEntry();
+  void TakeEntry();
+  void RestoreEntry();
+  void ShowText(const std::string &strText);
+  void StepUp();
+  void StepDown();
+  void StepThroughList(Integer intIndex);
+  Double GetStepSize();
+  Double GetArrayValue(Integer intIndex);
+  void NotifyUpdate();
+
+  void UpdateEngrMode();
+  void UpdateReadOnly();
+  void PropChanged(const char *strName, bool fResize);
+  [[noreturn]] static void RaiseFieldError(const std::string &strMessage);
+  Long CheckedExponent(Long lngExponent) const;
+
+  void Layout();
+  void PlaceParts();
+  void UpdateLook();
+  void UpdateAccessibleName();
+  template <class Procedure>
+  bool UserEvent(const char *strEvent, Procedure &&procedure);
+
+  ControlSite &m_site;
+  std::unique_ptr<EngrNumber> m_number;
+  ValueList m_values;
+  FieldLayout m_layout;
+
+  FieldLabel *lblCaption;
+  NumberTextBox *txtNumber;
+  SpinControl *spinCtl;
+  FieldLabel *lblUnits;
+  DigitCursor m_cursor;
+
+  std::string m_strCaption;
+  std::string m_strAuxUnits;
+  std::string m_strSavedText;
+  Double m_dblDefaultValue = 0;
+  Double m_dblAuxValue = 0;
+  Single m_sngCaptionWidth = 0;
+  Long m_lngCaptionAlignment = 0;
+  Boolean m_fEnabled = True;
+  Boolean m_fLocked = False;
+  Boolean m_fBlanked = False;
+  Boolean m_fReadOnly = False;
+  Boolean m_fLoading = False;
+  Boolean m_fEditing = False;
+  Boolean m_fUpdating = False;
+  Boolean m_fSwallowKey = False;
+  Boolean m_fInKeyDown = False;
+  Boolean m_fInSpinChange = False;
+  Boolean m_fInResize = False;
+};
+
+}  // namespace tarvik

@@ -1,0 +1,341 @@
+#include <QAccessible>
+#include <QEvent>
+#include <QResizeEvent>
+#include <algorithm>
+#include <cmath>
+
+#include "engrspin/EngrFormat.h"
+#include "engrspin/EngrSpin.h"
+#include "engrspin/FieldLabel.h"
+#include "engrspin/SpinControl.h"
+#include "platform/Twips.h"
+#include "platform/WidgetControl.h"
+#include "support/Conversions.h"
+#include "support/Host.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr const char *ErrorSource = "EngrSpin.ctl";
+constexpr Single UnitsWidth = 500, NoUnitsWidth = 1;
+constexpr Long MinDigits = 4, MaxDigits = 10;
+constexpr Long AlignCaptionRight = 1, AlignCaptionCenter = 2;
+
+/// Defaults of the stored properties. A stored field without Min is open downwards.
+constexpr Double DefaultMax = 1e12, DefaultMin = -1e12;
+constexpr const char *DefaultFormat = "##0.0##";
+
+/// Further than any form reaches; keeps the arithmetic of pixels in range.
+constexpr Single FarAway = 1e6F;
+
+}  // namespace
+
+// ---- rules that all properties share
+
+void EngrSpin::RaiseFieldError(const std::string &strMessage) {
+  throw RunTimeError(ErrFieldProperty, strMessage, ErrorSource);
+}
+
+void EngrSpin::PropChanged(const char *strName, bool fResize) {
+  if (m_fLoading || m_site.UserMode()) return;
+  m_site.PropertyChanged(strName);
+  if (fResize) Layout();
+}
+
+void EngrSpin::UpdateEngrMode() {
+  if (m_fLoading) return;
+  m_number->SetEngrMode(OwnVisible(*lblUnits) && !(MinExponent() == 0 && MaxExponent() == 0));
+  if (m_number->EngrMode()) SetNumberFormat({});
+}
+
+void EngrSpin::UpdateReadOnly() {
+  m_fReadOnly = !m_fEnabled || m_fLocked;
+  UpdateLook();
+}
+
+Long EngrSpin::CheckedExponent(Long lngExponent) const {
+  if (m_site.UserMode()) return std::clamp(lngExponent / 3 * 3, LowestExponent, HighestExponent);
+  if (lngExponent % 3 != 0) RaiseFieldError("Exponent must be a multiple of 3");
+  if (lngExponent > HighestExponent) RaiseFieldError("Exponent too large [>" + CStr(HighestExponent) + "]");
+  if (lngExponent < LowestExponent) RaiseFieldError("Exponent too small [<" + CStr(LowestExponent) + "]");
+  return lngExponent;
+}
+
+// ---- number
+
+void EngrSpin::SetMaxExponent(Long lngExponent) {
+  m_number->SetMaxExponent(CheckedExponent(lngExponent));
+  PropChanged("MaxExponent", false);
+  UpdateEngrMode();
+}
+
+void EngrSpin::SetMinExponent(Long lngExponent) {
+  m_number->SetMinExponent(CheckedExponent(lngExponent));
+  PropChanged("MinExponent", false);
+  UpdateEngrMode();
+}
+
+void EngrSpin::SetMax(Double dblMax) {
+  m_number->SetMax(dblMax);
+  if (m_fLoading) return;
+  PropChanged("Max", false);
+  SetValue(Value());
+}
+
+void EngrSpin::SetMin(Double dblMin) {
+  m_number->SetMin(dblMin);
+  if (m_fLoading) return;
+  PropChanged("Min", false);
+  SetValue(Value());
+}
+
+void EngrSpin::SetSignificantDigits(Long lngDigits) {
+  if (lngDigits < MinDigits || lngDigits > MaxDigits) RaiseFieldError("Significant Digits must be between 4 and 10");
+  m_number->SetSignificantDigits(lngDigits);
+  if (m_fLoading) return;
+  PropChanged("SignificantDigits", false);
+  SetValue(Value());
+}
+
+void EngrSpin::SetBaseUnit(const std::string &strUnit) {
+  if (strUnit == BaseUnit() && !m_fLoading) return;
+  m_number->SetBaseUnit(strUnit);
+  const bool fShow = !strUnit.empty();
+  if (OwnVisible(*lblUnits) != fShow) {
+    lblUnits->setVisible(fShow);
+    m_layout.lblUnits.fVisible = fShow;
+    m_layout.lblUnits.place.sngWidth = fShow ? UnitsWidth : NoUnitsWidth;
+  }
+  UpdateEngrMode();
+  SetValue(Value());
+  PropChanged("BaseUnit", true);
+}
+
+void EngrSpin::SetNumberFormat(const std::string &strFormat) { m_number->SetNumberFormat(strFormat); }
+
+void EngrSpin::SetDefaultValue(Double dblValue) {
+  m_dblDefaultValue = dblValue;
+  if (!m_site.UserMode()) SetValue(dblValue);
+}
+
+void EngrSpin::SetValueArray(const std::string &strValues) { m_values.SetText(strValues); }
+
+void EngrSpin::SetDataParameters(Double dblValue, Double dblMin, Double dblMax, Long lngMinExponent,
+                                 Long lngMaxExponent) {
+  SetMaxExponent(lngMaxExponent);
+  SetMinExponent(lngMinExponent);
+  SetMax(dblMax);
+  SetMin(dblMin);
+  SetValue(dblValue);
+}
+
+// ---- looks
+
+void EngrSpin::SetCaption(const std::string &strCaption) {
+  if (strCaption == m_strCaption && !m_fLoading) return;
+  m_strCaption = strCaption;
+  lblCaption->setText(QString::fromStdString(strCaption));
+  if (strCaption.empty()) SetCaptionWidth(0);
+  UpdateAccessibleName();
+  PropChanged("Caption", false);
+}
+
+void EngrSpin::SetCaptionAlignment(Long lngAlignment) {
+  m_lngCaptionAlignment = lngAlignment;
+  const Qt::Alignment horizontal = lngAlignment == AlignCaptionRight    ? Qt::AlignRight
+                                   : lngAlignment == AlignCaptionCenter ? Qt::AlignHCenter
+                                                                        : Qt::AlignLeft;
+  lblCaption->setAlignment(horizontal | Qt::AlignVCenter);
+}
+
+void EngrSpin::SetCaptionWidth(Single sngWidth) {
+  if (sngWidth == m_sngCaptionWidth && !m_fLoading) return;
+  m_sngCaptionWidth = sngWidth;
+  const bool fShow = sngWidth != 0;
+  lblCaption->setVisible(fShow);
+  m_layout.lblCaption.fVisible = fShow;
+  if (sngWidth > 0) m_layout.lblCaption.place.sngWidth = sngWidth;
+  PropChanged("CaptionWidth", true);
+}
+
+void EngrSpin::SetSpinCtlVisible(Boolean fVisible) {
+  if (fVisible == SpinCtlVisible() && !m_fLoading) return;
+  spinCtl->setVisible(fVisible);
+  m_layout.fSpinVisible = fVisible;
+  PropChanged("SpinCtlVisible", true);
+}
+
+void EngrSpin::SetEnabled(Boolean fEnabled) {
+  if (fEnabled != m_fEnabled || m_fLoading) {
+    m_fEnabled = fEnabled;
+    for (QWidget *part : std::initializer_list<QWidget *>{txtNumber, spinCtl, lblCaption, lblUnits})
+      part->setEnabled(fEnabled);
+    txtNumber->setFocusPolicy(fEnabled ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+  setEnabled(fEnabled);
+  PropChanged("Enabled", false);
+  UpdateReadOnly();
+}
+
+void EngrSpin::LockControl(Boolean fNewValue, Boolean fBlankOut) {
+  m_fLocked = fNewValue;
+  m_fBlanked = fBlankOut && fNewValue;
+  if (txtNumber->isReadOnly() != fNewValue) {
+    if (fNewValue) {
+      if (m_fEditing) EndEdit();
+      if (m_fBlanked) txtNumber->WriteText("----");
+    } else {
+      SetValue(Value());
+    }
+    txtNumber->setReadOnly(fNewValue);
+    spinCtl->setEnabled(!fNewValue);
+  }
+  PropChanged("Locked", false);
+  UpdateReadOnly();
+  UpdateAccessibleName();
+}
+
+Boolean EngrSpin::Visible() const { return OwnVisible(*this); }
+
+void EngrSpin::SetVisible(Boolean fShow) { setVisible(fShow); }
+
+void EngrSpin::UpdateLook() { txtNumber->SetLook(!m_fEnabled, m_fLocked); }
+
+void EngrSpin::UpdateAccessibleName() {
+  QString strName = QString::fromStdString(Trim(m_strCaption)) + ' ' + txtNumber->text();
+  if (OwnVisible(*lblUnits)) strName += ' ' + lblUnits->text();
+  strName = strName.trimmed();
+  setAccessibleName(strName);
+  txtNumber->setAccessibleName(strName);
+}
+
+// ---- persistence
+
+void EngrSpin::InitProperties() {
+  m_number->InitProperties();
+  m_strCaption.clear();
+  m_lngCaptionAlignment = AlignCaptionRight;
+  m_sngCaptionWidth = 0;
+  m_dblDefaultValue = 0;
+  m_fEnabled = True;
+  m_fLocked = False;
+  m_layout.fSpinVisible = true;
+  m_values.SetText({});
+  m_strSavedText = "0";
+  m_cursor.Reset();
+}
+
+void EngrSpin::ReadProperties(const PropertyBag &bag) {
+  const auto read = [&](const char *strKey, auto vDefault, auto assign) {
+    IgnoreErrors([&] { (this->*assign)(bag.ReadProperty(strKey, vDefault)); });
+  };
+  m_number->SetDecimal(TheHost().DecimalSeparator());
+  m_cursor.SetDecimal(m_number->Decimal());
+  m_fLoading = True;
+  // Exponents come before limits: what a limit does to the value depends on them.
+  read("MaxExponent", HighestExponent, &EngrSpin::SetMaxExponent);
+  read("MinExponent", LowestExponent, &EngrSpin::SetMinExponent);
+  read("Max", DefaultMax, &EngrSpin::SetMax);
+  read("Min", DefaultMin, &EngrSpin::SetMin);
+  read("NumberFormat", DefaultFormat, &EngrSpin::SetNumberFormat);
+  read("BaseUnit", "", &EngrSpin::SetBaseUnit);
+  m_strAuxUnits = BaseUnit();
+  read("Caption", "", &EngrSpin::SetCaption);
+  read("CaptionAlignment", AlignCaptionRight, &EngrSpin::SetCaptionAlignment);
+  read("CaptionWidth", Single{0}, &EngrSpin::SetCaptionWidth);
+  read("DefaultValue", Double{0}, &EngrSpin::SetDefaultValue);
+  read("Enabled", True, &EngrSpin::SetEnabled);
+  IgnoreErrors([&] { LockControl(bag.ReadProperty("Locked", False), False); });
+  read("SignificantDigits", MinDigits, &EngrSpin::SetSignificantDigits);
+  read("SpinCtlVisible", True, &EngrSpin::SetSpinCtlVisible);
+  read("ValueArray", "", &EngrSpin::SetValueArray);
+  m_fLoading = False;
+  IgnoreErrors([&] { UpdateEngrMode(); });
+  IgnoreErrors([&] { SetValue(m_dblDefaultValue); });
+  m_dblAuxValue = Value();
+}
+
+void EngrSpin::WriteProperties(PropertyBag &bag) const {
+  const std::string strNone;
+  const auto write = [&](const char *strKey, const Variant &vValue, const Variant &vDefault) {
+    IgnoreErrors([&] { bag.WriteProperty(strKey, vValue, vDefault); });
+  };
+  write("BaseUnit", BaseUnit(), strNone);
+  write("Caption", m_strCaption, strNone);
+  write("CaptionAlignment", m_lngCaptionAlignment, AlignCaptionRight);
+  write("CaptionWidth", Double{m_sngCaptionWidth}, Double{0});
+  write("DefaultValue", m_dblDefaultValue, Double{0});
+  write("Enabled", m_fEnabled, True);
+  write("Locked", m_fLocked, False);
+  write("Max", Max(), DefaultMax);
+  write("MaxExponent", MaxExponent(), HighestExponent);
+  write("Min", Min(), DefaultMin);
+  write("MinExponent", MinExponent(), LowestExponent);
+  write("NumberFormat", NumberFormat(), std::string(DefaultFormat));
+  write("SignificantDigits", SignificantDigits(), MinDigits);
+  write("SpinCtlVisible", SpinCtlVisible(), True);
+  write("ValueArray", ValueArray(), strNone);
+}
+
+// ---- layout
+
+void EngrSpin::Resize(Single sngWidth, Single sngHeight) {
+  if (!std::isfinite(sngWidth) || !std::isfinite(sngHeight)) return;
+  m_layout.sngWidth = sngWidth;
+  m_layout.sngHeight = sngHeight;
+  Layout();
+}
+
+void EngrSpin::Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngHeight) {
+  Resize(sngWidth, sngHeight);
+  const TwipsRect place{sngLeft, sngTop, m_layout.sngWidth, m_layout.sngHeight};
+  const QWidget &container = parentWidget() ? *parentWidget() : *this;
+  m_fInResize = True;
+  setGeometry(TwipsToPixels(container, place));
+  m_fInResize = False;
+  PlaceParts();
+}
+
+void EngrSpin::Layout() {
+  if (m_fInResize) return;
+  m_fInResize = True;
+  m_layout.Arrange(m_site.UserMode());
+  resize(TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight));
+  m_fInResize = False;
+  PlaceParts();
+}
+
+void EngrSpin::PlaceParts() {
+  const auto put = [this](QWidget *part, const FieldPart &where) {
+    if (!where.fMoved) return;
+    const FieldPlace &p = where.place;
+    const auto held = [](Single sngTwips) { return std::clamp(sngTwips, -FarAway, FarAway); };
+    part->setGeometry(
+        TwipsToPixels(*this, TwipsRect{held(p.sngLeft), held(p.sngTop), held(p.sngWidth), held(p.sngHeight)}));
+  };
+  put(lblCaption, m_layout.lblCaption);
+  put(txtNumber, m_layout.txtNumber);
+  put(spinCtl, m_layout.spinCtl);
+  put(lblUnits, m_layout.lblUnits);
+}
+
+void EngrSpin::resizeEvent(QResizeEvent *event) {
+  QWidget::resizeEvent(event);
+  if (m_fInResize) return;
+  const QSize known(TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight));
+  if (event->size() != known) Resize(PixelsToTwips(*this, width()), PixelsToTwips(*this, height()));
+}
+
+void EngrSpin::changeEvent(QEvent *event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange && m_layout.txtNumber.fMoved) Layout();
+}
+
+QSize EngrSpin::sizeHint() const {
+  return {TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight)};
+}
+
+QSize EngrSpin::minimumSizeHint() const { return sizeHint(); }
+
+}  // namespace tarvik

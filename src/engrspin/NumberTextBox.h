@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include "engrspin/DigitCursor.h"
+#include "support/Types.h"
+
+namespace tarvik {
+
+/// What happens in the text box of a number field, in the words of the field.
+class TextBoxEvents {
+ public:
+  virtual ~TextBoxEvents() = default;
+  /// Before the text box sees the key. Returns the code, or 0 for a key that goes no further.
+  virtual Integer KeyDown(Integer intCode) = 0;
+  /// Before the text box sees the character. Returns whether it is dropped.
+  virtual bool KeyPress() = 0;
+  virtual void TextLeft() = 0;
+  virtual void TextEntered() = 0;
+  /// The mouse was released on the text without marking a piece of it.
+  virtual void TextClicked() = 0;
+  /// Notches of the wheel while the text box has the focus, up above 0.
+  virtual void WheelTurned(int intNotches) = 0;
+  /// The user changed the text by other means than a key: menu, drop, input method.
+  virtual void TextEdited(const QString &strBefore) = 0;
+  virtual char DecimalCharacter() const = 0;
+  virtual bool IsTyping() const = 0;
+};
+
+/// The text box of a number field: keeps its selection when the focus is elsewhere, and hands keys, clicks
+/// and wheel to the field before it works on them itself.
+class NumberTextBox : public QLineEdit, public CursorText {
+ public:
+  NumberTextBox(TextBoxEvents &events, QWidget *parent);
+
+  std::u16string Content() const override { return text().toStdU16String(); }
+  Long SelStart() const override;
+  Long SelLength() const override;
+  void SetSelStart(Long lngStart) override;
+  void SetSelLength(Long lngLength) override;
+
+  /// The program's write: selection to the start, no user event.
+  void WriteText(const QString &strText);
+
+  /// Colours of rest, grey or locked; the selection shows only with the focus.
+  void SetLook(bool fGrey, bool fLocked);
+
+ protected:
+  bool event(QEvent *event) override;
+  void keyPressEvent(QKeyEvent *event) override;
+  void focusInEvent(QFocusEvent *event) override;
+  void focusOutEvent(QFocusEvent *event) override;
+  void mouseReleaseEvent(QMouseEvent *event) override;
+  void mouseDoubleClickEvent(QMouseEvent *event) override;
+  void wheelEvent(QWheelEvent *event) override;
+  void changeEvent(QEvent *event) override;
+
+ private:
+  /// Whether the field swallowed the key.
+  bool Offered(const QKeyEvent &event);
+  void UpdateColours();
+  void OnTextEdited();
+
+  TextBoxEvents &m_events;
+  QString m_strKnownText;
+  int m_intWheelAngle = 0;
+  bool m_fInKey = false;
+  bool m_fGrey = false;
+  bool m_fLocked = false;
+  bool m_fInColours = false;
+};
+
+}  // namespace tarvik
