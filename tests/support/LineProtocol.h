@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace tarvik::test {
+
+using Json = nlohmann::json;
+
+/// One token of a command line: a JSON value, or a bare word.
+struct Token {
+  bool fWord = false;
+  std::string strWord;
+  Json value;
+};
+
+/// Cuts a command line at its blanks. A token that begins with one of " { [ - or a digit is a JSON value, which
+/// may hold blanks. Raises std::exception on what is no JSON.
+std::vector<Token> Tokens(std::string_view strLine);
+
+/// Answers each line of standard input with one line of JSON, flushed at once, until the input ends. Empty
+/// lines and lines that begin with # get no answer; an exception of the command becomes a "protocol_error".
+int ServeLines(const std::function<Json(const std::string &strLine)> &answer);
+
+/// Lower-case hexadecimal digits of the bytes, and back. An odd or wrong text raises std::invalid_argument.
+std::string ToHex(const std::vector<unsigned char> &arrBytes);
+std::vector<unsigned char> FromHex(std::string_view strHex);
+
+/// The number without loss, in the form "%.17g".
+std::string ToText17(double dblValue);
+
+}  // namespace tarvik::test

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "LineProtocol.h"
+#include "StandInState.h"
+#include "automation/Object.h"
+#include "instrument/KolvenDriver.h"
+
+namespace tarvik::test {
+
+/// A failing status with the description that the driver leaves for it.
+struct DriverFailure {
+  Long lngNumber = 0;
+  std::string strText;
+};
+
+/// The driver's side of the contract with scripted faults. It numbers each operation, writes a line for each,
+/// and counts the references that it handed out.
+class StandInDriver {
+ public:
+  /// Registers itself as the driver's class, for this machine and for every server.
+  StandInDriver();
+  StandInDriver(const StandInDriver &) = delete;
+  StandInDriver &operator=(const StandInDriver &) = delete;
+  ~StandInDriver();
+
+  /// No instruments, no faults, no queued creations; OnTrace stays.
+  void Reset();
+
+  /// Called with the line of each operation: "Interface{path}.Operation(arguments) -> outcome".
+  std::function<void(const std::string &)> OnTrace;
+  /// The same lines, until somebody takes them.
+  std::vector<std::string> arrTrace;
+  std::vector<std::string> TakeTrace();
+
+  void Add(const std::string &strName, const Json &config = Json::object());
+  void AddPending(const std::string &strName, const Json &config);
+  /// Keys that are not named stay as they are.
+  void Configure(const std::string &strName, const Json &config);
+  void Remove(const std::string &strName);
+
+  /// The next creation works, yields nothing, or fails.
+  void QueueCreation() { m_arrCreations.push_back({}); }
+  void QueueEmptyCreation() { m_arrCreations.push_back({true, std::nullopt}); }
+  void QueueFailingCreation(DriverFailure failure) { m_arrCreations.push_back({false, std::move(failure)}); }
+
+  /// The operation of this number from now on (1: the next) fails, and so do the ones behind it up to the count.
+  void FailAt(int intNumber, DriverFailure failure, int intCount = 1);
+  /// The same for the operations whose line begins with the text, with or without the path.
+  void FailMatching(const std::string &strPrefix, int intNumber, DriverFailure failure, int intCount = 1);
+  /// The operation of this number hands out nothing, or an object that has no known interface.
+  void NothingAt(int intNumber) { m_arrNothing.push_back(m_intCounter + intNumber); }
+  void WrongAt(int intNumber) { m_arrWrong.push_back(m_intCounter + intNumber); }
+  void ClearFaults();
+
+  std::string strErrors;
+  std::deque<std::string> arrWarnings;
+
+  /// References that are not released yet, by interface.
+  std::map<std::string, int> References() const;
+  /// Operations since the last Reset.
+  int Operations() const { return m_intCounter; }
+
+  std::shared_ptr<StandInState> Find(const std::string &strName) const;
+  const std::vector<std::shared_ptr<StandInState>> &Instruments() const { return m_arrInstruments; }
+  void JoinPending();
+
+  // For the objects of the driver.
+
+  /// Numbers the operation and tells its failure.
+  std::optional<DriverFailure> Enter(const std::string &strPlain, const std::string &strWithPath);
+  bool IsNothing() const;
+  bool IsWrong() const;
+  void Trace(const std::string &strLine);
+  void CountReference(const char *strInterface, int intStep) { m_references[strInterface] += intStep; }
+  std::string TakeErrors() { return std::exchange(strErrors, {}); }
+  std::string TakeWarnings();
+
+ private:
+  struct Creation {
+    bool fNothing = false;
+    std::optional<DriverFailure> failure;
+  };
+  struct NumberedFault {
+    int intFirst, intLast;
+    DriverFailure failure;
+  };
+  struct MatchingFault {
+    std::string strPrefix;
+    int intBefore, intCount;
+    DriverFailure failure;
+  };
+
+  automation::Ref<automation::IUnknown> Create(const std::string &strProgId, const std::string &strServer);
+
+  std::vector<std::shared_ptr<StandInState>> m_arrInstruments, m_arrPending;
+  std::deque<Creation> m_arrCreations;
+  std::vector<NumberedFault> m_arrNumbered;
+  std::vector<MatchingFault> m_arrMatching;
+  std::vector<int> m_arrNothing, m_arrWrong;
+  std::map<std::string, int> m_references;
+  int m_intCounter = 0;
+};
+
+}  // namespace tarvik::test
