@@ -1,0 +1,60 @@
+#include "panel/ChannelOutputs.h"
+
+namespace tarvik {
+
+namespace {
+
+struct SwitchRow {
+  const char *strGroup;
+  const char *strOptions;
+  Integer intChan;
+  Boolean fIsComplement;
+};
+
+/// The order in which the groups are filled.
+constexpr SwitchRow SwitchTable[] = {
+    {"grpChan1OnOff", "optChannel1Output", 1, False},
+    {"grpChan2OnOff", "optChannel2Output", 2, False},
+    {"grpChan1InvOnOff", "optChannel1InvOutput", 1, True},
+    {"grpChan2InvOnOff", "optChannel2InvOutput", 2, True},
+};
+
+}  // namespace
+
+ChannelOutputs::ChannelOutputs(const Form &form, PanelServices &panel) : m_panel(panel) {
+  for (const SwitchRow &row : SwitchTable) {
+    const Switch output{form.GetArray<FrameEnhanced>(row.strGroup).All().front(), row.intChan, row.fIsComplement};
+    m_arrSwitches.push_back(output);
+    for (const auto &[lngIndex, button] : form.GetArray<OptionButton>(row.strOptions)) {
+      const auto Index = static_cast<Integer>(lngIndex);
+      button->Click.Connect([this, output, Index] { optChannelOutput_Click(output, Index); });
+    }
+  }
+}
+
+Boolean &ChannelOutputs::Flag(const Switch &output) const {
+  PanelState &state = m_panel.State();
+  return (output.fIsComplement ? state.mfOutputInvOn : state.mfOutputOn)[output.intChan];
+}
+
+void ChannelOutputs::optChannelOutput_Click(const Switch &output, Integer Index) {
+  Boolean &fState = Flag(output);
+  fState = Index % 2 == 0;
+  SetChannelOutput(output.intChan, fState, output.fIsComplement);
+}
+
+void ChannelOutputs::SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
+  if (m_panel.State().mfAutoOutputOnOff) {
+    m_panel.ZorvaneInstr().Output(intChan, fState, fIsComplement);
+    return;
+  }
+  // Both records carry the switches.
+  m_panel.SetTabState(ePageIsDirty, ePageTiming);
+  m_panel.SetTabState(ePageIsDirty, ePageLevels);
+}
+
+void ChannelOutputs::ShowFlags() {
+  for (const Switch &output : m_arrSwitches) output.group->SetValue(Flag(output));
+}
+
+}  // namespace tarvik

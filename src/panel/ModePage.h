@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+
+#include "controls/CboEnhanced.h"
+#include "controls/FrameEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "panel/Page.h"
+#include "platform/OptionButton.h"
+
+namespace tarvik {
+
+class PatternPage;
+class TimingPage;
+
+/// How the generator runs: trigger mode, pulse mode, and what each of these leaves to be chosen. Each list remembers
+/// the choice for each combination of modes.
+class ModePage : public Page {
+ public:
+  ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, PatternPage &pattern);
+  ~ModePage() override;
+
+  void Enter() override;
+
+  /// Once at the start: writes the tags of the options and shows the mode.
+  void InitModePage();
+  /// Everything that follows from the two modes.
+  void UpdateModePage();
+  void UploadMode(Boolean &fOk);
+  void DownloadMode();
+
+ private:
+  friend class PanelTestAccess;
+
+  void ConnectEvents();
+  void optMode_Click();
+  void cboArmingSource_Click();
+  void cboPeriodSource_Click();
+  void cboArmingLevel_Click();
+  void cboTriggerSlope_Click();
+  void cboPulseType_Click(CboEnhanced &cboPulseType);
+  void esPllPeriodOrFreq_OnTab(Boolean &SwallowTab);
+
+  Boolean IsPatternMode() const;
+  /// Character of the control's mask at the mode's position; empty for a control without one.
+  std::string GetModeMaskChar(const QWidget &objControl) const;
+  Boolean IsEnabledForMode(const QWidget &objControl) const;
+
+  void SetCboPulseType();
+  void FillPulseType(CboEnhanced &cboPulseType, const char *strOutput);
+  void UpdatePeriodSource();
+  void UpdateTriggerSlope();
+  void UpdateArmingSource();
+  void FillArmingSource(Boolean fPllAllowed);
+  void UpdateArmingLevel();
+  void FillArmingLevel();
+  void UpdatePllField();
+  void CheckPllConflict(Boolean &fConflict) const;
+  void UpdatePulseType();
+  void SetRzState(Long lngType1, Long lngType2, Boolean fSetGroup, Boolean fUpdateCombos);
+  void SetRzFromFlags(Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos);
+
+  void ShowChannelTypes(const udtModeInfo &mode);
+  void ShowArming(const udtModeInfo &mode);
+
+  TimingPage &m_timing;
+  PatternPage &m_pattern;
+  FrameEnhanced &grpTriggerMode;
+  FrameEnhanced &grpPulseMode;
+  ControlArray<OptionButton> optTriggerMode;
+  ControlArray<OptionButton> optPulseMode;
+  EngrSpin &esBurstLength;
+  CboEnhanced &cboPulseType1;
+  CboEnhanced &cboPulseType2;
+  CboEnhanced &cboPeriodSource;
+  CboEnhanced &cboTriggerSlope;
+  CboEnhanced &cboArmingSource;
+  CboEnhanced &cboArmingLevel;
+  EngrSpin &esPllPeriodOrFreq;
+};
+
+}  // namespace tarvik

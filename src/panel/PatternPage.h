@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+
+#include "bitpattern/BitPattern.h"
+#include "panel/Page.h"
+
+namespace tarvik {
+
+/// The bit streams of channel 1, channel 2 and strobe, and whether a channel returns to zero. The flags stand in three
+/// places: the panel, the editor's options and the pulse types of the mode page.
+class PatternPage : public Page {
+ public:
+  PatternPage(QWidget &page, PanelServices &panel);
+
+  void Enter() override;
+
+  /// Sends the flags only; the page keeps its state until its bits are sent too.
+  void UploadRz(Boolean &fOk);
+  /// Sends the streams. The first failure ends it; what was sent stays on the instrument.
+  void UploadPattern(Boolean &fOk);
+  /// Reads streams and flags. What fails is left out, and the page is current all the same.
+  void DownloadPattern();
+
+  BitPattern &Editor() const { return BitPattern1; }
+
+  /// Takes over the flags of both channels (fRz1, fRz2, fSetGroup, fUpdateCombos); the mode page provides it.
+  std::function<void(Boolean, Boolean, Boolean, Boolean)> SetRzFromFlags;
+
+ private:
+  friend class PanelTestAccess;
+
+  struct Stream {
+    Long eChannel;  ///< of the editor
+    Long eChan;     ///< row of the instrument
+  };
+
+  void BitPattern1_RzChange();
+  std::vector<Stream> Streams() const;
+
+  BitPattern &BitPattern1;
+  ByteArray m_arrUpload{1};
+  ByteArray m_arrDownload{1};
+};
+
+}  // namespace tarvik

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "controls/FrameEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "panel/ChannelOutputs.h"
+#include "panel/Page.h"
+#include "panel/TimingDiagram.h"
+#include "platform/CommandButton.h"
+#include "platform/PictureBox.h"
+#include "platform/ToolPopup.h"
+#include "support/Event.h"
+
+namespace tarvik {
+
+/// One period or frequency for the instrument, and delay, width, edges and output switches of each channel, with the
+/// diagram of what they mean. The period yields to the width when the user edits the period; in every other case width
+/// and delay yield to the period.
+class TimingPage : public Page {
+ public:
+  TimingPage(QWidget &page, PanelServices &panel);
+
+  void Enter() override;
+
+  void UploadTiming(Boolean &fOk);
+  void DownloadTiming();
+
+  /// Draws the diagram anew.
+  void DrawTiming();
+  /// DrawTiming came to its end.
+  Event<> TimingDrawn;
+
+  /// Locks and blanks the width of a channel that has none: in pattern mode without return to zero.
+  void LockWidths();
+  /// The delay's caption tells single from double pulses.
+  void ShowDelayCaptions();
+  /// The output groups of this page follow the panel's flags.
+  void ShowTimingOutputs();
+  /// Couples the trailing edge to the leading edge or frees it. fLocked takes the choice from the user; only
+  /// fClearLock lifts such a lock. intChan is 0 or 1.
+  void SetTrailEdgeMode(Integer intChan, Boolean fTeEqLe, Boolean fLocked, Boolean fClearLock);
+  /// Sends one output switch at once, or marks the pages that carry it.
+  void SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement);
+
+ private:
+  friend class PanelTestAccess;
+
+  void ConnectEvents();
+  void cmdPeriodOrFreq_Click();
+  void esPeriodOrFreq_AfterUpdate();
+  void esWidth_AfterUpdate(Integer Index);
+  void esLeadingEdge_AfterUpdate(Integer Index);
+  void toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string &strKey);
+
+  Boolean IsFrequency() const;
+  Boolean IsPatternMode() const;
+  Double GetPeriod() const;
+  Boolean IsOn(Long lngChannel) const;
+  /// The channel is on and has a width of its own.
+  Boolean HasWidth(Long lngChannel) const;
+  /// Widest width that the period has to hold; the answer tells whether any channel counts.
+  Boolean GetWidestWidth(Long lngCount, Double &dblWidth) const;
+  void SetTimingRanges(Boolean fCheckPeriod);
+  void GrowPeriodTo(Double dblWidth);
+  void SetChannelRanges(Long k, Double dblPeriod);
+  void SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency);
+  udtChannelTiming TimingOf(Integer intChan) const;
+  Boolean &TeEqLe(Long k) const;
+  void ShowChannel(const udtTimingInfo &timing, Long lngChannel);
+
+  CommandButton &cmdPeriodOrFreq;
+  EngrSpin &esPeriodOrFreq;
+  PictureBox &picTiming;
+  ControlArray<EngrSpin> esDelay;
+  ControlArray<EngrSpin> esWidth;
+  ControlArray<EngrSpin> esLeadingEdge;
+  ControlArray<EngrSpin> esTrailingEdge;
+  ControlArray<ToolPopup> toolPopupTEdge;
+  ChannelOutputs m_outputs;
+  TimingDiagram m_diagram;
+};
+
+}  // namespace tarvik
