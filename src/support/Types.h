@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <cstdint>
 
 #include "support/RunTimeError.h"
@@ -11,7 +12,9 @@ namespace tarvik {
 class Boolean {
  public:
   constexpr Boolean() = default;
-  constexpr Boolean(bool fValue) : m_intValue(fValue ? std::int16_t{-1} : std::int16_t{0}) {}
+  /// From a bool and nothing else: a pointer or a number is no truth value by accident.
+  template <std::same_as<bool> Bool>
+  constexpr Boolean(Bool fValue) : m_intValue(fValue ? std::int16_t{-1} : std::int16_t{0}) {}
 
   /// Any nonzero word counts as true and is kept as -1.
   static constexpr Boolean FromWord(std::int32_t lngWord) { return Boolean(lngWord != 0); }
@@ -23,8 +26,8 @@ class Boolean {
   std::int16_t m_intValue = 0;
 };
 
-inline constexpr Boolean True{true};
-inline constexpr Boolean False{false};
+inline constexpr Boolean True = true;
+inline constexpr Boolean False = false;
 
 using Byte = std::uint8_t;
 using Integer = std::int16_t;
