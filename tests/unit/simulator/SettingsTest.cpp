@@ -1,0 +1,146 @@
+#include "simulator/model/Settings.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvik::simulator {
+namespace {
+
+using Bytes = std::vector<Byte>;
+
+TEST(ChannelLevels, OffsetComesFirstAndAmplitudeSecondInFormat0) {
+  ChannelLevels levels;
+  levels.Set(LevelsHighLow, LevelVolts, -0.75, -1.75);
+  EXPECT_EQ(std::make_pair(-1.25, 1.0), levels.Get(LevelsOffsetAmplitude));
+  levels.Set(LevelsOffsetAmplitude, LevelVolts, 1.0, 3.0);
+  EXPECT_EQ(2.5, levels.dblHigh);
+  EXPECT_EQ(-0.5, levels.dblLow);
+  EXPECT_EQ(std::make_pair(2.5, -0.5), levels.Get(LevelsHighLow));
+}
+
+TEST(ChannelLevels, ReadAndWrittenBackInFormat0AreTheSame) {
+  ChannelLevels levels;
+  levels.Set(LevelsHighLow, LevelAmperes, 0.0625, -0.03125);
+  const auto [dblOffset, dblAmplitude] = levels.Get(LevelsOffsetAmplitude);
+  ChannelLevels again;
+  again.Set(LevelsOffsetAmplitude, LevelAmperes, dblOffset, dblAmplitude);
+  EXPECT_EQ(levels, again);
+}
+
+TEST(ChannelLevels, RefuseAnUnknownFormat) {
+  ChannelLevels levels;
+  EXPECT_THROW(levels.Set(2, LevelVolts, 1, 0), Rejected);
+  EXPECT_THROW(levels.Get(-1), Rejected);
+  EXPECT_EQ(ChannelLevels{}, levels);
+}
+
+TEST(ChannelTiming, DelayBlockDecidesOverThePulseType) {
+  ChannelTiming timing;
+  timing.SetDoubleDelay(300e-9);
+  EXPECT_TRUE(timing.IsDouble());
+  EXPECT_EQ(300e-9, timing.DelayInForce());
+  timing.SetSingleDelay(5e-9);
+  EXPECT_FALSE(timing.IsDouble());
+  EXPECT_EQ(5e-9, timing.DelayInForce());
+}
+
+TEST(ChannelTiming, SecondPulseMovesBehindTheFirstWhenTheChannelBecomesDouble) {
+  ChannelTiming timing;
+  timing.dblWidth = 400e-9;
+  timing.SetPulseType(PulseTypeDouble);
+  EXPECT_EQ(400e-9, timing.DelayInForce());
+}
+
+TEST(ChannelTiming, EdgeBelowTheFastestIsTheFastest) {
+  ChannelTiming timing;
+  timing.SetLeading(1e-12);
+  EXPECT_EQ(0.8e-9, timing.dblLeading);
+  timing.SetTrailing(0.79e-9);
+  EXPECT_EQ(0.8e-9, timing.dblTrailing);
+  timing.SetLeading(3e-9);
+  EXPECT_EQ(3e-9, timing.dblLeading);
+}
+
+TEST(ChannelTiming, CoupledTrailingEdgeFollowsTheLeadingEdge) {
+  ChannelTiming timing;
+  timing.SetTrailing(7e-9);
+  timing.SetLeading(3e-9);
+  EXPECT_EQ(3e-9, timing.TrailingInForce());
+  timing.fCoupled = false;
+  EXPECT_EQ(7e-9, timing.TrailingInForce());
+}
+
+TEST(ModeSettings, OpenSelectorsKeepWhatTheInstrumentHas) {
+  ModeSettings mode;
+  mode.SetPeriod(PeriodOscillator, KeepSelector);
+  mode.SetArming(KeepArmSource, KeepSelector);
+  EXPECT_EQ(ModeSettings{}, mode);
+}
+
+TEST(ModeSettings, PllTakesPeriodOrFrequencyWhileItArms) {
+  ModeSettings mode;
+  mode.SetArming(ArmPll, KeepSelector);
+  mode.SetPll(PllAsPeriod, 0.5e-6);
+  EXPECT_DOUBLE_EQ(2e6, mode.dblPllFrequency);
+  mode.SetPll(PllAsFrequency, 3e6);
+  EXPECT_EQ(3e6, mode.dblPllFrequency);
+  mode.SetPll(KeepSelector, 7);
+  EXPECT_EQ(3e6, mode.dblPllFrequency);
+  mode.SetArming(ArmExternal, KeepSelector);
+  mode.SetPll(PllAsFrequency, 9e6);
+  EXPECT_EQ(3e6, mode.dblPllFrequency);
+}
+
+TEST(ModeSettings, GoingToContinuousFreesThePll) {
+  ModeSettings mode;
+  mode.SetMode(TriggerTriggered, PulseBurst);
+  mode.SetArming(ArmPll, KeepSelector);
+  mode.SetMode(TriggerContinuous, PulseStream);
+  EXPECT_EQ(ArmExternal, mode.lngArmSource);
+}
+
+TEST(PatternRow, StartsWith16Zeros) {
+  const PatternRow row;
+  EXPECT_EQ(16, row.Length());
+  EXPECT_EQ((Bytes{0, 0}), row.Read());
+}
+
+TEST(PatternRow, TakesExactlyTheBitsOfTheLength) {
+  PatternRow row;
+  row.Write(Bytes{0xFF, 0xFF}, 16);
+  row.Write(Bytes{0x00, 0x00}, 9);
+  EXPECT_EQ(9, row.Length());
+  EXPECT_EQ((Bytes{0x00, 0x00}), row.Read());
+  row.Write(Bytes{0xA5}, 8);
+  EXPECT_EQ((Bytes{0xA5}), row.Read());
+  row.Write(Bytes{0xFF}, 3);
+  EXPECT_EQ((Bytes{0xE0}), row.Read());
+}
+
+TEST(PatternRow, HoldsAllOf16384Bits) {
+  PatternRow row;
+  Bytes bytes(2048, 0x5A);
+  bytes.back() = 0x01;
+  row.Write(bytes, 16384);
+  EXPECT_EQ(bytes, row.Read());
+}
+
+TEST(PatternRow, RefusesLengthsOutOfRangeAndTooFewBytes) {
+  PatternRow row;
+  EXPECT_THROW(row.Write(Bytes{1}, 0), Rejected);
+  EXPECT_THROW(row.Write(Bytes(2049), 16385), Rejected);
+  EXPECT_THROW(row.Write(Bytes{1}, 9), Rejected);
+  EXPECT_EQ(PatternRow{}, row);
+}
+
+TEST(Settings, OneChannelInstrumentHasNoSecondRowButAStrobe) {
+  InstrumentDescription one;
+  one.lngChannels = 1;
+  Settings settings;
+  EXPECT_THROW(settings.Row(2, one), Rejected);
+  EXPECT_NO_THROW(settings.Row(3, one));
+  EXPECT_THROW(settings.Row(0, one), Rejected);
+  EXPECT_THROW(settings.Row(4, one), Rejected);
+}
+
+}  // namespace
+}  // namespace tarvik::simulator
