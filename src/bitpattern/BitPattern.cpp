@@ -1,7 +1,6 @@
 #include "bitpattern/BitPattern.h"
 
-#include <QEvent>
-#include <cmath>
+#include <iterator>
 
 #include "bitpattern/HScrollBar.h"
 #include "bitpattern/WavePicture.h"

@@ -105,6 +105,8 @@ class BitPattern : public QWidget, public Control {
 
  private:
   void CreateControls();
+  void CreateToolPopups();
+  void CreatePicture();
   void CreateGroup(Integer intGroup, const char *strCaption);
   void ConnectControls();
   void PlaceControls();
