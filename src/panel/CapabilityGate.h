@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "panel/Page.h"
+#include "support/Control.h"
 
 namespace tarvik {
 

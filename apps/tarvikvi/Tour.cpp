@@ -1,0 +1,279 @@
+#include "Tour.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QRadioButton>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <functional>
+#include <map>
+
+#include "TourUser.h"
+#include "bitpattern/BitPattern.h"
+#include "controls/CboEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "panel/TarvikGUI.h"
+#include "platform/ListView.h"
+#include "platform/PlainControls.h"
+#include "platform/QtHost.h"
+#include "support/Conversions.h"
+
+namespace tarvik {
+
+namespace {
+
+/// A host that answers questions from a script and prints what it was asked. It touches none of the user's settings.
+class TourHost : public QtHost {
+ public:
+  std::deque<std::string> Answers;
+
+  BoxAnswer MsgBox(const std::string &strText, BoxIcon, BoxButtons buttons, const std::string &strTitle) override {
+    std::printf("      box \"%s\": %s\n", strTitle.c_str(), Replace(strText, "\r\n", " / ").c_str());
+    return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
+  }
+  std::string InputBox(const std::string &strPrompt, const std::string &strTitle, const std::string &) override {
+    std::string strAnswer;
+    if (!Answers.empty()) {
+      strAnswer = Answers.front();
+      Answers.pop_front();
+    }
+    std::printf("      question \"%s\": %s-> %s\n", strTitle.c_str(), strPrompt.c_str(), strAnswer.c_str());
+    return strAnswer;
+  }
+  void Beep() override {}
+  std::string GetSetting(const std::string &, const std::string &strSection, const std::string &strKey,
+                         const std::string &strDefault) override {
+    const auto found = m_settings.find(strSection + "/" + strKey);
+    return found == m_settings.end() ? strDefault : found->second;
+  }
+  void SaveSetting(const std::string &, const std::string &strSection, const std::string &strKey,
+                   const std::string &strValue) override {
+    m_settings[strSection + "/" + strKey] = strValue;
+  }
+
+ private:
+  std::map<std::string, std::string> m_settings;
+};
+
+enum Tabs { TabInstr, TabMode, TabTiming, TabLevels, TabPattern, TabLimits, TabTrigLev, TabConfig, TabOptions };
+
+class Tour {
+ public:
+  Tour(TarvikGUI &panel, TourHost &host, const QDir &folder)
+      : m_panel(panel), m_host(host), m_folder(folder), m_user(panel) {}
+
+  int Run() {
+    ListAndOpen();
+    PllReference();
+    Timing();
+    Modes();
+    Patterns();
+    OtherPages();
+    EndSession();
+    std::printf("%d steps, %d went wrong\n", m_intSteps, m_intWrong);
+    return m_intWrong == 0 ? 0 : 1;
+  }
+
+ private:
+  void Step(const QString &text) { std::printf("%3d. %s\n", ++m_intSteps, qPrintable(text)); }
+
+  void Show(const QString &what, const QString &is) { std::printf("      %s: %s\n", qPrintable(what), qPrintable(is)); }
+
+  void Expect(bool fHolds, const char *strWhat) {
+    if (fHolds) return;
+    ++m_intWrong;
+    std::printf("      WRONG: %s\n", strWhat);
+  }
+
+  void Picture(const QString &name) {
+    TourUser::Settle();
+    const QString path = m_folder.filePath(name + QStringLiteral(".png"));
+    Expect(m_panel.grab().save(path), "the picture could be written");
+    Show(QStringLiteral("picture"), path);
+  }
+
+  QString Field(const QString &name) {
+    const auto &field = m_user.Find<EngrSpin>(name);
+    const auto *units = field.findChild<QLabel *>(QStringLiteral("lblUnits"));
+    return QString::fromStdString(field.Text()) + QLatin1Char(' ') + units->text();
+  }
+
+  std::string Status() { return m_user.Find<DisplayBox>(QStringLiteral("txtStatus")).Text(); }
+
+  void Upload() { m_user.Click(QStringLiteral("cmdUpload")); }
+  void Download() { m_user.Click(QStringLiteral("cmdDownload")); }
+
+  void ListAndOpen() {
+    Step(QStringLiteral("The panel starts, connects and lists the instruments"));
+    Show(QStringLiteral("status"), QString::fromStdString(Status()));
+    auto &list = m_user.Find<ListView>(QStringLiteral("lvwInstruments"));
+    for (int i = 0; i < list.Count(); ++i)
+      Show(QStringLiteral("instrument"),
+           QStringLiteral("%1, slot %2, address %3, model %4")
+               .arg(list.Item(i)->text(0), list.Item(i)->text(1), list.Item(i)->text(2), list.Item(i)->text(3)));
+    Expect(list.Count() > 0, "the driver knows instruments");
+    if (list.Count() == 0) return;
+    Step(QStringLiteral("A tick opens the first one and reads all of its settings"));
+    m_user.Tick(0);
+    Show(QStringLiteral("status"), QString::fromStdString(Status()));
+    Expect(Status().starts_with("Online with "), "the session is open");
+    Picture(QStringLiteral("1-instr"));
+  }
+
+  void PllReference() {
+    Step(QStringLiteral("The Config page tells who the instrument is"));
+    m_user.ClickTab(TabConfig);
+    for (const char *strName : {"txtProductId", "txtSerialNumber", "txtVersion", "txtOptions"})
+      Show(QString::fromLatin1(strName + 3), m_user.Find<DisplayField>(QString::fromLatin1(strName)).text());
+    Step(QStringLiteral("PLL reference to CLK-IN, 10 MHz; upload; spoil it; download"));
+    auto &frequency = m_user.Find<CboEnhanced>(QStringLiteral("cboPllRefFreq"));
+    m_user.Choose(QStringLiteral("cboPllRefSource"), 1);
+    m_user.Choose(QStringLiteral("cboPllRefFreq"), 1);
+    Upload();
+    m_user.Choose(QStringLiteral("cboPllRefFreq"), 0);
+    Download();
+    Show(QStringLiteral("read back"), QString::fromStdString(frequency.Text()));
+    Expect(frequency.Text() == "10 MHz", "the reference came back");
+    Picture(QStringLiteral("8-config"));
+  }
+
+  void Timing() {
+    Step(QStringLiteral("The Timing page in period form"));
+    m_user.ClickTab(TabTiming);
+    m_user.Enter(QStringLiteral("esPeriodOrFreq"), QStringLiteral("10u"));
+    m_user.Enter(QStringLiteral("esDelay(0)"), QStringLiteral("1u"));
+    Picture(QStringLiteral("3-timing-period"));
+    Step(QStringLiteral("Width to 2.5 us; upload; spoil it to 1 us; download"));
+    m_user.Enter(QStringLiteral("esWidth(0)"), QStringLiteral("2.5u"));
+    Upload();
+    m_user.Enter(QStringLiteral("esWidth(0)"), QStringLiteral("1u"));
+    Show(QStringLiteral("spoiled width"), Field(QStringLiteral("esWidth(0)")));
+    Download();
+    Show(QStringLiteral("width read back"), Field(QStringLiteral("esWidth(0)")));
+    Expect(m_user.Find<EngrSpin>(QStringLiteral("esWidth(0)")).Value() == 2.5e-6, "the width came back");
+    Step(QStringLiteral("The same as a frequency"));
+    m_user.Click(QStringLiteral("cmdPeriodOrFreq"));
+    Show(QStringLiteral("frequency"), Field(QStringLiteral("esPeriodOrFreq")));
+    Picture(QStringLiteral("3-timing-frequency"));
+    m_user.Click(QStringLiteral("cmdPeriodOrFreq"));
+    Step(QStringLiteral("Double pulses on channel 1"));
+    m_user.ClickTab(TabMode);
+    m_user.Choose(QStringLiteral("cboPulseType1"), 1);
+    m_user.ClickTab(TabTiming);
+    m_user.Enter(QStringLiteral("esDelay(0)"), QStringLiteral("5u"));
+    Picture(QStringLiteral("3-timing-double"));
+    Upload();
+    m_user.ClickTab(TabMode);
+    m_user.Choose(QStringLiteral("cboPulseType1"), 0);
+  }
+
+  void Modes() {
+    Step(QStringLiteral("Triggered bursts of 12 pulses; upload; spoil; download"));
+    m_user.Click(QStringLiteral("optTriggerMode(1)"));
+    m_user.Click(QStringLiteral("optPulseMode(1)"));
+    m_user.Enter(QStringLiteral("esBurstLength"), QStringLiteral("12"));
+    Picture(QStringLiteral("2-mode"));
+    Upload();
+    m_user.Click(QStringLiteral("optTriggerMode(0)"));
+    m_user.Enter(QStringLiteral("esBurstLength"), QStringLiteral("99"));
+    Download();
+    Expect(m_user.Find<QRadioButton>(QStringLiteral("optTriggerMode(1)")).isChecked(), "the trigger mode came back");
+    Expect(m_user.Find<EngrSpin>(QStringLiteral("esBurstLength")).Value() == 12, "the burst length came back");
+    Step(QStringLiteral("Pattern mode, continuous"));
+    m_user.Click(QStringLiteral("optTriggerMode(0)"));
+    m_user.Click(QStringLiteral("optPulseMode(2)"));
+    Upload();
+  }
+
+  ByteArray Bits(Long eChannel) {
+    auto &editor = m_user.Find<BitPattern>(QStringLiteral("BitPattern1"));
+    ByteArray arr(1, std::vector<Byte>(2048));
+    Long lngSize = 0;
+    editor.GetPattern(eChannel, arr, lngSize);
+    arr.Elements().resize(static_cast<std::size_t>(lngSize));
+    return arr;
+  }
+
+  void Patterns() {
+    Step(QStringLiteral("A pattern of 1024 bits: a clock on channel 1, a pseudo-random sequence on channel 2"));
+    m_user.ClickTab(TabPattern);
+    m_user.Enter(QStringLiteral("esLast"), QStringLiteral("1024"));
+    m_user.Enter(QStringLiteral("esAddress"), QStringLiteral("1"));
+    m_host.Answers = {"8", "9"};
+    m_user.TakeMenu(QStringLiteral("toolPopup(0)"), QStringLiteral("Clock/n"));
+    m_user.TakeMenu(QStringLiteral("toolPopup(1)"), QStringLiteral("PRBS"));
+    Picture(QStringLiteral("5-pattern"));
+    m_user.Click(QStringLiteral("cmdNumOrGraph"));
+    Picture(QStringLiteral("5-pattern-numerical"));
+    m_user.Click(QStringLiteral("cmdNumOrGraph"));
+    const auto clock = Bits(1).Elements(), prbs = Bits(2).Elements();
+    Step(QStringLiteral("Upload; clear both; download"));
+    Upload();
+    m_user.TakeMenu(QStringLiteral("toolPopup(2)"), QStringLiteral("Fill0"));
+    Expect(Bits(1).Elements() != clock, "the editor was cleared");
+    Download();
+    const bool fBack = Bits(1).Elements() == clock && Bits(2).Elements() == prbs;
+    Show(QStringLiteral("bits read back"), fBack ? QStringLiteral("as they were sent") : QStringLiteral("different"));
+    Expect(fBack, "the bits came back");
+  }
+
+  void OtherPages() {
+    Step(QStringLiteral("The remaining pages"));
+    const struct {
+      int intTab;
+      const char *strName;
+    } pages[] = {{TabLevels, "4-levels"}, {TabLimits, "6-limits"}, {TabTrigLev, "7-trig-lev"}, {TabOptions, "9-options"}};
+    for (const auto &page : pages) {
+      m_user.ClickTab(page.intTab);
+      Picture(QString::fromLatin1(page.strName));
+    }
+  }
+
+  void EndSession() {
+    Step(QStringLiteral("The tick is taken away"));
+    m_user.ClickTab(TabInstr);
+    m_user.Tick(0);
+    Show(QStringLiteral("status"), QString::fromStdString(Status()));
+    Expect(Status() == "Offline", "the session is closed");
+  }
+
+  TarvikGUI &m_panel;
+  TourHost &m_host;
+  QDir m_folder;
+  TourUser m_user;
+  int m_intSteps = 0;
+  int m_intWrong = 0;
+};
+
+}  // namespace
+
+bool WantsTour(int argc, char *argv[]) {
+  for (int i = 1; i < argc; ++i)
+    if (std::strncmp(argv[i], "--tour", 6) == 0) return true;
+  return false;
+}
+
+int RunTour(const QString &folder) {
+  const QDir dir(folder);
+  if (!dir.mkpath(QStringLiteral("."))) {
+    std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(folder));
+    return 1;
+  }
+  TourHost host;
+  SetHost(&host);
+  int intResult = 0;
+  {
+    TarvikGUI panel;
+    panel.resize(panel.sizeHint());
+    panel.show();
+    TourUser::Settle();
+    intResult = Tour(panel, host, dir).Run();
+    panel.hide();
+  }
+  SetHost(nullptr);
+  return intResult;
+}
+
+}  // namespace tarvik
