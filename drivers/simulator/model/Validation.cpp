@@ -78,7 +78,10 @@ void CheckAgainstPeriod(Findings &findings, const Settings &settings, Long lngCh
     findings.Agree(NotAbove(timing.dblWidth, timing.dblDoubleDelay),
                    OfChannel("second pulse begins before the first has ended, width above delay", lngChannel),
                    Quantity(timing.dblWidth, "s") + " above " + Quantity(timing.dblDoubleDelay, "s"));
-  if (!settings.mode.HasOwnPeriod() || !(settings.dblFrequency > 0)) return;
+  // A frequency that is out of range is reported as such, once, and not as a conflict of every channel.
+  const bool fFrequencyInRange =
+      NotAbove(FrequencyRange.dblMin, settings.dblFrequency) && NotAbove(settings.dblFrequency, FrequencyRange.dblMax);
+  if (!settings.mode.HasOwnPeriod() || !fFrequencyInRange) return;
   const Double dblPeriod = 1 / settings.dblFrequency;
   const Double dblEnd = timing.DelayInForce() + timing.dblWidth;
   findings.Agree(NotAbove(dblEnd, dblPeriod), OfChannel("period below delay plus width", lngChannel),
