@@ -41,7 +41,6 @@ class ModePage : public Page {
   void cboPulseType_Click(CboEnhanced &cboPulseType);
   void esPllPeriodOrFreq_OnTab(Boolean &SwallowTab);
 
-  Boolean IsPatternMode() const;
   /// Character of the control's mask at the mode's position; empty for a control without one.
   std::string GetModeMaskChar(const QWidget &objControl) const;
   Boolean IsEnabledForMode(const QWidget &objControl) const;

@@ -24,6 +24,9 @@ class TimingPage : public Page {
   void UploadTiming(Boolean &fOk);
   void DownloadTiming();
 
+  /// The selected pulse mode is the pattern.
+  Boolean IsPatternMode() const;
+
   /// Draws the diagram anew.
   void DrawTiming();
   /// DrawTiming came to its end.
@@ -52,7 +55,6 @@ class TimingPage : public Page {
   void toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string &strKey);
 
   Boolean IsFrequency() const;
-  Boolean IsPatternMode() const;
   Double GetPeriod() const;
   Boolean IsOn(Long lngChannel) const;
   /// The channel is on and has a width of its own.

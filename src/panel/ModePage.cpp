@@ -1,0 +1,447 @@
+#include "panel/ModePage.h"
+
+#include "panel/PatternPage.h"
+#include "panel/TimingPage.h"
+#include "support/Conversions.h"
+#include "support/Host.h"
+#include "support/modCboTags.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+#include "support/modUtilsGen.h"
+
+namespace tarvik {
+
+namespace {
+
+/// Property of a control that holds its mask: a group of three characters for each trigger mode, separated by commas,
+/// one character for each pulse mode. "D" disables the control.
+constexpr const char *MaskProperty = "Tag";
+constexpr const char *BurstLengthMask = "D0D,D0D,D0D,DDD";
+constexpr const char *PulseTypeMask = "000,000,000,DDD";
+constexpr const char *PeriodSourceMask = "000,D00,000,DDD";
+constexpr const char *ArmingSourceMask = "DDD,000,000,000";
+constexpr const char *ArmingLevelMask = "DDD,000,000,DDD";
+
+constexpr const char *NoMeaning = " ";
+constexpr const char *Period = "Period", *Frequency = "Frequency";
+/// What is sent where a list has no selection.
+constexpr Long NoSlope = 3;
+
+constexpr Double CaptionWidth = 1500;
+constexpr Single ListLeft = 3180, ListWidth = 5000;
+
+ControlDesign List(const char *strName, Single sngTop, const char *strCaption, const char *strMask,
+                   const char *strToolTip) {
+  return {ControlKind::List,
+          strName,
+          NoIndex,
+          "",
+          {ListLeft, sngTop, ListWidth, 345},
+          {{"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"TagX", strMask}, {"ToolTip", strToolTip}}};
+}
+
+void AddOption(std::vector<ControlDesign> &arrDesign, const char *strName, Integer intIndex, const char *strBox,
+               const char *strCaption, const char *strToolTip) {
+  arrDesign.push_back({ControlKind::Option,
+                       strName,
+                       intIndex,
+                       strBox,
+                       {180, static_cast<Single>(330 + 390 * intIndex), 2520, 330},
+                       {{"Caption", strCaption}, {"Value", Boolean(intIndex == 0)}, {"ToolTip", strToolTip}}});
+}
+
+std::vector<ControlDesign> MakeDesign() {
+  std::vector<ControlDesign> arr;
+  arr.push_back(
+      {ControlKind::Frame, "grpTriggerMode", NoIndex, "", {120, 90, 2850, 1980}, {{"Caption", "Trigger Mode"}}});
+  AddOption(arr, "optTriggerMode", 0, "grpTriggerMode", "Continuous", "Pulses without end");
+  AddOption(arr, "optTriggerMode", 1, "grpTriggerMode", "Triggered",
+            "Each trigger starts a pulse, a burst or a pattern");
+  AddOption(arr, "optTriggerMode", 2, "grpTriggerMode", "Gated", "Pulses as long as the gate is open");
+  AddOption(arr, "optTriggerMode", 3, "grpTriggerMode", "Ext-Width", "The external signal gives the pulse's width");
+  arr.push_back(
+      {ControlKind::Frame, "grpPulseMode", NoIndex, "", {120, 2220, 2850, 1590}, {{"Caption", "Pulse Mode"}}});
+  AddOption(arr, "optPulseMode", 0, "grpPulseMode", "Pulse Stream", "Single or double pulses, one each period");
+  AddOption(arr, "optPulseMode", 1, "grpPulseMode", "Burst", "A counted number of pulses");
+  AddOption(arr, "optPulseMode", 2, "grpPulseMode", "Pattern", "The bits of the pattern page");
+  arr.insert(arr.end(),
+             {{ControlKind::Field,
+               "esBurstLength",
+               NoIndex,
+               "",
+               {ListLeft, 150, ListWidth, 315},
+               {{"Caption", " Burst Length"},
+                {"CaptionWidth", CaptionWidth},
+                {"Min", 2.0},
+                {"Max", 65536.0},
+                {"MinExponent", Long{0}},
+                {"MaxExponent", Long{0}},
+                {"NumberFormat", "#"},
+                {"ToolTip", "Number of pulses in a burst"}}},
+              List("cboPulseType1", 630, "Pulse Type", PulseTypeMask, "Kind of pulses of channel 1"),
+              List("cboPulseType2", 1080, "", PulseTypeMask, "Kind of pulses of channel 2"),
+              List("cboPeriodSource", 1560, "Period Source", PeriodSourceMask, "Where the period comes from"),
+              List("cboTriggerSlope", 2010, "Clock Edge", PeriodSourceMask, "Active edge of the clock input"),
+              List("cboArmingSource", 2490, "Arming Source", ArmingSourceMask, "What arms the trigger or the gate"),
+              List("cboArmingLevel", 2940, "Arming Level", ArmingLevelMask, "Slope or level of the arming source"),
+              {ControlKind::Field,
+               "esPllPeriodOrFreq",
+               NoIndex,
+               "",
+               {ListLeft, 3405, ListWidth, 315},
+               {{"Caption", " Freq."},
+                {"CaptionWidth", CaptionWidth},
+                {"BaseUnit", "Hz"},
+                {"MinExponent", Long{0}},
+                {"ToolTip", "Period or frequency of the internal PLL"}}}});
+  return arr;
+}
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign = MakeDesign();
+  return arrDesign;
+}
+
+}  // namespace
+
+ModePage::ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, PatternPage &pattern)
+    : Page(page, panel, Design()),
+      m_timing(timing),
+      m_pattern(pattern),
+      grpTriggerMode(m_form.Get<FrameEnhanced>("grpTriggerMode")),
+      grpPulseMode(m_form.Get<FrameEnhanced>("grpPulseMode")),
+      optTriggerMode(m_form.GetArray<OptionButton>("optTriggerMode")),
+      optPulseMode(m_form.GetArray<OptionButton>("optPulseMode")),
+      esBurstLength(m_form.Get<EngrSpin>("esBurstLength")),
+      cboPulseType1(m_form.Get<CboEnhanced>("cboPulseType1")),
+      cboPulseType2(m_form.Get<CboEnhanced>("cboPulseType2")),
+      cboPeriodSource(m_form.Get<CboEnhanced>("cboPeriodSource")),
+      cboTriggerSlope(m_form.Get<CboEnhanced>("cboTriggerSlope")),
+      cboArmingSource(m_form.Get<CboEnhanced>("cboArmingSource")),
+      cboArmingLevel(m_form.Get<CboEnhanced>("cboArmingLevel")),
+      esPllPeriodOrFreq(m_form.Get<EngrSpin>("esPllPeriodOrFreq")) {
+  esBurstLength.setProperty(MaskProperty, BurstLengthMask);
+  m_pattern.SetRzFromFlags = [this](Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos) {
+    SetRzFromFlags(fRz1, fRz2, fSetGroup, fUpdateCombos);
+  };
+  ConnectEvents();
+}
+
+ModePage::~ModePage() { m_pattern.SetRzFromFlags = {}; }
+
+void ModePage::ConnectEvents() {
+  for (const auto *arrButtons : {&optTriggerMode, &optPulseMode})
+    for (const auto &[lngIndex, button] : *arrButtons) button->Click.Connect([this] { optMode_Click(); });
+  cboArmingSource.Click.Connect([this] { cboArmingSource_Click(); });
+  cboPeriodSource.Click.Connect([this] { cboPeriodSource_Click(); });
+  cboArmingLevel.Click.Connect([this] { cboArmingLevel_Click(); });
+  cboTriggerSlope.Click.Connect([this] { cboTriggerSlope_Click(); });
+  cboPulseType1.Click.Connect([this] { cboPulseType_Click(cboPulseType1); });
+  cboPulseType2.Click.Connect([this] { cboPulseType_Click(cboPulseType2); });
+  esPllPeriodOrFreq.OnTab.Connect([this](Boolean &SwallowTab) { esPllPeriodOrFreq_OnTab(SwallowTab); });
+}
+
+void ModePage::Enter() {
+  grpTriggerMode.SetFocusOnOpt();
+  UpdateModePage();
+}
+
+void ModePage::InitModePage() {
+  for (const auto *arrButtons : {&optTriggerMode, &optPulseMode})
+    for (const auto &[lngIndex, button] : *arrButtons) button->SetTag(CStr(lngIndex));
+  UpdateModePage();
+}
+
+// ---- The mode and its masks ----
+
+void ModePage::UpdateModePage() {
+  m_state.meTriggerMode = grpTriggerMode.ArrayIndex();
+  m_state.mePulseMode = grpPulseMode.ArrayIndex();
+  m_state.mintModePos = static_cast<Integer>(m_state.meTriggerMode * 4 + m_state.mePulseMode + 1);
+  tarvik::SetEnabled(grpPulseMode, m_state.meTriggerMode != eTriggerExtWidth);
+  SetCboPulseType();
+  UpdatePeriodSource();
+  UpdateTriggerSlope();
+  UpdateArmingSource();
+  m_timing.LockWidths();
+}
+
+void ModePage::optMode_Click() {
+  UpdateModePage();
+  MarkDirty(ePageMode);
+}
+
+std::string ModePage::GetModeMaskChar(const QWidget &objControl) const {
+  const auto *list = dynamic_cast<const CboEnhanced *>(&objControl);
+  const std::string strMask = list ? list->TagX() : objControl.property(MaskProperty).toString().toStdString();
+  const auto pos = static_cast<std::size_t>(m_state.mintModePos);
+  return pos >= 1 && pos <= strMask.size() ? strMask.substr(pos - 1, 1) : std::string();
+}
+
+Boolean ModePage::IsEnabledForMode(const QWidget &objControl) const { return GetModeMaskChar(objControl) != "D"; }
+
+// ---- What follows from the mode, one procedure for each control ----
+
+void ModePage::SetCboPulseType() {
+  try {
+    tarvik::SetEnabled(esBurstLength, IsEnabledForMode(esBurstLength));
+    // The mask of channel 1 decides for both.
+    const Boolean fEnable = IsEnabledForMode(cboPulseType1);
+    cboPulseType1.SetEnabled(fEnable);
+    cboPulseType2.SetEnabled(fEnable);
+    if (!fEnable) return;
+    FillPulseType(cboPulseType1, " Pulses at Output 1");
+    FillPulseType(cboPulseType2, " Pulses at Output 2");
+  } catch (const RunTimeError &error) {
+    LogError("TarvikGUI", "SetCboPulseType", error.Number(), error.Description());
+  }
+}
+
+void ModePage::FillPulseType(CboEnhanced &cboPulseType, const char *strOutput) {
+  const bool fPattern = m_timing.IsPatternMode();
+  cboPulseType.Clear();
+  cboPulseType.AddItemData(std::string(fPattern ? "RZ" : "Single") + strOutput, fPattern ? eFormatRz : eTypeSingle);
+  cboPulseType.AddItemData(std::string(fPattern ? "NRZ" : "Double") + strOutput, fPattern ? eFormatNrz : eTypeDouble);
+  cboPulseType.RecallListIndex(m_state.mintModePos);
+}
+
+void ModePage::UpdatePeriodSource() {
+  const Boolean fEnable = IsEnabledForMode(cboPeriodSource);
+  if (cboPeriodSource.ListCount() == 0) {
+    cboPeriodSource.AddItemData("Internal Oscillator", eSourceOscillator);
+    cboPeriodSource.AddItemData("Internal PLL", eSourcePll);
+    cboPeriodSource.AddItemData("CLK-IN", eSourceClkIn);
+  }
+  cboPeriodSource.EnableAndRecall(fEnable, m_state.mintModePos);
+}
+
+void ModePage::UpdateTriggerSlope() {
+  Boolean fEnable = IsEnabledForMode(cboTriggerSlope);
+  if (cboTriggerSlope.ListCount() == 0) {
+    cboTriggerSlope.AddItemData("Rising", eSlopeRising);
+    cboTriggerSlope.AddItemData("Falling", eSlopeFalling);
+  }
+  // The clock's edge matters only to those who use the clock.
+  if (fEnable) fEnable = cboPeriodSource.GetCurrItemData() == eSourceClkIn;
+  cboTriggerSlope.EnableAndRecall(fEnable, m_state.mintModePos);
+}
+
+void ModePage::UpdateArmingSource() {
+  Boolean fPllAllowed = False;
+  switch (m_state.meTriggerMode) {
+    case eTriggerContinuous:
+      cboArmingSource.SetCaption(NoMeaning);
+      cboArmingLevel.SetCaption(NoMeaning);
+      break;
+    case eTriggerTriggered:
+      cboArmingSource.SetCaption("Triggered By");
+      fPllAllowed = m_state.mePulseMode != ePulseStream;
+      break;
+    case eTriggerGated: cboArmingSource.SetCaption("Gated By"); break;
+    case eTriggerExtWidth:
+      cboArmingSource.SetCaption("Width");
+      cboArmingLevel.SetCaption(NoMeaning);
+      break;
+    default: ShowIllegalCase(); break;
+  }
+  const Boolean fEnable = IsEnabledForMode(cboArmingSource);
+  if (fEnable) FillArmingSource(fPllAllowed);
+  cboArmingSource.EnableAndRecall(fEnable, m_state.mintModePos);
+  UpdateArmingLevel();
+}
+
+void ModePage::FillArmingSource(Boolean fPllAllowed) {
+  cboArmingSource.Clear();
+  if (!m_state.mfVxiLines) cboArmingSource.AddItemData("Man. Key", eArmManual);
+  cboArmingSource.AddItemData("External Input", eArmExternal);
+  if (fPllAllowed) cboArmingSource.AddItemData("Internal PLL", eArmPll);
+  if (m_state.mfVxiLines)
+    for (Long eLine = eVxiEclt0; eLine <= eVxiTtlt7; ++eLine) cboArmingSource.AddItemData(VxiLineName(eLine), eLine);
+  cboArmingSource.RecallListIndex(m_state.mintModePos);
+}
+
+void ModePage::UpdateArmingLevel() {
+  if (cboArmingSource.ListIndex() == -1 || cboArmingSource.ListCount() == 0 || !cboArmingSource.Enabled() ||
+      m_state.meTriggerMode == eTriggerExtWidth) {
+    cboArmingLevel.EnableAndRecall(False, m_state.mintModePos);
+  } else {
+    FillArmingLevel();
+    cboArmingLevel.EnableAndRecall(True, m_state.mintModePos);
+  }
+  UpdatePllField();
+}
+
+void ModePage::FillArmingLevel() {
+  const bool fPll = cboArmingSource.GetCurrItemData() == eArmPll;
+  const bool fBothAllowed = cboPeriodSource.GetCurrItemData() != eSourcePll || m_state.mePulseMode == ePulseStream;
+  cboArmingLevel.Clear();
+  if (fPll) {
+    cboArmingLevel.SetCaption("PLL Mode");
+    cboArmingLevel.AddItemData(Period, ePllPeriod);
+    cboArmingLevel.AddItemData(Frequency, ePllFrequency);
+    return;
+  }
+  switch (m_state.meTriggerMode) {
+    case eTriggerContinuous:
+    case eTriggerExtWidth: break;
+    case eTriggerTriggered:
+      cboArmingLevel.SetCaption("Trigger Slope");
+      cboArmingLevel.AddItemData("Rising", eSlopeRising);
+      cboArmingLevel.AddItemData("Falling", eSlopeFalling);
+      if (fBothAllowed) cboArmingLevel.AddItemData("Both", eSlopeBoth);
+      break;
+    case eTriggerGated:
+      cboArmingLevel.SetCaption("Gate Level");
+      cboArmingLevel.AddItemData("High Level", eSlopeRising);
+      cboArmingLevel.AddItemData("Low Level", eSlopeFalling);
+      cboArmingLevel.AddItemData("Always", eSlopeBoth);
+      break;
+    default: ShowIllegalCase(); break;
+  }
+}
+
+void ModePage::UpdatePllField() {
+  const std::string strText = cboArmingLevel.ListIndex() == -1 ? std::string() : cboArmingLevel.Text();
+  const bool fPeriod = strText == Period, fFrequency = strText == Frequency;
+  if (fPeriod || fFrequency) {
+    esPllPeriodOrFreq.SetCaption(strText);
+    esPllPeriodOrFreq.SetBaseUnit(fPeriod ? "s" : "Hz");
+  }
+  tarvik::SetEnabled(esPllPeriodOrFreq, fPeriod || fFrequency);
+}
+
+// ---- Choices of the user ----
+
+void ModePage::CheckPllConflict(Boolean &fConflict) const {
+  fConflict = False;
+  if (cboArmingSource.GetCurrItemData() != eArmPll || cboPeriodSource.GetCurrItemData() != eSourcePll) return;
+  TheHost().MsgBox("Pll source already in use!", BoxIcon::Exclamation, BoxButtons::Ok, AppTitle);
+  fConflict = True;
+}
+
+void ModePage::cboArmingSource_Click() {
+  Boolean fConflict;
+  CheckPllConflict(fConflict);
+  if (fConflict)
+    cboArmingSource.RecallListIndex(m_state.mintModePos);
+  else
+    cboArmingSource.SaveListIndex(m_state.mintModePos);
+  UpdateArmingLevel();
+}
+
+void ModePage::cboPeriodSource_Click() {
+  Boolean fConflict;
+  CheckPllConflict(fConflict);
+  if (fConflict) {
+    cboPeriodSource.RecallListIndex(m_state.mintModePos);
+  } else {
+    cboPeriodSource.SaveListIndex(m_state.mintModePos);
+    UpdateArmingLevel();
+  }
+  UpdateTriggerSlope();
+}
+
+void ModePage::cboArmingLevel_Click() {
+  cboArmingLevel.SaveListIndex(m_state.mintModePos);
+  UpdatePllField();
+}
+
+void ModePage::cboTriggerSlope_Click() { cboTriggerSlope.SaveListIndex(m_state.mintModePos); }
+
+void ModePage::cboPulseType_Click(CboEnhanced &cboPulseType) {
+  cboPulseType.SaveListIndex(m_state.mintModePos);
+  UpdatePulseType();
+}
+
+void ModePage::esPllPeriodOrFreq_OnTab(Boolean &SwallowTab) {
+  // Behind the last field of the page comes its first control again.
+  SwallowTab = True;
+  m_panel.EnterVisiblePage();
+}
+
+// ---- Pulse types and return to zero ----
+
+void ModePage::UpdatePulseType() {
+  if (m_timing.IsPatternMode()) {
+    m_state.mfDoublePulse = {False, False};
+    SetRzState(cboPulseType1.GetCurrItemData(), cboPulseType2.GetCurrItemData(), True, False);
+  } else {
+    m_state.mfDoublePulse[1] = cboPulseType1.GetCurrItemData() == eTypeDouble;
+    m_state.mfDoublePulse[2] = cboPulseType2.GetCurrItemData() == eTypeDouble;
+  }
+  m_timing.ShowDelayCaptions();
+  m_timing.DrawTiming();
+}
+
+void ModePage::SetRzState(Long lngType1, Long lngType2, Boolean fSetGroup, Boolean fUpdateCombos) {
+  m_state.mfRz[1] = lngType1 == eFormatRz;
+  m_state.mfRz[2] = lngType2 == eFormatRz;
+  m_pattern.Editor().SetRz(m_state.mfRz, fSetGroup);
+  m_timing.LockWidths();
+  if (fUpdateCombos && m_timing.IsPatternMode()) {
+    cboPulseType1.SetListIndexByItemData(lngType1);
+    cboPulseType2.SetListIndexByItemData(lngType2);
+  }
+}
+
+void ModePage::SetRzFromFlags(Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos) {
+  SetRzState(fRz1 ? eFormatRz : eFormatNrz, fRz2 ? eFormatRz : eFormatNrz, fSetGroup, fUpdateCombos);
+}
+
+// ---- Transfer ----
+
+void ModePage::UploadMode(Boolean &fOk) {
+  fOk = False;
+  udtModeInfo mode;
+  mode.TriggerMode = CLng(std::string_view(optTriggerMode[m_state.meTriggerMode].Tag()));
+  mode.PulseMode = CLng(std::string_view(optPulseMode[m_state.mePulseMode].Tag()));
+  mode.BurstLength = CLng(esBurstLength.Value());
+  mode.PulseType = {cboPulseType1.GetCurrItemData(1), cboPulseType2.GetCurrItemData(1)};
+  mode.SignalFormat = mode.PulseType;
+  mode.PeriodSource = cboPeriodSource.GetCurrItemData(0);
+  mode.TriggerSlope = cboTriggerSlope.GetCurrItemData(NoSlope);
+  mode.ArmingSource = cboArmingSource.GetCurrItemData(0);
+  mode.ArmSlope = mode.PllFormat = NoSlope;
+  if (mode.ArmingSource == eArmPll) {
+    mode.PllFormat = cboArmingLevel.GetCurrItemData(NoSlope);
+    mode.PllPeriodOrFreq = esPllPeriodOrFreq.Value();
+  } else {
+    mode.ArmSlope = cboArmingLevel.GetCurrItemData(NoSlope);
+  }
+  if (!Instr().SetMode(mode)) return;
+  m_panel.SetTabState(ePageIsCurrent, ePageMode);
+  fOk = True;
+}
+
+void ModePage::DownloadMode() {
+  udtModeInfo mode;
+  if (!Instr().GetMode(mode)) return;
+  // The two modes rebuild the lists that depend on them, so they go first and the levels last.
+  if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
+      SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode))) {
+    esBurstLength.SetValue(mode.BurstLength);
+    ShowChannelTypes(mode);
+    cboPeriodSource.SetListIndexByItemData(mode.PeriodSource);
+    cboTriggerSlope.SetListIndexByItemData(mode.TriggerSlope);
+    cboArmingSource.SetListIndexByItemData(mode.ArmingSource);
+    ShowArming(mode);
+  }
+  m_panel.SetTabState(ePageIsCurrent, ePageMode);
+}
+
+void ModePage::ShowChannelTypes(const udtModeInfo &mode) {
+  if (mode.PulseMode == ePulsePattern) {
+    SetRzState(mode.SignalFormat[1], mode.SignalFormat[2], True, True);
+    return;
+  }
+  cboPulseType1.SetListIndexByItemData(mode.PulseType[1]);
+  cboPulseType2.SetListIndexByItemData(mode.PulseType[2]);
+}
+
+void ModePage::ShowArming(const udtModeInfo &mode) {
+  const bool fPll = mode.ArmingSource == eArmPll;
+  cboArmingLevel.SetListIndexByItemData(fPll ? mode.PllFormat : mode.ArmSlope);
+  esPllPeriodOrFreq.SetValue(fPll ? mode.PllPeriodOrFreq : 0);
+}
+
+}  // namespace tarvik

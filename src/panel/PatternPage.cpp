@@ -1,0 +1,73 @@
+#include "panel/PatternPage.h"
+
+#include "support/modUtils.h"
+
+namespace tarvik {
+
+namespace {
+
+// Codes of the streams in the editor and rows of the instrument.
+constexpr Long EditorChannel1 = 1, EditorChannel2 = 2, EditorStrobe = 8;
+constexpr Long RowChannel1 = 1, RowChannel2 = 2, RowStrobe = 3;
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign{{ControlKind::Pattern,
+                                                     "BitPattern1",
+                                                     NoIndex,
+                                                     "",
+                                                     {720, 225, 6945, 3735},
+                                                     {{"AccessibleName", "Bit pattern editor"}}}};
+  return arrDesign;
+}
+
+}  // namespace
+
+PatternPage::PatternPage(QWidget &page, PanelServices &panel)
+    : Page(page, panel, Design()), BitPattern1(m_form.Get<BitPattern>("BitPattern1")) {
+  BitPattern1.RzChange.Connect([this] { BitPattern1_RzChange(); });
+}
+
+void PatternPage::Enter() { SetFocusIfEnabled(BitPattern1); }
+
+void PatternPage::BitPattern1_RzChange() {
+  BitPattern1.GetRz(m_state.mfRz);
+  SetRzFromFlags(m_state.mfRz[1], m_state.mfRz[2], False, True);
+}
+
+std::vector<PatternPage::Stream> PatternPage::Streams() const {
+  std::vector<Stream> arrStreams{{EditorChannel1, RowChannel1}};
+  if (m_state.mfDualChannel) arrStreams.push_back({EditorChannel2, RowChannel2});
+  arrStreams.push_back({EditorStrobe, RowStrobe});
+  return arrStreams;
+}
+
+void PatternPage::UploadRz(Boolean &fOk) {
+  fOk = False;
+  IgnoreErrors([&] { fOk = Instr().SetRz(m_state.mfRz); });
+}
+
+void PatternPage::UploadPattern(Boolean &fOk) {
+  fOk = False;
+  Long lngSize = BitPattern1.GetPatternArraySize();
+  const Long lngLength = BitPattern1.GetPatternLength();
+  m_arrUpload.ReDim(1, lngSize);
+  for (const Stream &stream : Streams()) {
+    if (!BitPattern1.GetPattern(stream.eChannel, m_arrUpload, lngSize)) return;
+    if (!Instr().SetPatternArray(stream.eChan, m_arrUpload, lngLength)) return;
+  }
+  m_panel.SetTabState(ePageIsCurrent, ePagePattern);
+  fOk = True;
+}
+
+void PatternPage::DownloadPattern() {
+  BitPattern1.SetPatternInit();
+  for (const Stream &stream : Streams()) {
+    Long lngLength = 0;
+    if (Instr().GetPatternArray(stream.eChan, m_arrDownload, lngLength))
+      BitPattern1.SetPattern(stream.eChannel, m_arrDownload, lngLength);
+  }
+  if (Instr().GetRz(m_state.mfRz)) SetRzFromFlags(m_state.mfRz[1], m_state.mfRz[2], False, True);
+  m_panel.SetTabState(ePageIsCurrent, ePagePattern);
+}
+
+}  // namespace tarvik

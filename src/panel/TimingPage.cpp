@@ -1,0 +1,410 @@
+#include "panel/TimingPage.h"
+
+#include "support/modCboTags.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+#include "support/modUtilsGen.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr const char *Period = "Period", *Frequency = "Frequency";
+constexpr const char *Seconds = "s", *Hertz = "Hz";
+constexpr const char *KeyCoupled = "TeEqLe", *KeyAbsolute = "TeAbs";
+constexpr const char *Locked = "Locked";
+/// The only edges that some models can make.
+constexpr const char *FixedEdges = "0.8E-9;1.6E-9";
+
+/// What the instruments really make; the form's own bound is a little lower.
+constexpr Double ShortestWidth = 1.515E-9;
+
+constexpr Single BoxWidth = 4080, FieldLeft = 120, FieldWidth = 3840, CaptionWidth = 1440, CaptionGap = 100;
+
+struct ChannelNames {
+  const char *strBox, *strOnOff, *strInvOnOff, *strOnOffBox, *strInvOnOffBox, *strOutput, *strInvOutput;
+};
+
+constexpr ChannelNames Names[] = {
+    {"grpTimingChan1", "grpChan1OnOff", "grpChan1InvOnOff", "grpChan1OnOff(0)", "grpChan1InvOnOff(0)",
+     "optChannel1Output", "optChannel1InvOutput"},
+    {"grpTimingChan2", "grpChan2OnOff", "grpChan2InvOnOff", "grpChan2OnOff(0)", "grpChan2InvOnOff(0)",
+     "optChannel2Output", "optChannel2InvOutput"},
+};
+
+PropertyBag TimeField(Double dblMin, const char *strToolTip) {
+  return {{"BaseUnit", Seconds}, {"Min", dblMin}, {"Max", 999.5}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
+}
+
+PropertyBag TimeField(const char *strCaption, Double dblMin, const char *strToolTip) {
+  PropertyBag bag = TimeField(dblMin, strToolTip);
+  bag.Set("Caption", strCaption);
+  bag.Set("CaptionWidth", Double{CaptionWidth});
+  return bag;
+}
+
+void AddSwitch(std::vector<ControlDesign> &arrDesign, const char *strBox, const char *strBoxName,
+               const char *strContainer, const char *strOption, Single sngLeft, const char *strCaption,
+               const char *strToolTip) {
+  arrDesign.insert(arrDesign.end(),
+                   {{ControlKind::Frame,
+                     strBox,
+                     0,
+                     strContainer,
+                     {sngLeft, 1815, 1890, 705},
+                     {{"Caption", strCaption}, {"ToolTip", strToolTip}}},
+                    {ControlKind::Option,
+                     strOption,
+                     0,
+                     strBoxName,
+                     {120, 300, 810, 315},
+                     {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}},
+                    {ControlKind::Option,
+                     strOption,
+                     1,
+                     strBoxName,
+                     {960, 300, 810, 315},
+                     {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}}});
+}
+
+void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
+  const ChannelNames &names = Names[k];
+  const Single sngEdgeLeft = FieldLeft + CaptionWidth + CaptionGap;
+  PropertyBag trailing = TimeField(1E-12, "Trailing edge of the pulse");
+  trailing.Set("AccessibleName", "Trailing Edge");
+  arrDesign.insert(arrDesign.end(),
+                   {{ControlKind::Frame,
+                     names.strBox,
+                     NoIndex,
+                     "",
+                     {k == 0 ? Single{60} : Single{4260}, 1590, BoxWidth, 2595},
+                     {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
+                    {ControlKind::Field,
+                     "esDelay",
+                     k,
+                     names.strBox,
+                     {FieldLeft, 270, FieldWidth, 315},
+                     TimeField("Delay", 0, "Delay of the pulse; of the second pulse of a pair")},
+                    {ControlKind::Field,
+                     "esWidth",
+                     k,
+                     names.strBox,
+                     {FieldLeft, 645, FieldWidth, 315},
+                     TimeField("Width", 1.5E-9, "Width of the pulse, leading edge included")},
+                    {ControlKind::Field,
+                     "esLeadingEdge",
+                     k,
+                     names.strBox,
+                     {FieldLeft, 1020, FieldWidth, 315},
+                     TimeField("Leading Edge", 1E-12, "Leading edge of the pulse")},
+                    {ControlKind::Menu,
+                     "toolPopupTEdge",
+                     k,
+                     names.strBox,
+                     {FieldLeft, 1395, CaptionWidth + 40, 315},
+                     {{"Caption", "Trailing Edge"},
+                      {"Menu", "TeEqLe=Trail Edge = Lead Edge|TeAbs=Trail Edge Absolute"},
+                      {"ToolTip", "Let the trailing edge follow the leading edge or set it by itself"}}},
+                    {ControlKind::Field,
+                     "esTrailingEdge",
+                     k,
+                     names.strBox,
+                     {sngEdgeLeft, 1395, FieldLeft + FieldWidth - sngEdgeLeft, 315},
+                     trailing}});
+  AddSwitch(arrDesign, names.strOnOff, names.strOnOffBox, names.strBox, names.strOutput, 120, "Output",
+            "Turn the normal output on or off");
+  AddSwitch(arrDesign, names.strInvOnOff, names.strInvOnOffBox, names.strBox, names.strInvOutput, 2070, "Inverse",
+            "Turn the inverse output on or off");
+}
+
+const std::vector<ControlDesign> &Design() {
+  static const std::vector<ControlDesign> arrDesign = [] {
+    std::vector<ControlDesign> arr{{ControlKind::Button,
+                                    "cmdPeriodOrFreq",
+                                    NoIndex,
+                                    "",
+                                    {720, 60, 1560, 345},
+                                    {{"Caption", Period}, {"ToolTip", "Set Instrument Period or Frequency"}}},
+                                   {ControlKind::Field,
+                                    "esPeriodOrFreq",
+                                    NoIndex,
+                                    "",
+                                    {2400, 75, 2640, 315},
+                                    {{"BaseUnit", Seconds},
+                                     {"DefaultValue", 1.0},
+                                     {"Min", 1E-12},
+                                     {"MinExponent", Long{-9}},
+                                     {"ToolTip", "Period or frequency of the instrument"},
+                                     {"AccessibleName", "Period or frequency"}}},
+                                   {ControlKind::Picture,
+                                    "picTiming",
+                                    NoIndex,
+                                    "",
+                                    {712.5F, 450, 6975, 1095},
+                                    {{"BackColor", Long{0}},
+                                     {"ForeColor", Long{0x00C7D863}},
+                                     {"ToolTip", "Two periods of each channel"},
+                                     {"AccessibleName", "Timing diagram"}}}};
+    AddChannel(arr, 0);
+    AddChannel(arr, 1);
+    return arr;
+  }();
+  return arrDesign;
+}
+
+constexpr Single DiagramWidth = 6975, DiagramHeight = 1095;
+
+}  // namespace
+
+TimingPage::TimingPage(QWidget &page, PanelServices &panel)
+    : Page(page, panel, Design()),
+      cmdPeriodOrFreq(m_form.Get<CommandButton>("cmdPeriodOrFreq")),
+      esPeriodOrFreq(m_form.Get<EngrSpin>("esPeriodOrFreq")),
+      picTiming(m_form.Get<PictureBox>("picTiming")),
+      esDelay(m_form.GetArray<EngrSpin>("esDelay")),
+      esWidth(m_form.GetArray<EngrSpin>("esWidth")),
+      esLeadingEdge(m_form.GetArray<EngrSpin>("esLeadingEdge")),
+      esTrailingEdge(m_form.GetArray<EngrSpin>("esTrailingEdge")),
+      toolPopupTEdge(m_form.GetArray<ToolPopup>("toolPopupTEdge")),
+      m_outputs(m_form, panel),
+      m_diagram(picTiming) {
+  // The drawing keeps its scale however the pixels of the widget come out.
+  picTiming.SetScale(DiagramWidth, DiagramHeight);
+  ConnectEvents();
+}
+
+void TimingPage::ConnectEvents() {
+  cmdPeriodOrFreq.Click.Connect([this] { cmdPeriodOrFreq_Click(); });
+  esPeriodOrFreq.AfterUpdate.Connect([this] { esPeriodOrFreq_AfterUpdate(); });
+  for (const Integer Index : {Integer{0}, Integer{1}}) {
+    esDelay[Index].AfterUpdate.Connect([this] { DrawTiming(); });
+    esWidth[Index].AfterUpdate.Connect([this, Index] { esWidth_AfterUpdate(Index); });
+    esLeadingEdge[Index].AfterUpdate.Connect([this, Index] { esLeadingEdge_AfterUpdate(Index); });
+    esTrailingEdge[Index].AfterUpdate.Connect([this] { DrawTiming(); });
+    toolPopupTEdge[Index].ButtonMenuClick.Connect(
+        [this, Index](const std::string &strKey) { toolPopupTEdge_ButtonMenuClick(Index, strKey); });
+  }
+}
+
+void TimingPage::Enter() {
+  SetFocusIfEnabled(cmdPeriodOrFreq);
+  ShowTimingOutputs();
+}
+
+// ---- Period, widths and their ranges ----
+
+Boolean TimingPage::IsFrequency() const { return cmdPeriodOrFreq.Caption() == Frequency; }
+
+Boolean TimingPage::IsPatternMode() const { return m_state.mePulseMode == ePulsePattern; }
+
+Double TimingPage::GetPeriod() const { return IsFrequency() ? esPeriodOrFreq.Reciprocal() : esPeriodOrFreq.Value(); }
+
+Boolean TimingPage::IsOn(Long lngChannel) const {
+  return m_state.mfOutputOn[lngChannel] || m_state.mfOutputInvOn[lngChannel];
+}
+
+Boolean TimingPage::HasWidth(Long lngChannel) const {
+  return IsOn(lngChannel) && (m_state.mfRz[lngChannel] || !IsPatternMode());
+}
+
+Boolean TimingPage::GetWidestWidth(Long lngCount, Double &dblWidth) const {
+  switch (lngCount) {
+    case 0: return False;
+    case 1:
+      if (HasWidth(1)) dblWidth = esWidth[0].Value();
+      break;
+    case 2:
+      // With two channels the outputs decide alone which width is taken.
+      if (IsOn(1) && IsOn(2))
+        dblWidth = MaxDouble(esWidth[0].Value(), esWidth[1].Value());
+      else if (IsOn(1))
+        dblWidth = esWidth[0].Value();
+      else if (IsOn(2))
+        dblWidth = esWidth[1].Value();
+      break;
+    default: ShowIllegalCase(); break;
+  }
+  return HasWidth(1) || HasWidth(2);
+}
+
+void TimingPage::SetTimingRanges(Boolean fCheckPeriod) {
+  const Long lngCount = ChannelCount();
+  Double dblWidth = 0;
+  if (!GetWidestWidth(lngCount, dblWidth)) return;
+  if (fCheckPeriod && GetPeriod() < dblWidth) GrowPeriodTo(dblWidth);
+  const Double dblPeriod = GetPeriod();
+  for (Long k = 0; k < lngCount; ++k) SetChannelRanges(k, dblPeriod);
+}
+
+void TimingPage::GrowPeriodTo(Double dblWidth) { esPeriodOrFreq.SetValue(IsFrequency() ? 1 / dblWidth : dblWidth); }
+
+void TimingPage::SetChannelRanges(Long k, Double dblPeriod) {
+  esWidth[k].SetMin(ShortestWidth);
+  if (m_state.mfDoublePulse[k + 1]) {
+    esWidth[k].SetMax(dblPeriod / 2);
+    esDelay[k].SetMin(esWidth[k].Value());
+  } else {
+    esWidth[k].SetMax(dblPeriod);
+    esDelay[k].SetMin(0);
+  }
+  esDelay[k].SetMax(dblPeriod);
+}
+
+void TimingPage::cmdPeriodOrFreq_Click() { SetPeriodOrFreq(True, False); }
+
+void TimingPage::SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency) {
+  if (!fToggle) {
+    if (fToFrequency != IsFrequency()) SetPeriodOrFreq(True, False);
+    return;
+  }
+  const bool fFrequency = !IsFrequency();
+  cmdPeriodOrFreq.SetCaption(fFrequency ? Frequency : Period);
+  esPeriodOrFreq.SetBaseUnit(fFrequency ? Hertz : Seconds);
+  const Double dblReciprocal = esPeriodOrFreq.Reciprocal();
+  esPeriodOrFreq.SetValue(dblReciprocal);
+  SetTimingRanges(True);
+}
+
+void TimingPage::esPeriodOrFreq_AfterUpdate() {
+  SetTimingRanges(True);
+  DrawTiming();
+}
+
+void TimingPage::esWidth_AfterUpdate(Integer Index) {
+  // Unlike after an edit of the period, the delay has to leave room for the width.
+  const Double dblWidth = esWidth[Index].Value();
+  if (m_state.mfDoublePulse[Index + 1]) {
+    esDelay[Index].SetMin(dblWidth);
+    esDelay[Index].SetMax(2 * esWidth[Index].Max() - dblWidth);
+  } else {
+    esDelay[Index].SetMin(0);
+    esDelay[Index].SetMax(esWidth[Index].Max() - dblWidth);
+  }
+  DrawTiming();
+}
+
+void TimingPage::LockWidths() {
+  for (const Long k : {0, 1}) esWidth[k].LockControl(IsPatternMode() && !m_state.mfRz[k + 1], True);
+}
+
+void TimingPage::ShowDelayCaptions() {
+  for (const Long k : {0, 1}) esDelay[k].SetCaption(m_state.mfDoublePulse[k + 1] ? "Dbl. Delay" : "Delay");
+}
+
+// ---- Edges ----
+
+Boolean &TimingPage::TeEqLe(Long k) const {
+  if (k < 0 || k > 1) RaiseError(ErrSubscriptOutOfRange);
+  return m_state.mfTeEqLe[static_cast<std::size_t>(k)];
+}
+
+void TimingPage::esLeadingEdge_AfterUpdate(Integer Index) {
+  if (TeEqLe(Index)) esTrailingEdge[Index].SetValue(esLeadingEdge[Index].Value());
+  DrawTiming();
+}
+
+void TimingPage::toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string &strKey) {
+  if (strKey == KeyCoupled)
+    SetTrailEdgeMode(Index, True, False, False);
+  else if (strKey == KeyAbsolute)
+    SetTrailEdgeMode(Index, False, False, False);
+  else
+    ShowIllegalCase();
+  esLeadingEdge_AfterUpdate(Index);
+}
+
+void TimingPage::SetTrailEdgeMode(Integer intChan, Boolean fTeEqLe, Boolean fLocked, Boolean fClearLock) {
+  IgnoreErrors([&] {
+    if (fClearLock) toolPopupTEdge[intChan].SetTag("");
+  });
+  const auto fIsLocked = [&] { return toolPopupTEdge[intChan].Tag() == Locked; };
+  bool fKeepLock = false;
+  IgnoreErrors([&] { fKeepLock = fIsLocked() && !fLocked; });
+  if (!fKeepLock) {
+    IgnoreErrors([&] { toolPopupTEdge[intChan].SetTag(fLocked ? Locked : ""); });
+    IgnoreErrors([&] { tarvik::SetEnabled(esTrailingEdge[intChan], !fTeEqLe); });
+    IgnoreErrors([&] { tarvik::SetEnabled(toolPopupTEdge[intChan], !fLocked); });
+  }
+  IgnoreErrors([&] { TeEqLe(intChan) = fTeEqLe || fIsLocked(); });
+  Boolean fFixedEdges = False;
+  IgnoreErrors([&] { fFixedEdges = Instr().IsRestricted(eLacksFreeLeadingEdge); });
+  IgnoreErrors([&] { esLeadingEdge[intChan].SetValueArray(fFixedEdges ? FixedEdges : ""); });
+}
+
+// ---- Outputs ----
+
+void TimingPage::SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
+  m_outputs.SetChannelOutput(intChan, fState, fIsComplement);
+}
+
+void TimingPage::ShowTimingOutputs() { m_outputs.ShowFlags(); }
+
+// ---- Diagram ----
+
+udtChannelTiming TimingPage::TimingOf(Integer intChan) const {
+  const Long k = intChan - 1;
+  return {esPeriodOrFreq.Value(),   IsFrequency(),      m_state.mfDoublePulse[intChan],
+          esDelay[k].Value(),       esWidth[k].Value(), esLeadingEdge[k].Value(),
+          esTrailingEdge[k].Value()};
+}
+
+void TimingPage::DrawTiming() {
+  m_diagram.Clear();
+  m_diagram.DrawChannelTiming(1, TimingOf(1));
+  if (m_state.mfDualChannel) m_diagram.DrawChannelTiming(2, TimingOf(2));
+  TimingDrawn.Raise();
+}
+
+// ---- Transfer ----
+
+void TimingPage::UploadTiming(Boolean &fOk) {
+  fOk = False;
+  udtTimingInfo timing;
+  const Long lngChannels = ChannelCount();
+  for (Long i = 1; i <= lngChannels; ++i) {
+    const Long k = i - 1;
+    timing.fAutoCoupleLeTe[i] = TeEqLe(k);
+    timing.fDoublePulse[i] = m_state.mfDoublePulse[i] && !IsPatternMode();
+    timing.dblDelay[i] = esDelay[k].Value();
+    timing.dblLeading[i] = esLeadingEdge[k].Value();
+    timing.dblTrailing[i] = esTrailingEdge[k].Value();
+    timing.dblWidth[i] = esWidth[k].Value();
+  }
+  // The switches travel for both channels, whatever the instrument has.
+  timing.fChannelOutputOn = m_state.mfOutputOn;
+  timing.fChannelOutputInvOn = m_state.mfOutputInvOn;
+  timing.dblFrequency = IsFrequency() ? esPeriodOrFreq.Value() : esPeriodOrFreq.Reciprocal();
+  if (!Instr().SetTiming(timing)) return;
+  m_panel.SetTabState(ePageIsCurrent, ePageTiming);
+  fOk = True;
+}
+
+void TimingPage::DownloadTiming() {
+  udtTimingInfo timing;
+  if (!Instr().GetTiming(timing)) return;
+  const Long lngChannels = ChannelCount();
+  for (Long i = 1; i <= lngChannels; ++i) ShowChannel(timing, i);
+  ShowTimingOutputs();
+  if (IsFrequency())
+    esPeriodOrFreq.SetValue(timing.dblFrequency);
+  else
+    esPeriodOrFreq.SetReciprocal(timing.dblFrequency);
+  // The instrument's values stand, also a width beyond the period.
+  SetTimingRanges(False);
+  DrawTiming();
+  m_panel.SetTabState(ePageIsCurrent, ePageTiming);
+}
+
+void TimingPage::ShowChannel(const udtTimingInfo &timing, Long lngChannel) {
+  const Long k = lngChannel - 1;
+  esDelay[k].SetValue(timing.dblDelay[lngChannel]);
+  esLeadingEdge[k].SetValue(timing.dblLeading[lngChannel]);
+  // Past SetTrailEdgeMode: a download neither enables nor disables.
+  TeEqLe(k) = timing.fAutoCoupleLeTe[lngChannel];
+  esTrailingEdge[k].SetValue(TeEqLe(k) ? timing.dblLeading[lngChannel] : timing.dblTrailing[lngChannel]);
+  esWidth[k].SetValue(timing.dblWidth[lngChannel]);
+  m_state.mfOutputOn[lngChannel] = timing.fChannelOutputOn[lngChannel];
+  m_state.mfOutputInvOn[lngChannel] = timing.fChannelOutputInvOn[lngChannel];
+}
+
+}  // namespace tarvik
