@@ -179,8 +179,7 @@ void BitPattern::PlaceControls() {
   for (std::size_t i = 0; i < toolPopup.size(); ++i)
     place(toolPopup[i], {ToolLeft, ToolRows[i].sngTop, ToolWidth, ToolHeight});
   place(picWave, {PictureLeft, PictureTop, m_form.sngPictureWidth, m_form.sngPictureHeight});
-  place(HScroll1,
-        {0, m_form.sngPictureHeight - m_form.sngScrollHeight, m_form.sngPictureWidth, m_form.sngScrollHeight});
+  HScroll1->Move({0, m_form.sngPictureHeight - m_form.sngScrollHeight, m_form.sngPictureWidth, m_form.sngScrollHeight});
   for (std::size_t i = 0; i < optChannelRzNrz.size(); ++i) {
     place(grpChannelRzOrNrz[i / 2], GroupPlaces[i / 2]);
     place(optChannelRzNrz[i], OptionPlaces[i % 2]);

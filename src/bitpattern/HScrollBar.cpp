@@ -27,6 +27,11 @@ void HScrollBar::ByProgram(Write write) {
   if (value() != intBefore) Change.Raise();
 }
 
+void HScrollBar::Move(const TwipsRect &place) {
+  m_place = place;
+  setGeometry(TwipsToPixels(*parentWidget(), place));
+}
+
 void HScrollBar::SetMin(Integer intMin) {
   ByProgram([&] { setMinimum(intMin); });
 }

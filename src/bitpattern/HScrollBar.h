@@ -2,6 +2,7 @@
 
 #include <QScrollBar>
 
+#include "platform/Twips.h"
 #include "platform/WidgetControl.h"
 #include "support/Event.h"
 
@@ -21,6 +22,10 @@ class HScrollBar : public WidgetControl<QScrollBar> {
   /// What a click beside the slider moves.
   Integer LargeChange() const { return static_cast<Integer>(pageStep()); }
 
+  /// Place in its container, in twips.
+  const TwipsRect &Place() const { return m_place; }
+  void Move(const TwipsRect &place);
+
   void SetMin(Integer intMin);
   void SetMax(Integer intMax);
   void SetValue(Integer intValue);
@@ -38,6 +43,7 @@ class HScrollBar : public WidgetControl<QScrollBar> {
   template <class Write>
   void ByProgram(Write write);
 
+  TwipsRect m_place;
   bool m_fProgramChange = false;
 };
 

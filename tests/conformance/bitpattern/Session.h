@@ -1,0 +1,99 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "LineProtocol.h"
+#include "RecordingHost.h"
+#include "bitpattern/BitPattern.h"
+#include "bitpattern/HScrollBar.h"
+#include "bitpattern/WavePicture.h"
+#include "bitpattern/WaveformView.h"
+#include "controls/FrameEnhanced.h"
+#include "engrspin/EngrSpin.h"
+#include "platform/CommandButton.h"
+#include "platform/OptionButton.h"
+#include "platform/ToolPopup.h"
+#include "support/modGlobals.h"
+
+namespace tarvik::test {
+
+/// The editor with its inner procedures within reach.
+class OpenBitPattern : public BitPattern {
+ public:
+  using BitPattern::BitPattern;
+  using BitPattern::InRange;
+  using BitPattern::Operations;
+  using BitPattern::picWave_KeyDown;
+  using BitPattern::picWave_KeyPress;
+  using BitPattern::picWave_MouseDown;
+  using BitPattern::RedrawPattern;
+  using BitPattern::SetWaveformRange;
+  using BitPattern::Store;
+  using BitPattern::toolPopup_ButtonClick;
+  using BitPattern::toolPopup_ButtonMenuClick;
+  using BitPattern::View;
+
+  template <class Child>
+  Child &Find(const char *strName) const {
+    return dynamic_cast<Child &>(*findChild<QWidget *>(QString::fromLatin1(strName)));
+  }
+};
+
+/// What `new` can be told.
+struct Settings {
+  BitPatternForm form;
+  bool fPanel = true;
+  bool fOnline = true;
+  bool fDraw = true;
+  Single sngTextHeight = 195;
+  std::array<Single, 4> arrTextWidths{105, 105, 105, 105};
+};
+
+/// One editor in scripted surroundings, which write down what happens.
+class Session : private PanelReference, public ControlSite {
+ public:
+  explicit Session(const Settings &settings);
+  ~Session() override;
+
+  OpenBitPattern &Editor() { return *m_editor; }
+  EngrSpin &Field(const std::string &strName) { return m_editor->Find<EngrSpin>(strName.c_str()); }
+  RecordingHost &Host() { return m_host; }
+
+  void SetOnline(bool fOnline) { m_fOnline = fOnline; }
+  void SetEcho(bool fEcho) { m_fEcho = fEcho; }
+  void FailNextMax() { m_fFailMax = true; }
+  BooleanArray &PageRz() { return m_mfRz; }
+
+  void Note(Json event) { m_arrEvents.push_back(std::move(event)); }
+  Boolean UserMode() const override { return True; }
+  void PropertyChanged(const std::string &strProperty) override { Note({"prop", strProperty}); }
+
+  /// All of the state, with what happened since the last call.
+  Json TakeState();
+
+ private:
+  class Instrument;
+
+  void SetTabState(TabStates eState, TabNumEnum ePage) override;
+
+  void NoteHost(const HostEntry &entry);
+  void NoteLogRecord(const std::string &strRecord);
+  void NoteDrawing(const DrawPrimitive &primitive);
+  void NoteRzChange();
+  void RefuseMax();
+
+  RecordingHost m_host;
+  std::shared_ptr<Instrument> m_instrument;
+  Event<const std::string &>::Connection m_focus;
+  std::unique_ptr<OpenBitPattern> m_editor;
+  Json m_arrEvents = Json::array();
+  BooleanArray m_mfRz{1, {False, False}};
+  bool m_fDraw = true;
+  bool m_fOnline = true;
+  bool m_fEcho = false;
+  bool m_fFailMax = false;
+};
+
+}  // namespace tarvik::test
