@@ -18,7 +18,7 @@ namespace {
 }  // namespace
 
 const char *IconName(BoxIcon icon) {
-  constexpr const char *Names[] = {"stop", "question", "exclamation", "information"};
+  constexpr const char *Names[] = {"stop", "question", "exclamation", "information", "critical"};
   return Names[static_cast<int>(icon)];
 }
 

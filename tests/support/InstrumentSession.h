@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "RecordingHost.h"
+#include "StandInDriver.h"
+#include "instrument/clsInstrInterface.h"
+
+namespace tarvik::test {
+
+/// The instrument class with a view on its transaction flags.
+class ObservedInstr : public clsInstrInterface {
+ public:
+  using clsInstrInterface::GlobalTrans;
+  using clsInstrInterface::TransActive;
+};
+
+/// A recording host, a stand-in driver and the one instance between them. Events are kept as "Event: text".
+class InstrumentSession {
+ public:
+  InstrumentSession() { Renew(); }
+  InstrumentSession(const InstrumentSession &) = delete;
+  InstrumentSession &operator=(const InstrumentSession &) = delete;
+  ~InstrumentSession() { gobjInstr().reset(); }
+
+  /// A fresh world with the instrument "Alpha" of this configuration; neither connected nor open.
+  void Renew(const Json &config = Json::object()) {
+    gobjInstr().reset();
+    host.Reset();
+    driver.Reset();
+    driver.Add("Alpha", config);
+    instr = std::make_shared<ObservedInstr>();
+    gobjInstr() = instr;
+    const auto keep = [this](const char *strEvent) {
+      return [this, strEvent](const std::string &strText) { arrEvents.push_back(strEvent + (": " + strText)); };
+    };
+    instr->StatusMessage.Connect(keep("StatusMessage"));
+    instr->InstrError.Connect(keep("InstrError"));
+    instr->InstrWarnings.Connect(keep("InstrWarnings"));
+    Forget();
+  }
+  /// A fresh world with the session open.
+  void Open(const Json &config = Json::object()) {
+    Renew(config);
+    instr->Connect();
+    instr->OpenInstrument("Alpha");
+    Forget();
+  }
+  /// Forgets what was recorded so far.
+  void Forget() {
+    host.arrEntries.clear();
+    driver.arrTrace.clear();
+    arrEvents.clear();
+  }
+
+  RecordingHost host;
+  StandInDriver driver;
+  std::vector<std::string> arrEvents;
+  std::shared_ptr<ObservedInstr> instr;
+};
+
+}  // namespace tarvik::test
