@@ -67,6 +67,8 @@ class EngrNumber {
   void SetEngrMode(Boolean fEngrMode) { m_fEngrMode = fEngrMode; }
   /// Exponent of the text shown last in engineering format; it survives a value of 0.
   Long Exponent() const { return m_lngExponent; }
+  /// The same, for whoever formats another value into the field.
+  Long &ExponentInForce() { return m_lngExponent; }
 
   /// Prefix letter in engineering format, "*" outside of -12 to 12; always empty in plain format.
   std::string ExponentToPrefix(Long lngExponent) const;

@@ -169,7 +169,7 @@ Double EngrSpin::GetStepSize() {
 
 Double EngrSpin::GetArrayValue(Integer intIndex) {
   if (m_values.ArrayMode()) return m_values.GetArrayValue(intIndex);
-  TheHost().MsgBox("Illegal Mode for call", BoxIcon::Stop, BoxButtons::Ok, AppTitle);
+  TheHost().MsgBox("Illegal Mode for call", BoxIcon::Critical, BoxButtons::Ok, AppTitle);
   return 0;
 }
 

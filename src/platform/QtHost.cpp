@@ -12,7 +12,8 @@ namespace {
 
 QMessageBox::Icon ToQIcon(BoxIcon icon) {
   switch (icon) {
-    case BoxIcon::Stop: return QMessageBox::Critical;
+    case BoxIcon::Stop:
+    case BoxIcon::Critical: return QMessageBox::Critical;
     case BoxIcon::Question: return QMessageBox::Question;
     case BoxIcon::Exclamation: return QMessageBox::Warning;
     case BoxIcon::Information: return QMessageBox::Information;

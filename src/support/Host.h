@@ -11,7 +11,8 @@ namespace tarvik {
 /// Title of the application: of its boxes and of its section of the settings store.
 inline constexpr const char *AppTitle = "TarvikVI";
 
-enum class BoxIcon { Stop, Question, Exclamation, Information };
+/// Critical is the stop sign of a failure inside the program; platforms show both alike.
+enum class BoxIcon { Stop, Question, Exclamation, Information, Critical };
 enum class BoxButtons { Ok, YesNo };
 enum class BoxAnswer { Ok, Yes, No };
 
