@@ -1,0 +1,124 @@
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "automation/Activation.h"
+#include "automation/Object.h"
+#include "support/RunTimeError.h"
+
+namespace tarvik::automation {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::AllOf;
+using testing::HasSubstr;
+
+constexpr const char *ProgId = "Bench.Driver";
+
+/// A user's data folder of its own for the manifests of one test.
+class ActivationTest : public testing::Test {
+ protected:
+  ActivationTest() {
+    m_folder = fs::temp_directory_path() / ("tarvik-activation-" + std::to_string(::getpid()));
+    setenv("XDG_DATA_HOME", m_folder.c_str(), 1);
+    setenv("XDG_DATA_DIRS", (m_folder / "system").c_str(), 1);
+    fs::create_directories(UserManifestFolder());
+  }
+  ~ActivationTest() override {
+    std::error_code error;
+    fs::remove_all(m_folder, error);
+  }
+  std::string Manifest() const { return (UserManifestFolder() / (std::string(ProgId) + ".driver")).string(); }
+  void WriteManifest(const std::string &strText) const { std::ofstream(Manifest()) << strText; }
+  RunTimeError Failure(const std::string &strServer = {}) const {
+    try {
+      CreateObject(ProgId, strServer);
+    } catch (const RunTimeError &error) {
+      return error;
+    }
+    return RunTimeError(0, "no failure");
+  }
+
+  fs::path m_folder;
+};
+
+TEST_F(ActivationTest, AMissingManifestNamesTheFilesThatWereTried) {
+  const RunTimeError error = Failure();
+  EXPECT_EQ(error.Number(), 429);
+  EXPECT_THAT(error.Description(), AllOf(HasSubstr("no driver manifest found"), HasSubstr(Manifest()),
+                                         HasSubstr("system/tarvikvi/drivers/Bench.Driver.driver")));
+}
+
+TEST_F(ActivationTest, AnEmptyManifestIsNamed) {
+  WriteManifest("");
+  EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(Manifest()), HasSubstr("is empty or cannot be read")));
+}
+
+TEST_F(ActivationTest, AManifestWithABlankLineNamesNoLibrary) {
+  WriteManifest("   \n");
+  EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(Manifest()), HasSubstr("names no library")));
+}
+
+TEST_F(ActivationTest, AMissingLibraryIsNamedTogetherWithItsManifest) {
+  WriteManifest("absent.so\r\n");
+  EXPECT_THAT(Failure().Description(), AllOf(HasSubstr((UserManifestFolder() / "absent.so").string()),
+                                             HasSubstr(Manifest()), HasSubstr("cannot be loaded")));
+}
+
+TEST_F(ActivationTest, ALibraryWithoutTheExportIsNoDriver) {
+  WriteManifest(DRIVER_WITHOUT_EXPORT);
+  EXPECT_THAT(Failure().Description(),
+              AllOf(HasSubstr(DRIVER_WITHOUT_EXPORT), HasSubstr("does not export DllGetClassObject")));
+}
+
+TEST_F(ActivationTest, ADriverThatRefusesIsQuotedWithItsOwnWords) {
+  WriteManifest(DRIVER_FAILING);
+  const RunTimeError error = Failure();
+  EXPECT_EQ(error.Number(), StatusClassNotAvailable);
+  EXPECT_THAT(error.Description(), AllOf(HasSubstr(DRIVER_FAILING), HasSubstr("the licence file is missing")));
+}
+
+TEST_F(ActivationTest, AServerWithoutRemoteActivationIsNamed) {
+  EXPECT_THAT(Failure("lab").Description(), HasSubstr("\"lab\""));
+}
+
+class INamed : public IDispatch {
+ public:
+  static constexpr Guid Iid{0x11111111, 0x2222, 0x8333, {0x84, 0x44, 0x55, 0x55, 0x55, 0x55, 0x55, 0x55}};
+
+ protected:
+  ~INamed() = default;
+};
+
+class IOther : public IDispatch {
+ public:
+  static constexpr Guid Iid{0x11111112, 0x2222, 0x8333, {0x84, 0x44, 0x55, 0x55, 0x55, 0x55, 0x55, 0x55}};
+
+ protected:
+  ~IOther() = default;
+};
+
+class Named : public Object<INamed> {};
+
+TEST_F(ActivationTest, AClassOfTheProcessGoesBeforeAnyManifest) {
+  WriteManifest("absent.so");
+  RegisterClass(ProgId, [] { return Ref<IUnknown>(MakeObject<Named>()); });
+  const Ref<IUnknown> object = CreateObject(ProgId, {});
+  EXPECT_TRUE(Narrow<INamed>(object));
+  EXPECT_FALSE(Narrow<IOther>(object));
+  RegisterClass(ProgId, {});
+  EXPECT_EQ(Failure().Number(), 429);
+}
+
+TEST(ClassId, DependsOnTheNameAndNotOnItsCase) {
+  EXPECT_EQ(ClassIdOf("KolvenAtl.Kolven"), ClassIdOf("kolvenatl.KOLVEN"));
+  EXPECT_FALSE(ClassIdOf("KolvenAtl.Kolven") == ClassIdOf("KolvenAtl.Kolver"));
+  EXPECT_EQ(ClassIdOf("KolvenAtl.Kolven").Data3 >> 12, 8);
+  EXPECT_EQ(ClassIdOf("KolvenAtl.Kolven").Data4[0] >> 6, 2);
+}
+
+}  // namespace
+}  // namespace tarvik::automation
