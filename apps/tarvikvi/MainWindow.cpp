@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QScrollArea>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSettings>
 
 #include "panel/TarvikGUI.h"
@@ -46,9 +46,9 @@ void MainWindow::ShowAbout() {
   box.setIconPixmap(windowIcon().pixmap(64, 64));
   box.setText(tr("<b>TarvikVI %1</b><p>Front panel for pulse generators with one or two channels.</p>")
                   .arg(QApplication::applicationVersion()));
-  box.setInformativeText(tr("Toolkit: Qt %1 (built with %2)\nPlatform: %3")
-                             .arg(QString::fromLatin1(qVersion()), QStringLiteral(QT_VERSION_STR),
-                                  QSysInfo::prettyProductName()));
+  box.setInformativeText(
+      tr("Toolkit: Qt %1 (built with %2)\nPlatform: %3")
+          .arg(QString::fromLatin1(qVersion()), QStringLiteral(QT_VERSION_STR), QSysInfo::prettyProductName()));
   box.exec();
 }
 

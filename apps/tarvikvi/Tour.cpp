@@ -224,7 +224,8 @@ class Tour {
     const struct {
       int intTab;
       const char *strName;
-    } pages[] = {{TabLevels, "4-levels"}, {TabLimits, "6-limits"}, {TabTrigLev, "7-trig-lev"}, {TabOptions, "9-options"}};
+    } pages[] = {
+        {TabLevels, "4-levels"}, {TabLimits, "6-limits"}, {TabTrigLev, "7-trig-lev"}, {TabOptions, "9-options"}};
     for (const auto &page : pages) {
       m_user.ClickTab(page.intTab);
       Picture(QString::fromLatin1(page.strName));

@@ -85,7 +85,8 @@ void TourUser::Tick(int intRow) const {
   auto &list = Find<ListView>(QStringLiteral("lvwInstruments"));
   const QRect rect = list.visualItemRect(list.Item(intRow));
   const int box = list.style()->pixelMetric(QStyle::PM_IndicatorWidth);
-  ClickAt(*list.viewport(), QPoint(rect.left() + list.style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + box / 2 + 2, rect.center().y()));
+  ClickAt(*list.viewport(), QPoint(rect.left() + list.style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + box / 2 + 2,
+                                   rect.center().y()));
 }
 
 }  // namespace tarvik

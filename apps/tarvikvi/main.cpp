@@ -23,7 +23,8 @@ int main(int argc, char *argv[]) {
   parser.addHelpOption();
   parser.addVersionOption();
   const QCommandLineOption tour(
-      QStringLiteral("tour"), QStringLiteral("Walk through a session, print its steps and write pictures into <folder>."),
+      QStringLiteral("tour"),
+      QStringLiteral("Walk through a session, print its steps and write pictures into <folder>."),
       QStringLiteral("folder"));
   parser.addOption(tour);
   parser.process(app);

@@ -56,8 +56,7 @@ CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
   });
 }
 
-void CboEnhanced::AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData,
-                              Boolean fGroupDefault) {
+void CboEnhanced::AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData, Boolean fGroupDefault) {
   // The toolkit would choose the first item of an empty list by itself.
   m_fProgramChange = true;
   const int intBefore = m_cbo->currentIndex();
@@ -205,7 +204,7 @@ void CboEnhanced::SetCaptionAlignment(Long lngAlignment) {
   const Qt::Alignment horizontal = lngAlignment == 1   ? Qt::AlignRight
                                    : lngAlignment == 2 ? Qt::AlignHCenter
                                                        : Qt::AlignLeft;
-  m_lblCaption->setAlignment(horizontal | Qt::AlignTop);
+  m_lblCaption->setAlignment(horizontal | Qt::AlignVCenter);
   PropChanged("CaptionAlignment");
 }
 
@@ -269,6 +268,8 @@ void CboEnhanced::LayOut() {
 }
 
 void CboEnhanced::ShowLayout() {
+  // The label begins lower than the list; the margin below brings its text to the same line.
+  m_lblCaption->setContentsMargins(0, 0, 0, TwipsToPixels(*this, LabelTop));
   m_cbo->setGeometry(TwipsToPixels(*this, m_layout.list));
   m_lblCaption->setGeometry(TwipsToPixels(*this, m_layout.label));
 }

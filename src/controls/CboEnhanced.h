@@ -9,21 +9,21 @@
 #include "platform/PropertyBag.h"
 #include "platform/Twips.h"
 #include "platform/WidgetControl.h"
+#include "support/Export.h"
 
 namespace tarvik {
 
 /// A drop-down list with a caption at its left. Each item carries two numbers, item data and group data, by which
 /// the selection can be set and read; selections can be saved by position and recalled; and a choice of the user
 /// marks the panel's visible page as changed.
-class CboEnhanced : public QWidget, public Control {
+class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Q_OBJECT
 
  public:
   explicit CboEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
 
   /// Adds an item at the end.
-  void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0,
-                   Boolean fGroupDefault = False);
+  void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0, Boolean fGroupDefault = False);
   void Clear();
 
   /// Selects the item that stands for its group. Without one a stop box says so and the selection stays.

@@ -94,9 +94,7 @@ void FrameEnhanced::Match(const Variant &vMatchValue, const Variant &vDefault) {
 
 std::string FrameEnhanced::Caption() const { return m_fra->title().toStdString(); }
 
-void FrameEnhanced::SetCaption(const std::string &strCaption) {
-  m_fra->setTitle(QString::fromStdString(strCaption));
-}
+void FrameEnhanced::SetCaption(const std::string &strCaption) { m_fra->setTitle(QString::fromStdString(strCaption)); }
 
 void FrameEnhanced::SetAppearance(Long lngAppearance) {
   m_lngAppearance = lngAppearance;

@@ -7,6 +7,7 @@
 #include "platform/ControlSite.h"
 #include "platform/PropertyBag.h"
 #include "platform/WidgetControl.h"
+#include "support/Export.h"
 #include "support/Variant.h"
 
 namespace tarvik {
@@ -14,7 +15,7 @@ namespace tarvik {
 /// A group box that treats the option buttons in it as one value: the Index of the chosen button, or the text
 /// in its Tag. What stands in it are the child widgets of Container() that are controls, in the order in which
 /// they were made.
-class FrameEnhanced : public QWidget, public Control {
+class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   Q_OBJECT
 
  public:

@@ -128,8 +128,8 @@ Maker MakerFor(ControlKind eKind) {
 /// What a screen reader says: the caption, or the tool tip where there is none.
 QString AccessibleName(const PropertyBag &bag) {
   const std::string strCaption = Trim(Replace(bag.ReadProperty("Caption", ""), "&", ""));
-  return QString::fromStdString(bag.ReadProperty("AccessibleName", strCaption.empty() ? bag.ReadProperty("ToolTip", "")
-                                                                                      : strCaption));
+  return QString::fromStdString(
+      bag.ReadProperty("AccessibleName", strCaption.empty() ? bag.ReadProperty("ToolTip", "") : strCaption));
 }
 
 }  // namespace

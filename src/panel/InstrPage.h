@@ -20,7 +20,8 @@ class InstrPage : public Page {
 
   /// Ends the session and lists the instruments anew.
   void cmdRefresh_Click();
-  /// Ends whatever session there is and, when starting, opens one with the row's instrument. Without a row it only ends.
+  /// Ends whatever session there is and, when starting, opens one with the row's instrument. Without a row it only
+  /// ends.
   void InstrStartStop(ListItem *Item, Boolean fStart);
   /// Takes every tick away. Raises nothing.
   void UncheckAllInstruments();

@@ -16,13 +16,13 @@ constexpr Double CaptionWidth = 1320;
 constexpr Integer ThisPage = 1;  // element of the output groups that stands here
 
 PropertyBag List(const char *strCaption, const char *strToolTip) {
-  return {{"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"ToolTip", strToolTip}};
+  return {
+      {"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"CaptionAlignment", Long{1}}, {"ToolTip", strToolTip}};
 }
 
 PropertyBag LevelField(const char *strCaption, const char *strToolTip) {
-  return {{"Caption", strCaption},   {"CaptionWidth", CaptionWidth}, {"BaseUnit", Volts},
-          {"Min", -20.0},            {"Max", 20.0},                  {"MinExponent", Long{-9}},
-          {"MaxExponent", Long{0}}, {"ToolTip", strToolTip}};
+  return {{"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"BaseUnit", Volts},      {"Min", -20.0},
+          {"Max", 20.0},           {"MinExponent", Long{-9}},      {"MaxExponent", Long{0}}, {"ToolTip", strToolTip}};
 }
 
 struct ChannelNames {
@@ -41,58 +41,117 @@ constexpr ChannelNames Names[] = {
 
 void AddFormatBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
   const ChannelNames &names = Names[k];
-  arrDesign.insert(
-      arrDesign.end(),
-      {{ControlKind::Frame, "grpLevelFormat", k, "", {sngLeft, 30, 4080, 1890},
-        {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
-       // Lists keep their choice while the box around them is disabled: they stand on a plain container.
-       {ControlKind::Container, "picLevelFormat", k, names.strFormatBox, {60, 240, 3960, 795}, {}},
-       {ControlKind::List, "cboLevelFormat", k, names.strFormatHolder, {90, 30, 3720, 345},
-        List("Level Format", "How the two levels below are told")},
-       {ControlKind::List, "cboLevelUnits", k, names.strFormatHolder, {90, 420, 3720, 345},
-        List("Voltage/Current", "Quantity in which the levels are shown")},
-       {ControlKind::Field, "esLevelHigh", k, names.strFormatBox, {150, 1065, 3720, 315},
-        LevelField("TTL-High", "High level or offset")},
-       {ControlKind::Field, "esLevelLo", k, names.strFormatBox, {150, 1455, 3720, 315},
-        LevelField("TTL-Low", "Low level or amplitude")}});
+  arrDesign.insert(arrDesign.end(),
+                   {{ControlKind::Frame,
+                     "grpLevelFormat",
+                     k,
+                     "",
+                     {sngLeft, 30, 4080, 1890},
+                     {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
+                    // Lists keep their choice while the box around them is disabled: they stand on a plain container.
+                    {ControlKind::Container, "picLevelFormat", k, names.strFormatBox, {60, 240, 3960, 795}, {}},
+                    {ControlKind::List,
+                     "cboLevelFormat",
+                     k,
+                     names.strFormatHolder,
+                     {90, 30, 3720, 345},
+                     List("Level Format", "How the two levels below are told")},
+                    {ControlKind::List,
+                     "cboLevelUnits",
+                     k,
+                     names.strFormatHolder,
+                     {90, 420, 3720, 345},
+                     List("Voltage/Current", "Quantity in which the levels are shown")},
+                    {ControlKind::Field,
+                     "esLevelHigh",
+                     k,
+                     names.strFormatBox,
+                     {150, 1065, 3720, 315},
+                     LevelField("TTL-High", "High level or offset")},
+                    {ControlKind::Field,
+                     "esLevelLo",
+                     k,
+                     names.strFormatBox,
+                     {150, 1455, 3720, 315},
+                     LevelField("TTL-Low", "Low level or amplitude")}});
 }
 
 void AddSwitch(std::vector<ControlDesign> &arrDesign, const char *strBox, const char *strBoxName,
                const char *strContainer, const char *strOption, Single sngLeft, const char *strCaption,
                const char *strToolTip) {
   arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame, strBox, ThisPage, strContainer, {sngLeft, 975, 1230, 795},
+                   {{ControlKind::Frame,
+                     strBox,
+                     ThisPage,
+                     strContainer,
+                     {sngLeft, 975, 1230, 795},
                      {{"Caption", strCaption}, {"ToolTip", strToolTip}}},
-                    {ControlKind::Option, strOption, 2, strBoxName, {120, 225, 990, 270},
+                    {ControlKind::Option,
+                     strOption,
+                     2,
+                     strBoxName,
+                     {120, 225, 990, 270},
                      {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}},
-                    {ControlKind::Option, strOption, 3, strBoxName, {120, 495, 990, 270},
+                    {ControlKind::Option,
+                     strOption,
+                     3,
+                     strBoxName,
+                     {120, 495, 990, 270},
                      {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}}});
 }
 
 void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
   const ChannelNames &names = Names[k];
   const auto option = static_cast<Integer>(2 * k);
-  arrDesign.insert(
-      arrDesign.end(),
-      {{ControlKind::Frame, "grpChannelOutput", k, "", {sngLeft, 1920, 4080, 1800},
-        {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
-       {ControlKind::Container, "picChannelOutput", k, names.strOutputBox, {60, 210, 3960, 375}, {}},
-       {ControlKind::List, "cboOutputImpedance", k, names.strOutputHolder, {90, 15, 3720, 345},
-        List("Output Imp.", "Source impedance of the output")},
-       {ControlKind::Field, "esLoadCompensation", k, names.strOutputBox, {150, 615, 3720, 315},
-        {{"Caption", "Load Compens."}, {"CaptionWidth", CaptionWidth}, {"BaseUnit", "Ohm"}, {"Min", 0.1},
-         {"Max", 1000000.0}, {"MinExponent", Long{0}}, {"MaxExponent", Long{6}},
-         {"ToolTip", "Resistance of the load, for which the levels hold"}}},
-       {ControlKind::Frame, "grpNormalCompliment", k, names.strOutputBox, {120, 975, 1230, 795},
-        {{"Caption", "Polarity"}}},
-       {ControlKind::Option, "optNormalCompliment", option, names.strPolarityBox, {120, 225, 1050, 270},
-        {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
-       {ControlKind::Option, "optNormalCompliment", static_cast<Integer>(option + 1), names.strPolarityBox,
-        {120, 495, 1050, 270}, {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
+  arrDesign.insert(arrDesign.end(),
+                   {{ControlKind::Frame,
+                     "grpChannelOutput",
+                     k,
+                     "",
+                     {sngLeft, 1920, 4080, 1800},
+                     {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
+                    {ControlKind::Container, "picChannelOutput", k, names.strOutputBox, {60, 210, 3960, 375}, {}},
+                    {ControlKind::List,
+                     "cboOutputImpedance",
+                     k,
+                     names.strOutputHolder,
+                     {90, 15, 3720, 345},
+                     List("Output Imp.", "Source impedance of the output")},
+                    {ControlKind::Field,
+                     "esLoadCompensation",
+                     k,
+                     names.strOutputBox,
+                     {150, 615, 3720, 315},
+                     {{"Caption", "Load Compens."},
+                      {"CaptionWidth", CaptionWidth},
+                      {"BaseUnit", "Ohm"},
+                      {"Min", 0.1},
+                      {"Max", 1000000.0},
+                      {"MinExponent", Long{0}},
+                      {"MaxExponent", Long{6}},
+                      {"ToolTip", "Resistance of the load, for which the levels hold"}}},
+                    {ControlKind::Frame,
+                     "grpNormalCompliment",
+                     k,
+                     names.strOutputBox,
+                     {120, 975, 1230, 795},
+                     {{"Caption", "Polarity"}}},
+                    {ControlKind::Option,
+                     "optNormalCompliment",
+                     option,
+                     names.strPolarityBox,
+                     {120, 225, 1050, 270},
+                     {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
+                    {ControlKind::Option,
+                     "optNormalCompliment",
+                     static_cast<Integer>(option + 1),
+                     names.strPolarityBox,
+                     {120, 495, 1050, 270},
+                     {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
   AddSwitch(arrDesign, names.strOnOff, names.strOnOffBox, names.strOutputBox, names.strOutput, 1425, "Output",
             "Turn the normal output on or off");
-  AddSwitch(arrDesign, names.strInvOnOff, names.strInvOnOffBox, names.strOutputBox, names.strInvOutput, 2730,
-            "Inverse", "Turn the inverse output on or off");
+  AddSwitch(arrDesign, names.strInvOnOff, names.strInvOnOffBox, names.strOutputBox, names.strInvOutput, 2730, "Inverse",
+            "Turn the inverse output on or off");
 }
 
 const std::vector<ControlDesign> &Design() {
@@ -104,10 +163,18 @@ const std::vector<ControlDesign> &Design() {
       AddOutputBox(arr, k, sngLeft);
     }
     arr.insert(arr.end(),
-               {{ControlKind::Frame, "grpOutputs", NoIndex, "", {60, 3705, 8250, 510}, {{"Caption", "Outputs"}}},
-                {ControlKind::Option, "optOutputs", 0, "grpOutputs", {180, 195, 3600, 285},
+               {{ControlKind::Frame, "grpOutputs", NoIndex, "", {60, 3750, 8250, 600}, {{"Caption", "Outputs"}}},
+                {ControlKind::Option,
+                 "optOutputs",
+                 0,
+                 "grpOutputs",
+                 {180, 240, 3600, 300},
                  {{"Caption", "Separate Outputs"}, {"Value", True}, {"ToolTip", "Each channel has its own output"}}},
-                {ControlKind::Option, "optOutputs", 1, "grpOutputs", {4290, 195, 3600, 285},
+                {ControlKind::Option,
+                 "optOutputs",
+                 1,
+                 "grpOutputs",
+                 {4290, 240, 3600, 300},
                  {{"Caption", "Outputs Added At Output 1"}, {"ToolTip", "Channel 2 is added to output 1"}}}});
     return arr;
   }();

@@ -5,15 +5,27 @@ namespace tarvik {
 namespace {
 
 PropertyBag VoltageField(const char *strCaption, Double dblDefault, const char *strToolTip) {
-  return {{"Caption", strCaption},      {"CaptionWidth", Double{1320}}, {"BaseUnit", "V"},
-          {"DefaultValue", dblDefault}, {"Min", -20.0},                 {"Max", 20.0},
-          {"MinExponent", Long{-9}},    {"MaxExponent", Long{0}},       {"ToolTip", strToolTip}};
+  return {{"Caption", strCaption},
+          {"CaptionWidth", Double{1320}},
+          {"BaseUnit", "V"},
+          {"DefaultValue", dblDefault},
+          {"Min", -20.0},
+          {"Max", 20.0},
+          {"MinExponent", Long{-9}},
+          {"MaxExponent", Long{0}},
+          {"ToolTip", strToolTip}};
 }
 
 PropertyBag CurrentField(const char *strCaption, Double dblDefault, const char *strToolTip) {
-  return {{"Caption", strCaption},      {"CaptionWidth", Double{1320}}, {"BaseUnit", "A"},
-          {"DefaultValue", dblDefault}, {"Min", -0.8},                  {"Max", 0.8},
-          {"MinExponent", Long{-3}},    {"MaxExponent", Long{-3}},      {"ToolTip", strToolTip}};
+  return {{"Caption", strCaption},
+          {"CaptionWidth", Double{1320}},
+          {"BaseUnit", "A"},
+          {"DefaultValue", dblDefault},
+          {"Min", -0.8},
+          {"Max", 0.8},
+          {"MinExponent", Long{-3}},
+          {"MaxExponent", Long{-3}},
+          {"ToolTip", strToolTip}};
 }
 
 void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
@@ -24,19 +36,47 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
   const auto option = static_cast<Integer>(2 * k);
   arrDesign.insert(
       arrDesign.end(),
-      {{ControlKind::Frame, "grpLimitsChanel", k, "", {sngLeft, 120, 4020, 2940},
+      {{ControlKind::Frame,
+        "grpLimitsChanel",
+        k,
+        "",
+        {sngLeft, 120, 4020, 2940},
         {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
-       {ControlKind::Option, "optLimitsChanel", option, strBox, {180, 330, 1650, 315},
+       {ControlKind::Option,
+        "optLimitsChanel",
+        option,
+        strBox,
+        {180, 330, 1650, 315},
         {{"Caption", "Limits On"}, {"Tag", "True"}, {"ToolTip", "Hold the outputs within the limits below"}}},
-       {ControlKind::Option, "optLimitsChanel", static_cast<Integer>(option + 1), strBox, {1980, 330, 1650, 315},
+       {ControlKind::Option,
+        "optLimitsChanel",
+        static_cast<Integer>(option + 1),
+        strBox,
+        {1980, 330, 1650, 315},
         {{"Caption", "Limits Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", "Let the outputs go unlimited"}}},
-       {ControlKind::Field, "esLimitHighVoltage", k, strBox, {180, 840, 3630, 315},
+       {ControlKind::Field,
+        "esLimitHighVoltage",
+        k,
+        strBox,
+        {180, 840, 3630, 315},
         VoltageField("High Voltage", 0.5, "Highest voltage at the output")},
-       {ControlKind::Field, "esLimitLowVoltage", k, strBox, {180, 1305, 3630, 315},
+       {ControlKind::Field,
+        "esLimitLowVoltage",
+        k,
+        strBox,
+        {180, 1305, 3630, 315},
         VoltageField("Low Voltage", -0.5, "Lowest voltage at the output")},
-       {ControlKind::Field, "esLimitHighCurrent", k, strBox, {180, 1890, 3630, 315},
+       {ControlKind::Field,
+        "esLimitHighCurrent",
+        k,
+        strBox,
+        {180, 1890, 3630, 315},
         CurrentField("High Current", 0.01, "Highest current at the output")},
-       {ControlKind::Field, "esLimitLowCurrent", k, strBox, {180, 2355, 3630, 315},
+       {ControlKind::Field,
+        "esLimitLowCurrent",
+        k,
+        strBox,
+        {180, 2355, 3630, 315},
         CurrentField("Low Current", -0.01, "Lowest current at the output")}});
 }
 

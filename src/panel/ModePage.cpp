@@ -37,7 +37,11 @@ ControlDesign List(const char *strName, Single sngTop, const char *strCaption, c
           NoIndex,
           "",
           {ListLeft, sngTop, ListWidth, 345},
-          {{"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"TagX", strMask}, {"ToolTip", strToolTip}}};
+          {{"Caption", strCaption},
+           {"CaptionWidth", CaptionWidth},
+           {"CaptionAlignment", Long{1}},
+           {"TagX", strMask},
+           {"ToolTip", strToolTip}}};
 }
 
 void AddOption(std::vector<ControlDesign> &arrDesign, const char *strName, Integer intIndex, const char *strBox,

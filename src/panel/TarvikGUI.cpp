@@ -29,39 +29,63 @@ namespace {
 
 constexpr const char *SettingsSection = "Config";
 
-constexpr Single PanelWidth = 8640, PanelHeight = 6180;
-constexpr TwipsRect TabPlace{60, 60, 8520, 4620};
+constexpr Single PanelWidth = 8640, PanelHeight = 6330;
+constexpr TwipsRect TabPlace{60, 60, 8520, 4770};
 /// How far a highlight looks out from under its button.
 constexpr Single Shadow = 50;
 
 /// The toolkit's shadow colours behind the numbers of the system's colour table.
 constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
 
-constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing",  "&Levels", "&Pattern",
+constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
 
 constexpr TwipsRect Shadowed(TwipsRect place) {
   return {place.sngLeft + Shadow, place.sngTop + Shadow, place.sngWidth, place.sngHeight};
 }
 
-constexpr TwipsRect DownloadPlace{120, 5640, 2700, 420}, UploadPlace{2970, 5640, 2700, 420};
+constexpr TwipsRect DownloadPlace{120, 5790, 2700, 420}, UploadPlace{2970, 5790, 2700, 420};
 
 const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign{
-      {ControlKind::Text, "lblStatus", NoIndex, "", {120, 4800, 780, 315}, {{"Caption", "Status"}}},
-      {ControlKind::DisplayBox, "txtStatus", NoIndex, "", {900, 4770, 7620, 735},
+      {ControlKind::Text, "lblStatus", NoIndex, "", {120, 4950, 780, 315}, {{"Caption", "Status"}}},
+      {ControlKind::DisplayBox,
+       "txtStatus",
+       NoIndex,
+       "",
+       {900, 4920, 7620, 735},
        {{"AccessibleName", "Status"}, {"ToolTip", "The last message of the instrument connection"}}},
       // The highlights are made before the buttons, so that they lie behind them.
-      {ControlKind::Picture, "picDownloadHighlight", NoIndex, "", Shadowed(DownloadPlace),
+      {ControlKind::Picture,
+       "picDownloadHighlight",
+       NoIndex,
+       "",
+       Shadowed(DownloadPlace),
        {{"BackColor", Long{0x00A0A000}}, {"Visible", False}}},
       {ControlKind::Picture, "picUploadHighlight", NoIndex, "", Shadowed(UploadPlace), {{"Visible", False}}},
-      {ControlKind::Button, "cmdDownload", NoIndex, "", DownloadPlace,
+      {ControlKind::Button,
+       "cmdDownload",
+       NoIndex,
+       "",
+       DownloadPlace,
        {{"Caption", "&Download From Instrument"}, {"ToolTip", "Download settings FROM the instrument"}}},
-      {ControlKind::Button, "cmdUpload", NoIndex, "", UploadPlace,
+      {ControlKind::Button,
+       "cmdUpload",
+       NoIndex,
+       "",
+       UploadPlace,
        {{"Caption", "&Upload To Instrument"}, {"ToolTip", "Upload current settings TO the instrument"}}},
-      {ControlKind::Button, "cmdCheckErrors", NoIndex, "", {5820, 5640, 1275, 420},
+      {ControlKind::Button,
+       "cmdCheckErrors",
+       NoIndex,
+       "",
+       {5820, 5790, 1275, 420},
        {{"Caption", "Errors"}, {"ToolTip", "Check instrument for errors"}}},
-      {ControlKind::Button, "cmdCheckWarnings", NoIndex, "", {7245, 5640, 1275, 420},
+      {ControlKind::Button,
+       "cmdCheckWarnings",
+       NoIndex,
+       "",
+       {7245, 5790, 1275, 420},
        {{"Caption", "Warnings"}, {"ToolTip", "Check instrument for warnings"}}},
   };
   return arrDesign;
@@ -238,8 +262,7 @@ void TarvikGUI::UserControl_Terminate() {
     m_errorConnection.Disconnect();
     m_zorvaneInstr.reset();
   } catch (const RunTimeError &error) {
-    TheHost().MsgBox("Unable to save settings: " + error.Description(), BoxIcon::Information, BoxButtons::Ok,
-                     AppTitle);
+    TheHost().MsgBox("Unable to save settings: " + error.Description(), BoxIcon::Information, BoxButtons::Ok, AppTitle);
   }
 }
 

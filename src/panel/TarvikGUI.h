@@ -9,6 +9,7 @@
 #include "platform/PictureBox.h"
 #include "platform/PlainControls.h"
 #include "platform/TabControl.h"
+#include "support/Export.h"
 #include "support/modGlobals.h"
 
 namespace tarvik {
@@ -27,7 +28,7 @@ class TrigLevPage;
 /// The front panel: a host places it on a form and gets a complete panel. It starts when it is shown: options are
 /// restored, the driver is connected, the instruments are listed. Hiding saves the options and ends the session; a
 /// later show starts anew. All of it lives on the thread that made it; only the last panel shown is told of changes.
-class TarvikGUI : public QWidget, public PanelReference, private PanelServices {
+class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private PanelServices {
   Q_OBJECT
 
  public:

@@ -1,7 +1,7 @@
 #include "panel/TrigLevPage.h"
 
-#include "support/modCboTags.h"
 #include "support/Conversions.h"
+#include "support/modCboTags.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
@@ -16,33 +16,73 @@ void AddInput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char 
               const char *strImpedanceOption) {
   const std::string strInput = strTitle;
   const auto tip = [&](const char *strText) { return strInput + ": " + strText; };
-  arrDesign.insert(
-      arrDesign.end(),
-      {{ControlKind::Frame, strPreset, NoIndex, "", {sngLeft, 60, 2610, 1965}, {{"Caption", strTitle}}},
-       {ControlKind::Option, strPresetOption, 0, strPreset, {150, 300, 2300, 315},
-        {{"Caption", "TTL"}, {"Value", True}, {"ToolTip", tip("threshold for TTL levels, 2.5 V")}}},
-       {ControlKind::Option, strPresetOption, 1, strPreset, {150, 660, 2300, 315},
-        {{"Caption", "ECL"}, {"ToolTip", tip("threshold for ECL levels, -1.3 V")}}},
-       {ControlKind::Option, strPresetOption, 2, strPreset, {150, 1020, 2300, 315},
-        {{"Caption", "Custom"}, {"ToolTip", tip("the threshold typed below")}}},
-       {ControlKind::Field, strField, NoIndex, strPreset, {150, 1440, 2310, 315},
-        {{"BaseUnit", "V"}, {"DefaultValue", 2.5}, {"Min", -10.0}, {"Max", 10.0}, {"MinExponent", Long{-9}},
-         {"ToolTip", tip("threshold")}, {"AccessibleName", strInput + " threshold"}}},
-       {ControlKind::Frame, strImpedance, NoIndex, "", {sngLeft, 2130, 2610, 1170},
-        {{"Caption", strInput + " Impedance"}}},
-       {ControlKind::Option, strImpedanceOption, 0, strImpedance, {150, 330, 2300, 315},
-        {{"Caption", "10 kOhm "}, {"Value", True}, {"ToolTip", tip("input impedance 10 kOhm")}}},
-       {ControlKind::Option, strImpedanceOption, 1, strImpedance, {150, 705, 2300, 315},
-        {{"Caption", "50 Ohm "}, {"ToolTip", tip("input impedance 50 Ohm")}}}});
+  arrDesign.insert(arrDesign.end(),
+                   {{ControlKind::Frame, strPreset, NoIndex, "", {sngLeft, 60, 2610, 1965}, {{"Caption", strTitle}}},
+                    {ControlKind::Option,
+                     strPresetOption,
+                     0,
+                     strPreset,
+                     {150, 300, 2300, 315},
+                     {{"Caption", "TTL"}, {"Value", True}, {"ToolTip", tip("threshold for TTL levels, 2.5 V")}}},
+                    {ControlKind::Option,
+                     strPresetOption,
+                     1,
+                     strPreset,
+                     {150, 660, 2300, 315},
+                     {{"Caption", "ECL"}, {"ToolTip", tip("threshold for ECL levels, -1.3 V")}}},
+                    {ControlKind::Option,
+                     strPresetOption,
+                     2,
+                     strPreset,
+                     {150, 1020, 2300, 315},
+                     {{"Caption", "Custom"}, {"ToolTip", tip("the threshold typed below")}}},
+                    {ControlKind::Field,
+                     strField,
+                     NoIndex,
+                     strPreset,
+                     {150, 1440, 2310, 315},
+                     {{"BaseUnit", "V"},
+                      {"DefaultValue", 2.5},
+                      {"Min", -10.0},
+                      {"Max", 10.0},
+                      {"MinExponent", Long{-9}},
+                      {"ToolTip", tip("threshold")},
+                      {"AccessibleName", strInput + " threshold"}}},
+                    {ControlKind::Frame,
+                     strImpedance,
+                     NoIndex,
+                     "",
+                     {sngLeft, 2130, 2610, 1170},
+                     {{"Caption", strInput + " Impedance"}}},
+                    {ControlKind::Option,
+                     strImpedanceOption,
+                     0,
+                     strImpedance,
+                     {150, 330, 2300, 315},
+                     {{"Caption", "10 kOhm "}, {"Value", True}, {"ToolTip", tip("input impedance 10 kOhm")}}},
+                    {ControlKind::Option,
+                     strImpedanceOption,
+                     1,
+                     strImpedance,
+                     {150, 705, 2300, 315},
+                     {{"Caption", "50 Ohm "}, {"ToolTip", tip("input impedance 50 Ohm")}}}});
 }
 
 void AddOutput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char *strTitle, const char *strBox,
                const char *strOption) {
   arrDesign.insert(arrDesign.end(),
                    {{ControlKind::Frame, strBox, NoIndex, "", {sngLeft, 60, 1290, 1170}, {{"Caption", strTitle}}},
-                    {ControlKind::Option, strOption, 0, strBox, {150, 330, 1050, 315},
+                    {ControlKind::Option,
+                     strOption,
+                     0,
+                     strBox,
+                     {150, 330, 1050, 315},
                      {{"Caption", "TTL"}, {"Value", True}, {"ToolTip", std::string(strTitle) + ": TTL levels"}}},
-                    {ControlKind::Option, strOption, 1, strBox, {150, 705, 1050, 315},
+                    {ControlKind::Option,
+                     strOption,
+                     1,
+                     strBox,
+                     {150, 705, 1050, 315},
                      {{"Caption", "ECL"}, {"ToolTip", std::string(strTitle) + ": ECL levels"}}}});
 }
 
@@ -56,16 +96,28 @@ const std::vector<ControlDesign> &Design() {
     AddOutput(arr, 5490, "Trigger Out", "grpTrigLevelTrigOut", "optTrigLevelTrigOut");
     AddOutput(arr, 6930, "Strobe Out", "grpTrigLevelStrobeOut", "optTrigLevelStrobeOut");
     // The lists stand on a plain container: while the box is disabled it is out of reach, and they keep their choice.
-    arr.insert(arr.end(),
-               {{ControlKind::Frame, "grpVxiTrigger", NoIndex, "", {5490, 1335, 2730, 1200},
-                 {{"Caption", "VXI Trigger"}}},
-                {ControlKind::Container, "picVxiTrigger", NoIndex, "grpVxiTrigger", {60, 270, 2610, 855}, {}},
-                {ControlKind::List, "cboVxiTriggerEnable", NoIndex, "picVxiTrigger", {60, 30, 2490, 345},
-                 {{"Caption", "Enable"}, {"CaptionWidth", Double{750}},
-                  {"ToolTip", "VXI trigger line that the instrument drives"}}},
-                {ControlKind::List, "cboVxiTriggerSource", NoIndex, "picVxiTrigger", {60, 450, 2490, 345},
-                 {{"Caption", "Source"}, {"CaptionWidth", Double{750}},
-                  {"ToolTip", "What the instrument sends to the VXI trigger line"}}}});
+    arr.insert(
+        arr.end(),
+        {{ControlKind::Frame, "grpVxiTrigger", NoIndex, "", {5490, 1335, 2730, 1200}, {{"Caption", "VXI Trigger"}}},
+         {ControlKind::Container, "picVxiTrigger", NoIndex, "grpVxiTrigger", {60, 270, 2610, 855}, {}},
+         {ControlKind::List,
+          "cboVxiTriggerEnable",
+          NoIndex,
+          "picVxiTrigger",
+          {60, 30, 2490, 345},
+          {{"Caption", "Enable"},
+           {"CaptionWidth", Double{750}},
+           {"CaptionAlignment", Long{1}},
+           {"ToolTip", "VXI trigger line that the instrument drives"}}},
+         {ControlKind::List,
+          "cboVxiTriggerSource",
+          NoIndex,
+          "picVxiTrigger",
+          {60, 450, 2490, 345},
+          {{"Caption", "Source"},
+           {"CaptionWidth", Double{750}},
+           {"CaptionAlignment", Long{1}},
+           {"ToolTip", "What the instrument sends to the VXI trigger line"}}}});
     return arr;
   }();
   return arrDesign;
@@ -79,11 +131,11 @@ struct TagRow {
 
 /// Tags are the text of the numbers that the driver knows, so that a number from it compares equal.
 constexpr TagRow Tags[] = {
-    {"optTrigLevelExtIn", 0, ThresholdTTL},  {"optTrigLevelExtIn", 1, ThresholdECL}, {"optTrigLevelExtIn", 2, 0},
-    {"optTrigLevelClkIn", 0, ThresholdTTL},  {"optTrigLevelClkIn", 1, ThresholdECL}, {"optTrigLevelClkIn", 2, 0},
-    {"optTrigLevelExtInImp", 0, 10000},      {"optTrigLevelExtInImp", 1, 50},        {"optTrigLevelClkInImp", 0, 10000},
-    {"optTrigLevelClkInImp", 1, 50},         {"optTrigLevelTrigOut", 0, 0},          {"optTrigLevelTrigOut", 1, 1},
-    {"optTrigLevelStrobeOut", 0, 0},         {"optTrigLevelStrobeOut", 1, 1},
+    {"optTrigLevelExtIn", 0, ThresholdTTL}, {"optTrigLevelExtIn", 1, ThresholdECL}, {"optTrigLevelExtIn", 2, 0},
+    {"optTrigLevelClkIn", 0, ThresholdTTL}, {"optTrigLevelClkIn", 1, ThresholdECL}, {"optTrigLevelClkIn", 2, 0},
+    {"optTrigLevelExtInImp", 0, 10000},     {"optTrigLevelExtInImp", 1, 50},        {"optTrigLevelClkInImp", 0, 10000},
+    {"optTrigLevelClkInImp", 1, 50},        {"optTrigLevelTrigOut", 0, 0},          {"optTrigLevelTrigOut", 1, 1},
+    {"optTrigLevelStrobeOut", 0, 0},        {"optTrigLevelStrobeOut", 1, 1},
 };
 
 }  // namespace
@@ -122,8 +174,7 @@ void TrigLevPage::FillTrigLevelControls() {
   cboVxiTriggerSource.AddItemData("Trigger", eVxiSourceTrigger);
   cboVxiTriggerSource.AddItemData("Strobe", eVxiSourceStrobe);
   cboVxiTriggerSource.SetListIndexByItemData(eVxiSourceTrigger);
-  for (Long eLine = eVxiEclt0; eLine <= eVxiTtlt7; ++eLine)
-    cboVxiTriggerEnable.AddItemData(VxiLineName(eLine), eLine);
+  for (Long eLine = eVxiEclt0; eLine <= eVxiTtlt7; ++eLine) cboVxiTriggerEnable.AddItemData(VxiLineName(eLine), eLine);
   cboVxiTriggerEnable.SetListIndexByItemData(eVxiTtlt0);
 }
 

@@ -3,19 +3,19 @@
 #include <map>
 #include <string>
 
+#include "support/Export.h"
 #include "support/Host.h"
 
 namespace tarvik {
 
 /// A host without any window: boxes and questions are printed to standard error and take their default answer.
 /// Settings are kept in "console.conf" in the user's configuration folder, one "section/key=value" a line.
-class ConsoleHost : public Host {
+class TARVIK_EXPORT ConsoleHost : public Host {
  public:
   ConsoleHost();
   explicit ConsoleHost(std::string strSettingsFile);
 
-  BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons,
-                   const std::string &strTitle) override;
+  BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) override;
   std::string InputBox(const std::string &strPrompt, const std::string &strTitle,
                        const std::string &strDefault) override;
   void Beep() override {}

@@ -2,12 +2,13 @@
 
 #include <string>
 
+#include "support/Export.h"
 #include "support/Types.h"
 
 namespace tarvik {
 
 /// What a control asks of the container it stands in.
-class ControlSite {
+class TARVIK_EXPORT ControlSite {
  public:
   virtual ~ControlSite() = default;
   /// True at run time, false while the form is being designed.
@@ -17,6 +18,6 @@ class ControlSite {
 };
 
 /// The container of a running form.
-ControlSite &RunTimeSite();
+TARVIK_EXPORT ControlSite &RunTimeSite();
 
 }  // namespace tarvik

@@ -88,7 +88,8 @@ void ListView::mouseDoubleClickEvent(QMouseEvent *event) {
   // A quick second click on a check box is two ticks, not a double click on the row.
   const QModelIndex index = indexAt(event->position().toPoint());
   if (index.isValid() && event->button() == Qt::LeftButton) {
-    const int boxWidth = style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin);
+    const int boxWidth =
+        style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin);
     const bool fOnBox = index.column() == 0 && event->position().x() < visualRect(index).left() + boxWidth;
     if (fOnBox) {
       mousePressEvent(event);

@@ -131,8 +131,9 @@ void PaintDisplayList(QPainter &painter, const std::vector<DrawPrimitive> &arrLi
         painter.drawLine(at(primitive.sngX1, primitive.sngY1), at(primitive.sngX2, primitive.sngY2));
         break;
       case DrawPrimitive::Kind::Box:
-        painter.fillRect(QRectF(at(primitive.sngX1, primitive.sngY1), at(primitive.sngX2, primitive.sngY2)).normalized(),
-                         ToQColor(primitive.colour));
+        painter.fillRect(
+            QRectF(at(primitive.sngX1, primitive.sngY1), at(primitive.sngX2, primitive.sngY2)).normalized(),
+            ToQColor(primitive.colour));
         break;
       case DrawPrimitive::Kind::Text:
         usePen(primitive);

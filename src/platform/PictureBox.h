@@ -96,7 +96,6 @@ class PictureBox : public WidgetControl<QFrame> {
 };
 
 /// Paints a display list into a rectangle of pixels; the one place where twips of a drawing become pixels.
-void PaintDisplayList(QPainter &painter, const std::vector<DrawPrimitive> &arrList, const QRectF &target,
-                      QSizeF scale);
+void PaintDisplayList(QPainter &painter, const std::vector<DrawPrimitive> &arrList, const QRectF &target, QSizeF scale);
 
 }  // namespace tarvik

@@ -25,11 +25,16 @@ class DisplayField : public WidgetControl<QLineEdit> {
  public:
   explicit DisplayField(QWidget *parent = nullptr) : WidgetControl(parent) {
     setReadOnly(true);
-    // Long texts begin at their beginning.
-    connect(this, &QLineEdit::textChanged, this, [this] { setCursorPosition(0); });
+    // Nobody types here, and it shows.
+    QPalette colours = palette();
+    colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+    setPalette(colours);
   }
   std::string Text() const { return text().toStdString(); }
-  void SetText(const std::string &strText) { setText(QString::fromStdString(strText)); }
+  void SetText(const std::string &strText) {
+    setText(QString::fromStdString(strText));
+    setCursorPosition(0);  // a text that is too long shows its beginning
+  }
 };
 
 /// The same with several lines.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/Export.h"
 #include "support/Types.h"
 #include "support/Variant.h"
 
@@ -12,7 +13,7 @@ namespace tarvik {
 
 /// Stored properties of a control: values by key. A form's table is one, the form designer is another
 /// source of them.
-class PropertyBag {
+class TARVIK_EXPORT PropertyBag {
  public:
   /// What a control wrote, in the order of writing.
   struct Entry {

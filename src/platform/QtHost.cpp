@@ -59,8 +59,7 @@ BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons bu
   return box.exec() == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
 }
 
-std::string QtHost::InputBox(const std::string &strPrompt, const std::string &strTitle,
-                             const std::string &strDefault) {
+std::string QtHost::InputBox(const std::string &strPrompt, const std::string &strTitle, const std::string &strDefault) {
   const PlainPointer pointer;
   bool fAccepted = false;
   const QString text =
@@ -89,8 +88,7 @@ void QtHost::SaveSetting(const std::string &strApplication, const std::string &s
   settings.setValue(SettingKey(strSection, strKey), QString::fromStdString(strValue));
   settings.sync();
   if (settings.status() != QSettings::NoError)
-    throw RunTimeError(ErrPathFileAccess,
-                       "Cannot write the settings file " + settings.fileName().toStdString());
+    throw RunTimeError(ErrPathFileAccess, "Cannot write the settings file " + settings.fileName().toStdString());
 }
 
 char QtHost::DecimalSeparator() const {

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "support/Export.h"
 #include "support/Host.h"
 
 namespace tarvik {
 
 /// The host with the toolkit's dialogs, its settings store and its pointer. Needs a running application object.
-class QtHost : public Host {
+class TARVIK_EXPORT QtHost : public Host {
  public:
-  BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons,
-                   const std::string &strTitle) override;
+  BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) override;
   std::string InputBox(const std::string &strPrompt, const std::string &strTitle,
                        const std::string &strDefault) override;
   void Beep() override;
@@ -26,6 +26,6 @@ class QtHost : public Host {
 };
 
 /// Installs a QtHost for this process where no host is installed yet.
-void EnsureQtHost();
+TARVIK_EXPORT void EnsureQtHost();
 
 }  // namespace tarvik
