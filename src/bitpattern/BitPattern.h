@@ -11,6 +11,7 @@
 #include "platform/WidgetControl.h"
 #include "support/DynamicArray.h"
 #include "support/Event.h"
+#include "support/Export.h"
 
 namespace tarvik {
 
@@ -36,7 +37,7 @@ struct BitPatternForm {
 ///
 /// Channel codes: 1 channel 1, 2 channel 2, 8 strobe. A refused call shows a stop box, answers false and leaves the
 /// pattern as it was; a run-time failure is reported and logged and answers false.
-class BitPattern : public QWidget, public Control {
+class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   Q_OBJECT
 
  public:

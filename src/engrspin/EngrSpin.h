@@ -13,6 +13,7 @@
 #include "platform/PropertyBag.h"
 #include "support/Control.h"
 #include "support/Event.h"
+#include "support/Export.h"
 
 namespace tarvik {
 
@@ -25,7 +26,7 @@ inline constexpr Long ErrFieldProperty = static_cast<Long>(0x800401F5u);
 /// A number with its unit, as an instrument shows it: a digit cursor that keys, spin button and wheel step,
 /// and free typing with prefix and unit. In engineering format the unit carries a prefix letter; without a
 /// unit, or with both exponents 0, the number goes through NumberFormat. All sizes are in twips.
-class EngrSpin : public QWidget, public Control, private TextBoxEvents {
+class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEvents {
  public:
   explicit EngrSpin(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
   ~EngrSpin() override;

@@ -17,6 +17,7 @@
 #include "instrument/viInfo.h"
 #include "support/DynamicArray.h"
 #include "support/Event.h"
+#include "support/Export.h"
 #include "support/Types.h"
 #include "support/modGlobals.h"
 
@@ -33,7 +34,7 @@ namespace tarvik {
 ///
 /// Public operations are virtual for those who watch or replace them. Operations call one another past
 /// any override, so an override meets exactly the calls from outside.
-class clsInstrInterface : public InstrReference {
+class TARVIK_EXPORT clsInstrInterface : public InstrReference {
  public:
   clsInstrInterface();
   clsInstrInterface(const clsInstrInterface &) = delete;
@@ -184,6 +185,6 @@ class clsInstrInterface : public InstrReference {
 
 /// gobjInstr as the class that it is, made on first use. Null only where somebody installed an instrument
 /// reference of another class.
-std::shared_ptr<clsInstrInterface> InstrInterface();
+TARVIK_EXPORT std::shared_ptr<clsInstrInterface> InstrInterface();
 
 }  // namespace tarvik

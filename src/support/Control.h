@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "support/Export.h"
 #include "support/Types.h"
 
 namespace tarvik {
 
 /// A control as the shared procedures and the frame see it. A control that lacks one of the
 /// properties answers its use with run-time error 438.
-class Control {
+class TARVIK_EXPORT Control {
  public:
   virtual ~Control() = default;
 
@@ -22,7 +23,7 @@ class Control {
 };
 
 /// One button of a group of which at most one is on.
-class OptionButtonControl : public Control {
+class TARVIK_EXPORT OptionButtonControl : public Control {
  public:
   /// The number in the control array; error 343 for a button outside of any array.
   virtual Integer Index() const = 0;

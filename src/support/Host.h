@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "support/Export.h"
 #include "support/Types.h"
 
 namespace tarvik {
@@ -21,7 +22,7 @@ inline constexpr Integer PointerHourglass = 11;
 
 /// Everything the system asks of the machine around it. One host for each process;
 /// texts are UTF-8, line breaks in texts of boxes are CR LF.
-class Host {
+class TARVIK_EXPORT Host {
  public:
   virtual ~Host() = default;
 
@@ -40,8 +41,8 @@ class Host {
   /// The stored text, or the default where nothing was stored. May raise RunTimeError.
   virtual std::string GetSetting(const std::string &strApplication, const std::string &strSection,
                                  const std::string &strKey, const std::string &strDefault) = 0;
-  virtual void SaveSetting(const std::string &strApplication, const std::string &strSection,
-                           const std::string &strKey, const std::string &strValue) = 0;
+  virtual void SaveSetting(const std::string &strApplication, const std::string &strSection, const std::string &strKey,
+                           const std::string &strValue) = 0;
 
   /// Decimal separator of the locale, one character.
   virtual char DecimalSeparator() const = 0;
@@ -57,9 +58,9 @@ class Host {
 };
 
 /// The host in force. Before SetHost there is none and the call is a programming fault.
-Host &TheHost();
+TARVIK_EXPORT Host &TheHost();
 
 /// Installs a host, which has to outlive its use; returns the one before (may be null).
-Host *SetHost(Host *host);
+TARVIK_EXPORT Host *SetHost(Host *host);
 
 }  // namespace tarvik

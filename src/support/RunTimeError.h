@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "support/Export.h"
+
 namespace tarvik {
 
 /// Numbers of the run-time errors that do not come from a driver.
@@ -27,12 +29,10 @@ enum RunTimeErrorNumber : std::int32_t {
 
 /// A failure on its way to the error path of some procedure. A failing driver
 /// status travels unchanged as the number.
-class RunTimeError : public std::exception {
+class TARVIK_EXPORT RunTimeError : public std::exception {
  public:
   RunTimeError(std::int32_t lngNumber, std::string strDescription, std::string strSource = {})
-      : m_lngNumber(lngNumber),
-        m_strDescription(std::move(strDescription)),
-        m_strSource(std::move(strSource)) {}
+      : m_lngNumber(lngNumber), m_strDescription(std::move(strDescription)), m_strSource(std::move(strSource)) {}
 
   std::int32_t Number() const { return m_lngNumber; }
   const std::string &Description() const { return m_strDescription; }
@@ -46,10 +46,10 @@ class RunTimeError : public std::exception {
 };
 
 /// The standard description of a number, such as "Subscript out of range" for 9.
-const char *StandardDescription(std::int32_t lngNumber);
+TARVIK_EXPORT const char *StandardDescription(std::int32_t lngNumber);
 
 /// Throws the RunTimeError of this number with its standard description.
-[[noreturn]] void RaiseError(std::int32_t lngNumber);
+[[noreturn]] TARVIK_EXPORT void RaiseError(std::int32_t lngNumber);
 
 /// Runs one statement and drops the RunTimeError that leaves it. For statements
 /// whose failure is meant to be passed over; anything but a RunTimeError is a

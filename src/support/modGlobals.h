@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "support/DynamicArray.h"
+#include "support/Export.h"
 #include "support/Types.h"
 
 namespace tarvik {
@@ -33,14 +34,14 @@ enum TabNumEnum : Long {
 };
 
 /// What the rooms below the panel need of it.
-class PanelReference {
+class TARVIK_EXPORT PanelReference {
  public:
   virtual ~PanelReference() = default;
   virtual void SetTabState(TabStates eState, TabNumEnum ePage) = 0;
 };
 
 /// What the rooms below the instrument class need of it.
-class InstrReference {
+class TARVIK_EXPORT InstrReference {
  public:
   virtual ~InstrReference() = default;
   /// Whether reports name module and procedure; asks the driver.
