@@ -1,0 +1,125 @@
+#include "Benches.h"
+
+#include "CboBench.h"
+#include "FrameBench.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+#include "support/modUtilsGen.h"
+
+namespace tarvik::paneltest {
+
+Benches::Benches(World &world) : m_world(world) {}
+
+Benches::~Benches() = default;
+
+void Benches::Reset() {
+  m_fDesignMode = false;
+  m_lists.clear();
+  m_frames.clear();
+  m_plain.clear();
+}
+
+bool Benches::Run(const std::string &strCommand, Words &words, Json &answer) {
+  if (strCommand == "designmode")
+    m_fDesignMode = words.Flag();
+  else if (strCommand == "cbo")
+    Cbo(words, answer);
+  else if (strCommand == "frame")
+    Frame(words, answer);
+  else if (strCommand == "util")
+    Util(words, answer);
+  else
+    return false;
+  return true;
+}
+
+void Benches::Cbo(Words &words, Json &answer) {
+  const std::string strName = words.Text();
+  if (strName == "new") {
+    const std::string strNew = words.Text();
+    m_lists[strNew] = std::make_unique<CboBench>(strNew, m_world.recorder, m_fDesignMode);
+    return;
+  }
+  const auto found = m_lists.find(strName);
+  if (found == m_lists.end()) throw BadLine("no such list: " + strName);
+  const std::string strCommand = words.Text();
+  m_world.Run([&] { found->second->Run(strCommand, words, answer); });
+}
+
+void Benches::Frame(Words &words, Json &answer) {
+  const std::string strName = words.Text();
+  if (strName == "new") {
+    const std::string strNew = words.Text();
+    m_frames[strNew] = std::make_unique<FrameBench>(strNew, m_world.recorder, m_fDesignMode);
+    return;
+  }
+  const auto found = m_frames.find(strName);
+  if (found == m_frames.end()) throw BadLine("no such frame: " + strName);
+  const std::string strCommand = words.Text();
+  m_world.Run([&] { found->second->Run(strCommand, words, answer); });
+}
+
+CountingButton &Benches::Plain(const std::string &strName) {
+  auto &button = m_plain[strName];
+  if (!button) {
+    button = std::make_unique<CountingButton>();
+    button->setObjectName(QString::fromStdString(strName));
+  }
+  return *button;
+}
+
+Json Benches::LogText(Words &words) {
+  const std::string strModule = words.Text(), strProcedure = words.Text();
+  const Long lngNumber = words.Number();
+  std::string strBytes;
+  m_world.host.LogWritten = [&](std::string_view bytes) { strBytes += bytes; };
+  WriteLogRecord(strModule, strProcedure, lngNumber, words.Text());
+  m_world.host.LogWritten = nullptr;
+  return "<now>" + strBytes.substr(std::min(strBytes.find('\r'), strBytes.size()));
+}
+
+void Benches::Util(Words &words, Json &answer) {
+  using Procedure = std::function<void()>;
+  const std::map<std::string, Procedure> procedures{
+      {"fmthex",
+       [&] {
+         const Long lngValue = words.Number();
+         answer["ret"] = FmtHex(lngValue, static_cast<Integer>(words.Number()));
+       }},
+      {"hourglass", [&] { SetHourglass(words.Flag()); }},
+      {"pointer", [&] { m_world.host.intPointer = static_cast<Integer>(words.Number()); }},
+      {"maxdouble",
+       [&] {
+         const Double dblFirst = words.Real();
+         answer["ret"] = MaxDouble(dblFirst, words.Real());
+       }},
+      {"illegal", [] { ShowIllegalCase(); }},
+      {"stop", [&] { ShowStopMessage(words.Text()); }},
+      {"logerror",
+       [&] {
+         const std::string strModule = words.Text(), strProcedure = words.Text();
+         const Long lngNumber = words.Number();
+         LogError(strModule, strProcedure, lngNumber, words.Text());
+       }},
+      {"logtext", [&] { answer["ret"] = LogText(words); }},
+      {"optbytag",
+       [&] {
+         const auto frame = m_frames.find(words.Text());
+         if (frame == m_frames.end()) throw BadLine("no such frame");
+         answer["ret"] = static_cast<bool>(SetOptionButtonToTag(frame->second->OptionButtons(), words.Text()));
+       }},
+      {"setenabled",
+       [&] {
+         CountingButton &button = Plain(words.Text());
+         SetEnabled(button, words.Flag());
+         answer["ret"] = Json::array({static_cast<bool>(button.Enabled()), button.intWrites});
+       }},
+      {"focusifenabled", [&] { SetFocusIfEnabled(Plain(words.Text())); }},
+  };
+  const std::string strCommand = words.Text();
+  const auto procedure = procedures.find(strCommand);
+  if (procedure == procedures.end()) throw BadLine("unknown procedure " + strCommand);
+  m_world.Run(procedure->second);
+}
+
+}  // namespace tarvik::paneltest

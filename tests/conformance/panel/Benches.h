@@ -1,0 +1,41 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "Words.h"
+#include "World.h"
+
+namespace tarvik::paneltest {
+
+class CboBench;
+class FrameBench;
+class CountingButton;
+
+/// The two selection controls and the shared procedures without a panel.
+class Benches {
+ public:
+  explicit Benches(World &world);
+  ~Benches();
+
+  void Reset();
+
+  /// Whether this command is one of the benches'; then it is carried out and `answer` has what came of it.
+  bool Run(const std::string &strCommand, Words &words, Json &answer);
+
+ private:
+  void Cbo(Words &words, Json &answer);
+  void Frame(Words &words, Json &answer);
+  void Util(Words &words, Json &answer);
+  Json LogText(Words &words);
+  CountingButton &Plain(const std::string &strName);
+
+  World &m_world;
+  bool m_fDesignMode = false;
+  std::map<std::string, std::unique_ptr<CboBench>> m_lists;
+  std::map<std::string, std::unique_ptr<FrameBench>> m_frames;
+  std::map<std::string, std::unique_ptr<CountingButton>> m_plain;
+};
+
+}  // namespace tarvik::paneltest
