@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTest>
+#include <QWheelEvent>
+#include <cstdlib>
+#include <random>
+
+#include "engrspin/EngrSpin.h"
+#include "support/Host.h"
+
+namespace tarvik {
+namespace {
+
+class QuietHost : public Host {
+ public:
+  QuietHost() { SetHost(this); }
+  ~QuietHost() override { SetHost(nullptr); }
+  BoxAnswer MsgBox(const std::string &, BoxIcon, BoxButtons, const std::string &) override {
+    ++intBoxes;
+    return BoxAnswer::Ok;
+  }
+  std::string InputBox(const std::string &, const std::string &, const std::string &) override { return {}; }
+  void Beep() override { ++intBeeps; }
+  Integer MousePointer() const override { return 0; }
+  void SetMousePointer(Integer) override {}
+  std::string GetSetting(const std::string &, const std::string &, const std::string &,
+                         const std::string &strDefault) override {
+    return strDefault;
+  }
+  void SaveSetting(const std::string &, const std::string &, const std::string &, const std::string &) override {}
+  char DecimalSeparator() const override { return chSeparator; }
+  void AppendToFile(const std::string &, std::string_view) override {}
+  void DoEvents() override {}
+
+  int intBeeps = 0, intBoxes = 0;
+  char chSeparator = '.';
+};
+
+struct Field : testing::Test {
+  QuietHost host;
+  QWidget form;
+  EngrSpin *field = nullptr;
+  QWidget *txt = nullptr, *spin = nullptr;
+  int intUpdates = 0;
+
+  void Make(const PropertyBag &bag) {
+    form.setFocusPolicy(Qt::StrongFocus);
+    form.resize(600, 200);
+    field = new EngrSpin(&form);
+    field->ReadProperties(bag);
+    field->Move(300, 300, 3630, 315);
+    field->AfterUpdate.Connect([this] { ++intUpdates; });
+    txt = field->findChild<QWidget *>("txtNumber");
+    spin = field->findChild<QWidget *>("spinCtl");
+    form.show();
+    form.activateWindow();
+    form.setFocus();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  }
+  void MakeVolts(Double dblValue) {
+    Make({{"BaseUnit", std::string("V")}, {"DefaultValue", dblValue}, {"Max", 999.5e3}, {"Min", -999.5e3}});
+  }
+  bool Wheel(int intAngle) {
+    const QPointF middle = txt->rect().center();
+    QWheelEvent event(middle, txt->mapToGlobal(middle), {}, {0, intAngle}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    event.ignore();
+    QApplication::sendEvent(txt, &event);
+    return event.isAccepted();
+  }
+};
+
+TEST_F(Field, KeysStepTheDigitUnderTheCursor) {
+  MakeVolts(1);
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_Down);
+  EXPECT_EQ(field->Text(), "900.0");
+  QTest::keyClick(txt, Qt::Key_Right);
+  QTest::keyClick(txt, Qt::Key_Up);
+  EXPECT_EQ(field->Text(), "910.0");
+  EXPECT_EQ(intUpdates, 2);
+}
+
+TEST_F(Field, TypingWithPrefixIsTakenByEnterAndByLeaving) {
+  for (const char chSeparator : {'.', ','}) {
+    host.chSeparator = chSeparator;
+    MakeVolts(1);
+    field->SetFocus();
+    QTest::keyClick(txt, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(txt, QString("3") + QLatin1Char(chSeparator) + "05mV");
+    QTest::keyClick(txt, Qt::Key_Return);
+    EXPECT_EQ(field->Text(), std::string("3") + chSeparator + "050") << chSeparator;
+    QTest::keyClick(txt, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(txt, "7kV");
+    form.setFocus();
+    EXPECT_EQ(field->Value(), 7000);
+    delete field;
+  }
+}
+
+TEST_F(Field, EscapeBeepsAndRestores) {
+  MakeVolts(1);
+  field->SetFocus();
+  QTest::keyClicks(txt, "77");
+  QTest::keyClick(txt, Qt::Key_Escape);
+  EXPECT_EQ(field->Text(), "1.000");
+  EXPECT_EQ(host.intBeeps, 1);
+}
+
+TEST_F(Field, CopyAndModifiersBeginNoTypingAndPasteDoes) {
+  MakeVolts(1.23456);
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_C, Qt::ControlModifier);
+  QTest::keyClick(txt, Qt::Key_Shift);
+  form.setFocus();
+  EXPECT_EQ(field->Value(), 1.23456);
+  field->SetFocus();
+  QApplication::clipboard()->setText(QString(1 << 20, '9'));
+  QTest::keyClick(txt, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(txt, Qt::Key_V, Qt::ControlModifier);
+  QTest::keyClick(txt, Qt::Key_Return);
+  EXPECT_EQ(field->Text(), "1.234");
+  EXPECT_EQ(field->Value(), 1.23456);
+}
+
+TEST_F(Field, WheelWorksOnlyWithTheFocus) {
+  MakeVolts(2);
+  EXPECT_FALSE(Wheel(120));
+  EXPECT_EQ(field->Value(), 2);
+  field->SetFocus();
+  EXPECT_TRUE(Wheel(120));
+  EXPECT_EQ(field->Value(), 3);
+  Wheel(-240);
+  EXPECT_EQ(field->Value(), 1);
+}
+
+TEST_F(Field, HeldSpinButtonRepeats) {
+  MakeVolts(2);
+  QTest::mousePress(spin, Qt::LeftButton, {}, QPoint(3, 3));
+  EXPECT_EQ(field->Value(), 3);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return field->Value() >= 5; }, 3000));
+  QTest::mouseRelease(spin, Qt::LeftButton, {}, QPoint(3, 3));
+  EXPECT_TRUE(txt->hasFocus());
+}
+
+TEST_F(Field, SpinButtonTakesATypedEntryFirst) {
+  MakeVolts(2);
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(txt, "5V");
+  QTest::mouseClick(spin, Qt::LeftButton, {}, QPoint(3, 3));
+  EXPECT_EQ(field->Value(), 6);
+}
+
+TEST_F(Field, LockedFieldIgnoresTheUser) {
+  MakeVolts(2);
+  field->SetFocus();
+  field->LockControl(True, True);
+  QTest::keyClick(txt, Qt::Key_Up);
+  QTest::keyClicks(txt, "5");
+  EXPECT_FALSE(Wheel(120));
+  EXPECT_EQ(field->Value(), 2);
+  EXPECT_EQ(field->Text(), "----");
+}
+
+TEST_F(Field, AccessibleNameFollowsTheValue) {
+  Make({{"Caption", std::string("Width")}, {"CaptionWidth", Single{740}}, {"BaseUnit", std::string("s")}});
+  field->SetValue(3.05e-6);
+  EXPECT_EQ(field->accessibleName(), "Width 3.050 us");
+}
+
+TEST_F(Field, RandomKeysLeaveValueLimitsAndCursorSound) {
+  MakeVolts(1);
+  field->SetFocus();
+  std::mt19937 random(42);
+  const int keys[] = {Qt::Key_Up,     Qt::Key_Down, Qt::Key_Left, Qt::Key_Right,  Qt::Key_5,     Qt::Key_M,
+                      Qt::Key_Period, Qt::Key_E,    Qt::Key_Home, Qt::Key_Return, Qt::Key_Minus, Qt::Key_Escape};
+  for (int i = 0; i < 5000; ++i) {
+    QTest::keyClick(txt, static_cast<Qt::Key>(keys[random() % std::size(keys)]));
+    ASSERT_GE(field->Value(), field->Min());
+    ASSERT_LE(field->Value(), field->Max());
+  }
+  QTest::keyClick(txt, Qt::Key_Return);
+  field->SetValue(2);
+  EXPECT_EQ(field->Text(), "2.000");
+}
+
+TEST_F(Field, AFormOfFieldsCanBePictured) {
+  Make({{"Caption", std::string("Width")}, {"CaptionWidth", Single{740}}, {"BaseUnit", std::string("s")}});
+  field->SetValue(-999.95e-6);
+  const char *units[] = {"V", "Ohm", "Hz", "A"};
+  for (int i = 0; i < 4; ++i) {
+    auto *other = new EngrSpin(&form);
+    other->ReadProperties({{"Caption", std::string("Load Compens.")},
+                           {"CaptionWidth", Single{1100}},
+                           {"BaseUnit", std::string(units[i])},
+                           {"DefaultValue", -888.88e3}});
+    other->Move(300, static_cast<Single>(750 + 450 * i), 3630, 315);
+    if (i == 1) other->LockControl(True, False);
+    if (i == 2) other->SetEnabled(False);
+    if (i == 3) other->LockControl(True, True);
+    other->show();
+  }
+  field->SetFocus();
+  QApplication::processEvents();
+  const QPixmap picture = form.grab();
+  EXPECT_FALSE(picture.isNull());
+  const QString folder = qEnvironmentVariable("TARVIK_PICTURES");
+  if (!folder.isEmpty()) {
+    EXPECT_TRUE(picture.save(folder + "/engrspin.png"));
+  }
+}
+
+}  // namespace
+}  // namespace tarvik
+
+int main(int argc, char **argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
