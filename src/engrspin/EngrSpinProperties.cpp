@@ -318,6 +318,9 @@ void EngrSpin::PlaceParts() {
   put(txtNumber, m_layout.txtNumber);
   put(spinCtl, m_layout.spinCtl);
   put(lblUnits, m_layout.lblUnits);
+  // Labels begin lower than the text box; the margin below brings their text to the same line.
+  for (FieldLabel *label : {lblCaption, lblUnits})
+    label->setContentsMargins(0, 0, 0, TwipsToPixels(*this, m_layout.lblCaption.place.sngTop));
 }
 
 void EngrSpin::resizeEvent(QResizeEvent *event) {
