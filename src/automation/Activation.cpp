@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// The manifest that names the library for servers.
+constexpr const char *RemoteManifest = "tarvik.remote";
 constexpr const char *FolderName = "tarvikvi/drivers";
 
 struct Registry {
@@ -30,6 +32,7 @@ Registry &TheRegistry() {
   return registry;
 }
 
+using CreateRemoteObject = Status(TARVIK_CALL *)(const char *strProgId, const char *strServer, void **ppObject);
 using GetClassObject = Status(TARVIK_CALL *)(const Guid &rclsid, const Guid &riid, void **ppv);
 
 fs::path FolderFromEnvironment(const char *strName, const fs::path &otherwise) {
@@ -77,8 +80,8 @@ Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &str
   const auto check = [&](Status status, const char *strStep) {
     if (!Failed(status)) return;
     const auto info = TakeErrorInfo();
-    const std::string strWhy = info && !info->strDescription.empty() ? info->strDescription
-                                                                     : "status " + std::to_string(status);
+    const std::string strWhy =
+        info && !info->strDescription.empty() ? info->strDescription : "status " + std::to_string(status);
     throw RunTimeError(status, "Cannot create " + strProgId + ": " + library.string() + " " + strStep + ": " + strWhy);
   };
   Ref<IClassFactory> factory;
@@ -90,15 +93,42 @@ Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &str
   return object;
 }
 
-Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
-  std::string strTried;
+/// The manifest of this name, or what was tried for it.
+fs::path FindManifest(const std::string &strName, std::string &strTried) {
   for (const fs::path &folder : ManifestFolders()) {
-    const fs::path manifest = folder / (strProgId + ".driver");
+    const fs::path manifest = folder / (strName + ".driver");
     std::error_code error;
-    if (fs::exists(manifest, error)) return CreateFromLibrary(manifest, strProgId);
+    if (fs::exists(manifest, error)) return manifest;
     strTried += (strTried.empty() ? "" : ", ") + manifest.string();
   }
-  RaiseCannotCreate(strProgId, "no driver manifest found; tried " + strTried);
+  return {};
+}
+
+Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
+  std::string strTried;
+  const fs::path manifest = FindManifest(strProgId, strTried);
+  if (manifest.empty()) RaiseCannotCreate(strProgId, "no driver manifest found; tried " + strTried);
+  return CreateFromLibrary(manifest, strProgId);
+}
+
+/// The library that reaches servers is found as drivers are, so that a machine without it still has its own.
+Ref<IUnknown> CreateThroughRemoteLibrary(const std::string &strProgId, const std::string &strServer) {
+  std::string strTried;
+  const fs::path manifest = FindManifest(RemoteManifest, strTried);
+  if (manifest.empty())
+    RaiseCannotCreate(strProgId, "nothing is installed to reach the server \"" + strServer + "\"; tried " + strTried);
+  const fs::path library = LibraryOf(manifest, strProgId);
+  void *handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+  const auto create =
+      handle ? reinterpret_cast<CreateRemoteObject>(dlsym(handle, "TarvikCreateRemoteObject")) : nullptr;
+  if (!create) {
+    const char *strWhy = dlerror();
+    RaiseCannotCreate(strProgId, library.string() + " (named by " + manifest.string() +
+                                     ") cannot reach a server: " + (strWhy ? strWhy : "it is not made for that"));
+  }
+  Ref<IUnknown> object;
+  Check(create(strProgId.c_str(), strServer.c_str(), reinterpret_cast<void **>(object.Out())));
+  return object;
 }
 
 }  // namespace
@@ -128,8 +158,7 @@ Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strS
     activator = registry.activator;
   }
   if (!strServer.empty()) {
-    if (activator) return activator(strProgId, strServer);
-    RaiseCannotCreate(strProgId, "no remote activation is installed to reach the server \"" + strServer + "\"");
+    return activator ? activator(strProgId, strServer) : CreateThroughRemoteLibrary(strProgId, strServer);
   }
   return maker ? maker() : CreateFromManifest(strProgId);
 }
@@ -159,8 +188,10 @@ Guid ClassIdOf(const std::string &strProgId) {
     hash ^= static_cast<unsigned char>(ch >= 'A' && ch <= 'Z' ? ch - 'A' + 'a' : ch);
     hash *= Prime;
   }
-  Guid guid{static_cast<std::uint32_t>(hash >> 96), static_cast<std::uint16_t>(hash >> 80),
-            static_cast<std::uint16_t>(((hash >> 64) & 0x0FFF) | 0x8000), {}};
+  Guid guid{static_cast<std::uint32_t>(hash >> 96),
+            static_cast<std::uint16_t>(hash >> 80),
+            static_cast<std::uint16_t>(((hash >> 64) & 0x0FFF) | 0x8000),
+            {}};
   for (int i = 0; i < 8; ++i) guid.Data4[i] = static_cast<std::uint8_t>(hash >> (56 - 8 * i));
   guid.Data4[0] = static_cast<std::uint8_t>((guid.Data4[0] & 0x3F) | 0x80);
   return guid;

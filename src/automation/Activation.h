@@ -18,7 +18,8 @@ using ClassMaker = std::function<Ref<IUnknown>()>;
 /// registration back.
 TARVIK_AUTOMATION_EXPORT void RegisterClass(const std::string &strProgId, ClassMaker maker);
 
-/// Makes an object by ProgID on the named server. How servers are reached is the activator's affair.
+/// Makes an object by ProgID on the named server. How servers are reached is the activator's affair; without one it
+/// is the library named by the manifest "tarvik.remote.driver" that makes the object.
 using RemoteActivator = std::function<Ref<IUnknown>(const std::string &strProgId, const std::string &strServer)>;
 TARVIK_AUTOMATION_EXPORT void SetRemoteActivator(RemoteActivator activator);
 

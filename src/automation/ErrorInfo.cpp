@@ -24,6 +24,11 @@ void SetErrorInfo(std::string_view strDescription, std::string_view strSource) {
   create->Release();
 }
 
+// The native record has no room for the number; the platform's own remote calls need none.
+void SetRunTimeErrorInfo(std::int32_t, std::string_view strDescription, std::string_view strSource) {
+  SetErrorInfo(strDescription, strSource);
+}
+
 std::optional<ErrorInfo> TakeErrorInfo() {
   IErrorInfo *info = nullptr;
   if (::GetErrorInfo(0, &info) != S_OK || !info) return std::nullopt;
@@ -31,7 +36,7 @@ std::optional<ErrorInfo> TakeErrorInfo() {
   info->GetDescription(description.Out());
   info->GetSource(source.Out());
   info->Release();
-  return ErrorInfo{description.Text(), source.Text()};
+  return ErrorInfo{description.Text(), source.Text(), std::nullopt};
 }
 
 #else
@@ -41,7 +46,11 @@ thread_local std::optional<ErrorInfo> g_errorInfo;
 }
 
 void SetErrorInfo(std::string_view strDescription, std::string_view strSource) {
-  g_errorInfo = ErrorInfo{std::string(strDescription), std::string(strSource)};
+  g_errorInfo = ErrorInfo{std::string(strDescription), std::string(strSource), std::nullopt};
+}
+
+void SetRunTimeErrorInfo(std::int32_t lngNumber, std::string_view strDescription, std::string_view strSource) {
+  g_errorInfo = ErrorInfo{std::string(strDescription), std::string(strSource), lngNumber};
 }
 
 std::optional<ErrorInfo> TakeErrorInfo() { return std::exchange(g_errorInfo, std::nullopt); }
@@ -49,8 +58,9 @@ std::optional<ErrorInfo> TakeErrorInfo() { return std::exchange(g_errorInfo, std
 #endif
 
 void RaiseStatus(Status status) {
-  if (auto info = TakeErrorInfo(); info && !info->strDescription.empty())
-    throw RunTimeError(status, std::move(info->strDescription), std::move(info->strSource));
+  if (auto info = TakeErrorInfo(); info && (info->lngRunTimeError || !info->strDescription.empty()))
+    throw RunTimeError(info->lngRunTimeError.value_or(status), std::move(info->strDescription),
+                       std::move(info->strSource));
   char text[48];
   std::snprintf(text, sizeof text, "Automation error %08X", static_cast<unsigned>(status));
   throw RunTimeError(status, text);

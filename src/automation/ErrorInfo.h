@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,11 +14,18 @@ namespace tarvik::automation {
 struct ErrorInfo {
   std::string strDescription;
   std::string strSource;
+  /// The run-time error that the status stands for, where it is not the status itself.
+  std::optional<std::int32_t> lngRunTimeError{};
 };
 
 /// Leaves a description for the status that the driver is about to return. One for each thread; the
 /// next one replaces it.
 TARVIK_AUTOMATION_EXPORT void SetErrorInfo(std::string_view strDescription, std::string_view strSource = {});
+
+/// The same for a failure that is a run-time error of its own number, which RaiseStatus then raises instead of
+/// the status. For what stands between driver and caller; a driver fails by status.
+TARVIK_AUTOMATION_EXPORT void SetRunTimeErrorInfo(std::int32_t lngNumber, std::string_view strDescription,
+                                                  std::string_view strSource = {});
 
 /// The description left for the last failing status; it is gone afterwards.
 TARVIK_AUTOMATION_EXPORT std::optional<ErrorInfo> TakeErrorInfo();

@@ -1,0 +1,222 @@
+#include "remote/Connection.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "automation/ErrorInfo.h"
+#include "remote/ConnectionStream.h"
+#include "remote/Proxy.h"
+#include "remote/Stub.h"
+#include "support/RunTimeError.h"
+
+namespace tarvik::remote {
+
+using automation::StatusOk;
+
+namespace {
+
+/// The connections of this process, for those who wait for all of them or count.
+struct Register {
+  std::mutex mutex;
+  std::vector<Connection *> connections;
+  std::uint64_t lngEndedRoundTrips = 0;
+};
+
+Register &TheRegister() {
+  static Register instance;
+  return instance;
+}
+
+/// Bytes that stay free in a frame for what the transport adds.
+constexpr std::size_t FrameSlack = 1024;
+
+}  // namespace
+
+Connection::Connection(const ServerAddress &address, const ClientCredentials *pCredentials, const Patience &patience)
+    : m_address(address), m_patience(patience), m_stream(std::make_unique<Stream>(address, pCredentials)) {
+  Register &all = TheRegister();
+  const std::lock_guard lock(all.mutex);
+  all.connections.push_back(this);
+}
+
+Connection::~Connection() {
+  {
+    Register &all = TheRegister();
+    const std::lock_guard lock(all.mutex);
+    std::erase(all.connections, this);
+    all.lngEndedRoundTrips += m_lngRoundTrips;
+  }
+  if (m_stream && !m_pending.Empty()) m_stream->Send(m_pending.Take(), m_patience.farewell);
+  // The wait lets a caller count on its objects being gone, as they would be without a network between.
+  if (m_stream) m_stream->Farewell(m_patience.farewell);
+}
+
+bool Connection::Greet(const std::string &strProgId) {
+  const std::lock_guard lock(m_mutex);
+  m_pending.Put(static_cast<std::uint8_t>(Command::Hello));
+  m_pending.Put(WireVersion);
+  m_pending.Put(ContractFingerprint());
+  m_pending.PutText(strProgId);
+  const std::string strAnswer = Exchange(m_patience.connect);
+  if (m_statusLost != StatusOk) throw RunTimeError(m_statusLost, m_strLost);
+  try {
+    Reader in(strAnswer);
+    if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Welcome))
+      throw ProtocolError("the server does not answer the greeting");
+    if (const auto intForm = in.Get<std::uint8_t>(); intForm != 0) {
+      Failure failure = in.GetFailure(intForm);
+      throw RunTimeError(failure.lngNumber, std::move(failure.strDescription), std::move(failure.strSource));
+    }
+    in.Get<Status>();
+    const bool fRoot = in.Get<std::uint8_t>() != KindNothing;
+    m_lngLargestFrame = in.Get<std::uint32_t>();
+    return fRoot;
+  } catch (const ProtocolError &error) {
+    Lose(StatusCallLost, std::string("is not understood: ") + error.what());
+    throw RunTimeError(m_statusLost, m_strLost);
+  }
+}
+
+std::uint32_t Connection::NewId() {
+  const std::lock_guard lock(m_mutex);
+  return ++m_lngLastId;
+}
+
+void Connection::Post(const Put &put) {
+  const std::lock_guard lock(m_mutex);
+  if (m_statusLost != StatusOk) return;
+  ++m_lngCommands;
+  put(m_pending);
+  // A caller that only fetches and never asks must not fill the memory.
+  if (m_pending.Size() + FrameSlack > m_lngLargestFrame / 2 && !m_stream->Send(m_pending.Take(), m_patience.silence))
+    Lose(StatusCallLost, "takes nothing more");
+}
+
+Status Connection::Call(const Put &put, const Take &take) {
+  const std::lock_guard lock(m_mutex);
+  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  const std::size_t lngBefore = m_pending.Size();
+  put(m_pending);
+  if (m_pending.Size() + FrameSlack > m_lngLargestFrame) {
+    m_pending.CutTo(lngBefore);
+    return automation::Fail(
+        automation::StatusInvalidArgument,
+        "The call is larger than the " + std::to_string(m_lngLargestFrame) + " bytes that the driver server takes");
+  }
+  ++m_lngCommands;
+  const std::string strAnswer = Exchange(m_patience.silence);
+  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  try {
+    Reader in(strAnswer);
+    if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Result))
+      throw ProtocolError("an answer of an unknown kind");
+    if (const auto intForm = in.Get<std::uint8_t>(); intForm != 0) return LeaveFailure(in.GetFailure(intForm));
+    const auto status = in.Get<Status>();
+    take(in);
+    if (!in.AtEnd()) throw ProtocolError("an answer is too long");
+    return status;
+  } catch (const ProtocolError &error) {
+    Lose(StatusCallLost, std::string("is not understood: ") + error.what());
+    return automation::Fail(m_statusLost, m_strLost);
+  }
+}
+
+void Connection::Release(std::uint32_t lngId, bool fAtOnce) {
+  const std::lock_guard lock(m_mutex);
+  if (m_statusLost != StatusOk) return;
+  m_pending.Put(static_cast<std::uint8_t>(Command::Release));
+  m_pending.Put(lngId);
+  if (fAtOnce && !m_stream->Send(m_pending.Take(), m_patience.silence)) Lose(StatusCallLost, "takes nothing more");
+}
+
+Status Connection::Sync() {
+  return Call([](Writer &out) { out.Put(static_cast<std::uint8_t>(Command::Sync)); }, [](Reader &) {});
+}
+
+Status Connection::Failed() {
+  const std::lock_guard lock(m_mutex);
+  return m_statusLost == StatusOk ? StatusOk : automation::Fail(m_statusLost, m_strLost);
+}
+
+Status Connection::LeaveFailure(const Failure &failure) {
+  if (failure.fRunTimeNumber) {
+    automation::SetRunTimeErrorInfo(failure.lngNumber, failure.strDescription, failure.strSource);
+    return automation::StatusException;
+  }
+  // Without a description none may be left over from an earlier failure.
+  if (failure.strDescription.empty())
+    static_cast<void>(automation::TakeErrorInfo());
+  else
+    automation::SetErrorInfo(failure.strDescription, failure.strSource);
+  return failure.lngNumber;
+}
+
+/// Sends what is pending and waits for an answer that is no heartbeat. Empty when the connection was lost.
+std::string Connection::Exchange(std::chrono::milliseconds limit) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  if (!m_stream->Send(m_pending.Take(), limit)) {
+    const auto [status, strWhy] = m_stream->WhyEnded();
+    Lose(status, strWhy);
+    return {};
+  }
+  auto until = deadline;
+  for (;;) {
+    std::string strFrame;
+    switch (m_stream->Receive(strFrame, until)) {
+      case Stream::Received::Frame: break;
+      case Stream::Received::Nothing: {
+        const auto seconds = std::chrono::duration<double>(limit).count();
+        char text[64];
+        std::snprintf(text, sizeof text, "gave no sign of life for %g seconds", seconds);
+        Lose(StatusCallLost, text);
+        return {};
+      }
+      case Stream::Received::End: {
+        const auto [status, strWhy] = m_stream->WhyEnded();
+        Lose(status, strWhy);
+        return {};
+      }
+    }
+    if (strFrame.size() != 1 || strFrame[0] != static_cast<char>(Answer::Heartbeat)) {
+      ++m_lngRoundTrips;
+      return strFrame;
+    }
+    limit = m_patience.silence;
+    until = std::chrono::steady_clock::now() + limit;
+  }
+}
+
+void Connection::Lose(Status status, const std::string &strWhy) {
+  m_statusLost = status;
+  m_strLost = "The driver server " + m_address.Text() + " " + strWhy;
+  m_stream->Cancel();
+  m_stream.reset();
+}
+
+Ref<IUnknown> ConnectDriver(const std::string &strProgId, const std::string &strUrl, const Patience &patience) {
+  const ServerAddress address = ParseServerAddress(strUrl);
+  ClientCredentials credentials;
+  if (address.fSecure) credentials = LoadClientCredentials();
+  auto connection = std::make_shared<Connection>(address, address.fSecure ? &credentials : nullptr, patience);
+  if (!connection->Greet(strProgId)) return nullptr;
+  const auto contract = Contract();
+  const auto root = std::ranges::find(contract, "IDriverRoot", &InterfaceTable::strName);
+  return MakerOfKind(static_cast<std::uint8_t>(root - contract.begin()))(std::move(connection), RootId);
+}
+
+void SynchroniseConnections() {
+  Register &all = TheRegister();
+  const std::lock_guard lock(all.mutex);
+  for (Connection *connection : all.connections) connection->Sync();
+}
+
+std::uint64_t RoundTripsSoFar() {
+  Register &all = TheRegister();
+  const std::lock_guard lock(all.mutex);
+  std::uint64_t lngTotal = all.lngEndedRoundTrips;
+  for (const Connection *connection : all.connections) lngTotal += connection->RoundTrips();
+  return lngTotal;
+}
+
+}  // namespace tarvik::remote

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "automation/Ref.h"
+#include "remote/ServerAddress.h"
+#include "remote/Wire.h"
+
+namespace tarvik::remote {
+
+/// Statuses of a connection that has failed; the numbers are the platform's own for its remote calls.
+inline constexpr Status StatusServerUnavailable = static_cast<Status>(0x800706BA);
+inline constexpr Status StatusCallLost = static_cast<Status>(0x800706BE);
+inline constexpr Status StatusServerTooBusy = static_cast<Status>(0x800706BB);
+
+/// How long the client waits.
+struct Patience {
+  /// From the first packet to the server's welcome.
+  std::chrono::milliseconds connect{10'000};
+  /// Without a sign of life while a call is on its way. The server gives one every second, so that a call may
+  /// take as long as it needs.
+  std::chrono::milliseconds silence{10'000};
+  /// For the server to end its side when the last object is let go.
+  std::chrono::milliseconds farewell{2'000};
+};
+
+/// PEM texts of the client's certificate, its key and the authority it trusts.
+struct ClientCredentials {
+  std::string strAuthority;
+  std::string strCertificate;
+  std::string strKey;
+};
+
+/// The files ca.pem, client.pem and client.key of the user's configuration folder. A missing one raises
+/// RunTimeError 53 that names it.
+ClientCredentials LoadClientCredentials();
+
+/// One stream to a driver server. All objects of one connection share it; it ends when the last of them is let go.
+/// Calls come from the one thread that owns the connection, which also does the waiting.
+class Connection {
+ public:
+  using Put = std::function<void(Writer &)>;
+  using Take = std::function<void(Reader &)>;
+
+  Connection(const ServerAddress &address, const ClientCredentials *pCredentials, const Patience &patience);
+  ~Connection();
+  Connection(const Connection &) = delete;
+  Connection &operator=(const Connection &) = delete;
+
+  /// Has the server create the driver; answers whether there is a root. Raises RunTimeError.
+  bool Greet(const std::string &strProgId);
+
+  /// A number for the next object.
+  std::uint32_t NewId();
+  /// Writes a command that needs no answer; it travels with the next call.
+  void Post(const Put &put);
+  /// Writes a command, sends it with all that was posted, and waits. A failure leaves its description as a driver
+  /// does.
+  Status Call(const Put &put, const Take &take);
+  /// Lets go of an object, with the next call or at once.
+  void Release(std::uint32_t lngId, bool fAtOnce);
+  /// Waits until the server has done everything posted.
+  Status Sync();
+  /// The failing status of a connection that is lost, with its description left; else a success.
+  Status Failed();
+
+  /// Frames that were answered, heartbeats not counted: the round trips.
+  std::uint64_t RoundTrips() const { return m_lngRoundTrips; }
+  /// Calls made, whatever they cost; deferred ones among them.
+  std::uint64_t Commands() const { return m_lngCommands; }
+
+ private:
+  class Stream;
+
+  std::string Exchange(std::chrono::milliseconds limit);
+  void Lose(Status status, const std::string &strWhy);
+  Status LeaveFailure(const Failure &failure);
+
+  const ServerAddress m_address;
+  const Patience m_patience;
+  std::mutex m_mutex;
+  Writer m_pending;
+  std::size_t m_lngLargestFrame = 0;
+  std::uint32_t m_lngLastId = RootId;
+  std::uint64_t m_lngRoundTrips = 0;
+  std::uint64_t m_lngCommands = 0;
+  Status m_statusLost = automation::StatusOk;
+  std::string m_strLost;
+  std::unique_ptr<Stream> m_stream;
+};
+
+/// Creates the driver on the server and answers its root, or nothing when the creation handed back nothing.
+/// Raises RunTimeError: the creation's own, or one that tells what is wrong with address, files or connection.
+automation::Ref<automation::IUnknown> ConnectDriver(const std::string &strProgId, const std::string &strUrl,
+                                                    const Patience &patience = {});
+
+/// Waits until the servers of all open connections of this process have done everything sent to them, releases
+/// included. For tests that count what a server holds.
+void SynchroniseConnections();
+/// Round trips of all connections of this process, ended ones included.
+std::uint64_t RoundTripsSoFar();
+
+}  // namespace tarvik::remote

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "remote/ServerLog.h"
+#include "remote/ServerSession.h"
+
+namespace tarvik::remote {
+
+struct ServerOptions {
+  std::string strHost = "localhost";     ///< name or address to listen on
+  std::uint16_t lngPort = 0;             ///< 0: the system chooses
+  bool fInsecure = false;                ///< without transport security; on a loopback address only
+  std::string strAuthority;              ///< PEM text: who signs the clients' certificates
+  std::string strCertificate;            ///< PEM text of the server's own certificate
+  std::string strKey;                    ///< PEM text of its key
+  std::set<std::string> allowedClients;  ///< names of certificates that may connect
+  std::size_t lngClients = 64;           ///< at a time
+  SessionLimits limits;
+  std::chrono::milliseconds heartbeat{1'000};  ///< between signs of life while a call is at work
+  /// A client whose machine answers nothing for this long twice over has vanished.
+  std::chrono::milliseconds keepalive{15'000};
+};
+
+/// Serves drivers to clients. Each connection has a thread of its own; calls into drivers are made one at a time,
+/// because the roots of one process share their instruments and know no locks.
+class DriverServer {
+ public:
+  /// Starts listening. RunTimeError when the options do not allow it or the address cannot be had.
+  DriverServer(ServerOptions options, DriverCreator creator, ServerLog &log);
+  /// Stops, if Stop has not been called.
+  ~DriverServer();
+  DriverServer(const DriverServer &) = delete;
+  DriverServer &operator=(const DriverServer &) = delete;
+
+  std::uint16_t Port() const;
+  /// Takes no more calls, finishes those at work, ends every connection and closes what was left open.
+  void Stop();
+  /// Connections at the moment.
+  std::size_t Clients() const;
+
+ private:
+  class Service;
+  class Listener;
+  std::unique_ptr<Listener> m_listener;
+};
+
+}  // namespace tarvik::remote

@@ -1,0 +1,106 @@
+#pragma once
+
+/// What all proxies share. A proxy answers for one object of the server: it names the object by a number that
+/// the client gave it, so that a fetch can be sent without waiting for what it brings.
+
+#include <memory>
+
+#include "automation/ErrorInfo.h"
+#include "automation/Object.h"
+#include "remote/Connection.h"
+#include "remote/Marshal.h"
+
+namespace tarvik::remote {
+
+/// Makes the proxy of an interface by its number; empty for a number that no interface has.
+using ProxyMaker = Ref<automation::IDispatch> (*)(std::shared_ptr<Connection> connection, std::uint32_t lngId);
+ProxyMaker MakerOfKind(std::uint8_t intKind);
+
+/// An object that the server knows and the contract does not: it can be counted and nothing else.
+Ref<automation::IDispatch> MakeUnknownProxy(std::shared_ptr<Connection> connection, std::uint32_t lngId);
+
+template <class Interface>
+class Proxy : public automation::Object<Interface> {
+ public:
+  Proxy(std::shared_ptr<Connection> connection, std::uint32_t lngId, std::uint8_t intInterface)
+      : m_connection(std::move(connection)), m_lngId(lngId), m_intInterface(intInterface) {}
+
+ protected:
+  /// An instrument's reference leaves at once; a block's rides with the next call.
+  ~Proxy() override { m_connection->Release(m_lngId, std::is_same_v<Interface, kolven::IInstrument>); }
+
+  /// Sends the call and waits for its answer.
+  template <class... Args>
+  Status Ask(std::uint8_t intOperation, Args... args) {
+    if (const Status status = CheckAll(args...); automation::Failed(status)) return status;
+    return m_connection->Call(
+        [&](Writer &out) {
+          PutTarget(out, Command::Call, intOperation, 0);
+          (Outgoing<Args>::Send(out, args), ...);
+        },
+        [&](Reader &in) { (Outgoing<Args>::Store(in, args), ...); });
+  }
+
+  /// Sends the call, waits, and hands out a proxy of what came.
+  template <class... Args>
+  Status AskForObject(std::uint8_t intOperation, automation::IDispatch **ppObject, Args... args) {
+    if (!ppObject) return automation::StatusPointer;
+    if (const Status status = CheckAll(args...); automation::Failed(status)) return status;
+    const std::uint32_t lngNewId = m_connection->NewId();
+    return m_connection->Call(
+        [&](Writer &out) {
+          PutTarget(out, Command::Call, intOperation, lngNewId);
+          (Outgoing<Args>::Send(out, args), ...);
+        },
+        [&](Reader &in) {
+          const auto intKind = in.Get<std::uint8_t>();
+          (Outgoing<Args>::Store(in, args), ...);
+          *ppObject = Arrived(intKind, lngNewId).Detach();
+        });
+  }
+
+  /// Sends the call with the next one that waits; the proxy of what it will bring is there at once.
+  template <class Child, class Result, class... Args>
+  Status Defer(std::uint8_t intOperation, Result **ppObject, Args... args) {
+    if (!ppObject) return automation::StatusPointer;
+    if (const Status status = m_connection->Failed(); automation::Failed(status)) return status;
+    const std::uint32_t lngNewId = m_connection->NewId();
+    m_connection->Post([&](Writer &out) {
+      PutTarget(out, Command::Fetch, intOperation, lngNewId);
+      (Outgoing<Args>::Send(out, args), ...);
+    });
+    *ppObject = automation::MakeObject<Child>(m_connection, lngNewId).Detach();
+    return automation::StatusOk;
+  }
+
+ private:
+  template <class... Args>
+  static Status CheckAll(Args... args) {
+    Status status = automation::StatusOk;
+    // The first argument that cannot travel decides.
+    static_cast<void>(((status = Outgoing<Args>::Check(args), !automation::Failed(status)) && ...));
+    return status;
+  }
+
+  void PutTarget(Writer &out, Command eCommand, std::uint8_t intOperation, std::uint32_t lngNewId) {
+    out.Put(static_cast<std::uint8_t>(eCommand));
+    out.Put(m_lngId);
+    out.Put(m_intInterface);
+    out.Put(intOperation);
+    out.Put(lngNewId);
+  }
+
+  Ref<automation::IDispatch> Arrived(std::uint8_t intKind, std::uint32_t lngId) {
+    if (intKind == KindNothing) return nullptr;
+    if (intKind == KindUnknown) return MakeUnknownProxy(m_connection, lngId);
+    const ProxyMaker maker = MakerOfKind(intKind);
+    if (!maker) throw ProtocolError("the server answers with an object of no known kind");
+    return maker(m_connection, lngId);
+  }
+
+  const std::shared_ptr<Connection> m_connection;
+  const std::uint32_t m_lngId;
+  const std::uint8_t m_intInterface;
+};
+
+}  // namespace tarvik::remote

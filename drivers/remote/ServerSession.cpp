@@ -1,0 +1,330 @@
+#include "remote/ServerSession.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "automation/ErrorInfo.h"
+#include "support/RunTimeError.h"
+
+namespace tarvik::remote {
+
+using automation::StatusOk;
+
+namespace {
+
+/// Places in the contract that the session itself has to know: what opens and closes an instrument.
+struct Places {
+  std::uint8_t intRoot, intInstrument, intOpen, intClose, intTransaction;
+};
+
+std::uint8_t PositionOf(const auto &row, std::string_view strName) {
+  const auto found = std::ranges::find(row, strName, [](const auto &entry) { return entry.strName; });
+  return static_cast<std::uint8_t>(found - row.begin());
+}
+
+const Places &ThePlaces() {
+  static const Places places = [] {
+    const auto contract = Contract();
+    const auto intInstrument = PositionOf(contract, "IInstrument");
+    const auto operations = contract[intInstrument].operations;
+    return Places{PositionOf(contract, "IDriverRoot"), intInstrument, PositionOf(operations, "Open"),
+                  PositionOf(operations, "Close"), PositionOf(operations, "Transaction")};
+  }();
+  return places;
+}
+
+std::string FailedFrame(Answer eAnswer, const Failure &failure) {
+  Writer out;
+  out.Put(static_cast<std::uint8_t>(eAnswer));
+  out.PutFailure(failure);
+  return out.Take();
+}
+
+Failure DriverFailure(Status status) {
+  Failure failure{false, status, {}, {}};
+  if (const auto info = automation::TakeErrorInfo()) {
+    failure.strDescription = info->strDescription;
+    failure.strSource = info->strSource;
+    if (info->lngRunTimeError) failure = {true, *info->lngRunTimeError, info->strDescription, info->strSource};
+  }
+  return failure;
+}
+
+/// A name or a ProgID as it may stand in a log line, whatever a client sent.
+std::string Printable(std::string_view strText) {
+  constexpr std::size_t MaxShown = 80;
+  std::string strResult(strText.substr(0, MaxShown));
+  std::ranges::replace_if(
+      strResult, [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7F; }, '?');
+  return strResult;
+}
+
+}  // namespace
+
+ServerSession::ServerSession(DriverCreator creator, SessionLimits limits, Log log)
+    : m_creator(std::move(creator)), m_limits(limits), m_log(std::move(log)) {}
+
+ServerSession::~ServerSession() { End(); }
+
+std::string ServerSession::Handle(std::string_view strFrame) {
+  if (strFrame.size() > m_limits.lngFrameBytes) throw ProtocolError("a frame is larger than the limit");
+  Reader in(strFrame);
+  if (in.AtEnd()) throw ProtocolError("a frame is empty");
+  do {
+    const auto eCommand = static_cast<Command>(in.Get<std::uint8_t>());
+    if (m_fGreeted == (eCommand == Command::Hello)) throw ProtocolError("the greeting is not where it belongs");
+    std::string strAnswer;
+    switch (eCommand) {
+      case Command::Hello: strAnswer = Greet(in); break;
+      case Command::Call: strAnswer = Call(in); break;
+      case Command::Fetch: Fetch(in); continue;
+      case Command::Release: Release(in); continue;
+      case Command::Sync: {
+        Writer out;
+        out.Put(static_cast<std::uint8_t>(Answer::Result));
+        out.PutSuccess(StatusOk);
+        strAnswer = out.Take();
+        break;
+      }
+      default: throw ProtocolError("a command is not known");
+    }
+    // A client waits after each of these; more behind them would pile up answers that nobody reads.
+    if (!in.AtEnd()) throw ProtocolError("a frame goes on behind a call");
+    return strAnswer;
+  } while (!in.AtEnd());
+  return {};
+}
+
+std::string ServerSession::Greet(Reader &in) {
+  if (in.Get<std::uint16_t>() != WireVersion) throw ProtocolError("the client speaks another version of the protocol");
+  if (in.Get<std::uint64_t>() != ContractFingerprint())
+    throw ProtocolError("the client was built with another driver contract");
+  const std::string strProgId(in.GetText());
+  m_fGreeted = true;
+  Failure failure;
+  try {
+    static_cast<void>(automation::TakeErrorInfo());
+    Ref<IUnknown> root = m_creator(strProgId);
+    const auto &iid = Contract()[ThePlaces().intRoot].iid;
+    Ref<IUnknown> narrowed;
+    if (root && automation::Failed(root->QueryInterface(iid, reinterpret_cast<void **>(narrowed.Out()))))
+      throw RunTimeError(ErrTypeMismatch, StandardDescription(ErrTypeMismatch));
+    const bool fRoot = static_cast<bool>(narrowed);
+    m_log(fRoot ? "created " + Printable(strProgId) : "creation of " + Printable(strProgId) + " gave nothing");
+    if (fRoot) Hold(RootId, Entry{std::move(narrowed), ThePlaces().intRoot, false, {}, {}, false, false});
+    Writer out;
+    out.Put(static_cast<std::uint8_t>(Answer::Welcome));
+    out.PutSuccess(StatusOk);
+    out.Put(fRoot ? ThePlaces().intRoot : KindNothing);
+    out.Put(m_limits.lngFrameBytes);
+    return out.Take();
+  } catch (const RunTimeError &error) {
+    failure = {true, error.Number(), error.Description(), error.Source()};
+  }
+  m_log("creation of " + Printable(strProgId) + " failed: " + Printable(failure.strDescription));
+  return FailedFrame(Answer::Welcome, failure);
+}
+
+ServerSession::Target ServerSession::ReadTarget(Reader &in) const {
+  Target target{};
+  target.lngId = in.Get<std::uint32_t>();
+  target.intInterface = in.Get<std::uint8_t>();
+  target.intOperation = in.Get<std::uint8_t>();
+  target.lngNewId = in.Get<std::uint32_t>();
+  const auto contract = Contract();
+  if (target.intInterface >= contract.size() || target.intOperation >= contract[target.intInterface].operations.size())
+    throw ProtocolError("a call is not in the contract");
+  target.pOperation = &contract[target.intInterface].operations[target.intOperation];
+  const bool fGivesObject = target.pOperation->intResultKind != KindNothing;
+  if (fGivesObject != (target.lngNewId != 0)) throw ProtocolError("a number is given for no object");
+  if (fGivesObject && m_objects.contains(target.lngNewId)) throw ProtocolError("a number is given twice");
+  return target;
+}
+
+ServerSession::Entry &ServerSession::Find(std::uint32_t lngId, std::uint8_t intInterface) {
+  const auto found = m_objects.find(lngId);
+  if (found == m_objects.end()) throw ProtocolError("a call is on an object that is not there");
+  if (found->second.intKind != intInterface) throw ProtocolError("a call is on an object of another kind");
+  return found->second;
+}
+
+/// Calls the driver; the failure is filled when the outcome's status is one.
+Outcome ServerSession::Run(Entry &entry, const Target &target, Reader &in, Failure &failure) {
+  Outcome outcome;
+  const Reader before = in;
+  static_cast<void>(automation::TakeErrorInfo());
+  try {
+    target.pOperation->serve(*entry.object.Get(), in, outcome);
+    if (automation::Failed(outcome.status)) failure = DriverFailure(outcome.status);
+  } catch (const ProtocolError &) {
+    throw;
+  } catch (const std::exception &error) {
+    // A driver answers by status; one that throws all the same must not take the server with it.
+    outcome.status = automation::StatusUnexpected;
+    failure = {false, outcome.status, error.what(), {}};
+  }
+  if (target.intInterface == ThePlaces().intInstrument) Watch(entry, target, before, outcome);
+  return outcome;
+}
+
+/// Keeps in mind what would have to be closed if the client vanished.
+void ServerSession::Watch(Entry &entry, const Target &target, Reader before, const Outcome &outcome) {
+  const Places &places = ThePlaces();
+  const bool fDone = !automation::Failed(outcome.status);
+  if (target.intOperation == places.intOpen && fDone) {
+    // What Open fills is its one truth value.
+    entry.fOpen = Reader(outcome.filled.Bytes()).Get<automation::VariantBool>() != 0;
+    m_log((entry.fOpen ? "opened " : "could not open ") + entry.strName);
+  } else if (target.intOperation == places.intClose) {
+    // Also a failing close was the client's own; a second one is not the server's to make.
+    entry.fOpen = entry.fTransaction = false;
+    m_log((fDone ? "closed " : "failed to close ") + entry.strName);
+  } else if (target.intOperation == places.intTransaction) {
+    const auto lngCommand = before.Get<Long>();
+    if (lngCommand != kolven::TransactionBegin)
+      entry.fTransaction = false;
+    else if (fDone)
+      entry.fTransaction = true;
+  }
+}
+
+/// What the client will hold for an object that the driver handed out.
+ServerSession::Entry ServerSession::Narrowed(const Target &target, Ref<IUnknown> object) const {
+  Entry entry;
+  entry.intKind = target.pOperation->intResultKind;
+  if (!object) return entry;
+  const auto &iid = Contract()[entry.intKind].iid;
+  if (automation::Failed(object->QueryInterface(iid, reinterpret_cast<void **>(entry.object.Out())))) {
+    entry.fFailed = true;
+    entry.failure = {true, ErrTypeMismatch, StandardDescription(ErrTypeMismatch), {}};
+    entry.object = std::move(object);
+  }
+  return entry;
+}
+
+/// The key by which an instrument was found, for the log.
+std::string ServerSession::NameOf(const Target &target, Reader arguments) {
+  if (target.pOperation->intResultKind != ThePlaces().intInstrument) return {};
+  automation::String text;
+  const AutomationVariant key = GetVariant(arguments, text);
+  return key.vt == automation::VtString ? Printable(text.Text()) : "instrument " + std::to_string(key.iVal);
+}
+
+std::string ServerSession::Call(Reader &in) {
+  const Target target = ReadTarget(in);
+  Entry &entry = Find(target.lngId, target.intInterface);
+  if (!m_unreported.empty()) {
+    const Failure failure = m_objects.at(*m_unreported.begin()).failure;
+    m_unreported.clear();
+    in = Reader({});
+    return FailedFrame(Answer::Result, failure);
+  }
+  if (entry.fFailed || !entry.object) {
+    in = Reader({});
+    return FailedFrame(Answer::Result, entry.fFailed ? entry.failure : NoObject());
+  }
+  if (target.lngNewId && m_objects.size() >= m_limits.lngObjects) {
+    in = Reader({});
+    return FailedFrame(Answer::Result, {false,
+                                        automation::StatusOutOfMemory,
+                                        "The driver server gives a client no more than " +
+                                            std::to_string(m_limits.lngObjects) + " objects at a time",
+                                        {}});
+  }
+
+  Failure failure;
+  const Reader before = in;
+  Outcome outcome = Run(entry, target, in, failure);
+  if (automation::Failed(outcome.status)) return FailedFrame(Answer::Result, failure);
+  Writer out;
+  out.Put(static_cast<std::uint8_t>(Answer::Result));
+  out.PutSuccess(outcome.status);
+  if (target.lngNewId) {
+    Entry child = Narrowed(target, std::move(outcome.object));
+    if (!child.object) {
+      out.Put(KindNothing);
+    } else {
+      child.strName = NameOf(target, before);
+      out.Put(child.fFailed ? KindUnknown : child.intKind);
+      if (child.fFailed) child.intKind = KindUnknown;
+      Hold(target.lngNewId, std::move(child));
+    }
+  }
+  out.Append(outcome.filled);
+  return out.Take();
+}
+
+void ServerSession::Fetch(Reader &in) {
+  const Target target = ReadTarget(in);
+  if (!target.pOperation->fDeferred) throw ProtocolError("a call that has to wait is sent without");
+  Entry &entry = Find(target.lngId, target.intInterface);
+  const auto intKind = target.pOperation->intResultKind;
+  Failure failure;
+  if (!m_unreported.empty()) {
+    failure = m_objects.at(*m_unreported.begin()).failure;
+  } else if (entry.fFailed) {
+    failure = entry.failure;
+  } else if (!entry.object) {
+    failure = NoObject();
+  } else if (m_objects.size() >= m_limits.lngObjects) {
+    failure = {
+        false,
+        automation::StatusOutOfMemory,
+        "The driver server gives a client no more than " + std::to_string(m_limits.lngObjects) + " objects at a time",
+        {}};
+  } else {
+    Outcome outcome = Run(entry, target, in, failure);
+    if (!automation::Failed(outcome.status)) {
+      Entry child = Narrowed(target, std::move(outcome.object));
+      if (child.fFailed) return HoldFailed(target.lngNewId, intKind, child.failure);
+      return Hold(target.lngNewId, std::move(child));
+    }
+    return HoldFailed(target.lngNewId, intKind, failure);
+  }
+  // The arguments are read all the same, to find the next command.
+  target.pOperation->skip(in);
+  HoldFailed(target.lngNewId, intKind, failure);
+}
+
+void ServerSession::Release(Reader &in) {
+  const auto lngId = in.Get<std::uint32_t>();
+  const auto found = m_objects.find(lngId);
+  if (found == m_objects.end()) throw ProtocolError("an object is let go that is not there");
+  // Nobody could ever close it again.
+  if (found->second.fOpen) CloseInstrument(found->second);
+  m_unreported.erase(lngId);
+  m_objects.erase(found);
+}
+
+void ServerSession::Hold(std::uint32_t lngId, Entry entry) { m_objects.emplace(lngId, std::move(entry)); }
+
+void ServerSession::HoldFailed(std::uint32_t lngId, std::uint8_t intKind, const Failure &failure) {
+  // Failed fetches count as objects; a client that goes on fetching beyond them breaks the rules.
+  if (m_objects.size() >= 2 * m_limits.lngObjects) throw ProtocolError("more objects are fetched than allowed");
+  Hold(lngId, Entry{nullptr, intKind, true, failure, {}, false, false});
+  m_unreported.insert(lngId);
+}
+
+Failure ServerSession::NoObject() { return {true, ErrObjectNotSet, StandardDescription(ErrObjectNotSet), {}}; }
+
+void ServerSession::CloseInstrument(Entry &entry) {
+  m_log("closes " + entry.strName + ", which was left open" + (entry.fTransaction ? " in a transaction" : ""));
+  auto &instrument = static_cast<kolven::IInstrument &>(*entry.object);
+  try {
+    if (entry.fTransaction) instrument.Transaction(kolven::TransactionAbort);
+    if (automation::Failed(instrument.Close())) m_log("failed to close " + entry.strName);
+  } catch (const std::exception &error) {
+    m_log("failed to close " + entry.strName + ": " + Printable(error.what()));
+  }
+  entry.fOpen = entry.fTransaction = false;
+}
+
+void ServerSession::End() {
+  for (auto &[lngId, entry] : m_objects)
+    if (entry.fOpen) CloseInstrument(entry);
+  m_unreported.clear();
+  // The latest first, so that a block goes before what it was fetched from.
+  while (!m_objects.empty()) m_objects.erase(std::prev(m_objects.end()));
+}
+
+}  // namespace tarvik::remote

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "automation/Ref.h"
+#include "remote/Stub.h"
+#include "remote/Wire.h"
+
+namespace tarvik::remote {
+
+/// Makes the driver's root for a client; nothing is an allowed answer. May raise RunTimeError.
+using DriverCreator = std::function<Ref<IUnknown>(const std::string &strProgId)>;
+
+struct SessionLimits {
+  std::size_t lngObjects = 1000;                ///< that one client holds at a time
+  std::uint32_t lngFrameBytes = 1024u * 1024u;  ///< of one frame of a client
+};
+
+/// The server's side of one connection: the objects that the client holds and the calls on them. Knows nothing of
+/// the transport, so that whatever bytes arrive can be tried on it. All its procedures call the driver and are to be
+/// called under the driver's lock.
+///
+/// A deferred fetch that fails stops what follows it, as it would have stopped a caller that waited: further fetches
+/// fail with it and the next call brings its failure, unless the client has let go of the object by then.
+class ServerSession {
+ public:
+  using Log = std::function<void(const std::string &strText)>;
+
+  ServerSession(DriverCreator creator, SessionLimits limits, Log log);
+  /// Ends the session, if End has not done it.
+  ~ServerSession();
+  ServerSession(const ServerSession &) = delete;
+  ServerSession &operator=(const ServerSession &) = delete;
+
+  /// Works off one frame. Answers the frame to be sent back; empty when none is due. Bytes that are no frame of a
+  /// client raise ProtocolError; the connection is then to be ended.
+  std::string Handle(std::string_view strFrame);
+
+  /// Closes what the client left open, aborting its transaction, and lets go of everything.
+  void End();
+
+  std::size_t Objects() const { return m_objects.size(); }
+  /// Whether the client has been greeted and a root made.
+  bool HasRoot() const { return m_objects.contains(RootId); }
+
+ private:
+  struct Entry {
+    Ref<IUnknown> object;  ///< empty: the fetch handed back nothing, or failed
+    std::uint8_t intKind = KindUnknown;
+    bool fFailed = false;
+    Failure failure;
+    std::string strName;  ///< of an instrument: the key it was found by
+    bool fOpen = false;
+    bool fTransaction = false;
+  };
+  struct Target {
+    std::uint32_t lngId;
+    std::uint8_t intInterface;
+    std::uint8_t intOperation;
+    std::uint32_t lngNewId;
+    const Operation *pOperation;
+  };
+
+  std::string Greet(Reader &in);
+  std::string Call(Reader &in);
+  void Fetch(Reader &in);
+  void Release(Reader &in);
+
+  Target ReadTarget(Reader &in) const;
+  Entry &Find(std::uint32_t lngId, std::uint8_t intInterface);
+  Outcome Run(Entry &entry, const Target &target, Reader &in, Failure &failure);
+  void Watch(Entry &entry, const Target &target, Reader before, const Outcome &outcome);
+  Entry Narrowed(const Target &target, Ref<IUnknown> object) const;
+  void Hold(std::uint32_t lngId, Entry entry);
+  void HoldFailed(std::uint32_t lngId, std::uint8_t intKind, const Failure &failure);
+  void CloseInstrument(Entry &entry);
+  static std::string NameOf(const Target &target, Reader arguments);
+  static Failure NoObject();
+
+  const DriverCreator m_creator;
+  const SessionLimits m_limits;
+  const Log m_log;
+  std::map<std::uint32_t, Entry> m_objects;
+  /// Objects whose fetch failed and whose failure the client does not know yet.
+  std::set<std::uint32_t> m_unreported;
+  bool m_fGreeted = false;
+};
+
+}  // namespace tarvik::remote
