@@ -17,7 +17,7 @@ constexpr const char *PlaceKey = "Window/Geometry";
 
 MainWindow::MainWindow() : m_panel(new TarvikGUI) {
   setObjectName(QStringLiteral("MainWindow"));
-  setWindowTitle(QApplication::applicationDisplayName());
+  setWindowTitle(QApplication::applicationName());
   // On a screen smaller than the panel the window scrolls instead of cutting it off.
   auto *area = new QScrollArea(this);
   area->setFrameShape(QFrame::NoFrame);
@@ -26,7 +26,8 @@ MainWindow::MainWindow() : m_panel(new TarvikGUI) {
   area->setFocusPolicy(Qt::NoFocus);
   setCentralWidget(area);
   MakeMenus();
-  resize(m_panel->sizeHint() + QSize(2, 2 + menuBar()->sizeHint().height()));
+  const QSize size = m_panel->sizeHint() + QSize(2, 2 + menuBar()->sizeHint().height());
+  resize(size.boundedTo(screen()->availableSize()));
   RestorePlace();
 }
 

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QRadioButton>
+#include <QTreeWidget>
 #include <cstdio>
 #include <cstring>
 #include <deque>
@@ -15,10 +16,8 @@
 #include "controls/CboEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "panel/TarvikGUI.h"
-#include "platform/ListView.h"
 #include "platform/PlainControls.h"
 #include "platform/QtHost.h"
-#include "support/Conversions.h"
 
 namespace tarvik {
 
@@ -30,7 +29,8 @@ class TourHost : public QtHost {
   std::deque<std::string> Answers;
 
   BoxAnswer MsgBox(const std::string &strText, BoxIcon, BoxButtons buttons, const std::string &strTitle) override {
-    std::printf("      box \"%s\": %s\n", strTitle.c_str(), Replace(strText, "\r\n", " / ").c_str());
+    const QString text = QString::fromStdString(strText).replace(QStringLiteral("\r\n"), QStringLiteral(" / "));
+    std::printf("      box \"%s\": %s\n", strTitle.c_str(), qPrintable(text));
     return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
   }
   std::string InputBox(const std::string &strPrompt, const std::string &strTitle, const std::string &) override {
@@ -108,13 +108,14 @@ class Tour {
   void ListAndOpen() {
     Step(QStringLiteral("The panel starts, connects and lists the instruments"));
     Show(QStringLiteral("status"), QString::fromStdString(Status()));
-    auto &list = m_user.Find<ListView>(QStringLiteral("lvwInstruments"));
-    for (int i = 0; i < list.Count(); ++i)
+    const auto &list = m_user.Find<QTreeWidget>(QStringLiteral("lvwInstruments"));
+    for (int i = 0; i < list.topLevelItemCount(); ++i) {
+      const QTreeWidgetItem &row = *list.topLevelItem(i);
       Show(QStringLiteral("instrument"),
-           QStringLiteral("%1, slot %2, address %3, model %4")
-               .arg(list.Item(i)->text(0), list.Item(i)->text(1), list.Item(i)->text(2), list.Item(i)->text(3)));
-    Expect(list.Count() > 0, "the driver knows instruments");
-    if (list.Count() == 0) return;
+           QStringLiteral("%1, slot %2, address %3, model %4").arg(row.text(0), row.text(1), row.text(2), row.text(3)));
+    }
+    Expect(list.topLevelItemCount() > 0, "the driver knows instruments");
+    if (list.topLevelItemCount() == 0) return;
     Step(QStringLiteral("A tick opens the first one and reads all of its settings"));
     m_user.Tick(0);
     Show(QStringLiteral("status"), QString::fromStdString(Status()));

@@ -10,9 +10,8 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
-
-#include "platform/ListView.h"
-#include "platform/ToolPopup.h"
+#include <QToolButton>
+#include <QTreeWidget>
 
 namespace tarvik {
 
@@ -76,14 +75,14 @@ void TourUser::Choose(const QString &name, int intItem) const {
 }
 
 void TourUser::TakeMenu(const QString &name, const QString &key) const {
-  for (QAction *action : Find<ToolPopup>(name).menu()->actions())
+  for (QAction *action : Find<QToolButton>(name).menu()->actions())
     if (action->objectName() == key) action->trigger();
   Settle();
 }
 
 void TourUser::Tick(int intRow) const {
-  auto &list = Find<ListView>(QStringLiteral("lvwInstruments"));
-  const QRect rect = list.visualItemRect(list.Item(intRow));
+  const auto &list = Find<QTreeWidget>(QStringLiteral("lvwInstruments"));
+  const QRect rect = list.visualItemRect(list.topLevelItem(intRow));
   const int box = list.style()->pixelMetric(QStyle::PM_IndicatorWidth);
   ClickAt(*list.viewport(), QPoint(rect.left() + list.style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + box / 2 + 2,
                                    rect.center().y()));

@@ -1,0 +1,28 @@
+#include "automation/Activation.h"
+#include "automation/Ref.h"
+#include "lib/InstrClassFactory.h"
+#include "lib/LibraryUse.h"
+#include "lib/Registration.h"
+#include "support/modGlobals.h"
+
+using tarvik::automation::Guid;
+using tarvik::automation::Status;
+
+/// Gives the class factory of clsInstrInterface, the one class of the library that clients create by name.
+TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllGetClassObject(const Guid &rclsid, const Guid &riid, void **ppv) {
+  using namespace tarvik::automation;
+  if (!ppv) return StatusPointer;
+  *ppv = nullptr;
+  if (!(rclsid == ClassIdOf(tarvik::InstrProgId))) return StatusClassNotAvailable;
+  return Ref<IClassFactory>::Adopt(new tarvik::InstrClassFactory)->QueryInterface(riid, ppv);
+}
+
+/// Not while a client holds an object or a lock, nor while this thread's instrument interface lives.
+TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllCanUnloadNow() {
+  using namespace tarvik::automation;
+  return tarvik::LibraryUse::Any() || tarvik::gobjInstr() ? StatusFalse : StatusOk;
+}
+
+TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllRegisterServer() { return tarvik::RegisterLibrary(); }
+
+TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllUnregisterServer() { return tarvik::UnregisterLibrary(); }

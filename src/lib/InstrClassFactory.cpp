@@ -1,0 +1,68 @@
+#include "lib/InstrClassFactory.h"
+
+#include <QApplication>
+#include <new>
+
+#include "automation/ErrorInfo.h"
+#include "lib/InstrDispatch.h"
+#include "platform/ConsoleHost.h"
+#include "platform/QtHost.h"
+
+namespace tarvik {
+
+using namespace automation;
+
+namespace {
+
+void EnsureHost() {
+  static const bool fDone = [] {
+    if (qobject_cast<QApplication *>(QCoreApplication::instance())) {
+      EnsureQtHost();
+      return true;
+    }
+    static ConsoleHost host;
+    if (Host *before = SetHost(&host)) SetHost(before);
+    return true;
+  }();
+  static_cast<void>(fDone);
+}
+
+}  // namespace
+
+Status InstrClassFactory::QueryInterface(const Guid &riid, void **ppvObject) {
+  if (!ppvObject) return StatusPointer;
+  *ppvObject = nullptr;
+  if (!(riid == IidUnknown || riid == IidClassFactory)) return StatusNoInterface;
+  AddRef();
+  *ppvObject = static_cast<IClassFactory *>(this);
+  return StatusOk;
+}
+
+std::uint32_t InstrClassFactory::Release() {
+  const std::uint32_t lngLeft = --m_lngReferences;
+  if (lngLeft == 0) delete this;
+  return lngLeft;
+}
+
+Status InstrClassFactory::CreateInstance(IUnknown *pUnkOuter, const Guid &riid, void **ppvObject) {
+  if (!ppvObject) return StatusPointer;
+  *ppvObject = nullptr;
+  if (pUnkOuter) return StatusNoAggregation;
+  try {
+    EnsureHost();
+    auto instr = InstrInterface();
+    if (!instr) return Fail(StatusUnexpected, "The instrument interface of this thread is of another class");
+    return Ref<InstrDispatch>::Adopt(new InstrDispatch(std::move(instr)))->QueryInterface(riid, ppvObject);
+  } catch (const std::bad_alloc &) {
+    return StatusOutOfMemory;
+  } catch (const std::exception &error) {
+    return Fail(StatusFail, error.what());
+  }
+}
+
+Status InstrClassFactory::LockServer(std::int32_t fLock) {
+  LibraryUse::Lock(fLock != 0);
+  return StatusOk;
+}
+
+}  // namespace tarvik

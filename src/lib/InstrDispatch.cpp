@@ -1,0 +1,81 @@
+#include "lib/InstrDispatch.h"
+
+#include "lib/InstrOperations.h"
+#include "lib/InstrRecord.h"
+#include "lib/Registration.h"
+
+namespace tarvik {
+
+using namespace automation;
+
+namespace {
+
+/// Members of the face itself.
+struct FaceMember {
+  MemberShape shape;
+  Value (*Run)(InstrDispatch &face, Arguments &arguments);
+};
+
+const std::vector<FaceMember> &FaceMembers() {
+  static const std::vector<FaceMember> arrMembers{
+      {{"NewRecord", 101, CallMethod, {{"strName", ValueKind::StringValue}}},
+       [](InstrDispatch &, Arguments &args) {
+         auto record = InstrRecord::Make(args.Get<std::string>(0));
+         if (!record) RaiseError(ErrTypeMismatch);
+         return Value(std::move(record));
+       }},
+      {{"Advise", 102, CallMethod, {{"Sink", ValueKind::ObjectValue}}},
+       [](InstrDispatch &face, Arguments &args) { return Value(face.Advise(args.Get<Ref<IDispatch>>(0))); }},
+      {{"Unadvise", 103, CallMethod, {{"Cookie", ValueKind::LongValue}}},
+       [](InstrDispatch &face, Arguments &args) { return Value(face.Unadvise(args.Get<Long>(0))); }},
+  };
+  return arrMembers;
+}
+
+}  // namespace
+
+InstrDispatch::InstrDispatch(std::shared_ptr<clsInstrInterface> instr) : m_instr(std::move(instr)) {
+  const auto connect = [this](Event<const std::string &> &event, InstrEvent eEvent) {
+    m_arrConnections.push_back(
+        event.ConnectScoped([this, eEvent](const std::string &strText) { Tell(eEvent, strText); }));
+  };
+  connect(m_instr->StatusMessage, EventStatusMessage);
+  connect(m_instr->InstrWarnings, EventInstrWarnings);
+  connect(m_instr->InstrError, EventInstrError);
+}
+
+Long InstrDispatch::Advise(Ref<IDispatch> sink) {
+  m_sinks[++m_lngLastCookie] = std::move(sink);
+  return m_lngLastCookie;
+}
+
+Boolean InstrDispatch::Unadvise(Long lngCookie) { return m_sinks.erase(lngCookie) > 0; }
+
+void InstrDispatch::Tell(InstrEvent eEvent, const std::string &strText) const {
+  // A sink may come or go while the others are being told.
+  const auto sinks = m_sinks;
+  for (const auto &[lngCookie, sink] : sinks) {
+    AutomationVariant vText = ToVariant(strText);
+    AutomationDispParams params{&vText, nullptr, 1, 0};
+    // What a sink answers is of no interest to the operation that raised the event.
+    sink->Invoke(eEvent, GuidNull, 0, CallMethod, &params, nullptr, nullptr, nullptr);
+    ClearVariant(vText);
+  }
+}
+
+std::size_t InstrDispatch::MemberCount() const { return InstrOperations().size() + FaceMembers().size(); }
+
+const MemberShape &InstrDispatch::Member(std::size_t number) const {
+  const std::size_t operations = InstrOperations().size();
+  return number < operations ? InstrOperations()[number].shape : FaceMembers()[number - operations].shape;
+}
+
+Value InstrDispatch::Run(std::size_t number, Arguments &arguments) {
+  const std::size_t operations = InstrOperations().size();
+  if (number < operations) return InstrOperations()[number].Run(*m_instr, arguments);
+  return FaceMembers()[number - operations].Run(*this, arguments);
+}
+
+std::string InstrDispatch::Source() const { return InstrProgId; }
+
+}  // namespace tarvik

@@ -1,0 +1,48 @@
+#include "lib/Registration.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "automation/Activation.h"
+#include "automation/ErrorInfo.h"
+
+namespace tarvik {
+
+namespace fs = std::filesystem;
+using namespace automation;
+
+namespace {
+
+fs::path Manifest() { return UserManifestFolder() / (std::string(InstrProgId) + ".driver"); }
+
+/// The file as it was loaded: a name with fewer version numbers survives an update.
+fs::path OwnFile() {
+  Dl_info info{};
+  std::error_code error;
+  if (!dladdr(reinterpret_cast<const void *>(&RegisterLibrary), &info) || !info.dli_fname) return {};
+  return fs::absolute(info.dli_fname, error).lexically_normal();
+}
+
+}  // namespace
+
+Status RegisterLibrary() {
+  const fs::path library = OwnFile(), manifest = Manifest();
+  if (library.empty()) return Fail(StatusUnexpected, "The library cannot tell its own file");
+  std::error_code error;
+  fs::create_directories(manifest.parent_path(), error);
+  std::ofstream file(manifest, std::ios::trunc);
+  file << library.string() << '\n';
+  file.close();
+  return file ? StatusOk : Fail(StatusAccessDenied, "Cannot write " + manifest.string());
+}
+
+Status UnregisterLibrary() {
+  const fs::path manifest = Manifest();
+  std::error_code error;
+  fs::remove(manifest, error);
+  return error ? Fail(StatusAccessDenied, "Cannot remove " + manifest.string()) : StatusOk;
+}
+
+}  // namespace tarvik

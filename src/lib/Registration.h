@@ -1,0 +1,16 @@
+#pragma once
+
+#include "automation/Abi.h"
+
+namespace tarvik {
+
+/// Under this name clients create the instrument interface.
+inline constexpr const char *InstrProgId = "TarvikVI.clsInstrInterface";
+
+/// Writes the manifest that names this library into the user's manifest folder, where CreateObject finds it; a later
+/// one replaces an earlier one.
+automation::Status RegisterLibrary();
+/// Removes it; none there is as good.
+automation::Status UnregisterLibrary();
+
+}  // namespace tarvik
