@@ -17,6 +17,7 @@ namespace tarvik {
 namespace {
 
 constexpr Colour FormColour = 0xC0C0C0;
+constexpr Colour DisabledTextColour = 0x707070;
 constexpr Colour PictureColour = 0x000000;
 constexpr Colour TraceColour = 0xC7D863;
 
@@ -73,9 +74,11 @@ QString Indexed(const char *strName, int intIndex) {
 }  // namespace
 
 void BitPattern::CreateControls() {
+  // The grey is fixed, so the texts on it may not follow a dark theme.
   QPalette colours = palette();
   colours.setColor(QPalette::Window, ToQColor(FormColour));
   colours.setColor(QPalette::WindowText, Qt::black);
+  colours.setColor(QPalette::Disabled, QPalette::WindowText, ToQColor(DisabledTextColour));
   setPalette(colours);
   setAutoFillBackground(true);
 

@@ -118,9 +118,17 @@ void ChangeWithin(const Stretch &stretch, Change change) {
 
 /// A run of bits to 1; first counts from 0 at the start of the bytes.
 void SetRun(Byte *bytes, std::size_t first, std::size_t count) {
-  for (; count > 0 && first % 8 != 0; ++first, --count) bytes[first / 8] |= byMask[first % 8];
-  std::memset(bytes + first / 8, 0xFF, count / 8);
-  if (count % 8 != 0) bytes[first / 8 + count / 8] |= static_cast<Byte>(0xFF00 >> count % 8);
+  if (count == 0) return;
+  const std::size_t last = first + count - 1;
+  const auto byFirst = static_cast<Byte>(0xFF >> first % 8), byLast = static_cast<Byte>(0xFF00 >> (last % 8 + 1));
+  Byte *const firstByte = bytes + first / 8, *const lastByte = bytes + last / 8;
+  if (firstByte == lastByte) {
+    *firstByte |= byFirst & byLast;
+    return;
+  }
+  *firstByte |= byFirst;
+  std::memset(firstByte + 1, 0xFF, static_cast<std::size_t>(lastByte - firstByte) - 1);
+  *lastByte |= byLast;
 }
 
 using StreamBytes = std::array<Byte, PatternArraySize>;

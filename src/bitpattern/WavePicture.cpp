@@ -64,9 +64,10 @@ void WavePicture::focusOutEvent(QFocusEvent *event) {
 void WavePicture::paintEvent(QPaintEvent *event) {
   PictureBox::paintEvent(event);
   if (!hasFocus()) return;
+  constexpr int RingWidth = 2, Lighter = 160;
   QPainter painter(this);
-  painter.setPen(palette().color(QPalette::Highlight));
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.setPen(QPen(palette().color(QPalette::Highlight).lighter(Lighter), RingWidth));
+  painter.drawRect(rect().adjusted(RingWidth / 2, RingWidth / 2, -RingWidth / 2, -RingWidth / 2));
 }
 
 }  // namespace tarvik

@@ -50,6 +50,8 @@ bool WaveformView::SelectRowAt(Long lngCode, Single, Single sngY) {
 }
 
 void WaveformView::Draw(Long lngAddress) {
+  // Measured once for each picture: the font may have changed since the last one.
+  m_digitSizes.fill(std::nullopt);
   picWave.Cls();
   DrawBackground();
 
@@ -124,13 +126,20 @@ void WaveformView::DrawCell(Long lngCase, Boolean fHighlight) {
   for (const PenMove &move : arrMoves) picWave.LineTo(picWave.CurrentX() + move.sngX, picWave.CurrentY() + move.sngY);
 }
 
+const WaveformView::DigitSize &WaveformView::SizeOf(Long lngDigit, const std::string &strDigit) {
+  auto &size = m_digitSizes.at(static_cast<std::size_t>(lngDigit));
+  if (!size) size = DigitSize{picWave.TextWidth(strDigit), picWave.TextHeight(strDigit)};
+  return *size;
+}
+
 void WaveformView::DrawDigit(Long lngValue, Boolean fHighlight) {
   const Single sngX = picWave.CurrentX(), sngY = picWave.CurrentY();
   const std::string strDigit = CStr(lngValue);
   {
     const CellColour colour(picWave, fHighlight);
-    picWave.SetCurrentY(sngY - (picWave.TextHeight(strDigit) + HighLevel) / 2);
-    picWave.SetCurrentX(sngX + (CellWidth - picWave.TextWidth(strDigit)) / 2);
+    const DigitSize &size = SizeOf(lngValue, strDigit);
+    picWave.SetCurrentY(sngY - (size.sngHeight + HighLevel) / 2);
+    picWave.SetCurrentX(sngX + (CellWidth - size.sngWidth) / 2);
     picWave.Print(strDigit);
   }
   picWave.SetCurrentX(sngX + CellWidth);

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <array>
+#include <optional>
+#include <string>
+
 #include "bitpattern/PatternStore.h"
 #include "platform/PictureBox.h"
 
@@ -29,17 +33,25 @@ class WaveformView {
   void DrawCell(Long lngCase, Boolean fHighlight);
 
  private:
+  /// Twips.
+  struct DigitSize {
+    Single sngWidth;
+    Single sngHeight;
+  };
+
   void DrawBackground();
   void DrawRow(const ByteArray &arr, const RowInfo &row, Long lngFirst, Long lngLast, Boolean fHighlight);
   void DrawWaveform(const ByteArray &arr, const RowInfo &row, Long lngFirst, Long lngLast, Boolean fHighlight);
   void DrawDigit(Long lngValue, Boolean fHighlight);
   void DrawSelectedCell(Long lngAddress);
+  const DigitSize &SizeOf(Long lngDigit, const std::string &strDigit);
   bool GetRowY(Long lngCode, Single &sngY) const;
 
   PictureBox &picWave;
   PatternStore &m_store;
   Long lngSelected = 0;
   Long lngCellsPerView = 0;
+  std::array<std::optional<DigitSize>, 4> m_digitSizes;
 };
 
 }  // namespace tarvik

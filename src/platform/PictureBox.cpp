@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tarvik {
 
@@ -95,10 +96,12 @@ void PictureBox::Print(const std::string &strText) {
 void PictureBox::Add(DrawPrimitive primitive) {
   Drawn.Raise(primitive);
   m_arrList.push_back(std::move(primitive));
-  update();
+  // One request is enough for all that is drawn before the next paint.
+  if (!std::exchange(m_fPaintRequested, true)) update();
 }
 
 void PictureBox::paintEvent(QPaintEvent *event) {
+  m_fPaintRequested = false;
   QFrame::paintEvent(event);
   QPainter painter(this);
   PaintDisplayList(painter, m_arrList, contentsRect(), QSizeF(ScaleWidth(), ScaleHeight()));

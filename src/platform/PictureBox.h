@@ -93,6 +93,7 @@ class PictureBox : public WidgetControl<QFrame> {
   LineStyle m_style = LineStyle::Solid;
   Single m_sngCurrentX = 0, m_sngCurrentY = 0;
   Single m_sngScaleWidth = 0, m_sngScaleHeight = 0;
+  bool m_fPaintRequested = false;
 };
 
 /// Paints a display list into a rectangle of pixels; the one place where twips of a drawing become pixels.
