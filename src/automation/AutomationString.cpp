@@ -20,16 +20,34 @@ char32_t NextCodePoint(std::string_view strText, std::size_t &pos) {
   }
   int count = 0;
   char32_t point = 0, least = 0;
-  if (first >= 0xC2 && first <= 0xDF) { count = 1; point = first & 0x1Fu; least = 0x80; }
-  else if (first >= 0xE0 && first <= 0xEF) { count = 2; point = first & 0x0Fu; least = 0x800; }
-  else if (first >= 0xF0 && first <= 0xF4) { count = 3; point = first & 0x07u; least = 0x10000; }
-  else { ++pos; return Replacement; }
+  if (first >= 0xC2 && first <= 0xDF) {
+    count = 1;
+    point = first & 0x1Fu;
+    least = 0x80;
+  } else if (first >= 0xE0 && first <= 0xEF) {
+    count = 2;
+    point = first & 0x0Fu;
+    least = 0x800;
+  } else if (first >= 0xF0 && first <= 0xF4) {
+    count = 3;
+    point = first & 0x07u;
+    least = 0x10000;
+  } else {
+    ++pos;
+    return Replacement;
+  }
   std::size_t at = pos + 1;
   for (int i = 0; i < count; ++i, ++at) {
-    if (at >= strText.size() || (byte(at) & 0xC0u) != 0x80) { ++pos; return Replacement; }
+    if (at >= strText.size() || (byte(at) & 0xC0u) != 0x80) {
+      ++pos;
+      return Replacement;
+    }
     point = (point << 6) | (byte(at) & 0x3Fu);
   }
-  if (point < least || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF)) { ++pos; return Replacement; }
+  if (point < least || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF)) {
+    ++pos;
+    return Replacement;
+  }
   pos = at;
   return point;
 }
@@ -88,7 +106,9 @@ AutomationString AllocString(std::string_view strText) {
   return SysAllocStringLen(reinterpret_cast<const OLECHAR *>(strWide.data()), static_cast<UINT>(strWide.size()));
 }
 void FreeString(AutomationString bstr) { SysFreeString(bstr); }
-std::uint32_t StringLength(const char16_t *bstr) { return SysStringLen(reinterpret_cast<BSTR>(const_cast<char16_t *>(bstr))); }
+std::uint32_t StringLength(const char16_t *bstr) {
+  return SysStringLen(reinterpret_cast<BSTR>(const_cast<char16_t *>(bstr)));
+}
 
 #else
 
@@ -116,8 +136,6 @@ std::uint32_t StringLength(const char16_t *bstr) {
 
 #endif
 
-std::string ToText(const char16_t *bstr) {
-  return bstr ? ToUtf8({bstr, StringLength(bstr)}) : std::string{};
-}
+std::string ToText(const char16_t *bstr) { return bstr ? ToUtf8({bstr, StringLength(bstr)}) : std::string{}; }
 
 }  // namespace tarvik::automation

@@ -29,8 +29,7 @@ class Ref {
   Ref(const Ref &other) : Ref(Share(other.m_pObject)) {}
   Ref(Ref &&other) noexcept : m_pObject(std::exchange(other.m_pObject, nullptr)) {}
   template <class U>
-    requires(!std::is_same_v<U, T> && std::is_convertible_v<U *, T *>)
-  Ref(Ref<U> other) : m_pObject(other.Detach()) {}
+  requires(!std::is_same_v<U, T> && std::is_convertible_v<U *, T *>) Ref(Ref<U> other) : m_pObject(other.Detach()) {}
   Ref &operator=(Ref other) noexcept {
     std::swap(m_pObject, other.m_pObject);
     return *this;

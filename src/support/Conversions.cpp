@@ -1,5 +1,6 @@
 #include "support/Conversions.h"
 
+#include <locale.h>
 #include <algorithm>
 #include <cfenv>
 #include <charconv>
@@ -7,7 +8,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <locale.h>
 
 #include "support/Host.h"
 
@@ -76,8 +76,9 @@ struct Decimal {
 
 Decimal ExactDecimal(Double dblMagnitude) {
   std::array<char, ExactBufferSize> buffer;
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), dblMagnitude,
-                                 std::chars_format::fixed, MaxExactDecimals).ptr;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), dblMagnitude, std::chars_format::fixed,
+                                 MaxExactDecimals)
+                       .ptr;
   std::string_view strText(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   const std::size_t point = strText.find('.');
   Decimal result;
@@ -166,7 +167,8 @@ Pattern ParsePattern(std::string_view strFormat) {
 std::string CStr(Double dblValue) {
   std::array<char, 40> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), dblValue == 0 ? 0.0 : dblValue,
-                                 std::chars_format::general, 15).ptr;
+                                 std::chars_format::general, 15)
+                       .ptr;
   std::string strText(buffer.data(), end);
   const char chSeparator = TheHost().DecimalSeparator();
   for (char &ch : strText) {

@@ -22,8 +22,6 @@ const char *StandardDescription(std::int32_t lngNumber) {
   }
 }
 
-void RaiseError(std::int32_t lngNumber) {
-  throw RunTimeError(lngNumber, StandardDescription(lngNumber));
-}
+void RaiseError(std::int32_t lngNumber) { throw RunTimeError(lngNumber, StandardDescription(lngNumber)); }
 
 }  // namespace tarvik

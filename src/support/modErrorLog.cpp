@@ -51,16 +51,14 @@ void LogError(const std::string &strModule, const std::string &strProc, Long lng
 void WriteLogRecord(const std::string &strModule, const std::string &strProc, Long lngErrNum,
                     const std::string &strDescription) {
   Host &host = TheHost();
-  const std::string strRecord = DateLine() + "\r\n" +                                                    //
-                                "  Error: " + Format(lngErrNum, "##### ") + strDescription + "\r\n" +    //
+  const std::string strRecord = DateLine() + "\r\n" +                                                  //
+                                "  Error: " + Format(lngErrNum, "##### ") + strDescription + "\r\n" +  //
                                 "  Mod: " + strModule + "; Proc: " + strProc + "\r\n\r\n";
   host.AppendToFile(host.ErrorLogPath(), strRecord + "\r\n");
 }
 
 void ShowIllegalCase() { ShowStopMessage("Illegal case"); }
 
-void ShowStopMessage(const std::string &strText) {
-  TheHost().MsgBox(strText, BoxIcon::Stop, BoxButtons::Ok, AppTitle);
-}
+void ShowStopMessage(const std::string &strText) { TheHost().MsgBox(strText, BoxIcon::Stop, BoxButtons::Ok, AppTitle); }
 
 }  // namespace tarvik

@@ -23,9 +23,7 @@ PanelReference *&gobjPanel() {
   return objPanel;
 }
 
-void SetInstrFactory(std::function<std::shared_ptr<InstrReference>()> factory) {
-  InstrFactory() = std::move(factory);
-}
+void SetInstrFactory(std::function<std::shared_ptr<InstrReference>()> factory) { InstrFactory() = std::move(factory); }
 
 InstrReference *InstrOnFirstUse() {
   if (!gobjInstr() && InstrFactory()) gobjInstr() = InstrFactory()();
