@@ -1,6 +1,7 @@
 # Compares the functions and objects that a library exports with a kept list. Inline functions are left out: which of
 # them the compiler makes differs from build to build. To change the list on purpose: cmake -DUPDATE=1 with the same
 # arguments.
+cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND "${NM}" -DC --defined-only "${LIBRARY}" OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE ";" "," listing "${listing}")
 string(REPLACE "[" "<" listing "${listing}")
@@ -8,9 +9,9 @@ string(REPLACE "]" ">" listing "${listing}")
 string(REPLACE "\n" ";" lines "${listing}")
 set(symbols)
 foreach(line IN LISTS lines)
-  if(line MATCHES "^[0-9a-f]+ ([TDBR]) (.*)$" AND NOT CMAKE_MATCH_2 MATCHES "non-virtual thunk")
+  if(NOT line MATCHES "non-virtual thunk" AND line MATCHES "^[0-9a-f]+ [TDBR] (.*)$")
     string(REPLACE "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >" "std::string"
-      symbol "${CMAKE_MATCH_2}")
+      symbol "${CMAKE_MATCH_1}")
     list(APPEND symbols "${symbol}")
   endif()
 endforeach()
