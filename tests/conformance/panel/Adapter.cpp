@@ -1,6 +1,7 @@
 #include "Adapter.h"
 
 #include <QCoreApplication>
+#include <QShowEvent>
 #include <utility>
 
 #include "Hex.h"
@@ -273,8 +274,15 @@ void Adapter::Fake(Words &words, Json &) {
 // ---- The host ----
 
 void Adapter::Show(Words &, Json &) {
+  TarvikGUI &gui = Panel().Gui();
   Panel().fShown = true;
-  Panel().Gui().show();
+  if (gui.isVisible()) {
+    // A host may show a panel that it has not hidden; the toolkit sends no event then.
+    QShowEvent event;
+    QCoreApplication::sendEvent(&gui, &event);
+  } else {
+    gui.show();
+  }
   // The panel starts once it stands on the screen.
   QCoreApplication::processEvents();
 }

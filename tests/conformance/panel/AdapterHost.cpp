@@ -10,7 +10,8 @@ namespace {
 
 const char *Name(BoxIcon icon) {
   switch (icon) {
-    case BoxIcon::Stop: return "stop";
+    case BoxIcon::Stop:
+    case BoxIcon::Critical: return "stop";
     case BoxIcon::Question: return "question";
     case BoxIcon::Exclamation: return "warning";
     case BoxIcon::Information: return "info";

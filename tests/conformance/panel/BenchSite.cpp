@@ -1,5 +1,7 @@
 #include "BenchSite.h"
 
+#include <map>
+
 #include "Words.h"
 
 namespace tarvik::paneltest {
@@ -29,7 +31,8 @@ Json ToJsonValue(const Variant &value) {
 
 PropertyBag ToBag(const std::string &strJson) {
   PropertyBag bag;
-  for (const auto &[strKey, value] : Json::parse(strJson).items()) bag.Set(strKey, ToVariant(value));
+  const auto values = Json::parse(strJson).get<std::map<std::string, Json>>();
+  for (const auto &[strKey, value] : values) bag.Set(strKey, ToVariant(value));
   return bag;
 }
 

@@ -16,6 +16,7 @@
 #include "platform/OptionButton.h"
 #include "platform/TabControl.h"
 #include "platform/ToolPopup.h"
+#include "support/EventBoundary.h"
 
 namespace tarvik::paneltest {
 
@@ -25,30 +26,6 @@ namespace {
 struct Refused {
   const char *strReason;
 };
-
-/// Keys of the toolkit for key codes of the automation world.
-Qt::Key KeyOf(Long lngCode) {
-  switch (lngCode) {
-    case 8: return Qt::Key_Backspace;
-    case 9: return Qt::Key_Tab;
-    case 13: return Qt::Key_Return;
-    case 27: return Qt::Key_Escape;
-    case 32: return Qt::Key_Space;
-    case 33: return Qt::Key_PageUp;
-    case 34: return Qt::Key_PageDown;
-    case 35: return Qt::Key_End;
-    case 36: return Qt::Key_Home;
-    case 37: return Qt::Key_Left;
-    case 38: return Qt::Key_Up;
-    case 39: return Qt::Key_Right;
-    case 40: return Qt::Key_Down;
-    case 46: return Qt::Key_Delete;
-    default: break;
-  }
-  if (lngCode >= 112 && lngCode <= 123) return static_cast<Qt::Key>(Qt::Key_F1 + (lngCode - 112));
-  if ((lngCode >= 48 && lngCode <= 57) || (lngCode >= 65 && lngCode <= 90)) return static_cast<Qt::Key>(lngCode);
-  throw BadLine("no such key");
-}
 
 QLineEdit &TextBoxOf(EngrSpin &field) { return *field.findChild<QLineEdit *>(); }
 
@@ -208,7 +185,10 @@ void UserActions::DoubleClick(Words &words) {
 }
 
 void UserActions::ListKey(Words &words) {
-  QTest::keyClick(&Reachable<ListView>("lvwInstruments"), KeyOf(words.Number()));
+  auto &list = Reachable<ListView>("lvwInstruments");
+  const auto intCode = static_cast<Integer>(words.Number());
+  // The key as the list tells it; what arrow keys do to the selection is the toolkit's own affair.
+  RunUserEvent(ObjectName(list), "KeyDown", [&] { list.KeyDown.Raise(intCode); });
 }
 
 void UserActions::EnterKey(Words &) { QTest::keyClick(&Reachable<ListView>("lvwInstruments"), Qt::Key_Return); }
