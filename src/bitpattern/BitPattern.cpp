@@ -53,6 +53,8 @@ BitPattern::BitPattern(QWidget *parent, ControlSite &site, const BitPatternForm 
   m_view = std::make_unique<WaveformView>(*picWave, m_store, m_form.sngScrollHeight);
   ConnectControls();
   SetWaveformRange();
+  // The first picture is drawn without the mark that every later one makes.
+  m_view->Draw(ActualAddress());
 }
 
 BitPattern::~BitPattern() = default;

@@ -131,6 +131,8 @@ void BitPattern::CreatePicture() {
   HScroll1 = new HScrollBar(picWave);
   HScroll1->setObjectName(QStringLiteral("HScroll1"));
   HScroll1->setAccessibleName(QStringLiteral("Actual Address"));
+  // Stands on the first address from the start: a new editor has nothing to tell the panel that is running.
+  HScroll1->SetMin(1);
 }
 
 void BitPattern::CreateGroup(Integer intGroup, const char *strCaption) {
