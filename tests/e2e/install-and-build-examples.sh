@@ -1,0 +1,77 @@
+#!/usr/bin/env bash
+# Installs a build into an empty prefix, builds the examples against it with CMake and with pkg-config, runs them
+# without a display, and checks what they show.
+# Usage: install-and-build-examples.sh BUILD_FOLDER
+set -euo pipefail
+build=$(realpath "$1")
+source=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+prefix="$work/prefix"
+
+say() { printf -- '-- %s\n' "$*"; }
+expect() { # FILE PATTERN
+  grep -Eq "$2" "$1" || { echo "missing in what was shown: $2" >&2; cat "$1" >&2; exit 1; }
+}
+
+say "install into an empty prefix"
+cmake --install "$build" --prefix "$prefix" > "$work/install.log"
+for file in bin/tarvikvi share/applications/tarvikvi.desktop share/man/man1/tarvikvi.1 \
+  share/metainfo/tarvikvi.metainfo.xml share/icons/hicolor/scalable/apps/tarvikvi.svg; do
+  [ -s "$prefix/$file" ] || { echo "not installed: $file" >&2; exit 1; }
+done
+if grep -rlF "$build" "$prefix" --include='*.cmake' --include='*.pc' --include='*.driver' --include='*.h'; then
+  echo "installed files name the build folder" >&2
+  exit 1
+fi
+
+# The installed tree has to stand alone, wherever it is.
+mv "$prefix" "$work/elsewhere"
+prefix="$work/elsewhere"
+export HOME="$work/home" XDG_CONFIG_HOME="$work/home/config" XDG_STATE_HOME="$work/home/state"
+export XDG_DATA_HOME="$work/home/data" XDG_RUNTIME_DIR="$work/run" QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8
+mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+libraries=$(dirname "$(find "$prefix" -name 'libtarvikvi.so' | head -1)")
+export PKG_CONFIG_PATH="$libraries/pkgconfig"
+cp -r "$source/examples" "$work/examples"
+
+check() { # FOLDER OF PROGRAMS
+  timeout 60 "$1/panel-host" "$work/panel.png" > "$work/panel.txt" 2> "$work/panel.err"
+  expect "$work/panel.txt" '^status: (Local Connection|Offline)$'
+  expect "$work/panel.txt" '^instruments: [1-9]'
+  [ "$(stat -c %s "$work/panel.png")" -gt 5000 ] || { echo "the picture of the panel is empty" >&2; exit 1; }
+  timeout 60 "$1/console-session" > "$work/console.txt" 2> "$work/console.err"
+  expect "$work/console.txt" '^Local Connection$'
+  expect "$work/console.txt" '^Online with '
+  expect "$work/console.txt" '^frequency 100000 Hz, width 2\.5e-06 s$'
+  [ "$(tail -1 "$work/console.txt")" = Offline ]
+  rm -f "$work"/panel.png "$work"/*.txt
+}
+
+say "build and run with CMake"
+for example in panel-host console-session; do
+  cmake -S "$work/examples/$example" -B "$work/cmake/$example" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_PREFIX_PATH="$prefix" > "$work/$example.log" || { cat "$work/$example.log"; exit 1; }
+  cmake --build "$work/cmake/$example" >> "$work/$example.log" || { cat "$work/$example.log"; exit 1; }
+  mkdir -p "$work/with-cmake"
+  cp "$work/cmake/$example/$example" "$work/with-cmake"
+done
+check "$work/with-cmake"
+
+say "build and run with pkg-config"
+mkdir -p "$work/with-pkg-config"
+cd "$work/with-pkg-config"
+"$(pkg-config --variable=libexecdir Qt6Core)/uic" "$work/examples/panel-host/Bench.ui" -o ui_Bench.h
+for example in panel-host console-session; do
+  # The words of pkg-config are arguments, each for itself.
+  # shellcheck disable=SC2046
+  "${CXX:-c++}" -std=c++20 -fPIC -I. "$work/examples/$example/main.cpp" $(pkg-config --cflags --libs tarvikvi) \
+    -Wl,-rpath,"$libraries" -o "$example"
+done
+check "$work/with-pkg-config"
+
+say "run the installed program"
+timeout 120 "$prefix/bin/tarvikvi" --tour "$work/tour" > "$work/tour.txt" 2>/dev/null
+expect "$work/tour.txt" ' steps, 0 went wrong$'
+say "done"
