@@ -31,6 +31,9 @@ class StandInDriver {
   StandInDriver &operator=(const StandInDriver &) = delete;
   ~StandInDriver();
 
+  /// Makes a root as the next queued creation says.
+  automation::Ref<automation::IUnknown> Create(const std::string &strProgId, const std::string &strServer);
+
   /// No instruments, no faults, no queued creations; OnTrace stays.
   void Reset();
 
@@ -98,7 +101,6 @@ class StandInDriver {
     DriverFailure failure;
   };
 
-  automation::Ref<automation::IUnknown> Create(const std::string &strProgId, const std::string &strServer);
 
   std::vector<std::shared_ptr<StandInState>> m_arrInstruments, m_arrPending;
   std::deque<Creation> m_arrCreations;

@@ -4,6 +4,7 @@
 #include "RecordingHost.h"
 #include "Reply.h"
 #include "StandInDriver.h"
+#include "Transport.h"
 
 namespace tarvik::test {
 
@@ -32,6 +33,7 @@ class Adapter {
 
   RecordingHost m_host;
   StandInDriver m_driver;
+  Transport m_transport{m_driver};
   Json m_trace = Json::array();
   CommandTable m_procedures;
   std::map<std::string, std::deque<std::string>> m_handlers;
@@ -54,6 +56,7 @@ Adapter::Adapter() {
 void Adapter::Reset() {
   m_handlers.clear();
   gobjInstr().reset();
+  m_transport.Settle();
   m_driver.Reset();
   m_host.Reset();
 }
@@ -139,6 +142,7 @@ Json Adapter::Answer(const std::string &strLine) {
     gobjInstr().reset();
   else
     return Setup(arrTokens);
+  m_transport.Settle();
   if (m_fQuiet) return {{"quiet", true}};
   return Observed(reply, m_driver.References());
 }
