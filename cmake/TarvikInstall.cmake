@@ -42,7 +42,7 @@ set(TARVIK_PUBLIC_HEADERS
   instrument/udtLevelInfo.h instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h
   instrument/udtTrgLevelsInfo.h instrument/viInfo.h
   panel/Form.h panel/Page.h panel/PanelState.h panel/TarvikGUI.h
-  platform/ConsoleHost.h platform/ControlSite.h platform/PictureBox.h platform/PlainControls.h platform/PropertyBag.h
+  platform/ConsoleHost.h platform/ControlSite.h platform/FormProperties.h platform/PictureBox.h platform/PlainControls.h platform/PropertyBag.h
   platform/QtHost.h platform/TabControl.h platform/Twips.h platform/WidgetControl.h
   support/Control.h support/DynamicArray.h support/Event.h support/Export.h support/Host.h support/RunTimeError.h
   support/Types.h support/Variant.h support/modGlobals.h)

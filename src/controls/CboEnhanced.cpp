@@ -44,7 +44,11 @@ bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
 }  // namespace
 
 CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
-    : QWidget(parent), m_site(site), m_cbo(new DropDownList(this)), m_lblCaption(new QLabel(this)) {
+    : QWidget(parent),
+      m_site(site),
+      m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
+      m_cbo(new DropDownList(this)),
+      m_lblCaption(new QLabel(this)) {
   m_cbo->setObjectName(QStringLiteral("cbo"));
   m_lblCaption->setObjectName(QStringLiteral("lblCaption"));
   m_lblCaption->setBuddy(m_cbo);
@@ -215,7 +219,28 @@ void CboEnhanced::SetCaptionWidth(Single sngWidth) {
   IgnoreErrors([&] { PropChanged("CaptionWidth", true); });
 }
 
+std::vector<FormProperties::Property> CboEnhanced::FormTable() {
+  using F = FormProperties;
+  using C = CboEnhanced;
+  return {
+      F::Stored(*this, "Caption", "", &C::Caption, &C::SetCaption),
+      F::Stored(*this, "CaptionAlignment", Long{0}, &C::CaptionAlignment, &C::SetCaptionAlignment),
+      F::Stored(*this, "CaptionWidth", Single{1215}, &C::CaptionWidth, &C::SetCaptionWidth),
+      F::Stored(*this, "Enabled", True, &C::Enabled, &C::SetEnabled),
+      F::Stored(*this, "TagX", "", &C::TagX, &C::SetTagX),
+      F::Passing(*this, "ListIndex", Long{-1}, &C::ListIndex, &C::SetListIndex),
+      F::Reading(*this, "ListCount", Long{0}, &C::ListCount),
+      F::Reading(*this, "Text", "", &C::Text),
+  };
+}
+
+bool CboEnhanced::event(QEvent *event) {
+  m_form.NoteEvent(*event);
+  return QWidget::event(event);
+}
+
 void CboEnhanced::InitProperties() {
+  m_form.NoteRead();
   m_lblCaption->clear();
   m_lngCaptionAlignment = 0;
   m_sngCaptionWidth = 1215;
@@ -223,6 +248,7 @@ void CboEnhanced::InitProperties() {
 }
 
 void CboEnhanced::ReadProperties(const PropertyBag &bag) {
+  m_form.NoteRead();
   // Left set when a value is refused: the control then takes no part in change reports any more.
   m_fReadingProperties = True;
   SetCaption(bag.ReadProperty("Caption", ""));

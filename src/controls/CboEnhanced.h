@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/ControlSite.h"
+#include "platform/FormProperties.h"
 #include "platform/PropertyBag.h"
 #include "platform/Twips.h"
 #include "platform/WidgetControl.h"
@@ -18,6 +19,14 @@ namespace tarvik {
 /// marks the panel's visible page as changed.
 class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Q_OBJECT
+  TARVIK_FORM_PROPERTY(Caption)
+  TARVIK_FORM_PROPERTY(CaptionAlignment)
+  TARVIK_FORM_PROPERTY(CaptionWidth)
+  TARVIK_FORM_PROPERTY(Enabled)
+  TARVIK_FORM_PROPERTY(TagX)
+  TARVIK_FORM_PASSING(ListIndex)
+  TARVIK_FORM_READING(ListCount)
+  TARVIK_FORM_READING(Text)
 
  public:
   explicit CboEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
@@ -92,10 +101,12 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Event<> Click;
 
  protected:
+  bool event(QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
   void changeEvent(QEvent *event) override;
 
  private:
+  std::vector<FormProperties::Property> FormTable();
   void SetListIndexQuietly(Long lngIndex);
   void cbo_Click();
   void NoteUserChange();
@@ -105,6 +116,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   std::size_t Slot(Long lngIndex) const { return static_cast<std::size_t>(lngIndex); }
 
   ControlSite &m_site;
+  FormProperties m_form;
   QComboBox *m_cbo;
   QLabel *m_lblCaption;
   std::vector<Long> m_GroupData;

@@ -21,7 +21,10 @@ void Reported(const char *strProc, Step &&step) {
 }  // namespace
 
 FrameEnhanced::FrameEnhanced(QWidget *parent, ControlSite &site)
-    : QWidget(parent), m_site(site), m_fra(new QGroupBox(this)) {
+    : QWidget(parent),
+      m_site(site),
+      m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
+      m_fra(new QGroupBox(this)) {
   m_fra->setObjectName(QStringLiteral("fra"));
 }
 
@@ -130,7 +133,23 @@ void FrameEnhanced::SetFocusOnOpt() {
     }
 }
 
+std::vector<FormProperties::Property> FrameEnhanced::FormTable() {
+  using F = FormProperties;
+  return {
+      F::Stored(*this, "BorderStyle", Long{1}, &FrameEnhanced::BorderStyle, &FrameEnhanced::SetBorderStyle),
+      F::Stored(*this, "Caption", DefaultCaption, &FrameEnhanced::Caption, &FrameEnhanced::SetCaption),
+      F::Passing(*this, "Appearance", Long{1}, &FrameEnhanced::Appearance, &FrameEnhanced::SetAppearance),
+      F::Passing(*this, "Enabled", True, &FrameEnhanced::Enabled, &FrameEnhanced::SetEnabled),
+  };
+}
+
+bool FrameEnhanced::event(QEvent *event) {
+  m_form.NoteEvent(*event);
+  return QWidget::event(event);
+}
+
 void FrameEnhanced::ReadProperties(const PropertyBag &bag) {
+  m_form.NoteRead();
   IgnoreErrors([&] { SetBorderStyle(bag.ReadProperty("BorderStyle", Long{1})); });
   IgnoreErrors([&] { SetCaption(bag.ReadProperty("Caption", DefaultCaption)); });
   m_fEnabled = True;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/ControlSite.h"
+#include "platform/FormProperties.h"
 #include "platform/PropertyBag.h"
 #include "platform/WidgetControl.h"
 #include "support/Export.h"
@@ -17,6 +18,10 @@ namespace tarvik {
 /// they were made.
 class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   Q_OBJECT
+  TARVIK_FORM_PROPERTY(BorderStyle)
+  TARVIK_FORM_PROPERTY(Caption)
+  TARVIK_FORM_PASSING(Appearance)
+  TARVIK_FORM_PASSING(Enabled)
 
  public:
   explicit FrameEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
@@ -64,13 +69,16 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   std::vector<OptionButtonControl *> OptionButtons() const;
 
  protected:
+  bool event(QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
 
  private:
+  std::vector<FormProperties::Property> FormTable();
   bool ChooseByTag(const std::string &strTag);
   void ShowBorder();
 
   ControlSite &m_site;
+  FormProperties m_form;
   QGroupBox *m_fra;
   Boolean m_fEnabled = False;
   Long m_lngAppearance = 1;

@@ -53,6 +53,7 @@ EngrSpin::EngrSpin(QWidget *parent, ControlSite &site) : EngrSpin(std::make_uniq
 EngrSpin::EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site)
     : QWidget(parent),
       m_site(site),
+      m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
       m_number(std::move(number)),
       lblCaption(new FieldLabel("Caption", this)),
       txtNumber(new NumberTextBox(*this, this)),

@@ -10,6 +10,7 @@
 #include "engrspin/NumberTextBox.h"
 #include "engrspin/ValueList.h"
 #include "platform/ControlSite.h"
+#include "platform/FormProperties.h"
 #include "platform/PropertyBag.h"
 #include "support/Control.h"
 #include "support/Event.h"
@@ -27,6 +28,31 @@ inline constexpr Long ErrFieldProperty = static_cast<Long>(0x800401F5u);
 /// and free typing with prefix and unit. In engineering format the unit carries a prefix letter; without a
 /// unit, or with both exponents 0, the number goes through NumberFormat. All sizes are in twips.
 class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEvents {
+  Q_OBJECT
+  // In the order in which the field reads them: exponents before limits, the value last.
+  TARVIK_FORM_PROPERTY(MaxExponent)
+  TARVIK_FORM_PROPERTY(MinExponent)
+  TARVIK_FORM_PROPERTY(Max)
+  TARVIK_FORM_PROPERTY(Min)
+  TARVIK_FORM_PROPERTY(NumberFormat)
+  TARVIK_FORM_PROPERTY(BaseUnit)
+  TARVIK_FORM_PROPERTY(Caption)
+  TARVIK_FORM_PROPERTY(CaptionAlignment)
+  TARVIK_FORM_PROPERTY(CaptionWidth)
+  TARVIK_FORM_PROPERTY(DefaultValue)
+  TARVIK_FORM_PROPERTY(Enabled)
+  TARVIK_FORM_PROPERTY(Locked)
+  TARVIK_FORM_PROPERTY(SignificantDigits)
+  TARVIK_FORM_PROPERTY(SpinCtlVisible)
+  TARVIK_FORM_PROPERTY(ValueArray)
+  TARVIK_FORM_PASSING(Value)
+  TARVIK_FORM_PASSING(Reciprocal)
+  TARVIK_FORM_PASSING(AuxUnits)
+  TARVIK_FORM_PASSING(AuxValue)
+  TARVIK_FORM_READING(OldValue)
+  TARVIK_FORM_READING(Text)
+  TARVIK_FORM_READING(TextBoxWidth)
+
  public:
   explicit EngrSpin(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
   ~EngrSpin() override;
@@ -136,6 +162,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   /// With a number model of the caller's.
   EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site);
 
+  bool event(QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
   void changeEvent(QEvent *event) override;
 
@@ -173,6 +200,9 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   Double GetArrayValue(Integer intIndex);
   void NotifyUpdate();
 
+  std::vector<FormProperties::Property> FormTable();
+  void SetLocked(Boolean fLocked) { LockControl(fLocked, False); }
+
   void UpdateEngrMode();
   void UpdateReadOnly();
   void PropChanged(const char *strName, bool fResize);
@@ -187,6 +217,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   bool UserEvent(const char *strEvent, Procedure &&procedure);
 
   ControlSite &m_site;
+  FormProperties m_form;
   std::unique_ptr<EngrNumber> m_number;
   ValueList m_values;
   FieldLayout m_layout;

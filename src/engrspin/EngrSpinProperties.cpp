@@ -6,6 +6,7 @@
 
 #include "engrspin/EngrFormat.h"
 #include "engrspin/EngrSpin.h"
+#include "engrspin/FieldDefaults.h"
 #include "engrspin/FieldLabel.h"
 #include "engrspin/SpinControl.h"
 #include "platform/Twips.h"
@@ -19,12 +20,8 @@ namespace {
 
 constexpr const char *ErrorSource = "EngrSpin.ctl";
 constexpr Single UnitsWidth = 500, NoUnitsWidth = 1;
-constexpr Long MinDigits = 4, MaxDigits = 10;
-constexpr Long AlignCaptionRight = 1, AlignCaptionCenter = 2;
-
-/// Defaults of the stored properties. A stored field without Min is open downwards.
-constexpr Double DefaultMax = 1e12, DefaultMin = -1e12;
-constexpr const char *DefaultFormat = "##0.0##";
+constexpr Long MaxDigits = 10;
+constexpr Long AlignCaptionCenter = 2;
 
 /// Further than any form reaches; keeps the arithmetic of pixels in range.
 constexpr Single FarAway = 1e6F;
@@ -213,6 +210,7 @@ void EngrSpin::UpdateAccessibleName() {
 // ---- persistence
 
 void EngrSpin::InitProperties() {
+  m_form.NoteRead();
   m_number->InitProperties();
   m_strCaption.clear();
   m_lngCaptionAlignment = AlignCaptionRight;
@@ -227,6 +225,7 @@ void EngrSpin::InitProperties() {
 }
 
 void EngrSpin::ReadProperties(const PropertyBag &bag) {
+  m_form.NoteRead();
   const auto read = [&](const char *strKey, auto vDefault, auto assign) {
     IgnoreErrors([&] { (this->*assign)(bag.ReadProperty(strKey, vDefault)); });
   };

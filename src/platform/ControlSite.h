@@ -15,6 +15,9 @@ class TARVIK_EXPORT ControlSite {
   virtual Boolean UserMode() const = 0;
   /// Takes the report that a property changed; controls report at design time only.
   virtual void PropertyChanged(const std::string &strProperty) = 0;
+  /// Told after each assignment by way of the form, and whether the property has its default now, so that a container
+  /// can leave it out of the file.
+  virtual void PropertyAssigned(const std::string &, Boolean) {}
 };
 
 /// The container of a running form.

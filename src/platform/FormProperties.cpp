@@ -1,0 +1,118 @@
+#include "platform/FormProperties.h"
+
+#include <QDynamicPropertyChangeEvent>
+#include <QWidget>
+#include <cstring>
+#include <optional>
+
+#include "platform/QtHost.h"
+#include "support/Host.h"
+
+namespace tarvik {
+
+namespace {
+
+struct ToQVariant {
+  QVariant operator()(std::monostate) const { return {}; }
+  QVariant operator()(Boolean fValue) const { return QVariant(static_cast<bool>(fValue)); }
+  QVariant operator()(Long lngValue) const { return lngValue; }
+  QVariant operator()(Double dblValue) const { return dblValue; }
+  QVariant operator()(const std::string &strValue) const { return QString::fromStdString(strValue); }
+};
+
+/// The value as one of the type of the default; nothing where it cannot be made one.
+std::optional<Variant> Converted(const QVariant &value, const Variant &vDefault) {
+  bool fDone = true;
+  if (std::holds_alternative<Boolean>(vDefault)) {
+    if (value.typeId() != QMetaType::Bool) return std::nullopt;
+    return Variant(Boolean(value.toBool()));
+  }
+  if (std::holds_alternative<Long>(vDefault)) {
+    const Long lngValue = value.toInt(&fDone);
+    const bool fWhole = value.typeId() != QMetaType::Double || value.toDouble() == static_cast<double>(lngValue);
+    return fDone && fWhole ? std::optional<Variant>(lngValue) : std::nullopt;
+  }
+  if (std::holds_alternative<Double>(vDefault)) {
+    const Double dblValue = value.toDouble(&fDone);
+    return fDone && qIsFinite(dblValue) ? std::optional<Variant>(dblValue) : std::nullopt;
+  }
+  if (!value.canConvert<QString>()) return std::nullopt;
+  return Variant(value.toString().toStdString());
+}
+
+}  // namespace
+
+FormProperties::FormProperties(QWidget &widget, ControlSite &site, std::vector<Property> arrProperties,
+                               std::function<void(const PropertyBag &)> ReadAll)
+    : m_widget(widget), m_site(site), m_arrProperties(std::move(arrProperties)), m_readAll(std::move(ReadAll)) {}
+
+const FormProperties::Property *FormProperties::Find(const char *strKey) const {
+  for (const Property &property : m_arrProperties)
+    if (std::strcmp(property.strKey, strKey) == 0) return &property;
+  return nullptr;
+}
+
+void FormProperties::Tell(const std::string &strWhat) const {
+  qWarning("%s \"%s\": %s", m_widget.metaObject()->className(), qPrintable(m_widget.objectName()), strWhat.c_str());
+}
+
+QVariant FormProperties::Read(const char *strKey) const {
+  const Property *property = Find(strKey);
+  return property ? std::visit(ToQVariant{}, property->Get()) : QVariant();
+}
+
+void FormProperties::Write(const char *strKey, const QVariant &value) {
+  const Property *property = Find(strKey);
+  if (!property || !property->Assign) return;
+  EnsureQtHost();
+  const auto vValue = Converted(value, property->vDefault);
+  if (!vValue) {
+    Tell(std::string("the property ") + strKey + " cannot be \"" + value.toString().toStdString() +
+         "\" and keeps its value");
+    return;
+  }
+  PropertyBag single;
+  single.Set(strKey, *vValue);
+  if (!m_fLoading || !property->fStored) {
+    Assign(*property, single);
+    m_site.PropertyAssigned(strKey, property->Get() == property->vDefault);
+    return;
+  }
+  m_loaded.Set(strKey, *vValue);
+  m_readAll(m_loaded);
+  if (!m_site.UserMode() && property->Get() != *vValue)
+    Tell(std::string("the property ") + strKey + " was refused and has its default");
+}
+
+void FormProperties::Assign(const Property &property, const PropertyBag &bag) {
+  try {
+    property.Assign(bag);
+  } catch (const RunTimeError &error) {
+    if (m_site.UserMode())
+      Tell(error.Description());
+    else
+      TheHost().MsgBox(error.Description(), BoxIcon::Stop, BoxButtons::Ok, AppTitle);
+  }
+}
+
+void FormProperties::Reset(const char *strKey) {
+  if (const Property *property = Find(strKey)) Write(strKey, std::visit(ToQVariant{}, property->vDefault));
+}
+
+void FormProperties::NoteEvent(QEvent &event) {
+  if (event.type() == QEvent::Polish && m_fLoading) {
+    // A control that no one told any property has the defaults of a stored one.
+    if (!m_fRead) {
+      EnsureQtHost();
+      m_readAll(m_loaded);
+    }
+    m_fLoading = false;
+  }
+  if (event.type() != QEvent::DynamicPropertyChange) return;
+  const QByteArray name = static_cast<QDynamicPropertyChangeEvent &>(event).propertyName();
+  // The toolkit keeps notes of its own under such names.
+  const bool fForeign = !name.startsWith('_') && m_widget.property(name).isValid();
+  if (fForeign) Tell("there is no property " + name.toStdString() + "; it is passed over");
+}
+
+}  // namespace tarvik
