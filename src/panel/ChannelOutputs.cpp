@@ -19,7 +19,37 @@ constexpr SwitchRow SwitchTable[] = {
     {"grpChan2InvOnOff", "optChannel2InvOutput", 2, True},
 };
 
+const SwitchRow &RowOf(Integer intChan, Boolean fIsComplement) {
+  return SwitchTable[(fIsComplement ? 2 : 0) + intChan - 1];
+}
+
 }  // namespace
+
+void AddOutputSwitch(std::vector<ControlDesign> &arrDesign, Integer intChan, Boolean fIsComplement, Integer intElement,
+                     const std::string &strContainer, const OutputSwitchPlace &place) {
+  const SwitchRow &row = RowOf(intChan, fIsComplement);
+  const char *strToolTip = fIsComplement ? "Turn the inverse output on or off" : "Turn the normal output on or off";
+  const std::string strGroup = ControlName(row.strGroup, intElement);
+  const auto intOn = static_cast<Integer>(2 * intElement), intOff = static_cast<Integer>(intOn + 1);
+  arrDesign.push_back({ControlKind::Frame,
+                       row.strGroup,
+                       intElement,
+                       strContainer,
+                       place.group,
+                       {{"Caption", fIsComplement ? "Inverse" : "Output"}, {"ToolTip", strToolTip}}});
+  arrDesign.push_back({ControlKind::Option,
+                       row.strOptions,
+                       intOn,
+                       strGroup,
+                       place.on,
+                       {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}});
+  arrDesign.push_back({ControlKind::Option,
+                       row.strOptions,
+                       intOff,
+                       strGroup,
+                       place.off,
+                       {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}});
+}
 
 ChannelOutputs::ChannelOutputs(const Form &form, PanelServices &panel) : m_panel(panel) {
   for (const SwitchRow &row : SwitchTable) {

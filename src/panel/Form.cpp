@@ -153,6 +153,9 @@ QWidget *Form::Make(const ControlDesign &design) {
   widget->setToolTip(Text(bag, "ToolTip"));
   if (const QString name = AccessibleName(bag); !name.isEmpty() && widget->accessibleName().isEmpty())
     widget->setAccessibleName(name);
+  // A screen reader asks whatever takes the focus for the control.
+  if (QWidget *proxy = widget->focusProxy(); proxy && proxy->accessibleName().isEmpty())
+    proxy->setAccessibleName(widget->accessibleName());
   auto *control = dynamic_cast<Control *>(widget);
   if (!bag.ReadProperty("Enabled", True)) control->SetEnabled(False);
   if (!bag.ReadProperty("Visible", True)) control->SetVisible(False);

@@ -38,9 +38,9 @@ inline constexpr Integer NoIndex = -1;
 /// shows in the tables.
 struct ControlDesign {
   ControlKind eKind;
-  const char *strName;
+  std::string strName;
   Integer intIndex;
-  const char *strContainer;  ///< full name of a control made before; empty for the page itself
+  std::string strContainer;  ///< full name of a control made before; empty for the page itself
   TwipsRect place;
   PropertyBag properties;
 };

@@ -25,22 +25,8 @@ PropertyBag LevelField(const char *strCaption, const char *strToolTip) {
           {"Max", 20.0},           {"MinExponent", Long{-9}},      {"MaxExponent", Long{0}}, {"ToolTip", strToolTip}};
 }
 
-struct ChannelNames {
-  const char *strFormatBox, *strFormatHolder, *strOutputBox, *strOutputHolder, *strPolarityBox;
-  const char *strOnOff, *strInvOnOff, *strOnOffBox, *strInvOnOffBox, *strOutput, *strInvOutput;
-};
-
-constexpr ChannelNames Names[] = {
-    {"grpLevelFormat(0)", "picLevelFormat(0)", "grpChannelOutput(0)", "picChannelOutput(0)", "grpNormalCompliment(0)",
-     "grpChan1OnOff", "grpChan1InvOnOff", "grpChan1OnOff(1)", "grpChan1InvOnOff(1)", "optChannel1Output",
-     "optChannel1InvOutput"},
-    {"grpLevelFormat(1)", "picLevelFormat(1)", "grpChannelOutput(1)", "picChannelOutput(1)", "grpNormalCompliment(1)",
-     "grpChan2OnOff", "grpChan2InvOnOff", "grpChan2OnOff(1)", "grpChan2InvOnOff(1)", "optChannel2Output",
-     "optChannel2InvOutput"},
-};
-
 void AddFormatBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
-  const ChannelNames &names = Names[k];
+  const std::string strBox = ControlName("grpLevelFormat", k), strHolder = ControlName("picLevelFormat", k);
   arrDesign.insert(arrDesign.end(),
                    {{ControlKind::Frame,
                      "grpLevelFormat",
@@ -49,109 +35,85 @@ void AddFormatBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLe
                      {sngLeft, 30, 4080, 1890},
                      {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
                     // Lists keep their choice while the box around them is disabled: they stand on a plain container.
-                    {ControlKind::Container, "picLevelFormat", k, names.strFormatBox, {60, 240, 3960, 795}, {}},
+                    {ControlKind::Container, "picLevelFormat", k, strBox, {60, 240, 3960, 795}, {}},
                     {ControlKind::List,
                      "cboLevelFormat",
                      k,
-                     names.strFormatHolder,
+                     strHolder,
                      {90, 30, 3720, 345},
                      List("Level Format", "How the two levels below are told")},
                     {ControlKind::List,
                      "cboLevelUnits",
                      k,
-                     names.strFormatHolder,
+                     strHolder,
                      {90, 420, 3720, 345},
                      List("Voltage/Current", "Quantity in which the levels are shown")},
                     {ControlKind::Field,
                      "esLevelHigh",
                      k,
-                     names.strFormatBox,
+                     strBox,
                      {150, 1065, 3720, 315},
                      LevelField("TTL-High", "High level or offset")},
                     {ControlKind::Field,
                      "esLevelLo",
                      k,
-                     names.strFormatBox,
+                     strBox,
                      {150, 1455, 3720, 315},
                      LevelField("TTL-Low", "Low level or amplitude")}});
 }
 
-void AddSwitch(std::vector<ControlDesign> &arrDesign, const char *strBox, const char *strBoxName,
-               const char *strContainer, const char *strOption, Single sngLeft, const char *strCaption,
-               const char *strToolTip) {
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame,
-                     strBox,
-                     ThisPage,
-                     strContainer,
-                     {sngLeft, 975, 1230, 795},
-                     {{"Caption", strCaption}, {"ToolTip", strToolTip}}},
-                    {ControlKind::Option,
-                     strOption,
-                     2,
-                     strBoxName,
-                     {120, 225, 990, 270},
-                     {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}},
-                    {ControlKind::Option,
-                     strOption,
-                     3,
-                     strBoxName,
-                     {120, 495, 990, 270},
-                     {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}}});
+OutputSwitchPlace SwitchPlace(Single sngLeft) {
+  return {{sngLeft, 975, 1230, 795}, {120, 225, 990, 270}, {120, 495, 990, 270}};
 }
 
 void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
-  const ChannelNames &names = Names[k];
+  const std::string strBox = ControlName("grpChannelOutput", k), strHolder = ControlName("picChannelOutput", k);
+  const std::string strPolarity = ControlName("grpNormalCompliment", k);
+  const auto intChan = static_cast<Integer>(k + 1);
   const auto option = static_cast<Integer>(2 * k);
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame,
-                     "grpChannelOutput",
-                     k,
-                     "",
-                     {sngLeft, 1920, 4080, 1800},
-                     {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
-                    {ControlKind::Container, "picChannelOutput", k, names.strOutputBox, {60, 210, 3960, 375}, {}},
-                    {ControlKind::List,
-                     "cboOutputImpedance",
-                     k,
-                     names.strOutputHolder,
-                     {90, 15, 3720, 345},
-                     List("Output Imp.", "Source impedance of the output")},
-                    {ControlKind::Field,
-                     "esLoadCompensation",
-                     k,
-                     names.strOutputBox,
-                     {150, 615, 3720, 315},
-                     {{"Caption", "Load Compens."},
-                      {"CaptionWidth", CaptionWidth},
-                      {"BaseUnit", "Ohm"},
-                      {"Min", 0.1},
-                      {"Max", 1000000.0},
-                      {"MinExponent", Long{0}},
-                      {"MaxExponent", Long{6}},
-                      {"ToolTip", "Resistance of the load, for which the levels hold"}}},
-                    {ControlKind::Frame,
-                     "grpNormalCompliment",
-                     k,
-                     names.strOutputBox,
-                     {120, 975, 1230, 795},
-                     {{"Caption", "Polarity"}}},
-                    {ControlKind::Option,
-                     "optNormalCompliment",
-                     option,
-                     names.strPolarityBox,
-                     {120, 225, 1050, 270},
-                     {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
-                    {ControlKind::Option,
-                     "optNormalCompliment",
-                     static_cast<Integer>(option + 1),
-                     names.strPolarityBox,
-                     {120, 495, 1050, 270},
-                     {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
-  AddSwitch(arrDesign, names.strOnOff, names.strOnOffBox, names.strOutputBox, names.strOutput, 1425, "Output",
-            "Turn the normal output on or off");
-  AddSwitch(arrDesign, names.strInvOnOff, names.strInvOnOffBox, names.strOutputBox, names.strInvOutput, 2730, "Inverse",
-            "Turn the inverse output on or off");
+  arrDesign.insert(
+      arrDesign.end(),
+      {{ControlKind::Frame,
+        "grpChannelOutput",
+        k,
+        "",
+        {sngLeft, 1920, 4080, 1800},
+        {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
+       {ControlKind::Container, "picChannelOutput", k, strBox, {60, 210, 3960, 375}, {}},
+       {ControlKind::List,
+        "cboOutputImpedance",
+        k,
+        strHolder,
+        {90, 15, 3720, 345},
+        List("Output Imp.", "Source impedance of the output")},
+       {ControlKind::Field,
+        "esLoadCompensation",
+        k,
+        strBox,
+        {150, 615, 3720, 315},
+        {{"Caption", "Load Compens."},
+         {"CaptionWidth", CaptionWidth},
+         {"BaseUnit", "Ohm"},
+         {"Min", 0.1},
+         {"Max", 1000000.0},
+         {"MinExponent", Long{0}},
+         {"MaxExponent", Long{6}},
+         {"ToolTip", "Resistance of the load, for which the levels hold"}}},
+       {ControlKind::Frame, "grpNormalCompliment", k, strBox, {120, 975, 1230, 795}, {{"Caption", "Polarity"}}},
+       {ControlKind::Option,
+        "optNormalCompliment",
+        option,
+        strPolarity,
+        {120, 225, 1050, 270},
+        {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
+       {ControlKind::Option,
+        "optNormalCompliment",
+        static_cast<Integer>(option + 1),
+        strPolarity,
+        {120, 495, 1050, 270},
+        {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
+  AddOutputSwitch(arrDesign, intChan, False, ThisPage, strBox, SwitchPlace(1425));
+  AddOutputSwitch(arrDesign, intChan, True, ThisPage, strBox, SwitchPlace(2730));
 }
 
 const std::vector<ControlDesign> &Design() {

@@ -30,8 +30,7 @@ PropertyBag CurrentField(const char *strCaption, Double dblDefault, const char *
 
 void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
   // Boxes and fields of both channels stand side by side, with the same rows.
-  static const std::string arrBoxes[] = {"grpLimitsChanel(0)", "grpLimitsChanel(1)"};
-  const char *strBox = arrBoxes[k].c_str();
+  const std::string strBox = ControlName("grpLimitsChanel", k);
   const Single sngLeft = k == 0 ? 120 : 4260;
   const auto option = static_cast<Integer>(2 * k);
   arrDesign.insert(

@@ -40,10 +40,6 @@ constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 2
 constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
 
-constexpr TwipsRect Shadowed(TwipsRect place) {
-  return {place.sngLeft + Shadow, place.sngTop + Shadow, place.sngWidth, place.sngHeight};
-}
-
 constexpr TwipsRect DownloadPlace{120, 5790, 2700, 420}, UploadPlace{2970, 5790, 2700, 420};
 
 const std::vector<ControlDesign> &Design() {
@@ -60,9 +56,9 @@ const std::vector<ControlDesign> &Design() {
        "picDownloadHighlight",
        NoIndex,
        "",
-       Shadowed(DownloadPlace),
+       DownloadPlace,
        {{"BackColor", Long{0x00A0A000}}, {"Visible", False}}},
-      {ControlKind::Picture, "picUploadHighlight", NoIndex, "", Shadowed(UploadPlace), {{"Visible", False}}},
+      {ControlKind::Picture, "picUploadHighlight", NoIndex, "", UploadPlace, {{"Visible", False}}},
       {ControlKind::Button,
        "cmdDownload",
        NoIndex,
@@ -118,6 +114,7 @@ TarvikGUI::TarvikGUI(QWidget *parent)
   m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
   m_tabMain->setDocumentMode(false);
   m_tabMain->setUsesScrollButtons(true);
+  PlaceHighlights();
   MakePages();
   ConnectEvents();
 }
@@ -168,10 +165,18 @@ Page *TarvikGUI::PageOf(Long lngPage) const {
 
 QSize TarvikGUI::sizeHint() const { return TwipsToPixels(*this, TwipsRect{0, 0, PanelWidth, PanelHeight}).size(); }
 
+void TarvikGUI::PlaceHighlights() {
+  // Taken from the button itself: rounded apart from it, a shadow could come out a pixel wider.
+  const int offset = TwipsToPixels(*this, Shadow);
+  picDownloadHighlight.setGeometry(m_form.Get<CommandButton>("cmdDownload").geometry().translated(offset, offset));
+  picUploadHighlight.setGeometry(m_form.Get<CommandButton>("cmdUpload").geometry().translated(offset, offset));
+}
+
 void TarvikGUI::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::FontChange) return;
   m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
+  PlaceHighlights();
   updateGeometry();
 }
 

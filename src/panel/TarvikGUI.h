@@ -66,6 +66,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void HoldInstr();
   void MakePages();
   void ConnectEvents();
+  void PlaceHighlights();
   void tabMain_Click();
 
   void cmdUpload_Click();

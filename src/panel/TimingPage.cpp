@@ -21,17 +21,6 @@ constexpr Double ShortestWidth = 1.515E-9;
 
 constexpr Single BoxWidth = 4080, FieldLeft = 120, FieldWidth = 3840, CaptionWidth = 1440, CaptionGap = 100;
 
-struct ChannelNames {
-  const char *strBox, *strOnOff, *strInvOnOff, *strOnOffBox, *strInvOnOffBox, *strOutput, *strInvOutput;
-};
-
-constexpr ChannelNames Names[] = {
-    {"grpTimingChan1", "grpChan1OnOff", "grpChan1InvOnOff", "grpChan1OnOff(0)", "grpChan1InvOnOff(0)",
-     "optChannel1Output", "optChannel1InvOutput"},
-    {"grpTimingChan2", "grpChan2OnOff", "grpChan2InvOnOff", "grpChan2OnOff(0)", "grpChan2InvOnOff(0)",
-     "optChannel2Output", "optChannel2InvOutput"},
-};
-
 PropertyBag TimeField(Double dblMin, const char *strToolTip) {
   return {{"BaseUnit", Seconds}, {"Min", dblMin}, {"Max", 999.5}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
 }
@@ -43,38 +32,19 @@ PropertyBag TimeField(const char *strCaption, Double dblMin, const char *strTool
   return bag;
 }
 
-void AddSwitch(std::vector<ControlDesign> &arrDesign, const char *strBox, const char *strBoxName,
-               const char *strContainer, const char *strOption, Single sngLeft, const char *strCaption,
-               const char *strToolTip) {
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame,
-                     strBox,
-                     0,
-                     strContainer,
-                     {sngLeft, 1815, 1890, 705},
-                     {{"Caption", strCaption}, {"ToolTip", strToolTip}}},
-                    {ControlKind::Option,
-                     strOption,
-                     0,
-                     strBoxName,
-                     {120, 300, 810, 315},
-                     {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}},
-                    {ControlKind::Option,
-                     strOption,
-                     1,
-                     strBoxName,
-                     {960, 300, 810, 315},
-                     {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}}});
+OutputSwitchPlace SwitchPlace(Single sngLeft) {
+  return {{sngLeft, 1815, 1890, 705}, {120, 300, 810, 315}, {960, 300, 810, 315}};
 }
 
 void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
-  const ChannelNames &names = Names[k];
+  const auto intChan = static_cast<Integer>(k + 1);
+  const std::string strBox = "grpTimingChan" + std::to_string(intChan);
   const Single sngEdgeLeft = FieldLeft + CaptionWidth + CaptionGap;
   PropertyBag trailing = TimeField(1E-12, "Trailing edge of the pulse");
   trailing.Set("AccessibleName", "Trailing Edge");
   arrDesign.insert(arrDesign.end(),
                    {{ControlKind::Frame,
-                     names.strBox,
+                     strBox,
                      NoIndex,
                      "",
                      {k == 0 ? Single{60} : Single{4260}, 1590, BoxWidth, 2595},
@@ -82,25 +52,25 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
                     {ControlKind::Field,
                      "esDelay",
                      k,
-                     names.strBox,
+                     strBox,
                      {FieldLeft, 270, FieldWidth, 315},
                      TimeField("Delay", 0, "Delay of the pulse; of the second pulse of a pair")},
                     {ControlKind::Field,
                      "esWidth",
                      k,
-                     names.strBox,
+                     strBox,
                      {FieldLeft, 645, FieldWidth, 315},
                      TimeField("Width", 1.5E-9, "Width of the pulse, leading edge included")},
                     {ControlKind::Field,
                      "esLeadingEdge",
                      k,
-                     names.strBox,
+                     strBox,
                      {FieldLeft, 1020, FieldWidth, 315},
                      TimeField("Leading Edge", 1E-12, "Leading edge of the pulse")},
                     {ControlKind::Menu,
                      "toolPopupTEdge",
                      k,
-                     names.strBox,
+                     strBox,
                      {FieldLeft, 1395, CaptionWidth + 40, 315},
                      {{"Caption", "Trailing Edge"},
                       {"Menu", "TeEqLe=Trail Edge = Lead Edge|TeAbs=Trail Edge Absolute"},
@@ -108,13 +78,11 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
                     {ControlKind::Field,
                      "esTrailingEdge",
                      k,
-                     names.strBox,
+                     strBox,
                      {sngEdgeLeft, 1395, FieldLeft + FieldWidth - sngEdgeLeft, 315},
                      trailing}});
-  AddSwitch(arrDesign, names.strOnOff, names.strOnOffBox, names.strBox, names.strOutput, 120, "Output",
-            "Turn the normal output on or off");
-  AddSwitch(arrDesign, names.strInvOnOff, names.strInvOnOffBox, names.strBox, names.strInvOutput, 2070, "Inverse",
-            "Turn the inverse output on or off");
+  AddOutputSwitch(arrDesign, intChan, False, 0, strBox, SwitchPlace(120));
+  AddOutputSwitch(arrDesign, intChan, True, 0, strBox, SwitchPlace(2070));
 }
 
 const std::vector<ControlDesign> &Design() {
