@@ -80,4 +80,11 @@ foreach(folder "${CMAKE_INSTALL_LIBDIR}" "${TARVIK_MANIFEST_FOLDER}")
     COMPONENT simulator)
 endforeach()
 
+# ---- designer: where the toolkit looks for plug-ins of the form designer, below the prefix
+if(TARGET tarvikdesigner)
+  set(TARVIK_DESIGNER_FOLDER "${CMAKE_INSTALL_LIBDIR}/qt6/plugins/designer")
+  set_target_properties(tarvikdesigner PROPERTIES INSTALL_RPATH "\$ORIGIN/../../..")
+  install(TARGETS tarvikdesigner LIBRARY DESTINATION "${TARVIK_DESIGNER_FOLDER}" COMPONENT designer)
+endif()
+
 include(TarvikPackages)

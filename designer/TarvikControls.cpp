@@ -1,0 +1,100 @@
+#include "designer/TarvikControls.h"
+
+#include "bitpattern/BitPattern.h"
+#include "controls/CboEnhanced.h"
+#include "controls/FrameEnhanced.h"
+#include "designer/ControlPlugin.h"
+#include "engrspin/EngrSpin.h"
+#include "panel/TarvikGUI.h"
+#include "platform/QtHost.h"
+
+namespace tarvik {
+
+namespace {
+
+template <class Control>
+QWidget *Make(QWidget *parent, ControlSite &site) {
+  EnsureQtHost();
+  return new Control(parent, site);
+}
+
+const std::vector<ControlClass> &Controls() {
+  static const std::vector<ControlClass> arrControls{
+      {"tarvik::TarvikGUI",
+       "panel/TarvikGUI.h",
+       "panel",
+       "Front panel of pulse generators; starts when it is shown",
+       false,
+       650,
+       465,
+       "",
+       {},
+       [](QWidget *parent, ControlSite &) -> QWidget * { return new TarvikGUI(parent); }},
+      {"tarvik::EngrSpin",
+       "engrspin/EngrSpin.h",
+       "esField",
+       "Number with unit prefix, digit cursor and spin button",
+       false,
+       242,
+       21,
+       // A new field takes no value but one until its limits are set; a stored one is open downwards.
+       "<property name=\"Min\" stdset=\"0\"><double>1000000000000.0</double></property>",
+       {{"BaseUnit", "Returns/sets the abbreviation for the base unit (i.e. s for seconds)"},
+        {"Caption", "Returns/sets the name to be displayed to the left of the value"},
+        {"CaptionAlignment", "Returns/sets the text alignment of the caption"},
+        {"CaptionWidth", "Returns/sets the width in pixels of the caption field"},
+        {"DefaultValue", "Returns/sets the starting value"},
+        {"Max", "The maximum value allowed"},
+        {"MaxExponent", "The largest exponent allowed (10^ x)"},
+        {"Min", "The minimum value allowed"},
+        {"MinExponent", "The largest negative exponent allowed (10^ -x)"},
+        {"NumberFormat", "Format when not using engineering format (i.e. MinExponent=MaxExponent=0)"},
+        {"SignificantDigits", "Returns/sets the number of significant digits when using engineering format (only)."},
+        {"SpinCtlVisible", "Returns/sets the visibility of the spin button"},
+        {"TextBoxWidth", "Read-only; Returns the width of the value field"},
+        {"Value", "Returns/sets the current value."}},
+       Make<EngrSpin>},
+      {"tarvik::CboEnhanced",
+       "controls/CboEnhanced.h",
+       "cboList",
+       "Drop-down list with caption, item data and remembered selections",
+       false,
+       240,
+       21,
+       "",
+       {},
+       Make<CboEnhanced>},
+      {"tarvik::FrameEnhanced",
+       "controls/FrameEnhanced.h",
+       "grpFrame",
+       "Group box that treats its option buttons as one value",
+       true,
+       160,
+       100,
+       "",
+       {},
+       Make<FrameEnhanced>},
+      {"tarvik::BitPattern",
+       "bitpattern/BitPattern.h",
+       "bitPattern",
+       "Editor of bit patterns",
+       false,
+       560,
+       300,
+       "",
+       {},
+       [](QWidget *parent, ControlSite &site) -> QWidget * {
+         EnsureQtHost();
+         return new BitPattern(parent, site);
+       }},
+  };
+  return arrControls;
+}
+
+}  // namespace
+
+TarvikControls::TarvikControls(QObject *parent) : QObject(parent) {
+  for (const ControlClass &control : Controls()) m_arrControls.append(new ControlPlugin(control, this));
+}
+
+}  // namespace tarvik
