@@ -20,6 +20,9 @@ class Adapter {
   /// The answer to one line.
   Json Answer(const std::string &strLine);
 
+  /// The panel that commands go to.
+  const PanelUnderTest &Front() const { return *m_panels.at(m_lngPanel); }
+
  private:
   using Command = void (Adapter::*)(Words &, Json &);
   static const std::map<std::string, Command> &Commands();
