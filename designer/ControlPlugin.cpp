@@ -15,7 +15,7 @@ QString ControlPlugin::toolTip() const { return QString::fromLatin1(m_control.st
 QString ControlPlugin::includeFile() const { return QString::fromLatin1(m_control.strHeader); }
 
 QWidget *ControlPlugin::createWidget(QWidget *parent) {
-  auto site = std::make_unique<DesignSite>(m_designer);
+  auto site = std::make_unique<DesignSite>();
   QWidget *widget = m_control.Make(parent, *site);
   site.release()->SetWidget(widget);
   return widget;

@@ -45,13 +45,13 @@ class ControlPlugin : public QObject, public QDesignerCustomWidgetInterface {
   QIcon icon() const override { return {}; }
   bool isContainer() const override { return m_control.fContainer; }
   QWidget *createWidget(QWidget *parent) override;
-  bool isInitialized() const override { return m_designer != nullptr; }
-  void initialize(QDesignerFormEditorInterface *designer) override { m_designer = designer; }
+  bool isInitialized() const override { return m_fInitialized; }
+  void initialize(QDesignerFormEditorInterface *) override { m_fInitialized = true; }
   QString domXml() const override;
 
  private:
   const ControlClass &m_control;
-  QDesignerFormEditorInterface *m_designer = nullptr;
+  bool m_fInitialized = false;
 };
 
 }  // namespace tarvik

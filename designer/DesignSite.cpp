@@ -15,7 +15,7 @@ void DesignSite::SetWidget(QWidget *widget) {
 }
 
 QDesignerFormWindowInterface *DesignSite::FormWindow() const {
-  return m_designer && m_widget ? QDesignerFormWindowInterface::findFormWindow(m_widget) : nullptr;
+  return m_widget ? QDesignerFormWindowInterface::findFormWindow(m_widget) : nullptr;
 }
 
 void DesignSite::PropertyChanged(const std::string &strProperty) {
@@ -35,12 +35,12 @@ void DesignSite::PropertyAssigned(const std::string &strProperty, Boolean fIsDef
 void DesignSite::Mark(const QString &property, bool fChanged) {
   QDesignerFormWindowInterface *form = FormWindow();
   if (!form) return;
-  auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(m_designer->extensionManager(), m_widget.data());
+  auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(form->core()->extensionManager(), m_widget.data());
   const int index = sheet ? sheet->indexOf(property) : -1;
   if (index < 0) return;
   sheet->setChanged(index, fChanged);
   form->setDirty(true);
-  QDesignerPropertyEditorInterface *editor = m_designer->propertyEditor();
+  QDesignerPropertyEditorInterface *editor = form->core()->propertyEditor();
   if (editor && editor->object() == m_widget) editor->setPropertyValue(property, sheet->property(index), fChanged);
 }
 

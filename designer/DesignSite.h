@@ -5,7 +5,6 @@
 
 #include "platform/ControlSite.h"
 
-class QDesignerFormEditorInterface;
 class QDesignerFormWindowInterface;
 class QWidget;
 
@@ -17,8 +16,7 @@ class DesignSite : public QObject, public ControlSite {
   Q_OBJECT
 
  public:
-  /// Without a designer it is always run time. The site belongs to its widget once that is told.
-  explicit DesignSite(QDesignerFormEditorInterface *designer) : m_designer(designer) {}
+  /// The site belongs to its widget from then on; before it is run time.
   void SetWidget(QWidget *widget);
 
   Boolean UserMode() const override { return FormWindow() == nullptr; }
@@ -31,7 +29,6 @@ class DesignSite : public QObject, public ControlSite {
   QDesignerFormWindowInterface *FormWindow() const;
   void Mark(const QString &property, bool fChanged);
 
-  QDesignerFormEditorInterface *m_designer;
   QPointer<QWidget> m_widget;
 };
 

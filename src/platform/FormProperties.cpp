@@ -110,8 +110,8 @@ void FormProperties::NoteEvent(QEvent &event) {
   }
   if (event.type() != QEvent::DynamicPropertyChange) return;
   const QByteArray name = static_cast<QDynamicPropertyChangeEvent &>(event).propertyName();
-  // The toolkit keeps notes of its own under such names.
-  const bool fForeign = !name.startsWith('_') && m_widget.property(name).isValid();
+  // The toolkit keeps notes of its own under names with an underscore, and the container gives each control a Tag.
+  const bool fForeign = !name.startsWith('_') && name != "Tag" && m_widget.property(name).isValid();
   if (fForeign) Tell("there is no property " + name.toStdString() + "; it is passed over");
 }
 
