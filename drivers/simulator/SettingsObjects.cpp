@@ -84,7 +84,7 @@ Status PatternMemoryObject::GetPattern(Long channel, Long form, kolven::Automati
     if (*ppArray) BytesOf(ppArray);
     RequireForm(form);
     const Settings settings = m_session->Instrument().CurrentSettings();
-    const PatternRow &row = settings.Row(channel, m_session->Description());
+    const PatternRow row = settings.RowInForce(channel, m_session->Description());
     Store(ppArray, row.Read());
     *pLength = row.Length();
   });

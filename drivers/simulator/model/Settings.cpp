@@ -3,22 +3,31 @@
 namespace tarvik::simulator {
 
 namespace {
-std::size_t RowIndex(Long lngRow, const InstrumentDescription &description) {
+std::size_t RowIndex(Long lngRow) {
   if (lngRow < PatternRowFirst || lngRow > PatternRowStrobe)
     Reject(ScpiIllegalParameterValue, "Illegal parameter value: pattern row",
            std::to_string(lngRow) + ", allowed 1 to 3");
-  if (lngRow == PatternRowSecond && description.lngChannels < 2)
-    Reject(ScpiHardwareMissing, "Hardware missing: pattern of channel 2");
   return static_cast<std::size_t>(lngRow - 1);
+}
+
+bool Exists(Long lngRow, const InstrumentDescription &description) {
+  return lngRow != PatternRowSecond || description.lngChannels > 1;
 }
 }  // namespace
 
 PatternRow &Settings::Row(Long lngRow, const InstrumentDescription &description) {
-  return arrPattern[RowIndex(lngRow, description)];
+  const std::size_t index = RowIndex(lngRow);
+  if (!Exists(lngRow, description)) Reject(ScpiHardwareMissing, "Hardware missing: pattern of channel 2");
+  return arrPattern[index];
 }
 
-const PatternRow &Settings::Row(Long lngRow, const InstrumentDescription &description) const {
-  return arrPattern[RowIndex(lngRow, description)];
+PatternRow Settings::RowInForce(Long lngRow, const InstrumentDescription &description) const {
+  const std::size_t index = RowIndex(lngRow);
+  if (Exists(lngRow, description)) return arrPattern[index];
+  PatternRow none;
+  const std::vector<Byte> zeros(PatternBits / 8);
+  none.Write(zeros, arrPattern[0].Length());
+  return none;
 }
 
 }  // namespace tarvik::simulator

@@ -27,10 +27,12 @@ struct Settings {
   Long lngPllReferenceSource = PllReferenceInternal;
   std::array<PatternRow, 3> arrPattern;
 
-  /// The row by its number in the contract, 1 to 3; raises Rejected for another, and for row 2 of a one-channel
-  /// instrument.
+  /// The row to be written by its number in the contract, 1 to 3; raises Rejected for another, and for row 2 of a
+  /// one-channel instrument.
   PatternRow &Row(Long lngRow, const InstrumentDescription &description);
-  const PatternRow &Row(Long lngRow, const InstrumentDescription &description) const;
+  /// The row as it is read: row 2 of a one-channel instrument is all zeros, as long as row 1, because a panel reads
+  /// it before it knows the number of channels.
+  PatternRow RowInForce(Long lngRow, const InstrumentDescription &description) const;
   bool operator==(const Settings &) const = default;
 };
 

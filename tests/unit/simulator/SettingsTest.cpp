@@ -140,6 +140,8 @@ TEST(Settings, OneChannelInstrumentHasNoSecondRowButAStrobe) {
   EXPECT_NO_THROW(settings.Row(3, one));
   EXPECT_THROW(settings.Row(0, one), Rejected);
   EXPECT_THROW(settings.Row(4, one), Rejected);
+  EXPECT_EQ(settings.RowInForce(2, one).Read(), std::vector<Byte>(2, 0)) << "a missing row reads as zeros";
+  EXPECT_THROW(settings.RowInForce(4, one), Rejected);
 }
 
 }  // namespace
