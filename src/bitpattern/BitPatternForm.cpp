@@ -124,6 +124,7 @@ void BitPattern::CreatePicture() {
   picWave->SetForeColor(TraceColour);
   picWave->SetScale(m_form.sngPictureWidth, m_form.sngPictureHeight);
   picWave->setAccessibleName(QStringLiteral("Pattern"));
+  picWave->setToolTip(QStringLiteral("Click a cell to go to its address; keys write bits there"));
   picWave->setAccessibleDescription(
       QStringLiteral("Left, Right, Home and End move the address, Up and Down select the row, "
                      "0 to 3 write bits, plus and minus toggle them"));
@@ -131,6 +132,7 @@ void BitPattern::CreatePicture() {
   HScroll1 = new HScrollBar(picWave);
   HScroll1->setObjectName(QStringLiteral("HScroll1"));
   HScroll1->setAccessibleName(QStringLiteral("Actual Address"));
+  HScroll1->setToolTip(QStringLiteral("Move along the addresses"));
   // Stands on the first address from the start: a new editor has nothing to tell the panel that is running.
   HScroll1->SetMin(1);
 }
