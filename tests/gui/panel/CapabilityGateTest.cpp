@@ -1,0 +1,168 @@
+#include <gmock/gmock.h>
+
+#include <functional>
+
+#include "PanelSession.h"
+#include "WidgetEnvironment.h"
+
+namespace tarvik::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr Long AllBits = -1;
+
+/// When the gate leaves a control enabled.
+struct GateRow {
+  const char *strControl;
+  std::function<bool(Long lngChannels, Long lngMask)> enabled;
+};
+
+bool Session(Long lngChannels, Long) { return lngChannels != 0; }
+bool TwoChannels(Long lngChannels, Long) { return lngChannels != 1; }
+std::function<bool(Long, Long)> Without(Long lngBits) {
+  return [=](Long, Long lngMask) { return (lngMask & lngBits) == 0; };
+}
+bool Always(Long, Long) { return true; }
+
+const GateRow Rows[] = {
+    {"cmdUpload", Session},
+    {"cmdDownload", Session},
+    {"cmdCheckErrors", Session},
+    {"cmdCheckWarnings", Session},
+    {"cmdResetInstr", Session},
+    {"cmdSelfTest", Session},
+    {"cmdCalibrate", Session},
+    {"cboPulseType2", TwoChannels},
+    {"grpTimingChan2", TwoChannels},
+    {"grpChannelOutput(1)", TwoChannels},
+    {"grpLevelFormat(1)", TwoChannels},
+    {"grpLimitsChanel(1)", TwoChannels},
+    {"grpChan1InvOnOff(0)", Without(512)},
+    {"grpChan2InvOnOff(0)", Without(512)},
+    {"grpChan1InvOnOff(1)", Without(512)},
+    {"grpChan2InvOnOff(1)", Without(512)},
+    {"toolPopupTEdge(0)", Without(4)},
+    {"toolPopupTEdge(1)", Without(4)},
+    {"esTrailingEdge(0)", Without(4)},
+    {"esTrailingEdge(1)", Without(4)},
+    {"grpOutputs", Without(256)},
+    {"grpVxiTrigger", Without(7168)},
+    // Behind a disabled box the lists keep the state they had, which was enabled.
+    {"cboVxiTriggerSource", Always},
+    {"cboVxiTriggerEnable", Always},
+    // Nothing of channel 1 is ever taken away with a channel.
+    {"grpTimingChan1", Always},
+    {"grpChannelOutput(0)", Always},
+    {"grpLevelFormat(0)", Always},
+    {"grpLimitsChanel(0)", Always},
+    {"cmdRefresh", Always},
+};
+
+/// Opens the one instrument again and again, as different models.
+class CapabilityGate : public testing::Test {
+ protected:
+  void OpenAs(Long lngChannels, Long lngMask) {
+    session.driver.Configure("Alpha", {{"channels", lngChannels}, {"mask", lngMask}});
+    auto &list = session.Get<ListView>("lvwInstruments");
+    if (list.Item(0)->Checked()) session.Open();  // Enter ends the session that there is
+    session.State().mfTeEqLe = {};
+    session.Open();
+  }
+  Boolean Enabled(const char *strName) {
+    return dynamic_cast<Control &>(session.Get<QWidget>(strName)).Enabled();
+  }
+
+  PanelSession session{{.fAutoDownload = false, .fOpen = false}};
+};
+
+class CapabilityGateMasks : public CapabilityGate, public testing::WithParamInterface<Long> {};
+
+TEST_P(CapabilityGateMasks, EveryRowHoldsForNoChannelToThreeChannels) {
+  const Long lngMask = GetParam();
+  for (Long lngChannels = 0; lngChannels <= 3; ++lngChannels) {
+    SCOPED_TRACE("channels " + std::to_string(lngChannels));
+    OpenAs(lngChannels, lngMask);
+    for (const GateRow &row : Rows)
+      EXPECT_EQ(Enabled(row.strControl), Boolean(row.enabled(lngChannels, lngMask))) << row.strControl;
+    EXPECT_EQ(session.State().mfDualChannel, Boolean(lngChannels != 1));
+    EXPECT_EQ(session.State().mfVxiLines, Boolean((lngMask & 4096) == 0));
+    EXPECT_EQ(session.State().mfTeEqLe[0], Boolean((lngMask & 4) != 0));
+    EXPECT_EQ(session.State().mfTeEqLe[1], Boolean((lngMask & 4) != 0));
+    EXPECT_EQ(session.Get<ToolPopup>("toolPopupTEdge(0)").Tag(), (lngMask & 4) != 0 ? "Locked" : "");
+    EXPECT_EQ(session.Field("esLeadingEdge(0)").ValueArray(), (lngMask & 16384) != 0 ? "0.8E-9;1.6E-9" : "");
+    // The pattern editor's menu of channel 2 goes with the channel.
+    EXPECT_EQ(Enabled("toolPopup(1)"), Boolean(lngChannels != 1));
+  }
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
+std::vector<Long> Masks() {
+  std::vector<Long> arrMasks{0, AllBits};
+  for (int intBit = 0; intBit < 31; ++intBit) arrMasks.push_back(Long{1} << intBit);
+  arrMasks.push_back(std::numeric_limits<Long>::min());
+  return arrMasks;
+}
+
+INSTANTIATE_TEST_SUITE_P(Masks, CapabilityGateMasks, testing::ValuesIn(Masks()),
+                         [](const testing::TestParamInfo<Long> &test) {
+                           return "Mask" + std::to_string(static_cast<std::uint32_t>(test.param));
+                         });
+
+TEST_F(CapabilityGate, WithoutASessionTheButtonsAreGreyAndNothingElseIs) {
+  for (const GateRow &row : Rows) {
+    const bool fButton = std::string(row.strControl).starts_with("cmd") && row.strControl != std::string("cmdRefresh");
+    EXPECT_EQ(Enabled(row.strControl), Boolean(!fButton)) << row.strControl;
+  }
+}
+
+TEST_F(CapabilityGate, TheEndOfASessionGivesBackWhatTheModelLacked) {
+  OpenAs(1, AllBits);
+  session.Open();
+  for (const GateRow &row : Rows) {
+    const std::string strName = row.strControl;
+    // A trailing edge that was made to follow goes on following.
+    if (strName.starts_with("esTrailingEdge")) continue;
+    const bool fButton = strName.starts_with("cmd") && strName != "cmdRefresh";
+    EXPECT_EQ(Enabled(row.strControl), Boolean(!fButton)) << row.strControl;
+  }
+  EXPECT_FALSE(Enabled("esTrailingEdge(0)"));
+  EXPECT_TRUE(session.State().mfTeEqLe[0]);
+}
+
+TEST_F(CapabilityGate, ListsBehindTheDisabledBoxKeepWhatTheyHadAndWhatTheyShow) {
+  session.List("cboVxiTriggerSource").SetEnabled(False);
+  OpenAs(2, 1024);
+  EXPECT_FALSE(Enabled("grpVxiTrigger"));
+  EXPECT_FALSE(Enabled("cboVxiTriggerSource"));
+  EXPECT_TRUE(Enabled("cboVxiTriggerEnable"));
+  EXPECT_EQ(session.List("cboVxiTriggerEnable").Text(), "VXI TTLT 0");
+  EXPECT_FALSE(session.List("cboVxiTriggerEnable").isEnabled()) << "the user cannot reach it";
+}
+
+TEST_F(CapabilityGate, AFreeVxiGroupSetsItsListsAnew) {
+  session.List("cboVxiTriggerSource").SetEnabled(False);
+  OpenAs(2, 0);
+  EXPECT_TRUE(Enabled("cboVxiTriggerSource"));
+}
+
+TEST_F(CapabilityGate, NoChoiceIsLostOnAOneChannelInstrument) {
+  session.List("cboLevelFormat(1)").SetListIndex(2);
+  session.List("cboOutputImpedance(1)").SetListIndex(1);
+  session.List("cboLevelUnits(1)").SetListIndex(1);
+  OpenAs(1, 0);
+  EXPECT_EQ(session.List("cboLevelFormat(1)").Text(), "Offset-Amplitude");
+  EXPECT_EQ(session.List("cboOutputImpedance(1)").Text(), "1 kOhm");
+  EXPECT_EQ(session.List("cboLevelUnits(1)").GetCurrItemData(7), 1);
+  EXPECT_FALSE(session.List("cboLevelFormat(1)").isEnabled());
+}
+
+TEST_F(CapabilityGate, AThirdChannelIsAnIllegalCaseAndThenABoundsFailureOfTheEvent) {
+  PanelSession wide({.config = {{"channels", 3}}, .fOpen = false});
+  wide.Open();
+  EXPECT_THAT(wide.host.TakeBoxes(), testing::Contains("box stop: Subscript out of range"));
+}
+
+}  // namespace
+}  // namespace tarvik::test

@@ -1,0 +1,337 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "DriverSettings.h"
+#include "PanelSession.h"
+#include "SimulatorSession.h"
+#include "WidgetEnvironment.h"
+#include "bitpattern/BitPattern.h"
+#include "platform/CheckBox.h"
+#include "platform/PlainControls.h"
+#include "support/modCboTags.h"
+
+namespace tarvik::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// An instrument of the rack with what it lacks.
+struct Model {
+  const char *strName;
+  Long lngChannels;
+  Long lngLacks;
+  bool Has(Long lngBit) const { return (lngLacks & lngBit) == 0; }
+};
+
+const Model Models[] = {{"VP-210", 2, 0},
+                        {"VB-200", 2, 1024 + 2048 + 4096},
+                        {"VP-110", 1, 4 + 64 + 128 + 256 + 512},
+                        {"VP-220", 2, 1024 + 2048 + 4096},
+                        {"VP-250F", 2, 4 + 16384}};
+
+void PrintTo(const Model &model, std::ostream *out) { *out << model.strName; }
+
+std::string Indexed(const char *strName, Long k) { return std::string(strName) + "(" + std::to_string(k) + ")"; }
+
+/// What the pages show, in the driver's units and under the driver's names.
+class Shown {
+ public:
+  Shown(const PanelUser &user, const Model &model) : m_user(user), m_model(model) {}
+
+  SettingsByName Read() {
+    ReadMode();
+    for (Long k = 0; k < m_model.lngChannels; ++k) ReadChannel(k);
+    ReadInstrument();
+    ReadBits();
+    return m_settings;
+  }
+
+ private:
+  Double Value(const std::string &strName) const { return m_user.Field(strName).Value(); }
+  Double Number(const std::string &strGroup) const { return CDbl(m_user.Get<FrameEnhanced>(strGroup).Value()); }
+  bool On(const std::string &strOption) const { return m_user.Get<OptionButton>(strOption).Value(); }
+  bool HasChoice(const char *strList) const { return m_user.List(strList).Enabled() && m_user.List(strList).ListIndex() >= 0; }
+  Double Choice(const std::string &strList) const { return m_user.List(strList).GetCurrItemData(-7); }
+
+  void ReadMode() {
+    auto &numbers = m_settings.numbers;
+    numbers["trigger mode"] = Number("grpTriggerMode");
+    numbers["pulse mode"] = Number("grpPulseMode");
+    // A list without a choice shows nothing that could be compared.
+    if (m_user.Field("esBurstLength").Enabled()) numbers["burst length"] = Value("esBurstLength");
+    if (HasChoice("cboPeriodSource")) numbers["period source"] = Choice("cboPeriodSource");
+    if (HasChoice("cboTriggerSlope")) numbers["clock slope"] = Choice("cboTriggerSlope");
+    if (HasChoice("cboArmingSource")) numbers["arming source"] = Choice("cboArmingSource");
+    const bool fPll = HasChoice("cboArmingSource") && Choice("cboArmingSource") == eArmPll;
+    if (HasChoice("cboArmingLevel") && !fPll) numbers["arm slope"] = Choice("cboArmingLevel");
+    if (fPll)
+      numbers["PLL frequency"] = Choice("cboArmingLevel") == ePllFrequency
+                                     ? Value("esPllPeriodOrFreq")
+                                     : m_user.Field("esPllPeriodOrFreq").Reciprocal();
+    const bool fPattern = numbers["pulse mode"] == ePulsePattern;
+    for (Long k = 0; k < m_model.lngChannels; ++k) {
+      const std::string strList = "cboPulseType" + std::to_string(k + 1);
+      numbers[(fPattern ? "format " : "pulse type ") + std::to_string(k + 1)] = Choice(strList);
+    }
+  }
+
+  void ReadChannel(Long k) {
+    auto &numbers = m_settings.numbers;
+    const std::string strChannel = " " + std::to_string(k + 1);
+    const auto field = [&](const char *strWhat, const char *strName) {
+      numbers[strWhat + strChannel] = Value(Indexed(strName, k));
+    };
+    field("delay", "esDelay");
+    field("width", "esWidth");
+    field("leading", "esLeadingEdge");
+    field("trailing", "esTrailingEdge");
+    field("high or offset", "esLevelHigh");
+    field("low or amplitude", "esLevelLo");
+    if (m_model.Has(eLacksLoadCompensation)) field("load", "esLoadCompensation");
+    if (m_model.Has(eLacksImpedance)) numbers["impedance" + strChannel] = Choice(Indexed("cboOutputImpedance", k));
+    numbers["level type" + strChannel] = Choice(Indexed("cboLevelUnits", k));
+    numbers["polarity" + strChannel] = Number(Indexed("grpNormalCompliment", k));
+    const std::string strOutput = "optChannel" + std::to_string(k + 1);
+    numbers["output" + strChannel] = On(strOutput + "Output(0)");
+    EXPECT_EQ(On(strOutput + "Output(2)"), On(strOutput + "Output(0)"));
+    if (m_model.Has(eLacksComplement)) numbers["inverse output" + strChannel] = On(strOutput + "InvOutput(0)");
+    const double dblLimits = On(Indexed("optLimitsChanel", 2 * k));
+    for (const char *strKind : {"voltage", "current"})
+      numbers[std::string("limits on, ") + strKind + strChannel] = dblLimits;
+    field("limit high, voltage", "esLimitHighVoltage");
+    field("limit low, voltage", "esLimitLowVoltage");
+    field("limit high, current", "esLimitHighCurrent");
+    field("limit low, current", "esLimitLowCurrent");
+  }
+
+  void ReadInstrument() {
+    auto &numbers = m_settings.numbers;
+    const bool fFrequency = m_user.Get<CommandButton>("cmdPeriodOrFreq").Caption() == "Frequency";
+    const EngrSpin &period = m_user.Field("esPeriodOrFreq");
+    numbers["frequency"] = fFrequency ? period.Value() : period.Reciprocal();
+    if (m_model.Has(eLacksChannelMath)) numbers["channel math"] = Number("grpOutputs");
+    numbers["ext threshold"] = Value("esTrgLevExtInThreshold");
+    numbers["clock threshold"] = Value("esTrgLevClkInThreshold");
+    numbers["ext impedance"] = Number("grpTrigLevelExtInImp");
+    numbers["clock impedance"] = Number("grpTrigLevelClkInImp");
+    numbers["trigger out"] = Number("grpTrigLevelTrigOut");
+    numbers["strobe out"] = Number("grpTrigLevelStrobeOut");
+    if (m_model.Has(eLacksVxiSource)) numbers["VXI source"] = Choice("cboVxiTriggerSource");
+    if (m_model.Has(eLacksVxiEnable)) numbers["VXI line"] = Choice("cboVxiTriggerEnable");
+    numbers["reference source"] = Choice("cboPllRefSource");
+    if (HasChoice("cboPllRefFreq")) numbers["reference"] = Choice("cboPllRefFreq");
+  }
+
+  void ReadBits() {
+    const auto &editor = m_user.Get<BitPattern>("BitPattern1");
+    const auto read = [&](const char *strName, Long eChannel) {
+      ByteArray arr(1, std::vector<Byte>(2048));
+      Long lngSize = 0;
+      editor.GetPattern(eChannel, arr, lngSize);
+      std::string strBits;
+      for (Long i = 0; i < editor.GetPatternLength(); ++i)
+        strBits += (arr.Elements()[static_cast<std::size_t>(i / 8)] & (0x80 >> i % 8)) != 0 ? '1' : '0';
+      m_settings.texts[strName] = strBits;
+    };
+    read("bits 1", 1);
+    if (m_model.lngChannels > 1) read("bits 2", 2);
+    read("bits strobe", 8);
+  }
+
+  const PanelUser &m_user;
+  const Model &m_model;
+  SettingsByName m_settings;
+};
+
+class DaySession : public testing::TestWithParam<Model> {
+ protected:
+  const Model &Instrument() const { return GetParam(); }
+  const PanelUser &User() const { return *session.user; }
+  SettingsByName Held() const { return ReadDriver(session.Instrument(Instrument().strName)); }
+
+  /// Each setting that the pages show is the one that the instrument holds.
+  void ExpectPanelAgrees(const char *strWhen) {
+    SCOPED_TRACE(strWhen);
+    const SettingsByName shown = Shown(User(), Instrument()).Read(), held = Held();
+    for (const auto &[strName, dblValue] : shown.numbers) {
+      const auto found = held.numbers.find(strName);
+      if (found == held.numbers.end()) {
+        ADD_FAILURE() << "the driver has no " << strName;
+        continue;
+      }
+      EXPECT_NEAR(dblValue, found->second, 1e-9 * std::fabs(found->second)) << strName;
+    }
+    EXPECT_EQ(shown.texts, held.texts);
+  }
+  void ExpectHeld(const char *strName, Double dblValue) {
+    EXPECT_NEAR(Held().numbers[strName], dblValue, 1e-9 * std::fabs(dblValue)) << strName;
+  }
+  void ExpectNoBox() { EXPECT_THAT(session.host.TakeBoxes(), IsEmpty()); }
+
+  /// Each page gets at least three changes.
+  void EditMode(bool fAgain) {
+    User().ShowPage(ePageMode);
+    User().Choose("optTriggerMode(1)");
+    User().Choose("optPulseMode(1)");
+    User().Type("esBurstLength", fAgain ? "77" : "12");
+    User().Take("cboArmingLevel", 1);
+    User().Take("cboPeriodSource", fAgain ? 0 : 2);
+    if (!fAgain) User().Take("cboTriggerSlope", 1);
+  }
+  void EditTiming(bool fAgain) {
+    User().ShowPage(ePageTiming);
+    User().Type("esPeriodOrFreq", fAgain ? "20us" : "10us");
+    for (Long k = 0; k < Instrument().lngChannels; ++k) {
+      User().Type(Indexed("esWidth", k), fAgain ? "4us" : "2.5us");
+      User().Type(Indexed("esDelay", k), fAgain ? "3us" : "1.25us");
+      User().Choose("optChannel" + std::to_string(k + 1) + "Output(0)");
+    }
+    if (Instrument().Has(eLacksFreeLeadingEdge))
+      User().Type("esLeadingEdge(0)", fAgain ? "7ns" : "5ns");
+    else
+      User().Type("esLeadingEdge(0)", "1.6ns");
+    if (Instrument().Has(eLacksTrailingEdge)) {
+      User().TakeMenu("toolPopupTEdge(0)", "TeAbs");
+      User().Type("esTrailingEdge(0)", fAgain ? "8ns" : "9ns");
+    }
+  }
+  void EditLevels(bool fAgain) {
+    User().ShowPage(ePageLevels);
+    const Long k = Instrument().lngChannels - 1;
+    User().Type(Indexed("esLevelHigh", k), fAgain ? "1.5V" : "3V");
+    User().Type(Indexed("esLevelLo", k), fAgain ? "-0.5V" : "-1V");
+    User().Choose(Indexed("optNormalCompliment", 2 * k + (fAgain ? 0 : 1)));
+    if (Instrument().Has(eLacksImpedance)) User().Take(Indexed("cboOutputImpedance", k), fAgain ? 0 : 1);
+    if (Instrument().Has(eLacksLoadCompensation)) User().Type(Indexed("esLoadCompensation", k), fAgain ? "100Ohm" : "75Ohm");
+    if (Instrument().Has(eLacksChannelMath) && Instrument().lngChannels > 1)
+      User().Choose(fAgain ? "optOutputs(0)" : "optOutputs(1)");
+  }
+  void EditPattern(bool fAgain) {
+    User().ShowPage(ePagePattern);
+    User().Type("esLast", fAgain ? "40" : "100");
+    User().Type("esAddress", "1");
+    session.host.arrInputAnswers = {fAgain ? "4" : "6"};
+    User().TakeMenu("toolPopup(0)", "Clock/n");
+    User().TakeMenu("toolPopup(3)", fAgain ? "Invert" : "Fill1");
+    if (Instrument().lngChannels > 1) User().TakeMenu("toolPopup(1)", "Fill1");
+  }
+  void EditLimits(bool fAgain) {
+    User().ShowPage(ePageLimits);
+    for (Long k = 0; k < Instrument().lngChannels; ++k) {
+      User().Type(Indexed("esLimitHighVoltage", k), fAgain ? "6V" : "5V");
+      User().Type(Indexed("esLimitLowVoltage", k), fAgain ? "-4V" : "-5V");
+      User().Type(Indexed("esLimitHighCurrent", k), fAgain ? "300mA" : "200mA");
+    }
+    User().Choose("optLimitsChanel(0)");
+  }
+  void EditTrigLev(bool fAgain) {
+    User().ShowPage(ePageTrigLev);
+    User().Type("esTrgLevExtInThreshold", fAgain ? "0.75V" : "1.25V");
+    User().Choose(fAgain ? "optTrigLevelClkIn(0)" : "optTrigLevelClkIn(1)");
+    User().Choose(fAgain ? "optTrigLevelExtInImp(0)" : "optTrigLevelExtInImp(1)");
+    User().Choose(fAgain ? "optTrigLevelStrobeOut(0)" : "optTrigLevelStrobeOut(1)");
+    if (Instrument().Has(eLacksAnyVxi)) User().Take("cboVxiTriggerEnable", fAgain ? 3 : 8);
+  }
+  void EditConfig(bool fAgain) {
+    User().ShowPage(ePageConfig);
+    User().Take("cboPllRefSource", 1);
+    User().Take("cboPllRefFreq", fAgain ? 0 : 1);
+    if (fAgain) User().Take("cboPllRefFreq", 1);
+  }
+  void EditEverything(bool fAgain) {
+    EditMode(fAgain);
+    EditTiming(fAgain);
+    EditLevels(fAgain);
+    EditPattern(fAgain);
+    EditLimits(fAgain);
+    EditTrigLev(fAgain);
+    EditConfig(fAgain);
+  }
+  void ExpectAll(TabStates eState) {
+    const auto &states = PanelTestAccess::State(*session.panel).meTabState;
+    for (const TabNumEnum ePage :
+         {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
+      EXPECT_EQ(states[static_cast<std::size_t>(ePage)], eState) << ePage;
+  }
+  void UseOptions() {
+    User().ShowPage(ePageOptions);
+    for (const char *strName : {"chkAutoDownload", "chkAutoDownOnError", "chkAutoOutputOnOff"}) User().Choose(strName);
+  }
+
+  SimulatorSession session{{{"WorkWithBoxes", "1"}}};
+};
+
+TEST_P(DaySession, WhatThePanelShowsIsWhatTheInstrumentHolds) {
+  UseOptions();
+  session.Open(Instrument().strName);
+  ExpectNoBox();
+  ExpectAll(ePageNeedsDownloading);
+  User().Click("cmdDownload");
+  ExpectNoBox();
+  ExpectAll(ePageIsCurrent);
+  ExpectPanelAgrees("after the first download");
+
+  EditEverything(false);
+  ExpectNoBox();
+  ExpectAll(ePageIsDirty);
+  User().Click("cmdUpload");
+  ExpectNoBox();
+  ExpectAll(ePageIsCurrent);
+  ExpectPanelAgrees("after the first upload");
+  ExpectHeld("burst length", 12);
+  ExpectHeld("width 1", 2.5e-6);
+  ExpectHeld("frequency", 1e5);
+  ExpectHeld("ext threshold", 1.25);
+  ExpectHeld("reference", 1e7);
+  EXPECT_EQ(Held().texts["bits strobe"], std::string(100, '1'));
+
+  // Somebody else resets the instrument.
+  Call(session.Instrument(Instrument().strName), &kolven::IInstrument::Reset);
+  User().Click("cmdDownload");
+  ExpectNoBox();
+  ExpectPanelAgrees("after a reset behind the panel's back");
+  EXPECT_DOUBLE_EQ(User().Field("esWidth(0)").Value(), 1e-7);
+  EXPECT_DOUBLE_EQ(User().Field("esTrgLevExtInThreshold").Value(), 2.5);
+  EXPECT_TRUE(User().Get<OptionButton>("optTriggerMode(0)").Value());
+  EXPECT_EQ(User().List("cboPllRefSource").Text(), "Internal");
+  EXPECT_EQ(User().Get<BitPattern>("BitPattern1").GetPatternLength(), 16);
+
+  EditEverything(true);
+  ExpectAll(ePageIsDirty);
+  User().Click("cmdUpload");
+  ExpectNoBox();
+  ExpectPanelAgrees("after the second upload");
+  ExpectHeld("burst length", 77);
+  ExpectHeld("frequency", 5e4);
+  ExpectHeld("limit high, voltage 1", 6);
+
+  session.Open(Instrument().strName);  // the tick goes
+  EXPECT_THAT(User().Ticked(), IsEmpty());
+  EXPECT_FALSE(session.Instr().IsOnline(True));
+  ExpectPanelAgrees("after the end of the session");
+  ExpectNoBox();
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryInstrument, DaySession, testing::ValuesIn(Models),
+                         [](const testing::TestParamInfo<Model> &test) {
+                           std::string strName = test.param.strName;
+                           strName.erase(std::remove(strName.begin(), strName.end(), '-'), strName.end());
+                           return strName;
+                         });
+
+TEST(DaySessionRack, TheReservedInstrumentIsTheOnlyOneThatDoesNotOpen) {
+  SimulatorSession session({{"WorkWithBoxes", "1"}});
+  for (const Model &model : Models) {
+    session.Open(model.strName);
+    EXPECT_THAT(session->Ticked(), ElementsAre(model.strName));
+  }
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+  session.Open("VP-210 reserved");
+  EXPECT_THAT(session->Ticked(), IsEmpty());
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: Unable to start a session with this instrument"));
+}
+
+}  // namespace
+}  // namespace tarvik::test

@@ -1,0 +1,253 @@
+#include <gmock/gmock.h>
+
+#include "PanelSession.h"
+#include "SimulatorSession.h"
+#include "WidgetEnvironment.h"
+#include "platform/PictureBox.h"
+#include "platform/TabControl.h"
+
+namespace tarvik::test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
+
+class PageState : public testing::Test {
+ protected:
+  PageState() { session.host.TakeLines(); }
+
+  PictureBox &Download() { return session->Get<PictureBox>("picDownloadHighlight"); }
+  PictureBox &Upload() { return session->Get<PictureBox>("picUploadHighlight"); }
+  std::array<TabStates, eNumPages> &States() { return PanelTestAccess::State(*session.panel).meTabState; }
+  void Set(TabStates eState, TabNumEnum ePage) { session.panel->SetTabState(eState, ePage); }
+
+  SimulatorSession session{{{"AutoDownload", "0"}}};
+};
+
+struct HighlightRow {
+  const char *strName;
+  TabStates eVisible;
+  bool fOtherDirty, fAll;
+  bool fDownload, fUpload;
+  Colour colour;  ///< 0 where the upload highlight is hidden
+};
+
+void PrintTo(const HighlightRow &row, std::ostream *out) { *out << row.strName; }
+
+class Highlight : public PageState, public testing::WithParamInterface<HighlightRow> {};
+
+TEST_P(Highlight, FollowsTheStateOfTheVisiblePage) {
+  const HighlightRow &row = GetParam();
+  if (!row.fAll) session->Get<FrameEnhanced>("grpUpload").SetValue(std::string());
+  session->ShowPage(ePageLimits);
+  Set(ePageIsCurrent, eAllPages);
+  if (row.fOtherDirty) Set(ePageIsDirty, ePageMode);
+  Set(row.eVisible, ePageLimits);
+  EXPECT_EQ(Boolean(Download().Visible()), Boolean(row.fDownload));
+  EXPECT_EQ(Boolean(Upload().Visible()), Boolean(row.fUpload));
+  if (row.fUpload) {
+    EXPECT_EQ(Upload().BackColor(), row.colour);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Highlight,
+    testing::Values(HighlightRow{"DirtyAlone", ePageIsDirty, false, true, false, true, DarkShadow},
+                    HighlightRow{"DirtyWithOthers", ePageIsDirty, true, true, false, true, DarkShadow},
+                    HighlightRow{"DirtyWithOthersPageOnly", ePageIsDirty, true, false, false, true, DarkShadow},
+                    HighlightRow{"CurrentAlone", ePageIsCurrent, false, true, false, false, 0},
+                    HighlightRow{"CurrentWithOthers", ePageIsCurrent, true, true, false, true, ButtonShadow},
+                    HighlightRow{"CurrentWithOthersPageOnly", ePageIsCurrent, true, false, false, false, 0},
+                    HighlightRow{"UnreadAlone", ePageNeedsDownloading, false, true, true, false, 0},
+                    HighlightRow{"UnreadWithOthers", ePageNeedsDownloading, true, true, false, true, ButtonShadow},
+                    HighlightRow{"UnreadWithOthersPageOnly", ePageNeedsDownloading, true, false, true, false, 0}),
+    [](const testing::TestParamInfo<HighlightRow> &test) { return test.param.strName; });
+
+TEST_F(PageState, AllPagesAreCurrentAtTheStart) {
+  EXPECT_THAT(States(), Each(ePageIsCurrent));
+  EXPECT_FALSE(Download().Visible());
+  EXPECT_FALSE(Upload().Visible());
+}
+
+TEST_F(PageState, TheShadowsLieBehindTheirButtonsALittleToTheRightAndBelow) {
+  for (const auto &[strPicture, strButton] :
+       {std::pair{"picDownloadHighlight", "cmdDownload"}, std::pair{"picUploadHighlight", "cmdUpload"}}) {
+    const QWidget &picture = session->Get<QWidget>(strPicture), &button = session->Get<QWidget>(strButton);
+    EXPECT_EQ(picture.parentWidget(), session.panel.get());
+    EXPECT_EQ(picture.size(), button.size()) << strPicture;
+    EXPECT_GT(picture.x(), button.x()) << strPicture;
+    EXPECT_GT(picture.y(), button.y()) << strPicture;
+    const QObjectList &order = session.panel->children();
+    EXPECT_LT(order.indexOf(const_cast<QWidget *>(&picture)), order.indexOf(const_cast<QWidget *>(&button)));
+  }
+}
+
+TEST_F(PageState, ADirtyMarkDuringADownloadChangesNothing) {
+  session->ShowPage(ePageLimits);
+  PanelTestAccess::State(*session.panel).mfDownloading = True;
+  Set(ePageIsDirty, eCurrPage);
+  EXPECT_THAT(States(), Each(ePageIsCurrent));
+  EXPECT_FALSE(Upload().Visible());
+}
+
+TEST_F(PageState, ADirtyMarkDuringADownloadLeavesAlsoTheHighlights) {
+  session->ShowPage(ePageLimits);
+  Set(ePageIsDirty, eCurrPage);
+  Set(ePageNeedsDownloading, ePageMode);
+  States()[ePageLimits] = ePageIsCurrent;  // behind the panel's back: the highlight is out of date now
+  PanelTestAccess::State(*session.panel).mfDownloading = True;
+  Set(ePageIsDirty, eCurrPage);
+  EXPECT_TRUE(Upload().Visible());
+  EXPECT_EQ(Upload().BackColor(), DarkShadow);
+}
+
+TEST_F(PageState, TheOtherStatesTakeEffectDuringADownload) {
+  Set(ePageIsDirty, eAllPages);
+  PanelTestAccess::State(*session.panel).mfDownloading = True;
+  Set(ePageIsCurrent, eAllPages);
+  EXPECT_THAT(States(), Each(ePageIsCurrent));
+  EXPECT_FALSE(Upload().Visible());
+}
+
+TEST_F(PageState, TheCommandChangesNoState) {
+  Set(ePageNeedsDownloading, ePageLevels);
+  Set(ePageSetStatus, eAllPages);
+  EXPECT_EQ(States()[ePageLevels], ePageNeedsDownloading);
+  EXPECT_EQ(States()[ePageMode], ePageIsCurrent);
+}
+
+TEST_F(PageState, ThePageInFrontIsMeantByItsOwnName) {
+  session->ShowPage(ePagePattern);
+  Set(ePageIsDirty, eCurrPage);
+  EXPECT_EQ(States()[ePagePattern], ePageIsDirty);
+  EXPECT_EQ(States()[ePageInstr], ePageIsCurrent);
+}
+
+TEST_F(PageState, TheCountIsNoPage) {
+  try {
+    Set(ePageIsCurrent, eNumPages);
+    FAIL() << "the count was taken for a page";
+  } catch (const RunTimeError &error) {
+    EXPECT_EQ(error.Number(), ErrSubscriptOutOfRange);
+  }
+}
+
+TEST_F(PageState, AnUnknownStateIsAnIllegalCase) {
+  Set(static_cast<TabStates>(7), eCurrPage);
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: Illegal case"));
+}
+
+TEST_F(PageState, WithPageOnlyADirtyPageElsewhereLeavesNoMarkUntilItIsEntered) {
+  session->Get<FrameEnhanced>("grpUpload").SetValue(std::string());
+  Set(ePageIsDirty, ePageMode);
+  session->ShowPage(ePageLimits);
+  EXPECT_FALSE(Upload().Visible());
+  session->ShowPage(ePageMode);
+  EXPECT_TRUE(Upload().Visible());
+  EXPECT_EQ(Upload().BackColor(), DarkShadow);
+}
+
+TEST_F(PageState, EnteringTheOptionsMakesThemCurrentAndLeavingThemDoesNothing) {
+  Set(ePageNeedsDownloading, eAllPages);
+  session->ShowPage(ePageOptions);
+  EXPECT_EQ(States()[ePageOptions], ePageIsCurrent);
+  EXPECT_FALSE(Download().Visible());
+  Set(ePageNeedsDownloading, ePageOptions);
+  session->ShowPage(ePageLimits);
+  EXPECT_EQ(States()[ePageOptions], ePageNeedsDownloading);
+  EXPECT_TRUE(Download().Visible());
+}
+
+TEST_F(PageState, EnteringTheInstrumentListMakesItCurrent) {
+  session->ShowPage(ePageLimits);
+  Set(ePageNeedsDownloading, eAllPages);
+  session->ShowPage(ePageInstr);
+  EXPECT_EQ(States()[ePageInstr], ePageIsCurrent);
+  EXPECT_EQ(States()[ePageLimits], ePageNeedsDownloading);
+}
+
+TEST_F(PageState, TheOptionsMarkNoPage) {
+  session->ShowPage(ePageOptions);
+  for (const char *strName : {"chkAutoErrors", "chkAutoWarnings", "chkAutoDownload", "chkAutoDownOnError",
+                              "chkAutoOutputOnOff", "optDownload(1)", "optUpload(1)"})
+    session->Choose(strName);
+  EXPECT_THAT(States(), Each(ePageIsCurrent));
+}
+
+struct FocusRow {
+  TabNumEnum ePage;
+  const char *strControl;
+};
+
+class FocusOnEntry : public PageState, public testing::WithParamInterface<FocusRow> {};
+
+TEST_P(FocusOnEntry, GoesToTheFirstControlOfThePage) {
+  std::vector<std::string> arrAsked;
+  const auto connection =
+      FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
+  if (GetParam().ePage == ePageInstr) session->ShowPage(ePageOptions);
+  arrAsked.clear();
+  session->ShowPage(GetParam().ePage);
+  EXPECT_THAT(arrAsked, ElementsAre(GetParam().strControl));
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, FocusOnEntry,
+                         testing::Values(FocusRow{ePageInstr, "cmdRefresh"}, FocusRow{ePageMode, "optTriggerMode(0)"},
+                                         FocusRow{ePageTiming, "cmdPeriodOrFreq"},
+                                         FocusRow{ePageLevels, "optChannel1Output(3)"},
+                                         FocusRow{ePagePattern, "BitPattern1"},
+                                         FocusRow{ePageLimits, "optLimitsChanel(1)"},
+                                         FocusRow{ePageTrigLev, "optTrigLevelExtIn(0)"},
+                                         FocusRow{ePageConfig, "cboPllRefSource"},
+                                         FocusRow{ePageOptions, "optUpload(0)"}),
+                         [](const testing::TestParamInfo<FocusRow> &test) {
+                           return "Page" + std::to_string(static_cast<int>(test.param.ePage));
+                         });
+
+TEST_F(PageState, ASessionMarksEveryPageButTheListAsUnread) {
+  session.Open("VP-210");
+  EXPECT_THAT(States(), ElementsAre(ePageIsCurrent, ePageNeedsDownloading, ePageNeedsDownloading,
+                                    ePageNeedsDownloading, ePageNeedsDownloading, ePageNeedsDownloading,
+                                    ePageNeedsDownloading, ePageNeedsDownloading, ePageNeedsDownloading));
+  EXPECT_FALSE(Download().Visible());
+  session->ShowPage(ePageTiming);
+  EXPECT_TRUE(Download().Visible());
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
+TEST_F(PageState, AFieldThatTheUserChangesMarksThePageInFront) {
+  session.Open("VP-210");
+  session->ShowPage(ePageLimits);
+  session->Type("esLimitHighVoltage(0)", "3V");
+  EXPECT_EQ(States()[ePageLimits], ePageIsDirty);
+  EXPECT_TRUE(Upload().Visible());
+  EXPECT_FALSE(Download().Visible());
+}
+
+TEST_F(PageState, AnOutputSwitchWithoutImmediateSendingMarksTimingAndLevels) {
+  session->ShowPage(ePageOptions);
+  session->Choose("chkAutoOutputOnOff");
+  session->ShowPage(ePageTiming);
+  session->Choose("optChannel1Output(0)");
+  EXPECT_EQ(States()[ePageTiming], ePageIsDirty);
+  EXPECT_EQ(States()[ePageLevels], ePageIsDirty);
+  EXPECT_EQ(States()[ePageMode], ePageIsCurrent);
+}
+
+TEST_F(PageState, AnOutputSwitchThatIsSentAtOnceMarksNothing) {
+  session.Open("VP-220");
+  Set(ePageIsCurrent, eAllPages);
+  session->ShowPage(ePageTiming);
+  session->Choose("optChannel2Output(0)");
+  EXPECT_THAT(States(), Each(ePageIsCurrent));
+  const auto channels = Fetch(session.Instrument("VP-220"), &kolven::IInstrument::GetChannels);
+  const auto levels = automation::Narrow<kolven::IChannelLevels>(
+      Fetch(Fetch(channels, &kolven::IChannelList::GetItem, 2), &kolven::IChannel::GetLevels));
+  EXPECT_TRUE(Read(levels, &kolven::IChannelLevels::GetOutput));
+}
+
+}  // namespace
+}  // namespace tarvik::test

@@ -1,0 +1,291 @@
+#include <gmock/gmock.h>
+
+#include "PanelSession.h"
+#include "SimulatorSession.h"
+#include "WidgetEnvironment.h"
+#include "platform/CheckBox.h"
+#include "platform/PlainControls.h"
+#include "platform/TabControl.h"
+
+namespace tarvik::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+std::vector<std::string> Names(const SimulatorSession &session) {
+  std::vector<std::string> arrNames;
+  const ListView &list = session->Instruments();
+  for (int i = 0; i < list.Count(); ++i) arrNames.push_back(list.Item(i)->Text());
+  return arrNames;
+}
+
+std::vector<std::string> Saved(RecordingHost &host) {
+  std::vector<std::string> arrLines;
+  for (const std::string &strLine : host.TakeLines())
+    if (strLine.starts_with("save ")) arrLines.push_back(strLine);
+  return arrLines;
+}
+
+Integer Value(const SimulatorSession &session, const char *strName) { return session->Get<CheckBox>(strName).Value(); }
+
+std::string Choice(const SimulatorSession &session, const char *strName) {
+  return CStr(session->Get<FrameEnhanced>(strName).Value());
+}
+
+Boolean Enabled(const SimulatorSession &session, const char *strName) {
+  return session->Get<CommandButton>(strName).Enabled();
+}
+
+/// A driver that is not there, as long as the object lives.
+class NoDriver {
+ public:
+  NoDriver() {
+    automation::RegisterClass(kolven::DriverProgId, []() -> automation::Ref<automation::IUnknown> {
+      throw RunTimeError(ErrCannotCreateObject, "no such driver");
+    });
+  }
+  NoDriver(const NoDriver &) = delete;
+  NoDriver &operator=(const NoDriver &) = delete;
+  ~NoDriver() { automation::RegisterClass(kolven::DriverProgId, {}); }
+};
+
+TEST(Start, AFirstRunShowsTheDefaults) {
+  SimulatorSession session;
+  EXPECT_EQ(Choice(session, "grpUpload"), "All");
+  EXPECT_EQ(Choice(session, "grpDownload"), "All");
+  EXPECT_EQ(Value(session, "chkAutoWarnings"), 1);
+  EXPECT_EQ(Value(session, "chkAutoErrors"), 1);
+  EXPECT_EQ(Value(session, "chkAutoDownOnError"), 0);
+  EXPECT_EQ(Value(session, "chkAutoDownload"), 1);
+  EXPECT_EQ(Value(session, "chkAutoOutputOnOff"), 1);
+  EXPECT_TRUE(session.Instr().GetErrorsEnabled());
+  EXPECT_TRUE(session.Instr().GetWarningsEnabled());
+  EXPECT_TRUE(PanelTestAccess::State(*session.panel).mfAutoOutputOnOff);
+  EXPECT_THAT(Names(session), ElementsAre("VP-210", "VP-110", "VP-220", "VP-250F", "VP-210 reserved"));
+}
+
+TEST(Start, SavedOptionsComeBack) {
+  SimulatorSession session({{"Upload", ""},
+                            {"Download", ""},
+                            {"AutoWarnings", "0"},
+                            {"AutoErrors", "0"},
+                            {"AutoDownOnError", "1"},
+                            {"AutoDownload", "0"},
+                            {"AutoOutputOnOff", "0"}});
+  EXPECT_EQ(Choice(session, "grpUpload"), "");
+  EXPECT_EQ(Choice(session, "grpDownload"), "");
+  EXPECT_EQ(Value(session, "chkAutoWarnings"), 0);
+  EXPECT_EQ(Value(session, "chkAutoErrors"), 0);
+  EXPECT_EQ(Value(session, "chkAutoDownOnError"), 1);
+  EXPECT_EQ(Value(session, "chkAutoDownload"), 0);
+  EXPECT_EQ(Value(session, "chkAutoOutputOnOff"), 0);
+  EXPECT_FALSE(session.Instr().GetErrorsEnabled());
+  EXPECT_FALSE(session.Instr().GetWarningsEnabled());
+  EXPECT_FALSE(PanelTestAccess::State(*session.panel).mfAutoOutputOnOff);
+}
+
+TEST(Start, AnUnknownStoredChoiceLeavesTheDesignedOne) {
+  SimulatorSession session({{"Upload", "Some"}});
+  EXPECT_EQ(Choice(session, "grpUpload"), "All");
+}
+
+TEST(Start, BoxEntriesAreListedWhenTheStoreSaysSoAndTheKeyIsNeverWritten) {
+  SimulatorSession session({{"WorkWithBoxes", "1"}});
+  EXPECT_THAT(Names(session), ElementsAre("VP-210", "VB-200", "VP-110", "VP-220", "VP-250F", "VP-210 reserved"));
+  session.Hide();
+  EXPECT_THAT(Saved(session.host), Not(Contains(StartsWith("save Config/WorkWithBoxes"))));
+}
+
+TEST(Start, AnyTextButZeroAsksForBoxEntries) {
+  SimulatorSession session({{"WorkWithBoxes", "no"}});
+  EXPECT_THAT(Names(session), Contains("VB-200"));
+}
+
+TEST(Start, TheFirstPageIsInFrontAndOnlyRefreshIsReady) {
+  SimulatorSession session;
+  EXPECT_EQ(session->Get<TabControl>("tabMain").Tab(), ePageInstr);
+  EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+  for (const char *strName : {"cmdUpload", "cmdDownload", "cmdCheckErrors", "cmdCheckWarnings", "cmdResetInstr",
+                              "cmdSelfTest", "cmdCalibrate"})
+    EXPECT_FALSE(Enabled(session, strName)) << strName;
+  EXPECT_EQ(session.host.intPointer, PointerDefault);
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
+TEST(Start, NothingIsOpenedByItself) {
+  SimulatorSession session;
+  session.Open("VP-210");
+  session.Hide();
+  session.Show();
+  EXPECT_THAT(session->Ticked(), IsEmpty());
+  EXPECT_FALSE(session.Instr().IsOnline(True));
+}
+
+TEST(Start, TheMessageLoopIsServedOnceBetweenConnectionAndList) {
+  SimulatorSession session;
+  int intYields = 0;
+  session.Hide();
+  session.host.OnEntry = [&](const HostEntry &entry) {
+    if (entry.kind != HostEntry::DoEvents) return;
+    ++intYields;
+    EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+    EXPECT_EQ(session->Get<DisplayBox>("txtStatus").Text(), "Local Connection");
+  };
+  session.Show();
+  session.host.OnEntry = {};
+  EXPECT_EQ(intYields, 1);
+}
+
+TEST(Start, AFailedConnectionLeavesRefreshDisabledAndALaterShowTriesAgain) {
+  SimulatorSession session;
+  session.NewPanel();
+  auto driver = std::make_unique<NoDriver>();
+  session.host.TakeLines();
+  session.Show();
+  EXPECT_THAT(session.host.TakeBoxes(),
+              ElementsAre("box information: You need to be online to an instrument to perform this operation",
+                          "box stop: no such driver"));
+  EXPECT_FALSE(Enabled(session, "cmdRefresh"));
+  EXPECT_FALSE(Enabled(session, "cmdUpload"));
+  EXPECT_EQ(session->Instruments().Count(), 0);
+  // The gate ran as for no session.
+  EXPECT_TRUE(PanelTestAccess::State(*session.panel).mfDualChannel);
+  EXPECT_TRUE(PanelTestAccess::State(*session.panel).mfVxiLines);
+  // The busy pointer of the search stays until a list is read.
+  EXPECT_EQ(session.host.intPointer, PointerHourglass);
+
+  driver.reset();
+  session.Hide();
+  session.Show();
+  EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+  EXPECT_EQ(session->Instruments().Count(), 5);
+  EXPECT_EQ(session.host.intPointer, PointerDefault);
+}
+
+TEST(Start, ASecondShowFillsTheListsThatNobodyClearsTwice) {
+  SimulatorSession session;
+  EXPECT_EQ(session->List("cboPllRefSource").ListCount(), 2);
+  session.Hide();
+  session.Show();
+  EXPECT_EQ(session->List("cboPllRefSource").ListCount(), 4);
+  EXPECT_EQ(session->List("cboPllRefFreq").ListCount(), 4);
+  EXPECT_EQ(session->List("cboLevelFormat(0)").ListCount(), 8);
+  EXPECT_EQ(session->List("cboLevelUnits(1)").ListCount(), 4);
+  EXPECT_EQ(session->List("cboOutputImpedance(0)").ListCount(), 4);
+  EXPECT_EQ(session->List("cboVxiTriggerEnable").ListCount(), 20);
+  EXPECT_EQ(session->List("cboVxiTriggerSource").ListCount(), 4);
+  // The lists of the mode are cleared or filled once.
+  EXPECT_EQ(session->List("cboPulseType1").ListCount(), 2);
+  EXPECT_EQ(session->List("cboPeriodSource").ListCount(), 3);
+}
+
+TEST(Start, APanelThatWasShownTwiceStillWorks) {
+  SimulatorSession session;
+  session.Hide();
+  session.Show();
+  session.host.TakeLines();
+  session.Open("VP-210");
+  EXPECT_THAT(session->Ticked(), ElementsAre("VP-210"));
+  EXPECT_EQ(session->List("cboPllRefSource").Text(), "Internal");
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
+TEST(Start, TwoPanelsShareTheInstrumentAndTheLastOneShownIsTold) {
+  SimulatorSession session;
+  const auto instr = gobjInstr();
+  TarvikGUI second;
+  second.show();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_EQ(gobjInstr(), instr);
+  EXPECT_EQ(gobjPanel(), &second);
+  // A choice in a list of the first panel marks the visible page of the second one.
+  session->ShowPage(ePageConfig);
+  session->Take("cboPllRefSource", 1);
+  EXPECT_EQ(PanelTestAccess::State(*session.panel).meTabState[ePageConfig], ePageIsCurrent);
+  EXPECT_EQ(PanelTestAccess::State(second).meTabState[ePageInstr], ePageIsDirty);
+}
+
+TEST(Start, BothPanelsShowTheStatusOfTheOneInstrument) {
+  SimulatorSession session;
+  TarvikGUI second;
+  second.show();
+  QCoreApplication::sendPostedEvents();
+  session.Open("VP-210");
+  const PanelUser other(second);
+  EXPECT_EQ(session->Get<DisplayBox>("txtStatus").Text(), "Online with VP-210 (VP-210 Dual Pulse Generator)");
+  EXPECT_EQ(other.Get<DisplayBox>("txtStatus").Text(), "Online with VP-210 (VP-210 Dual Pulse Generator)");
+}
+
+TEST(End, HidingSavesTheOptionsInTheirOrderAndEndsTheSession) {
+  SimulatorSession session;
+  session.Open("VP-210");
+  session->ShowPage(ePageOptions);
+  session->Choose("chkAutoDownload");
+  session->Choose("optUpload(1)");
+  session.host.TakeLines();
+  session.Hide();
+  EXPECT_THAT(Saved(session.host),
+              ElementsAre("save Config/Upload=", "save Config/Download=All", "save Config/AutoWarnings=1",
+                          "save Config/AutoErrors=1", "save Config/AutoDownOnError=0", "save Config/AutoDownload=0",
+                          "save Config/AutoOutputOnOff=1"));
+  EXPECT_FALSE(session.Instr().IsOnline(True));
+}
+
+TEST(End, TheOptionsOfTheMomentAreSavedAlsoLongAfterTheSession) {
+  SimulatorSession session;
+  session.Open("VP-210");
+  session->Tick(0);
+  session->ShowPage(ePageOptions);
+  session->Choose("chkAutoErrors");
+  session.Hide();
+  EXPECT_EQ((session.host.settings[{"Config", "AutoErrors"}]), "0");
+}
+
+TEST(End, TheEndAfterAHideSavesOnceMoreAndClosesNothing) {
+  SimulatorSession session;
+  session.Open("VP-210");
+  session.Hide();
+  std::vector<std::string> arrStatus;
+  session.Instr().StatusMessage.Connect([&](const std::string &strStatus) { arrStatus.push_back(strStatus); });
+  session.host.TakeLines();
+  session.user.reset();
+  session.panel.reset();
+  EXPECT_EQ(Saved(session.host).size(), 7u);
+  EXPECT_THAT(arrStatus, IsEmpty());
+}
+
+TEST(End, AfterAHideNoMessageReachesThePanel) {
+  SimulatorSession session;
+  session.Hide();
+  session->Get<DisplayBox>("txtStatus").SetText("left as it was");
+  session.Instr().StatusMessage.Raise("a message");
+  EXPECT_EQ(session->Get<DisplayBox>("txtStatus").Text(), "left as it was");
+}
+
+TEST(End, AStoreThatCannotBeWrittenIsToldInABox) {
+  SimulatorSession session;
+  session.Open("VP-210");
+  session.host.TakeLines();
+  session.host.arrSaveFailures.push_back({ErrPathFileAccess, "disk full", 1});
+  session.Hide();
+  EXPECT_THAT(session.host.TakeBoxes(),
+              ElementsAre("box information: Unable to save settings: disk full"));
+}
+
+TEST(Start, TheHiddenConnectButtonStaysInert) {
+  SimulatorSession session;
+  auto &button = session->Get<CommandButton>("cmdConnect");
+  EXPECT_FALSE(button.Visible());
+  EXPECT_EQ(button.Caption(), "&Connect");
+  session.host.TakeLines();
+  button.click();
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tarvik::test
