@@ -101,7 +101,6 @@ class StandInDriver {
     DriverFailure failure;
   };
 
-
   std::vector<std::shared_ptr<StandInState>> m_arrInstruments, m_arrPending;
   std::deque<Creation> m_arrCreations;
   std::vector<NumberedFault> m_arrNumbered;
