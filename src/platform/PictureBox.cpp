@@ -37,6 +37,8 @@ QColor ToQColor(Colour colour) {
 PictureBox::PictureBox(QWidget *parent) : WidgetControl(parent) { SetBackColor(m_backColour); }
 
 void PictureBox::SetBackColor(Colour colour) {
+  // Giving a widget a palette costs far more than the rest of a change of state.
+  if (colour == m_backColour && autoFillBackground()) return;
   m_backColour = colour;
   QPalette colours = palette();
   colours.setColor(QPalette::Window, ToQColor(colour));
