@@ -70,9 +70,7 @@ class PanelUser {
             rect.center().y()};
   }
   /// Turns the check box of a row over; rows count from 0.
-  void Tick(int intRow) const {
-    QTest::mouseClick(Instruments().viewport(), Qt::LeftButton, {}, BoxOf(intRow));
-  }
+  void Tick(int intRow) const { QTest::mouseClick(Instruments().viewport(), Qt::LeftButton, {}, BoxOf(intRow)); }
   void DoubleClick(int intRow) const {
     ListView &list = Instruments();
     const QPoint point = list.visualItemRect(list.Item(intRow)).center();

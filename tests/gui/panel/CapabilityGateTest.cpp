@@ -70,9 +70,7 @@ class CapabilityGate : public testing::Test {
     session.State().mfTeEqLe = {};
     session.Open();
   }
-  Boolean Enabled(const char *strName) {
-    return dynamic_cast<Control &>(session.Get<QWidget>(strName)).Enabled();
-  }
+  Boolean Enabled(const char *strName) { return dynamic_cast<Control &>(session.Get<QWidget>(strName)).Enabled(); }
 
   PanelSession session{{.fAutoDownload = false, .fOpen = false}};
 };

@@ -179,8 +179,7 @@ TEST_F(Commands, NoWarningsFollowsOnlyACheckThatAnswersFalse) {
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
   session.driver.FailMatching("IErrorQueue.GetWarnings", 1, {-2147221503, "queue lost"});
   session.Click("cmdCheckWarnings");
-  EXPECT_THAT(session.host.TakeBoxes(),
-              ElementsAre("box stop: queue lost", "box information: No Instrument Warnings"));
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: queue lost", "box information: No Instrument Warnings"));
 }
 
 TEST_F(Commands, AWarningDoesNotReachTheStatus) {

@@ -52,7 +52,9 @@ class Shown {
   Double Value(const std::string &strName) const { return m_user.Field(strName).Value(); }
   Double Number(const std::string &strGroup) const { return CDbl(m_user.Get<FrameEnhanced>(strGroup).Value()); }
   bool On(const std::string &strOption) const { return m_user.Get<OptionButton>(strOption).Value(); }
-  bool HasChoice(const char *strList) const { return m_user.List(strList).Enabled() && m_user.List(strList).ListIndex() >= 0; }
+  bool HasChoice(const char *strList) const {
+    return m_user.List(strList).Enabled() && m_user.List(strList).ListIndex() >= 0;
+  }
   Double Choice(const std::string &strList) const { return m_user.List(strList).GetCurrItemData(-7); }
 
   void ReadMode() {
@@ -204,7 +206,8 @@ class DaySession : public testing::TestWithParam<Model> {
     User().Type(Indexed("esLevelLo", k), fAgain ? "-0.5V" : "-1V");
     User().Choose(Indexed("optNormalCompliment", 2 * k + (fAgain ? 0 : 1)));
     if (Instrument().Has(eLacksImpedance)) User().Take(Indexed("cboOutputImpedance", k), fAgain ? 0 : 1);
-    if (Instrument().Has(eLacksLoadCompensation)) User().Type(Indexed("esLoadCompensation", k), fAgain ? "100Ohm" : "75Ohm");
+    if (Instrument().Has(eLacksLoadCompensation))
+      User().Type(Indexed("esLoadCompensation", k), fAgain ? "100Ohm" : "75Ohm");
     if (Instrument().Has(eLacksChannelMath) && Instrument().lngChannels > 1)
       User().Choose(fAgain ? "optOutputs(0)" : "optOutputs(1)");
   }

@@ -126,7 +126,8 @@ TEST_F(InstrumentList, EnterWithoutASelectionDoesNothing) {
 TEST_F(InstrumentList, OtherKeysOpenNothing) {
   ListView &list = session->Instruments();
   list.Item(0)->SetSelected(True);
-  for (const int intKey : {Qt::Key_A, Qt::Key_Escape, Qt::Key_F2, Qt::Key_Down}) QTest::keyClick(&list, static_cast<Qt::Key>(intKey));
+  for (const int intKey : {Qt::Key_A, Qt::Key_Escape, Qt::Key_F2, Qt::Key_Down})
+    QTest::keyClick(&list, static_cast<Qt::Key>(intKey));
   EXPECT_THAT(session->Ticked(), IsEmpty());
 }
 
@@ -192,7 +193,7 @@ TEST_F(InstrumentList, ARefreshThatFailsLeavesTheOldRowsUnticked) {
   EXPECT_THAT(session->Ticked(), IsEmpty());
   EXPECT_THAT(session.host.TakeBoxes(),
               ElementsAre("box information: You need to be online to an instrument to perform this operation",
-                          HasSubstr("KolvenAtl.Kolven.rack:2: \"colour\"")));
+                          HasSubstr("KolvenAtl.Kolven.rack:2: unknown key \"colour\"")));
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }
 

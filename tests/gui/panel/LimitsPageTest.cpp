@@ -28,7 +28,9 @@ class LimitsPageTest : public testing::Test {
 
 TEST_F(LimitsPageTest, TheFieldsStartAsDesigned) {
   for (const char *strChannel : {"(0)", "(1)"}) {
-    const auto value = [&](const char *strName) { return session.Field((strName + std::string(strChannel)).c_str()).Value(); };
+    const auto value = [&](const char *strName) {
+      return session.Field((strName + std::string(strChannel)).c_str()).Value();
+    };
     EXPECT_DOUBLE_EQ(value("esLimitHighVoltage"), 0.5);
     EXPECT_DOUBLE_EQ(value("esLimitLowVoltage"), -0.5);
     EXPECT_DOUBLE_EQ(value("esLimitHighCurrent"), 0.01);

@@ -96,9 +96,9 @@ class Look : public testing::Test {
       option.initFrom(button);
       option.text = button->text();
       const bool fPush = button->inherits("QPushButton");
-      const auto element = fPush                             ? QStyle::SE_PushButtonContents
+      const auto element = fPush                           ? QStyle::SE_PushButtonContents
                            : button->inherits("QCheckBox") ? QStyle::SE_CheckBoxContents
-                                                             : QStyle::SE_RadioButtonContents;
+                                                           : QStyle::SE_RadioButtonContents;
       const QRect room = button->style()->subElementRect(element, &option, button);
       return shortBy(metrics.size(Qt::TextShowMnemonic, button->text()).width(), room.width());
     }
@@ -240,34 +240,34 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         OrderRow{ePageInstr, {"lvwInstruments", "cmdRefresh"}},
         OrderRow{ePageMode,
-                 {"optTriggerMode(0)", "optTriggerMode(1)", "optTriggerMode(2)", "optTriggerMode(3)",
-                  "optPulseMode(0)", "optPulseMode(1)", "optPulseMode(2)", "cboPulseType1", "cboPulseType2",
-                  "cboPeriodSource"}},
-        OrderRow{ePageTiming,
-                 {"cmdPeriodOrFreq", "esPeriodOrFreq", "esDelay(0)", "esWidth(0)", "esLeadingEdge(0)",
-                  "toolPopupTEdge(0)", "optChannel1Output(0)", "optChannel1Output(1)",
-                  "optChannel1InvOutput(0)", "optChannel1InvOutput(1)", "esDelay(1)", "esWidth(1)",
-                  "esLeadingEdge(1)", "toolPopupTEdge(1)", "optChannel2Output(0)",
-                  "optChannel2Output(1)", "optChannel2InvOutput(0)", "optChannel2InvOutput(1)"}},
-        OrderRow{ePageLevels,
-                 {"cboLevelFormat(0)", "cboLevelUnits(0)", "esLevelHigh(0)", "esLevelLo(0)", "cboOutputImpedance(0)",
-                  "esLoadCompensation(0)", "optNormalCompliment(0)", "optNormalCompliment(1)", "optChannel1Output(2)",
-                  "optChannel1Output(3)", "optChannel1InvOutput(2)", "optChannel1InvOutput(3)", "cboLevelFormat(1)",
-                  "cboLevelUnits(1)", "esLevelHigh(1)", "esLevelLo(1)", "cboOutputImpedance(1)",
-                  "esLoadCompensation(1)", "optNormalCompliment(2)", "optNormalCompliment(3)", "optChannel2Output(2)",
-                  "optChannel2Output(3)", "optChannel2InvOutput(2)", "optChannel2InvOutput(3)", "optOutputs(0)",
-                  "optOutputs(1)"}},
+                 {"optTriggerMode(0)", "optTriggerMode(1)", "optTriggerMode(2)", "optTriggerMode(3)", "optPulseMode(0)",
+                  "optPulseMode(1)", "optPulseMode(2)", "cboPulseType1", "cboPulseType2", "cboPeriodSource"}},
+        OrderRow{
+            ePageTiming,
+            {"cmdPeriodOrFreq", "esPeriodOrFreq", "esDelay(0)", "esWidth(0)", "esLeadingEdge(0)", "toolPopupTEdge(0)",
+             "optChannel1Output(0)", "optChannel1Output(1)", "optChannel1InvOutput(0)", "optChannel1InvOutput(1)",
+             "esDelay(1)", "esWidth(1)", "esLeadingEdge(1)", "toolPopupTEdge(1)", "optChannel2Output(0)",
+             "optChannel2Output(1)", "optChannel2InvOutput(0)", "optChannel2InvOutput(1)"}},
+        OrderRow{
+            ePageLevels,
+            {"cboLevelFormat(0)",     "cboLevelUnits(0)",      "esLevelHigh(0)",          "esLevelLo(0)",
+             "cboOutputImpedance(0)", "esLoadCompensation(0)", "optNormalCompliment(0)",  "optNormalCompliment(1)",
+             "optChannel1Output(2)",  "optChannel1Output(3)",  "optChannel1InvOutput(2)", "optChannel1InvOutput(3)",
+             "cboLevelFormat(1)",     "cboLevelUnits(1)",      "esLevelHigh(1)",          "esLevelLo(1)",
+             "cboOutputImpedance(1)", "esLoadCompensation(1)", "optNormalCompliment(2)",  "optNormalCompliment(3)",
+             "optChannel2Output(2)",  "optChannel2Output(3)",  "optChannel2InvOutput(2)", "optChannel2InvOutput(3)",
+             "optOutputs(0)",         "optOutputs(1)"}},
         OrderRow{ePageLimits,
                  {"optLimitsChanel(0)", "optLimitsChanel(1)", "esLimitHighVoltage(0)", "esLimitLowVoltage(0)",
                   "esLimitHighCurrent(0)", "esLimitLowCurrent(0)", "optLimitsChanel(2)", "optLimitsChanel(3)",
                   "esLimitHighVoltage(1)", "esLimitLowVoltage(1)", "esLimitHighCurrent(1)", "esLimitLowCurrent(1)"}},
-        OrderRow{ePageTrigLev,
-                 {"optTrigLevelExtIn(0)", "optTrigLevelExtIn(1)", "optTrigLevelExtIn(2)", "esTrgLevExtInThreshold",
-                  "optTrigLevelExtInImp(0)", "optTrigLevelExtInImp(1)", "optTrigLevelClkIn(0)",
-                  "optTrigLevelClkIn(1)", "optTrigLevelClkIn(2)", "esTrgLevClkInThreshold",
-                  "optTrigLevelClkInImp(0)", "optTrigLevelClkInImp(1)", "optTrigLevelTrigOut(0)",
-                  "optTrigLevelTrigOut(1)", "optTrigLevelStrobeOut(0)", "optTrigLevelStrobeOut(1)",
-                  "cboVxiTriggerEnable", "cboVxiTriggerSource"}},
+        OrderRow{
+            ePageTrigLev,
+            {"optTrigLevelExtIn(0)", "optTrigLevelExtIn(1)", "optTrigLevelExtIn(2)", "esTrgLevExtInThreshold",
+             "optTrigLevelExtInImp(0)", "optTrigLevelExtInImp(1)", "optTrigLevelClkIn(0)", "optTrigLevelClkIn(1)",
+             "optTrigLevelClkIn(2)", "esTrgLevClkInThreshold", "optTrigLevelClkInImp(0)", "optTrigLevelClkInImp(1)",
+             "optTrigLevelTrigOut(0)", "optTrigLevelTrigOut(1)", "optTrigLevelStrobeOut(0)", "optTrigLevelStrobeOut(1)",
+             "cboVxiTriggerEnable", "cboVxiTriggerSource"}},
         OrderRow{ePageConfig,
                  {"txtNumChannels", "txtSlot", "txtLogAddr", "txtModelCode", "txtProductId", "txtSerialNumber",
                   "txtVersion", "txtOptions", "cboPllRefSource", "cmdResetInstr", "cmdSelfTest", "cmdCalibrate"}},

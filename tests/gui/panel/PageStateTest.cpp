@@ -194,24 +194,22 @@ TEST_P(FocusOnEntry, GoesToTheFirstControlOfThePage) {
   EXPECT_THAT(arrAsked, ElementsAre(GetParam().strControl));
 }
 
-INSTANTIATE_TEST_SUITE_P(Pages, FocusOnEntry,
-                         testing::Values(FocusRow{ePageInstr, "cmdRefresh"}, FocusRow{ePageMode, "optTriggerMode(0)"},
-                                         FocusRow{ePageTiming, "cmdPeriodOrFreq"},
-                                         FocusRow{ePageLevels, "optChannel1Output(3)"},
-                                         FocusRow{ePagePattern, "BitPattern1"},
-                                         FocusRow{ePageLimits, "optLimitsChanel(1)"},
-                                         FocusRow{ePageTrigLev, "optTrigLevelExtIn(0)"},
-                                         FocusRow{ePageConfig, "cboPllRefSource"},
-                                         FocusRow{ePageOptions, "optUpload(0)"}),
-                         [](const testing::TestParamInfo<FocusRow> &test) {
-                           return "Page" + std::to_string(static_cast<int>(test.param.ePage));
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Pages, FocusOnEntry,
+    testing::Values(FocusRow{ePageInstr, "cmdRefresh"}, FocusRow{ePageMode, "optTriggerMode(0)"},
+                    FocusRow{ePageTiming, "cmdPeriodOrFreq"}, FocusRow{ePageLevels, "optChannel1Output(3)"},
+                    FocusRow{ePagePattern, "BitPattern1"}, FocusRow{ePageLimits, "optLimitsChanel(1)"},
+                    FocusRow{ePageTrigLev, "optTrigLevelExtIn(0)"}, FocusRow{ePageConfig, "cboPllRefSource"},
+                    FocusRow{ePageOptions, "optUpload(0)"}),
+    [](const testing::TestParamInfo<FocusRow> &test) {
+      return "Page" + std::to_string(static_cast<int>(test.param.ePage));
+    });
 
 TEST_F(PageState, ASessionMarksEveryPageButTheListAsUnread) {
   session.Open("VP-210");
-  EXPECT_THAT(States(), ElementsAre(ePageIsCurrent, ePageNeedsDownloading, ePageNeedsDownloading,
+  EXPECT_THAT(States(), ElementsAre(ePageIsCurrent, ePageNeedsDownloading, ePageNeedsDownloading, ePageNeedsDownloading,
                                     ePageNeedsDownloading, ePageNeedsDownloading, ePageNeedsDownloading,
-                                    ePageNeedsDownloading, ePageNeedsDownloading, ePageNeedsDownloading));
+                                    ePageNeedsDownloading, ePageNeedsDownloading));
   EXPECT_FALSE(Download().Visible());
   session->ShowPage(ePageTiming);
   EXPECT_TRUE(Download().Visible());

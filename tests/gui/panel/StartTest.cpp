@@ -273,8 +273,7 @@ TEST(End, AStoreThatCannotBeWrittenIsToldInABox) {
   session.host.TakeLines();
   session.host.arrSaveFailures.push_back({ErrPathFileAccess, "disk full", 1});
   session.Hide();
-  EXPECT_THAT(session.host.TakeBoxes(),
-              ElementsAre("box information: Unable to save settings: disk full"));
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box information: Unable to save settings: disk full"));
 }
 
 TEST(Start, TheHiddenConnectButtonStaysInert) {

@@ -61,11 +61,10 @@ class TransferCycle : public testing::Test {
 TEST_F(TransferCycle, AnUploadGoesInItsOwnOrderWithTheBitsBehindTheTransaction) {
   MarkDirty({ePageMode, ePageTiming, ePageLevels, ePageLimits, ePageTrigLev, ePageConfig, ePagePattern});
   session.Click("cmdUpload");
-  const std::vector<int> arrOrder{FirstCall(".Transaction(0)"), FirstCall("IModeSetup"),
-                                  FirstCall(".SetFrequency("),  FirstCall(".SetLevel("),
-                                  FirstCall("ILimitPair"),      FirstCall("IAuxOutputs{Alpha}.Set"),
-                                  FirstCall(".SetReference("),  FirstCall(".Transaction(1)"),
-                                  FirstCall(".SetPattern(")};
+  const std::vector<int> arrOrder{
+      FirstCall(".Transaction(0)"), FirstCall("IModeSetup"),      FirstCall(".SetFrequency("),
+      FirstCall(".SetLevel("),      FirstCall("ILimitPair"),      FirstCall("IAuxOutputs{Alpha}.Set"),
+      FirstCall(".SetReference("),  FirstCall(".Transaction(1)"), FirstCall(".SetPattern(")};
   EXPECT_TRUE(std::is_sorted(arrOrder.begin(), arrOrder.end())) << testing::PrintToString(arrOrder);
   // The flags of the pattern are the last thing inside of the transaction.
   const int intCommit = FirstCall(".Transaction(1)");
@@ -77,9 +76,9 @@ TEST_F(TransferCycle, AnUploadGoesInItsOwnOrderWithTheBitsBehindTheTransaction) 
 TEST_F(TransferCycle, TheDriverSeesOneBeginAndOneCommitForAllPages) {
   MarkDirty({ePageMode, ePageTiming, ePageLevels, ePageLimits, ePageTrigLev, ePageConfig, ePagePattern});
   session.Click("cmdUpload");
-  EXPECT_THAT(Calls(".Transaction("),
-              ElementsAre(StartsWith("IInstrument{Alpha}.Transaction(2)"), StartsWith("IInstrument{Alpha}.Transaction(0)"),
-                          StartsWith("IInstrument{Alpha}.Transaction(1)")));
+  EXPECT_THAT(Calls(".Transaction("), ElementsAre(StartsWith("IInstrument{Alpha}.Transaction(2)"),
+                                                  StartsWith("IInstrument{Alpha}.Transaction(0)"),
+                                                  StartsWith("IInstrument{Alpha}.Transaction(1)")));
 }
 
 TEST_F(TransferCycle, OnlyDirtyPagesAreSent) {
@@ -106,14 +105,13 @@ TEST_F(TransferCycle, WithPageOnlyTheDirtyPageElsewhereStaysDirty) {
 
 TEST_F(TransferCycle, ACleanPageSendsAnEmptyTransactionAndChecksTheWarnings) {
   session.Click("cmdUpload");
-  EXPECT_THAT(session.driver.arrTrace,
-              ElementsAre(StartsWith("IInstrument{Alpha}.Transaction(2)"),
-                          StartsWith("IInstrument{Alpha}.GetTransactionState()"),
-                          StartsWith("IInstrument{Alpha}.Transaction(0)"),
-                          StartsWith("IInstrument{Alpha}.GetTransactionState()"),
-                          StartsWith("IInstrument{Alpha}.Transaction(1)"),
-                          StartsWith("IInstrument{Alpha}.GetErrorQueue()"),
-                          StartsWith("IErrorQueue{Alpha}.GetWarnings()")));
+  EXPECT_THAT(session.driver.arrTrace, ElementsAre(StartsWith("IInstrument{Alpha}.Transaction(2)"),
+                                                   StartsWith("IInstrument{Alpha}.GetTransactionState()"),
+                                                   StartsWith("IInstrument{Alpha}.Transaction(0)"),
+                                                   StartsWith("IInstrument{Alpha}.GetTransactionState()"),
+                                                   StartsWith("IInstrument{Alpha}.Transaction(1)"),
+                                                   StartsWith("IInstrument{Alpha}.GetErrorQueue()"),
+                                                   StartsWith("IErrorQueue{Alpha}.GetWarnings()")));
 }
 
 TEST_F(TransferCycle, AFailureOfOnePageKeepsThePagesBeforeItCurrentAndSendsNoPattern) {
@@ -147,8 +145,8 @@ TEST_F(TransferCycle, AFailureOfTheFlagsPreventsTheBits) {
 
 TEST_F(TransferCycle, ADownloadOfAllPagesGoesInTheOrderOfTheTabsWithoutATransaction) {
   session.Click("cmdDownload");
-  const std::vector<int> arrOrder{FirstCall(".GetTriggerMode("), FirstCall(".GetWidth("),     FirstCall(".GetLevel("),
-                                  FirstCall(".GetPattern("),     FirstCall("ILimitPair"),     FirstCall("IAuxOutputs"),
+  const std::vector<int> arrOrder{FirstCall(".GetTriggerMode("), FirstCall(".GetWidth("),   FirstCall(".GetLevel("),
+                                  FirstCall(".GetPattern("),     FirstCall("ILimitPair"),   FirstCall("IAuxOutputs"),
                                   FirstCall(".GetReference("),   FirstCall(".GetWarnings(")};
   EXPECT_TRUE(std::is_sorted(arrOrder.begin(), arrOrder.end())) << testing::PrintToString(arrOrder);
   EXPECT_THAT(Calls(".Transaction("), IsEmpty());
@@ -200,8 +198,7 @@ TEST_F(TransferCycle, WithPageOnlyADownloadReadsThePageInFront) {
 
 TEST(TransferOffline, UploadAndDownloadOnlySayThatASessionIsNeeded) {
   PanelSession session({.fOpen = false});
-  constexpr const char *OnlineBox =
-      "box information: You need to be online to an instrument to perform this operation";
+  constexpr const char *OnlineBox = "box information: You need to be online to an instrument to perform this operation";
   for (const char *strName : {"cmdUpload", "cmdDownload"}) {
     auto &button = session.Get<CommandButton>(strName);
     button.SetEnabled(True);

@@ -70,8 +70,9 @@ struct ThresholdRow {
 };
 
 TEST_F(TrigLevPageTest, ADownloadFindsThePresetOfAThreshold) {
-  for (const ThresholdRow &row : {ThresholdRow{2.5, "optTrigLevelClkIn(0)"}, ThresholdRow{1.7, "optTrigLevelClkIn(2)"},
-                                  ThresholdRow{-1.3, "optTrigLevelClkIn(1)"}, ThresholdRow{0, "optTrigLevelClkIn(2)"}}) {
+  for (const ThresholdRow &row :
+       {ThresholdRow{2.5, "optTrigLevelClkIn(0)"}, ThresholdRow{1.7, "optTrigLevelClkIn(2)"},
+        ThresholdRow{-1.3, "optTrigLevelClkIn(1)"}, ThresholdRow{0, "optTrigLevelClkIn(2)"}}) {
     Driver().dblClockThreshold = row.dblThreshold;
     session.Click("cmdDownload");
     EXPECT_TRUE(Chosen(row.strChosen)) << row.dblThreshold;

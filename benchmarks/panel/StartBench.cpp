@@ -1,0 +1,53 @@
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+extern char **environ;
+
+namespace {
+
+constexpr int Runs = 11;
+constexpr double LargestRatio = 2;
+
+/// Milliseconds from the start of the program to its first painted frame.
+double Run(const char *strProgram) {
+  char *const arrArguments[] = {const_cast<char *>(strProgram), nullptr};
+  const auto begin = std::chrono::steady_clock::now();
+  pid_t pid = 0;
+  if (posix_spawn(&pid, strProgram, nullptr, nullptr, arrArguments, environ) != 0) std::exit(2);
+  int intStatus = 0;
+  waitpid(pid, &intStatus, 0);
+  if (intStatus != 0) {
+    std::printf("%s ended with status %d\n", strProgram, intStatus);
+    std::exit(2);
+  }
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+}
+
+double Median(std::vector<double> arrTimes) {
+  std::nth_element(arrTimes.begin(), arrTimes.begin() + Runs / 2, arrTimes.end());
+  return arrTimes[Runs / 2];
+}
+
+}  // namespace
+
+int main() {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  std::vector<double> arrPanel, arrWindow;
+  Run(START_PANEL);
+  Run(START_WINDOW);
+  // In turn, so that a busy machine disturbs both alike.
+  for (int i = 0; i < Runs; ++i) {
+    arrWindow.push_back(Run(START_WINDOW));
+    arrPanel.push_back(Run(START_PANEL));
+  }
+  const double dblPanel = Median(arrPanel), dblWindow = Median(arrWindow);
+  std::printf("start to first frame: empty window %.1f ms, panel %.1f ms\n", dblWindow, dblPanel);
+  std::printf("ratio panel / empty window: %.2f (at most %.1f)\n", dblPanel / dblWindow, LargestRatio);
+  return 0;
+}

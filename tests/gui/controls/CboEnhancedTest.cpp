@@ -1,0 +1,222 @@
+#include <gmock/gmock.h>
+
+#include <QAbstractItemView>
+#include <QTest>
+#include <QWheelEvent>
+
+#include "RecordingHost.h"
+#include "WidgetEnvironment.h"
+#include "controls/CboEnhanced.h"
+#include "support/modGlobals.h"
+
+namespace tarvik::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Keeps what a panel would be told.
+class ToldPanel : public PanelReference {
+ public:
+  ToldPanel() { gobjPanel() = this; }
+  ~ToldPanel() override { gobjPanel() = nullptr; }
+  void SetTabState(TabStates eState, TabNumEnum ePage) override { arrTold.emplace_back(eState, ePage); }
+  std::vector<std::pair<TabStates, TabNumEnum>> arrTold;
+};
+
+/// A form that is being designed.
+class DesignSite : public ControlSite {
+ public:
+  Boolean UserMode() const override { return False; }
+  void PropertyChanged(const std::string &strProperty) override { arrChanged.push_back(strProperty); }
+  std::vector<std::string> arrChanged;
+};
+
+class CboEnhancedTest : public testing::Test {
+ protected:
+  CboEnhancedTest() {
+    list.SetCaption("Source");
+    list.AddItemData("Internal", 1, 10, False);
+    list.AddItemData("CLK-IN", 0, 10, True);
+    list.AddItemData("PLL", 2, 20, True);
+    list.Resize(3000);
+    list.resize(300, 30);
+    list.show();
+    list.Click.Connect([this] { ++intClicks; });
+  }
+  QComboBox &Box() { return *list.findChild<QComboBox *>(); }
+  void Wheel() {
+    QWheelEvent event(QPointF(10, 10), Box().mapToGlobal(QPointF(10, 10)), {}, QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Box(), &event);
+  }
+
+  RecordingHost host;
+  ToldPanel panel;
+  CboEnhanced list;
+  int intClicks = 0;
+};
+
+TEST_F(CboEnhancedTest, AFreshListHasNoSelection) { EXPECT_EQ(list.ListIndex(), -1); }
+
+TEST_F(CboEnhancedTest, AUsersChoiceClicksAndMarksThePage) {
+  Box().showPopup();
+  Box().view()->setCurrentIndex(Box().model()->index(2, 0));
+  QTest::keyClick(Box().view(), Qt::Key_Return);
+  EXPECT_EQ(list.Text(), "PLL");
+  EXPECT_EQ(intClicks, 1);
+  EXPECT_THAT(panel.arrTold, ElementsAre(std::pair(ePageIsDirty, eCurrPage)));
+  QTest::keyClick(&Box(), Qt::Key_Up);
+  EXPECT_EQ(list.Text(), "CLK-IN");
+  EXPECT_EQ(intClicks, 2);
+}
+
+TEST_F(CboEnhancedTest, AProgramsChoiceClicksAndLeavesThePage) {
+  EXPECT_TRUE(list.SetListIndexByItemData(2));
+  EXPECT_EQ(intClicks, 1);
+  EXPECT_THAT(panel.arrTold, IsEmpty());
+  EXPECT_TRUE(list.SetListIndexByItemData(2));
+  EXPECT_EQ(intClicks, 1);
+  EXPECT_FALSE(list.SetListIndexByItemData(77));
+  EXPECT_EQ(list.Text(), "PLL");
+  EXPECT_THAT(host.TakeBoxes(), IsEmpty());
+}
+
+TEST_F(CboEnhancedTest, TheWheelTurnsOnlyAListWithTheFocus) {
+  list.SetListIndex(0);
+  Wheel();
+  EXPECT_EQ(list.ListIndex(), 0);
+  list.activateWindow();
+  Box().setFocus();
+  QApplication::setActiveWindow(&list);
+  ASSERT_TRUE(Box().hasFocus());
+  Wheel();
+  EXPECT_EQ(list.ListIndex(), 1);
+}
+
+TEST_F(CboEnhancedTest, AnIndexBeyondTheListSelectsTheFirstItem) {
+  list.SetListIndex(3);
+  EXPECT_EQ(list.ListIndex(), 0);
+  list.SetListIndex(-1);
+  EXPECT_EQ(list.ListIndex(), -1);
+  list.Clear();
+  list.SetListIndex(0);
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(list.ListCount(), 0);
+}
+
+TEST_F(CboEnhancedTest, ADisabledListGivesTheDefaultWhateverWasSelected) {
+  list.SetListIndex(2);
+  list.SetEnabled(False);
+  EXPECT_EQ(list.GetCurrItemData(7), 7);
+  EXPECT_EQ(list.GetCurrGroupData(8), 8);
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_FALSE(list.Enabled());
+  EXPECT_EQ(intClicks, 1);
+  EXPECT_EQ(Box().palette().color(QPalette::Base), QColor(0xC0, 0xC0, 0xC0));
+  list.SetEnabled(True);
+  EXPECT_EQ(list.ListIndex(), -1) << "the selection is lost";
+}
+
+TEST_F(CboEnhancedTest, AGroupIsFoundByItsDefaultItem) {
+  EXPECT_TRUE(list.SetListIndexByGroupData(10));
+  EXPECT_EQ(list.Text(), "CLK-IN");
+  EXPECT_EQ(list.GetCurrGroupData(), 10);
+}
+
+TEST_F(CboEnhancedTest, AGroupWithoutADefaultItemIsNotFound) {
+  list.AddItemData("Other", 5, 30, False);
+  list.SetListIndex(0);
+  EXPECT_FALSE(list.SetListIndexByGroupData(30));
+  EXPECT_EQ(list.ListIndex(), 0);
+  EXPECT_THAT(host.TakeBoxes(), ElementsAre("box stop: Group not found"));
+}
+
+TEST_F(CboEnhancedTest, ThreePositionsAndNoFourth) {
+  list.SetTagX("123");
+  EXPECT_EQ(list.SavedIndexes(), "0 0 0 ");
+  list.SetListIndex(2);
+  list.SaveListIndex(4);
+  list.SaveListIndex(2);
+  list.SetListIndex(1);
+  list.RecallListIndex(4);
+  EXPECT_EQ(list.ListIndex(), 1);
+  list.RecallListIndex(2);
+  EXPECT_EQ(list.ListIndex(), 2);
+  list.RecallListIndex(1);
+  EXPECT_EQ(list.ListIndex(), 0);
+  list.RecallListIndex(0);
+  list.RecallListIndex(-1);
+  EXPECT_EQ(list.ListIndex(), 0);
+}
+
+TEST_F(CboEnhancedTest, APositionThatIsNoDigitSavesNothingAndIsStillRecalled) {
+  list.SetTagX("0D0");
+  list.SetListIndex(2);
+  list.SaveListIndex(2);
+  list.RecallListIndex(2);
+  EXPECT_EQ(list.ListIndex(), 0);
+}
+
+TEST_F(CboEnhancedTest, SavingWithoutASelectionKeepsTheEarlierEntry) {
+  list.SetTagX("0");
+  list.SetListIndex(2);
+  list.SaveListIndex(1);
+  list.SetListIndex(-1);
+  list.SaveListIndex(1);
+  list.EnableAndRecall(True, 1);
+  EXPECT_EQ(list.ListIndex(), 2);
+  list.EnableAndRecall(False, 1);
+  EXPECT_EQ(list.ListIndex(), -1);
+}
+
+TEST_F(CboEnhancedTest, AnEmptyCaptionGivesTheListTheWholeWidth) {
+  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{1315, 0, 1685, 315}));
+  EXPECT_EQ(list.CurrentLayout().label, (TwipsRect{0, 50, 1215, 265}));
+  list.SetCaption("");
+  list.Resize(3000);
+  EXPECT_FALSE(list.LabelVisible());
+  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{0, 0, 3000, 315}));
+}
+
+TEST_F(CboEnhancedTest, ItemsKeepTheOrderOfAdding) {
+  list.AddItemData("AAA", 9);
+  EXPECT_EQ(list.ItemText(3), "AAA");
+  EXPECT_EQ(list.ItemData(3), 9);
+}
+
+TEST_F(CboEnhancedTest, AFailureInTheClickEndsTheUsersEventInABox) {
+  list.Click.Connect([] { RaiseError(ErrTypeMismatch); });
+  QTest::keyClick(&Box(), Qt::Key_Down);
+  EXPECT_THAT(host.TakeBoxes(), ElementsAre("box stop: Type mismatch"));
+  EXPECT_TRUE(list.Enabled());
+}
+
+TEST(CboEnhancedDesign, ReportsItsChangesAndWritesItsProperties) {
+  RecordingHost host;
+  DesignSite site;
+  CboEnhanced list(nullptr, site);
+  list.ReadProperties({{"Caption", "Freq."}, {"TagX", "12"}});
+  EXPECT_THAT(site.arrChanged, IsEmpty());
+  list.SetCaption("F");
+  list.SetEnabled(False);
+  list.SetTagX("1");
+  EXPECT_THAT(site.arrChanged, ElementsAre("Caption", "Enabled", "TagX"));
+  PropertyBag bag;
+  list.WriteProperties(bag);
+  std::vector<std::string> arrKeys;
+  for (const auto &entry : bag.Written()) arrKeys.push_back(entry.strKey);
+  EXPECT_THAT(arrKeys, ElementsAre("Caption", "CaptionAlignment", "CaptionWidth", "Enabled", "TagX"));
+  EXPECT_EQ(bag.ReadProperty("Caption", ""), "F");
+  EXPECT_EQ(bag.ReadProperty("Enabled", True), False);
+}
+
+TEST(CboEnhancedDesign, SavesNothingAtRunTime) {
+  CboEnhanced list;
+  PropertyBag bag;
+  list.WriteProperties(bag);
+  EXPECT_THAT(bag.Written(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tarvik::test

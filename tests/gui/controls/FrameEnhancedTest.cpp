@@ -1,0 +1,163 @@
+#include <gmock/gmock.h>
+
+#include <QTest>
+
+#include "RecordingHost.h"
+#include "WidgetEnvironment.h"
+#include "controls/FrameEnhanced.h"
+#include "platform/CheckBox.h"
+#include "platform/OptionButton.h"
+#include "platform/WidgetControl.h"
+#include "support/Variant.h"
+
+namespace tarvik::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A control that counts how often its Enabled is written.
+class CountingCheck : public CheckBox {
+ public:
+  using CheckBox::CheckBox;
+  void SetEnabled(Boolean fEnable) override {
+    ++intWrites;
+    CheckBox::SetEnabled(fEnable);
+  }
+  int intWrites = 0;
+};
+
+class FrameEnhancedTest : public testing::Test {
+ protected:
+  FrameEnhancedTest() {
+    frame.ReadProperties({{"Caption", "Mode"}});
+    first.SetTag("1");
+    second.SetTag("2");
+    second.move(0, 40);
+    check.move(0, 80);
+    frame.resize(200, 150);
+    frame.show();
+    first.Click.Connect([this] { arrClicked.push_back("first"); });
+    second.Click.Connect([this] { arrClicked.push_back("second"); });
+  }
+
+  RecordingHost host;
+  FrameEnhanced frame;
+  CountingCheck check{frame.Container()};  // stands before the options and is none
+  OptionButton first{frame.Container(), Integer{4}};
+  OptionButton second{frame.Container(), Integer{5}};
+  std::vector<std::string> arrClicked;
+};
+
+TEST_F(FrameEnhancedTest, WithoutAChoiceTheIndexIsZeroAndTheValueEmpty) {
+  EXPECT_EQ(frame.ArrayIndex(), 0);
+  EXPECT_TRUE(tarvik::IsEmpty(frame.Value()));
+}
+
+TEST_F(FrameEnhancedTest, AUsersClickIsTheFramesValue) {
+  QTest::mouseClick(&second, Qt::LeftButton, {}, QPoint(8, second.height() / 2));
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+  EXPECT_EQ(CStr(frame.Value()), "2");
+  EXPECT_THAT(arrClicked, ElementsAre("second"));
+}
+
+TEST_F(FrameEnhancedTest, ArrowKeysGoThroughTheOptions) {
+  first.SetDesignValue(True);
+  frame.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  first.setFocus();
+  QTest::keyClick(&first, Qt::Key_Down);
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+}
+
+TEST_F(FrameEnhancedTest, AValueIsMatchedByItsText) {
+  frame.SetValue(Long{1});
+  EXPECT_EQ(frame.ArrayIndex(), 4);
+  frame.SetValue(2.0);
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+  frame.SetValue(std::string("3"));
+  EXPECT_EQ(frame.ArrayIndex(), 5) << "no tag has this text";
+  EXPECT_THAT(arrClicked, ElementsAre("first", "second"));
+}
+
+TEST_F(FrameEnhancedTest, ATagIsComparedLetterByLetter) {
+  first.SetTag("all");
+  frame.SetValue(std::string("All"));
+  EXPECT_TRUE(tarvik::IsEmpty(frame.Value()));
+}
+
+TEST_F(FrameEnhancedTest, AnIndexThatNoButtonHasChangesNothing) {
+  frame.SetArrayIndex(5);
+  frame.SetArrayIndex(1);
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+  EXPECT_THAT(host.TakeBoxes(), testing::IsEmpty());
+}
+
+TEST_F(FrameEnhancedTest, MatchFallsBackToItsSecondValue) {
+  frame.Match(std::string("9"), std::string("1"));
+  EXPECT_EQ(CStr(frame.Value()), "1");
+  frame.Match(std::string("9"), std::string("8"));
+  EXPECT_EQ(CStr(frame.Value()), "1");
+  frame.Match(std::string("2"), std::string("1"));
+  EXPECT_EQ(CStr(frame.Value()), "2");
+}
+
+TEST_F(FrameEnhancedTest, EnabledReachesEverythingAndItsPresentValueNothing) {
+  frame.SetEnabled(True);
+  EXPECT_EQ(check.intWrites, 0);
+  frame.SetEnabled(False);
+  EXPECT_EQ(check.intWrites, 1);
+  EXPECT_FALSE(check.Enabled());
+  EXPECT_FALSE(first.Enabled());
+  EXPECT_FALSE(frame.Enabled());
+  QTest::mouseClick(&first, Qt::LeftButton, {}, QPoint(8, first.height() / 2));
+  EXPECT_THAT(arrClicked, testing::IsEmpty());
+}
+
+TEST_F(FrameEnhancedTest, TheFocusGoesToTheChosenButton) {
+  std::vector<std::string> arrAsked;
+  first.setObjectName("first");
+  second.setObjectName("second");
+  const auto connection =
+      FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
+  frame.SetFocusOnOpt();
+  EXPECT_THAT(arrAsked, testing::IsEmpty());
+  second.SetDesignValue(True);
+  frame.SetFocusOnOpt();
+  EXPECT_THAT(arrAsked, ElementsAre("second"));
+  second.SetEnabled(False);
+  frame.SetFocusOnOpt();
+  EXPECT_THAT(arrAsked, ElementsAre("second"));
+  second.SetEnabled(True);
+  frame.SetEnabled(False);
+  frame.SetFocusOnOpt();
+  EXPECT_THAT(arrAsked, ElementsAre("second"));
+}
+
+TEST_F(FrameEnhancedTest, AButtonOutsideOfAnArrayIsAReportedFailure) {
+  OptionButton loose(frame.Container());
+  loose.SetValue(True);
+  EXPECT_EQ(frame.ArrayIndex(), 0);
+  const std::vector<std::string> arrLines = host.TakeLines();
+  ASSERT_EQ(arrLines.size(), 2u);
+  EXPECT_THAT(arrLines[1], HasSubstr("Mod: FrameEnhanced; Proc: ArrayIndex"));
+}
+
+TEST_F(FrameEnhancedTest, TheFrameFillsTheControl) {
+  frame.resize(300, 120);
+  EXPECT_EQ(frame.Container()->geometry(), QRect(0, 0, 300, 120));
+  EXPECT_EQ(frame.Caption(), "Mode");
+  EXPECT_EQ(frame.BorderStyle(), 1);
+}
+
+TEST_F(FrameEnhancedTest, OnlyBorderAndCaptionAreSaved) {
+  PropertyBag bag;
+  frame.SetEnabled(False);
+  frame.WriteProperties(bag);
+  std::vector<std::string> arrKeys;
+  for (const auto &entry : bag.Written()) arrKeys.push_back(entry.strKey);
+  EXPECT_THAT(arrKeys, ElementsAre("BorderStyle", "Caption"));
+}
+
+}  // namespace
+}  // namespace tarvik::test
