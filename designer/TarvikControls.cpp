@@ -15,7 +15,10 @@ namespace {
 template <class Control>
 QWidget *Make(QWidget *parent, ControlSite &site) {
   EnsureQtHost();
-  return new Control(parent, site);
+  auto *control = new Control(parent, site);
+  // What the form's file does not tell has the default of a stored property.
+  control->ReadProperties({});
+  return control;
 }
 
 const std::vector<ControlClass> &Controls() {

@@ -240,7 +240,6 @@ bool CboEnhanced::event(QEvent *event) {
 }
 
 void CboEnhanced::InitProperties() {
-  m_form.NoteRead();
   m_lblCaption->clear();
   m_lngCaptionAlignment = 0;
   m_sngCaptionWidth = 1215;
@@ -248,7 +247,6 @@ void CboEnhanced::InitProperties() {
 }
 
 void CboEnhanced::ReadProperties(const PropertyBag &bag) {
-  m_form.NoteRead();
   // Left set when a value is refused: the control then takes no part in change reports any more.
   m_fReadingProperties = True;
   SetCaption(bag.ReadProperty("Caption", ""));

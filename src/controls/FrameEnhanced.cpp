@@ -149,7 +149,6 @@ bool FrameEnhanced::event(QEvent *event) {
 }
 
 void FrameEnhanced::ReadProperties(const PropertyBag &bag) {
-  m_form.NoteRead();
   IgnoreErrors([&] { SetBorderStyle(bag.ReadProperty("BorderStyle", Long{1})); });
   IgnoreErrors([&] { SetCaption(bag.ReadProperty("Caption", DefaultCaption)); });
   m_fEnabled = True;

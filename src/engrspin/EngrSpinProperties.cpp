@@ -210,7 +210,6 @@ void EngrSpin::UpdateAccessibleName() {
 // ---- persistence
 
 void EngrSpin::InitProperties() {
-  m_form.NoteRead();
   m_number->InitProperties();
   m_strCaption.clear();
   m_lngCaptionAlignment = AlignCaptionRight;
@@ -225,7 +224,6 @@ void EngrSpin::InitProperties() {
 }
 
 void EngrSpin::ReadProperties(const PropertyBag &bag) {
-  m_form.NoteRead();
   const auto read = [&](const char *strKey, auto vDefault, auto assign) {
     IgnoreErrors([&] { (this->*assign)(bag.ReadProperty(strKey, vDefault)); });
   };

@@ -100,14 +100,7 @@ void FormProperties::Reset(const char *strKey) {
 }
 
 void FormProperties::NoteEvent(QEvent &event) {
-  if (event.type() == QEvent::Polish && m_fLoading) {
-    // A control that no one told any property has the defaults of a stored one.
-    if (!m_fRead) {
-      EnsureQtHost();
-      m_readAll(m_loaded);
-    }
-    m_fLoading = false;
-  }
+  if (event.type() == QEvent::Polish) m_fLoading = false;
   if (event.type() != QEvent::DynamicPropertyChange) return;
   const QByteArray name = static_cast<QDynamicPropertyChangeEvent &>(event).propertyName();
   // The toolkit keeps notes of its own under names with an underscore, and the container gives each control a Tag.

@@ -64,8 +64,6 @@ class TARVIK_EXPORT FormProperties {
   void Write(const char *strKey, const QVariant &value);
   void Reset(const char *strKey);
 
-  /// To be called when the control initialised itself or was told its properties by other ways.
-  void NoteRead() { m_fRead = true; }
   /// To be called with each event of the widget: the first showing ends the loading, and a property that the control
   /// does not have is told of.
   void NoteEvent(QEvent &event);
@@ -90,7 +88,6 @@ class TARVIK_EXPORT FormProperties {
   std::vector<Property> m_arrProperties;
   std::function<void(const PropertyBag &)> m_readAll;
   PropertyBag m_loaded;
-  bool m_fRead = false;
   bool m_fLoading = true;
 };
 
