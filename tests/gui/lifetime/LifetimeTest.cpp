@@ -56,8 +56,9 @@ QApplication &Application() {
   static int argc = 1;
   static char name[] = "gui_lifetime";
   static char *argv[] = {name, nullptr};
-  static QApplication app(argc, argv);
-  return app;
+  // Never destroyed: the toolkit tears down its own statics behind it.
+  static auto *app = new QApplication(argc, argv);
+  return *app;
 }
 
 class PanelLife : public testing::Test {
