@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QHideEvent>
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -304,18 +305,20 @@ void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) {
 }
 
 void TarvikGUI::ShowStateOfVisiblePage() {
-  switch (StateOf(m_tabMain->Tab())) {
-    case ePageIsCurrent: ShowHighlights(False, False, False); break;
-    case ePageNeedsDownloading: ShowHighlights(True, False, False); break;
-    case ePageIsDirty: ShowHighlights(False, True, False); return;
-    default: ShowIllegalCase(); break;
+  const TabStates eVisible = StateOf(m_tabMain->Tab());
+  if (eVisible == ePageIsDirty) {
+    ShowHighlights(False, True, False);
+    return;
   }
-  if (!m_optionsPage->UploadsAll()) return;
-  for (const TabStates eState : m_state.meTabState)
-    if (eState == ePageIsDirty) {
-      ShowHighlights(False, True, True);
-      return;
-    }
+  const bool fKnown = eVisible == ePageIsCurrent || eVisible == ePageNeedsDownloading;
+  if (!fKnown) ShowIllegalCase();
+  // The pictures are set once: one that goes out only to come back costs a hide and a show each time.
+  const auto &states = m_state.meTabState;
+  const bool fOtherDirty = std::find(states.begin(), states.end(), ePageIsDirty) != states.end();
+  if (fOtherDirty && m_optionsPage->UploadsAll())
+    ShowHighlights(False, True, True);
+  else if (fKnown)
+    ShowHighlights(eVisible == ePageNeedsDownloading, False, False);
 }
 
 void TarvikGUI::ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage) {
