@@ -54,7 +54,10 @@ class ServerProcess {
   }
 
   void Signal(int lngSignal) const {
-    if (m_pid > 0) kill(m_pid, lngSignal);
+    if (m_pid <= 0) return;
+    kill(m_pid, lngSignal);
+    // A stop takes its time: until the last thread has stopped the server may still answer.
+    if (lngSignal == SIGSTOP) waitpid(m_pid, nullptr, WUNTRACED);
   }
   /// Sends the signal, waits for the end and answers the exit status, or -1 when the signal itself ended it.
   int End(int lngSignal) {
