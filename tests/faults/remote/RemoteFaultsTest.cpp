@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "ServerProcess.h"
+#include "TestCertificates.h"
 #include "automation/Activation.h"
 #include "instrument/DriverCall.h"
 #include "instrument/KolvenDriver.h"
@@ -24,9 +25,7 @@ namespace fs = std::filesystem;
 
 const Patience Short{5s, 2s, 1s};
 
-std::vector<std::string> Insecure(const std::string &strPort = "0") {
-  return {"--insecure", "--listen", "127.0.0.1", "--port", strPort};
-}
+std::vector<std::string> Insecure(const std::string &strPort = "0") { return ServerProcess::Insecure(strPort); }
 std::string Url(const ServerProcess &server) { return "tarvik+insecure://127.0.0.1:" + server.Port(); }
 
 Ref<IDriverRoot> Root(const std::string &strUrl) {
@@ -192,29 +191,16 @@ TEST(RemoteFaults, ObjectIsMadeThroughTheLibraryNamedByTheManifest) {
 /// A server with transport security and the configuration folder of a client.
 class RemoteSecurity : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    Folder() = fs::temp_directory_path() / ("tarvik-certificates-" + std::to_string(getpid()));
-    ASSERT_EQ(std::system((std::string(CERTIFICATE_SCRIPT) + " " + Folder().string()).c_str()), 0);
+  static void TearDownTestSuite() { Certificates().reset(); }
+  static std::unique_ptr<TestCertificates> &Certificates() {
+    static std::unique_ptr<TestCertificates> certificates;
+    if (!certificates) certificates = std::make_unique<TestCertificates>();
+    return certificates;
   }
-  static void TearDownTestSuite() { fs::remove_all(Folder()); }
-  static fs::path &Folder() {
-    static fs::path folder;
-    return folder;
-  }
-  static std::string File(const char *strName) { return (Folder() / strName).string(); }
-  static void UseClient(const std::string &strName) {
-    const fs::path target = Folder() / "config/tarvikvi";
-    fs::create_directories(target);
-    const auto copy = [&](const std::string &strFrom, const char *strTo) {
-      fs::copy_file(Folder() / strFrom, target / strTo, fs::copy_options::overwrite_existing);
-    };
-    copy("ca.pem", "ca.pem"), copy(strName + ".pem", "client.pem"), copy(strName + ".key", "client.key");
-    setenv("XDG_CONFIG_HOME", (Folder() / "config").c_str(), 1);
-  }
+  static void UseClient(const std::string &strName) { Certificates()->UseClient(strName); }
   std::string SecureUrl() const { return "tarvik://localhost:" + server.Port(); }
 
-  ServerProcess server{{"--listen", "127.0.0.1", "--port", "0", "--certificate", File("server.pem"), "--key",
-                        File("server.key"), "--authority", File("ca.pem"), "--allow", "bench"}};
+  ServerProcess server{Certificates()->ServerOptions()};
 };
 
 TEST_F(RemoteSecurity, ClientOnTheListIsServed) {

@@ -20,6 +20,11 @@ namespace tarvik::remote {
 /// The server program as a process of its own, with the simulated instruments.
 class ServerProcess {
  public:
+  /// On a loopback port that the system chooses, without transport security.
+  static std::vector<std::string> Insecure(const std::string &strPort = "0") {
+    return {"--insecure", "--listen", "127.0.0.1", "--port", strPort};
+  }
+
   explicit ServerProcess(std::vector<std::string> arrOptions) {
     static int intNumber = 0;
     m_strLog = "/tmp/tarvik-server-" + std::to_string(getpid()) + "-" + std::to_string(++intNumber) + ".log";
