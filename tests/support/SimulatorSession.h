@@ -8,6 +8,7 @@
 #include <fstream>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -105,16 +106,33 @@ model code = 0x0210
 opens = no
 )";
 
+/// A machine whose own driver hands back nothing, as long as the object lives: what makes the panel ask for a server.
+class NothingOfItsOwn {
+ public:
+  NothingOfItsOwn() {
+    automation::RegisterClass(kolven::DriverProgId, [] { return automation::Ref<automation::IUnknown>(); });
+  }
+  NothingOfItsOwn(const NothingOfItsOwn &) = delete;
+  NothingOfItsOwn &operator=(const NothingOfItsOwn &) = delete;
+  ~NothingOfItsOwn() { automation::RegisterClass(kolven::DriverProgId, {}); }
+};
+
 /// A panel over the simulated instruments, whose library is loaded through its manifest, between a recording host
-/// and a user.
+/// and a user. With a server's address the instruments are the server's, and the user answers the panel's question
+/// with it; the server has to have the data folder of this process.
 class SimulatorSession {
  public:
   /// Keys and texts of the section "Config".
   using Settings = std::initializer_list<std::pair<std::string, std::string>>;
 
-  explicit SimulatorSession(Settings settings = {}, const char *strRack = TestRack) {
+  explicit SimulatorSession(Settings settings = {}, const char *strRack = TestRack, std::string strServer = {})
+      : m_strServer(std::move(strServer)) {
     gobjInstr().reset();
     gobjPanel() = nullptr;
+    if (!m_strServer.empty()) {
+      m_nothing.emplace();
+      host.arrInputAnswers.push_back(m_strServer);
+    }
     RenewRack(strRack);
     for (const auto &[strKey, strValue] : settings) host.settings[{"Config", strKey}] = strValue;
     NewPanel();
@@ -150,11 +168,11 @@ class SimulatorSession {
   static clsInstrInterface &Instr() { return *InstrInterface(); }
   const PanelUser *operator->() const { return user.get(); }
 
-  static automation::Ref<kolven::IDriverRoot> Root() {
-    return automation::Narrow<kolven::IDriverRoot>(automation::CreateObject(kolven::DriverProgId, ""));
+  automation::Ref<kolven::IDriverRoot> Root() const {
+    return automation::Narrow<kolven::IDriverRoot>(automation::CreateObject(kolven::DriverProgId, m_strServer));
   }
   /// The instrument seen past the panel, through root and session objects of its own. It is open.
-  static automation::Ref<kolven::IInstrument> Instrument(const std::string &strName) {
+  automation::Ref<kolven::IInstrument> Instrument(const std::string &strName) const {
     const automation::String name(strName);
     kolven::AutomationVariant key{};
     key.vt = automation::VtString;
@@ -167,7 +185,7 @@ class SimulatorSession {
     return instrument;
   }
   /// Every instrument leaves the rack and comes back as after power-up.
-  static void RenewRack(const char *strRack) {
+  void RenewRack(const char *strRack) const {
     PrivateDataFolder::Write("KolvenAtl.Kolven.rack", "");
     const auto list = Fetch(Root(), &kolven::IDriverRoot::GetInstruments);
     Call(list, &kolven::IInstrumentList::Refresh);
@@ -178,6 +196,10 @@ class SimulatorSession {
   RecordingHost host;
   std::unique_ptr<TarvikGUI> panel;
   std::unique_ptr<PanelUser> user;
+
+ private:
+  const std::string m_strServer;
+  std::optional<NothingOfItsOwn> m_nothing;
 };
 
 }  // namespace tarvik::test

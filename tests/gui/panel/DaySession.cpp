@@ -1,37 +1,21 @@
+#include "DaySession.h"
+
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
-#include "DriverSettings.h"
 #include "PanelSession.h"
-#include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
 #include "bitpattern/BitPattern.h"
 #include "platform/CheckBox.h"
-#include "platform/PlainControls.h"
 #include "support/modCboTags.h"
 
 namespace tarvik::test {
-namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// An instrument of the rack with what it lacks.
-struct Model {
-  const char *strName;
-  Long lngChannels;
-  Long lngLacks;
-  bool Has(Long lngBit) const { return (lngLacks & lngBit) == 0; }
-};
-
-const Model Models[] = {{"VP-210", 2, 0},
-                        {"VB-200", 2, 1024 + 2048 + 4096},
-                        {"VP-110", 1, 4 + 64 + 128 + 256 + 512},
-                        {"VP-220", 2, 1024 + 2048 + 4096},
-                        {"VP-250F", 2, 4 + 16384}};
-
-void PrintTo(const Model &model, std::ostream *out) { *out << model.strName; }
+namespace {
 
 std::string Indexed(const char *strName, Long k) { return std::string(strName) + "(" + std::to_string(k) + ")"; }
 
@@ -147,126 +131,142 @@ class Shown {
   SettingsByName m_settings;
 };
 
-class DaySession : public testing::TestWithParam<Model> {
- protected:
-  const Model &Instrument() const { return GetParam(); }
-  const PanelUser &User() const { return *session.user; }
-  SettingsByName Held() const { return ReadDriver(session.Instrument(Instrument().strName)); }
+}  // namespace
 
-  /// Each setting that the pages show is the one that the instrument holds.
-  void ExpectPanelAgrees(const char *strWhen) {
-    SCOPED_TRACE(strWhen);
-    const SettingsByName shown = Shown(User(), Instrument()).Read(), held = Held();
-    for (const auto &[strName, dblValue] : shown.numbers) {
-      const auto found = held.numbers.find(strName);
-      if (found == held.numbers.end()) {
-        ADD_FAILURE() << "the driver has no " << strName;
-        continue;
-      }
-      EXPECT_NEAR(dblValue, found->second, 1e-9 * std::fabs(found->second)) << strName;
-    }
-    EXPECT_EQ(shown.texts, held.texts);
-  }
-  void ExpectHeld(const char *strName, Double dblValue) {
-    EXPECT_NEAR(Held().numbers[strName], dblValue, 1e-9 * std::fabs(dblValue)) << strName;
-  }
-  void ExpectNoBox() { EXPECT_THAT(session.host.TakeBoxes(), IsEmpty()); }
+void PrintTo(const Model &model, std::ostream *out) { *out << model.strName; }
 
-  /// Each page gets at least three changes.
-  void EditMode(bool fAgain) {
-    User().ShowPage(ePageMode);
-    User().Choose("optTriggerMode(1)");
-    User().Choose("optPulseMode(1)");
-    User().Type("esBurstLength", fAgain ? "77" : "12");
-    User().Take("cboArmingLevel", 1);
-    User().Take("cboPeriodSource", fAgain ? 0 : 2);
-    if (!fAgain) User().Take("cboTriggerSlope", 1);
-  }
-  void EditTiming(bool fAgain) {
-    User().ShowPage(ePageTiming);
-    User().Type("esPeriodOrFreq", fAgain ? "20us" : "10us");
-    for (Long k = 0; k < Instrument().lngChannels; ++k) {
-      User().Type(Indexed("esWidth", k), fAgain ? "4us" : "2.5us");
-      User().Type(Indexed("esDelay", k), fAgain ? "3us" : "1.25us");
-      User().Choose("optChannel" + std::to_string(k + 1) + "Output(0)");
-    }
-    if (Instrument().Has(eLacksFreeLeadingEdge))
-      User().Type("esLeadingEdge(0)", fAgain ? "7ns" : "5ns");
-    else
-      User().Type("esLeadingEdge(0)", "1.6ns");
-    if (Instrument().Has(eLacksTrailingEdge)) {
-      User().TakeMenu("toolPopupTEdge(0)", "TeAbs");
-      User().Type("esTrailingEdge(0)", fAgain ? "8ns" : "9ns");
-    }
-  }
-  void EditLevels(bool fAgain) {
-    User().ShowPage(ePageLevels);
-    const Long k = Instrument().lngChannels - 1;
-    User().Type(Indexed("esLevelHigh", k), fAgain ? "1.5V" : "3V");
-    User().Type(Indexed("esLevelLo", k), fAgain ? "-0.5V" : "-1V");
-    User().Choose(Indexed("optNormalCompliment", 2 * k + (fAgain ? 0 : 1)));
-    if (Instrument().Has(eLacksImpedance)) User().Take(Indexed("cboOutputImpedance", k), fAgain ? 0 : 1);
-    if (Instrument().Has(eLacksLoadCompensation))
-      User().Type(Indexed("esLoadCompensation", k), fAgain ? "100Ohm" : "75Ohm");
-    if (Instrument().Has(eLacksChannelMath) && Instrument().lngChannels > 1)
-      User().Choose(fAgain ? "optOutputs(0)" : "optOutputs(1)");
-  }
-  void EditPattern(bool fAgain) {
-    User().ShowPage(ePagePattern);
-    User().Type("esLast", fAgain ? "40" : "100");
-    User().Type("esAddress", "1");
-    session.host.arrInputAnswers = {fAgain ? "4" : "6"};
-    User().TakeMenu("toolPopup(0)", "Clock/n");
-    User().TakeMenu("toolPopup(3)", fAgain ? "Invert" : "Fill1");
-    if (Instrument().lngChannels > 1) User().TakeMenu("toolPopup(1)", "Fill1");
-  }
-  void EditLimits(bool fAgain) {
-    User().ShowPage(ePageLimits);
-    for (Long k = 0; k < Instrument().lngChannels; ++k) {
-      User().Type(Indexed("esLimitHighVoltage", k), fAgain ? "6V" : "5V");
-      User().Type(Indexed("esLimitLowVoltage", k), fAgain ? "-4V" : "-5V");
-      User().Type(Indexed("esLimitHighCurrent", k), fAgain ? "300mA" : "200mA");
-    }
-    User().Choose("optLimitsChanel(0)");
-  }
-  void EditTrigLev(bool fAgain) {
-    User().ShowPage(ePageTrigLev);
-    User().Type("esTrgLevExtInThreshold", fAgain ? "0.75V" : "1.25V");
-    User().Choose(fAgain ? "optTrigLevelClkIn(0)" : "optTrigLevelClkIn(1)");
-    User().Choose(fAgain ? "optTrigLevelExtInImp(0)" : "optTrigLevelExtInImp(1)");
-    User().Choose(fAgain ? "optTrigLevelStrobeOut(0)" : "optTrigLevelStrobeOut(1)");
-    if (Instrument().Has(eLacksAnyVxi)) User().Take("cboVxiTriggerEnable", fAgain ? 3 : 8);
-  }
-  void EditConfig(bool fAgain) {
-    User().ShowPage(ePageConfig);
-    User().Take("cboPllRefSource", 1);
-    User().Take("cboPllRefFreq", fAgain ? 0 : 1);
-    if (fAgain) User().Take("cboPllRefFreq", 1);
-  }
-  void EditEverything(bool fAgain) {
-    EditMode(fAgain);
-    EditTiming(fAgain);
-    EditLevels(fAgain);
-    EditPattern(fAgain);
-    EditLimits(fAgain);
-    EditTrigLev(fAgain);
-    EditConfig(fAgain);
-  }
-  void ExpectAll(TabStates eState) {
-    const auto &states = PanelTestAccess::State(*session.panel).meTabState;
-    for (const TabNumEnum ePage :
-         {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
-      EXPECT_EQ(states[static_cast<std::size_t>(ePage)], eState) << ePage;
-  }
-  void UseOptions() {
-    User().ShowPage(ePageOptions);
-    for (const char *strName : {"chkAutoDownload", "chkAutoDownOnError", "chkAutoOutputOnOff"}) User().Choose(strName);
-  }
+std::string DaySession::NameOf(const testing::TestParamInfo<ParamType> &test) {
+  std::string strName = std::get<Model>(test.param).strName;
+  std::erase(strName, '-');
+  return strName;
+}
 
-  SimulatorSession session{{{"WorkWithBoxes", "1"}}};
-};
+void DaySession::ExpectConnected() {
+  EXPECT_TRUE(session.Instr().IsConnected());
+  EXPECT_EQ((session.host.settings[{"LastUsed", "ServerURL"}]), place->Server());
+}
+
+void DaySession::ExpectPanelAgrees(const char *strWhen) {
+  SCOPED_TRACE(strWhen);
+  const SettingsByName shown = Shown(User(), Instrument()).Read(), held = Held();
+  for (const auto &[strName, dblValue] : shown.numbers) {
+    const auto found = held.numbers.find(strName);
+    if (found == held.numbers.end()) {
+      ADD_FAILURE() << "the driver has no " << strName;
+      continue;
+    }
+    EXPECT_NEAR(dblValue, found->second, 1e-9 * std::fabs(found->second)) << strName;
+  }
+  EXPECT_EQ(shown.texts, held.texts);
+}
+
+void DaySession::ExpectHeld(const char *strName, Double dblValue) {
+  EXPECT_NEAR(Held().numbers[strName], dblValue, 1e-9 * std::fabs(dblValue)) << strName;
+}
+
+void DaySession::ExpectNoBox() { EXPECT_THAT(session.host.TakeBoxes(), IsEmpty()); }
+
+void DaySession::EditMode(bool fAgain) {
+  User().ShowPage(ePageMode);
+  User().Choose("optTriggerMode(1)");
+  User().Choose("optPulseMode(1)");
+  User().Type("esBurstLength", fAgain ? "77" : "12");
+  User().Take("cboArmingLevel", 1);
+  User().Take("cboPeriodSource", fAgain ? 0 : 2);
+  if (!fAgain) User().Take("cboTriggerSlope", 1);
+}
+
+void DaySession::EditTiming(bool fAgain) {
+  User().ShowPage(ePageTiming);
+  User().Type("esPeriodOrFreq", fAgain ? "20us" : "10us");
+  for (Long k = 0; k < Instrument().lngChannels; ++k) {
+    User().Type(Indexed("esWidth", k), fAgain ? "4us" : "2.5us");
+    User().Type(Indexed("esDelay", k), fAgain ? "3us" : "1.25us");
+    User().Choose("optChannel" + std::to_string(k + 1) + "Output(0)");
+  }
+  if (Instrument().Has(eLacksFreeLeadingEdge))
+    User().Type("esLeadingEdge(0)", fAgain ? "7ns" : "5ns");
+  else
+    User().Type("esLeadingEdge(0)", "1.6ns");
+  if (Instrument().Has(eLacksTrailingEdge)) {
+    User().TakeMenu("toolPopupTEdge(0)", "TeAbs");
+    User().Type("esTrailingEdge(0)", fAgain ? "8ns" : "9ns");
+  }
+}
+
+void DaySession::EditLevels(bool fAgain) {
+  User().ShowPage(ePageLevels);
+  const Long k = Instrument().lngChannels - 1;
+  User().Type(Indexed("esLevelHigh", k), fAgain ? "1.5V" : "3V");
+  User().Type(Indexed("esLevelLo", k), fAgain ? "-0.5V" : "-1V");
+  User().Choose(Indexed("optNormalCompliment", 2 * k + (fAgain ? 0 : 1)));
+  if (Instrument().Has(eLacksImpedance)) User().Take(Indexed("cboOutputImpedance", k), fAgain ? 0 : 1);
+  if (Instrument().Has(eLacksLoadCompensation))
+    User().Type(Indexed("esLoadCompensation", k), fAgain ? "100Ohm" : "75Ohm");
+  if (Instrument().Has(eLacksChannelMath) && Instrument().lngChannels > 1)
+    User().Choose(fAgain ? "optOutputs(0)" : "optOutputs(1)");
+}
+
+void DaySession::EditPattern(bool fAgain) {
+  User().ShowPage(ePagePattern);
+  User().Type("esLast", fAgain ? "40" : "100");
+  User().Type("esAddress", "1");
+  session.host.arrInputAnswers = {fAgain ? "4" : "6"};
+  User().TakeMenu("toolPopup(0)", "Clock/n");
+  User().TakeMenu("toolPopup(3)", fAgain ? "Invert" : "Fill1");
+  if (Instrument().lngChannels > 1) User().TakeMenu("toolPopup(1)", "Fill1");
+}
+
+void DaySession::EditLimits(bool fAgain) {
+  User().ShowPage(ePageLimits);
+  for (Long k = 0; k < Instrument().lngChannels; ++k) {
+    User().Type(Indexed("esLimitHighVoltage", k), fAgain ? "6V" : "5V");
+    User().Type(Indexed("esLimitLowVoltage", k), fAgain ? "-4V" : "-5V");
+    User().Type(Indexed("esLimitHighCurrent", k), fAgain ? "300mA" : "200mA");
+  }
+  User().Choose("optLimitsChanel(0)");
+}
+
+void DaySession::EditTrigLev(bool fAgain) {
+  User().ShowPage(ePageTrigLev);
+  User().Type("esTrgLevExtInThreshold", fAgain ? "0.75V" : "1.25V");
+  User().Choose(fAgain ? "optTrigLevelClkIn(0)" : "optTrigLevelClkIn(1)");
+  User().Choose(fAgain ? "optTrigLevelExtInImp(0)" : "optTrigLevelExtInImp(1)");
+  User().Choose(fAgain ? "optTrigLevelStrobeOut(0)" : "optTrigLevelStrobeOut(1)");
+  if (Instrument().Has(eLacksAnyVxi)) User().Take("cboVxiTriggerEnable", fAgain ? 3 : 8);
+}
+
+void DaySession::EditConfig(bool fAgain) {
+  User().ShowPage(ePageConfig);
+  User().Take("cboPllRefSource", 1);
+  User().Take("cboPllRefFreq", fAgain ? 0 : 1);
+  if (fAgain) User().Take("cboPllRefFreq", 1);
+}
+
+void DaySession::EditEverything(bool fAgain) {
+  EditMode(fAgain);
+  EditTiming(fAgain);
+  EditLevels(fAgain);
+  EditPattern(fAgain);
+  EditLimits(fAgain);
+  EditTrigLev(fAgain);
+  EditConfig(fAgain);
+}
+
+void DaySession::ExpectAll(TabStates eState) {
+  const auto &states = PanelTestAccess::State(*session.panel).meTabState;
+  for (const TabNumEnum ePage :
+       {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
+    EXPECT_EQ(states[static_cast<std::size_t>(ePage)], eState) << ePage;
+}
+
+void DaySession::UseOptions() {
+  User().ShowPage(ePageOptions);
+  for (const char *strName : {"chkAutoDownload", "chkAutoDownOnError", "chkAutoOutputOnOff"}) User().Choose(strName);
+}
 
 TEST_P(DaySession, WhatThePanelShowsIsWhatTheInstrumentHolds) {
+  ExpectConnected();
   UseOptions();
   session.Open(Instrument().strName);
   ExpectNoBox();
@@ -317,24 +317,4 @@ TEST_P(DaySession, WhatThePanelShowsIsWhatTheInstrumentHolds) {
   ExpectNoBox();
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryInstrument, DaySession, testing::ValuesIn(Models),
-                         [](const testing::TestParamInfo<Model> &test) {
-                           std::string strName = test.param.strName;
-                           strName.erase(std::remove(strName.begin(), strName.end(), '-'), strName.end());
-                           return strName;
-                         });
-
-TEST(DaySessionRack, TheReservedInstrumentIsTheOnlyOneThatDoesNotOpen) {
-  SimulatorSession session({{"WorkWithBoxes", "1"}});
-  for (const Model &model : Models) {
-    session.Open(model.strName);
-    EXPECT_THAT(session->Ticked(), ElementsAre(model.strName));
-  }
-  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
-  session.Open("VP-210 reserved");
-  EXPECT_THAT(session->Ticked(), IsEmpty());
-  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: Unable to start a session with this instrument"));
-}
-
-}  // namespace
 }  // namespace tarvik::test
