@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "ServerProcess.h"
 #include "TestCertificates.h"
@@ -13,13 +15,17 @@ class ServedRack {
  public:
   ServedRack() { m_certificates.UseClient("client"); }
 
-  std::string Url() const { return "tarvik://localhost:" + m_server.Port(); }
-  remote::ServerProcess &Server() { return m_server; }
-  const remote::TestCertificates &Certificates() const { return m_certificates; }
+  std::string Url() const { return "tarvik://localhost:" + m_server->Port(); }
+  remote::ServerProcess &Server() { return *m_server; }
+  /// A server on the port of the one before, which has ended; its instruments are as after power-up.
+  void Restart() {
+    const std::string strPort = m_server->Port();
+    m_server.emplace(m_certificates.ServerOptions(strPort));
+  }
 
  private:
   remote::TestCertificates m_certificates;
-  remote::ServerProcess m_server{m_certificates.ServerOptions()};
+  std::optional<remote::ServerProcess> m_server{std::in_place, m_certificates.ServerOptions()};
 };
 
 }  // namespace tarvik::test
