@@ -17,6 +17,7 @@ namespace tarvik::remote {
 inline constexpr Status StatusServerUnavailable = static_cast<Status>(0x800706BA);
 inline constexpr Status StatusCallLost = static_cast<Status>(0x800706BE);
 inline constexpr Status StatusServerTooBusy = static_cast<Status>(0x800706BB);
+inline constexpr Status StatusNoSecurity = static_cast<Status>(0x80070721);
 
 /// How long the client waits.
 struct Patience {
@@ -36,8 +37,9 @@ struct ClientCredentials {
   std::string strKey;
 };
 
-/// The files ca.pem, client.pem and client.key of the user's configuration folder. A missing one raises
-/// RunTimeError 53 that names it.
+/// The files ca.pem, client.pem and client.key of the user's configuration folder. A missing one raises RunTimeError 53
+/// that names it; one that cannot be used, because it holds something else, has run out or does not fit the others,
+/// raises RunTimeError 5 that tells which and why.
 ClientCredentials LoadClientCredentials();
 
 /// One stream to a driver server. All objects of one connection share it; it ends when the last of them is let go.

@@ -1,5 +1,7 @@
 #include "remote/ConnectionStream.h"
 
+#include <string_view>
+
 namespace tarvik::remote {
 
 namespace {
@@ -28,6 +30,37 @@ std::shared_ptr<grpc::Channel> MakeChannel(const ServerAddress &address, const C
   return grpc::CreateCustomChannel("dns:///" + address.HostAndPort(), credentials, arguments);
 }
 
+/// What the transport says of a dial that failed, and what that means to whoever dialled. The transport has no numbers
+/// for these.
+struct DialFailure {
+  bool fSecure;  ///< the client dialled with transport security
+  std::string_view strSaid;
+  Status status;
+  std::string_view strMeaning;
+};
+constexpr std::string_view ClosedSecurely =
+    "closes the connection before it answers; it may not take this client's certificate";
+constexpr std::string_view ClosedPlainly = "closes the connection before it answers; it may want transport security";
+constexpr DialFailure DialFailures[] = {
+    {true, "certificate verify failed", StatusNoSecurity,
+     "shows a certificate that has run out or that the authority in ca.pem did not sign"},
+    {true, "is not in peer certificate", StatusNoSecurity, "shows a certificate of another name"},
+    {true, "wrong version number", StatusNoSecurity, "does not speak with transport security"},
+    {true, "Socket closed", StatusNoSecurity, ClosedSecurely},
+    {true, "Connection reset", StatusNoSecurity, ClosedSecurely},
+    {true, "Broken pipe", StatusNoSecurity, ClosedSecurely},
+    {false, "Socket closed", StatusServerUnavailable, ClosedPlainly},
+    {false, "Connection reset", StatusServerUnavailable, ClosedPlainly},
+    {false, "Broken pipe", StatusServerUnavailable, ClosedPlainly},
+};
+
+std::pair<Status, std::string> WhyDialFailed(bool fSecure, const std::string &strSaid) {
+  for (const DialFailure &failure : DialFailures)
+    if (failure.fSecure == fSecure && strSaid.find(failure.strSaid) != std::string::npos)
+      return {failure.status, std::string(failure.strMeaning) + " (" + strSaid + ")"};
+  return {StatusServerUnavailable, "cannot be reached: " + strSaid};
+}
+
 /// Completion queues wait by the wall clock's type.
 std::chrono::system_clock::time_point WallClock(std::chrono::steady_clock::time_point until) {
   return std::chrono::system_clock::now() +
@@ -37,7 +70,9 @@ std::chrono::system_clock::time_point WallClock(std::chrono::steady_clock::time_
 }  // namespace
 
 Connection::Stream::Stream(const ServerAddress &address, const ClientCredentials *pCredentials)
-    : m_channel(MakeChannel(address, pCredentials)), m_stub(DriverSession::NewStub(m_channel)) {}
+    : m_fSecure(pCredentials != nullptr),
+      m_channel(MakeChannel(address, pCredentials)),
+      m_stub(DriverSession::NewStub(m_channel)) {}
 
 Connection::Stream::~Stream() {
   m_context.TryCancel();
@@ -136,7 +171,8 @@ std::pair<Status, std::string> Connection::Stream::WhyEnded() {
     case grpc::StatusCode::UNAUTHENTICATED: return {automation::StatusAccessDenied, "refuses this client: " + strText};
     case grpc::StatusCode::RESOURCE_EXHAUSTED: return {StatusServerTooBusy, "is at a limit: " + strText};
     case grpc::StatusCode::UNAVAILABLE:
-      return {StatusServerUnavailable, (m_fWelcomed ? "has gone: " : "cannot be reached: ") + strText};
+      if (!m_fWelcomed) return WhyDialFailed(m_fSecure, strText);
+      return {StatusServerUnavailable, "has gone: " + strText};
     case grpc::StatusCode::OK: return {StatusCallLost, "has ended the connection"};
     default: return {StatusCallLost, "has broken off: " + strText};
   }

@@ -43,6 +43,7 @@ class Connection::Stream {
   std::optional<Tag> Turn(Clock::time_point until);
   static void *Mark(Tag eTag) { return reinterpret_cast<void *>(eTag); }
 
+  const bool m_fSecure;
   const std::shared_ptr<grpc::Channel> m_channel;
   const std::unique_ptr<DriverSession::Stub> m_stub;
   grpc::ClientContext m_context;

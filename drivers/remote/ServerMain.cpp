@@ -1,6 +1,8 @@
 #include <getopt.h>
+#include <grpc/support/log.h>
 #include <pthread.h>
 
+#include <atomic>
 #include <charconv>
 #include <csignal>
 #include <cstdlib>
@@ -34,6 +36,7 @@ constexpr const char *Usage =
     "  --max-clients N        clients at a time (default: 64)\n"
     "  --max-objects N        objects that one client holds at a time (default: 1000)\n"
     "  --max-message BYTES    size of one message of a client (default: 1048576)\n"
+    "  --keepalive SECONDS    a client silent for twice as long has vanished (default: 15)\n"
     "  --log FILE             log file to append to (default: standard error)\n"
     "  --help                 this text\n";
 
@@ -78,10 +81,13 @@ CommandLine ReadCommandLine(int argc, char **argv) {
                                            {"max-clients", required_argument, nullptr, 'C'},
                                            {"max-objects", required_argument, nullptr, 'O'},
                                            {"max-message", required_argument, nullptr, 'M'},
+                                           {"keepalive", required_argument, nullptr, 'K'},
                                            {"log", required_argument, nullptr, 'L'},
                                            {"help", no_argument, nullptr, 'h'},
                                            {nullptr, 0, nullptr, 0}};
   constexpr std::uint32_t LeastMessage = 64u * 1024u, MostMessage = 64u * 1024u * 1024u;
+  // An idle client looks at its line every 5 seconds; it must not be taken for one that has vanished.
+  constexpr int LeastKeepalive = 6, MostKeepalive = 3600;
   CommandLine line;
   ServerOptions &options = line.options;
   options.strHost = "0.0.0.0";
@@ -102,6 +108,9 @@ CommandLine ReadCommandLine(int argc, char **argv) {
       case 'M':
         options.limits.lngFrameBytes = NumberOf<std::uint32_t>("max-message", strValue, LeastMessage, MostMessage);
         break;
+      case 'K':
+        options.keepalive = std::chrono::seconds(NumberOf<int>("keepalive", strValue, LeastKeepalive, MostKeepalive));
+        break;
       case 'L': line.strLogFile = strValue; break;
       case 'h': line.fHelp = true; break;
       default: throw RunTimeError(ErrInvalidPropertyValue, "try --help");
@@ -113,6 +122,28 @@ CommandLine ReadCommandLine(int argc, char **argv) {
     throw RunTimeError(ErrInvalidPropertyValue, "--certificate, --key and --authority are needed");
   return line;
 }
+
+/// What the transport reports as an error goes into the same log: a client whose certificate is not taken gets no
+/// further than the handshake, and nobody else would tell of it.
+class TransportReports {
+ public:
+  explicit TransportReports(ServerLog &log) {
+    TheLog() = &log;
+    gpr_set_log_function([](gpr_log_func_args *pReport) {
+      if (ServerLog *pLog = TheLog(); pLog && pReport->severity == GPR_LOG_SEVERITY_ERROR)
+        pLog->Write("transport", pReport->message);
+    });
+  }
+  TransportReports(const TransportReports &) = delete;
+  TransportReports &operator=(const TransportReports &) = delete;
+  ~TransportReports() { TheLog() = nullptr; }
+
+ private:
+  static std::atomic<ServerLog *> &TheLog() {
+    static std::atomic<ServerLog *> pLog = nullptr;
+    return pLog;
+  }
+};
 
 int Run(int argc, char **argv) {
   // Every thread is started with these blocked, so that the wait below is the only one to get them.
@@ -132,6 +163,7 @@ int Run(int argc, char **argv) {
     if (!logFile) throw RunTimeError(ErrPathFileAccess, line.strLogFile + " cannot be written");
   }
   ServerLog log(logFile.is_open() ? static_cast<std::ostream &>(logFile) : std::cerr);
+  const TransportReports reports(log);
   const auto create = [](const std::string &strProgId) { return automation::CreateObject(strProgId, ""); };
   DriverServer server(line.options, create, log);
   const ServerAddress address{!line.options.fInsecure, line.options.strHost, server.Port()};

@@ -7,12 +7,15 @@
 #   stranger.pem, .key        a client of the same authority, named "stranger"
 #   expired.pem, .key         a client named "bench" whose certificate has run out
 #   foreign.pem, .key         a client named "bench" that another authority signed
+#   expired-server.pem, .key  the server, with a certificate that has run out
+#   foreign-server.pem, .key  the server, signed by another authority
+#   elsewhere.pem, .key       a server of another name, elsewhere.example
 #
 # Usage: make-test-certificates.sh FOLDER [HOST...]
 #
 # The keys are not protected and last 30 days: not for instruments that others can reach.
 set -eu
-[ $# -ge 1 ] || { sed -n '2,14s/^# \{0,1\}//p' "$0" >&2; exit 2; }
+[ $# -ge 1 ] || { sed -n '2,17s/^# \{0,1\}//p' "$0" >&2; exit 2; }
 folder=$1
 shift
 mkdir -p "$folder"
@@ -49,4 +52,7 @@ signed client bench ca clientAuth "DNS:bench" -days 30
 signed stranger stranger ca clientAuth "DNS:stranger" -days 30
 signed expired bench ca clientAuth "DNS:bench" -startdate 20200101000000Z -enddate 20200201000000Z
 signed foreign bench other clientAuth "DNS:bench" -days 30
+signed expired-server localhost ca serverAuth "$names" -startdate 20200101000000Z -enddate 20200201000000Z
+signed foreign-server localhost other serverAuth "$names" -days 30
+signed elsewhere elsewhere.example ca serverAuth "DNS:elsewhere.example" -days 30
 rm -f other.pem other.key
