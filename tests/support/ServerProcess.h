@@ -1,88 +1,73 @@
 #pragma once
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/types.h>
 
-#include <cstdio>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
+#include <chrono>
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
-extern char **environ;
-
 namespace tarvik::remote {
 
-/// The server program as a process of its own, with the simulated instruments.
-class ServerProcess {
+/// Asks until the answer is yes; false when the time is over.
+bool WaitUntil(const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(10));
+
+/// A program run as a process of its own, whose first line of output is awaited.
+class ChildProcess {
  public:
-  /// On a loopback port that the system chooses, without transport security.
-  static std::vector<std::string> Insecure(const std::string &strPort = "0") {
-    return {"--insecure", "--listen", "127.0.0.1", "--port", strPort};
-  }
+  /// Entries of the environment are NAME=VALUE and come before those of this process.
+  ChildProcess(std::vector<std::string> arrArguments, const std::vector<std::string> &arrEnvironment = {});
+  ChildProcess(const ChildProcess &) = delete;
+  ChildProcess &operator=(const ChildProcess &) = delete;
+  /// Kills it.
+  ~ChildProcess();
 
-  explicit ServerProcess(std::vector<std::string> arrOptions) {
-    static int intNumber = 0;
-    m_strLog = "/tmp/tarvik-server-" + std::to_string(getpid()) + "-" + std::to_string(++intNumber) + ".log";
-    for (const char *strOption : {"--log", m_strLog.c_str()}) arrOptions.emplace_back(strOption);
-    arrOptions.insert(arrOptions.begin(), SERVER_PROGRAM);
-    std::vector<char *> arrArguments;
-    for (std::string &strOption : arrOptions) arrArguments.push_back(strOption.data());
-    arrArguments.push_back(nullptr);
-
-    int arrPipe[2];
-    if (pipe2(arrPipe, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, arrPipe[1], STDOUT_FILENO);
-    if (posix_spawn(&m_pid, SERVER_PROGRAM, &actions, nullptr, arrArguments.data(), environ) != 0)
-      throw std::runtime_error("the server does not start");
-    posix_spawn_file_actions_destroy(&actions);
-    close(arrPipe[1]);
-    std::string strLine;
-    for (char ch = 0; read(arrPipe[0], &ch, 1) == 1 && ch != '\n';) strLine += ch;
-    close(arrPipe[0]);
-    const auto colon = strLine.rfind(':');
-    if (strLine.find("listening on") == std::string::npos) throw std::runtime_error("the server said: " + strLine);
-    m_strPort = strLine.substr(colon + 1);
-  }
-  ServerProcess(const ServerProcess &) = delete;
-  ServerProcess &operator=(const ServerProcess &) = delete;
-  ~ServerProcess() {
-    Signal(SIGCONT);
-    End(SIGKILL);
-    unlink(m_strLog.c_str());
-  }
-
-  void Signal(int lngSignal) const {
-    if (m_pid <= 0) return;
-    kill(m_pid, lngSignal);
-    // A stop takes its time: until the last thread has stopped the server may still answer.
-    if (lngSignal == SIGSTOP) waitpid(m_pid, nullptr, WUNTRACED);
-  }
-  /// Sends the signal, waits for the end and answers the exit status, or -1 when the signal itself ended it.
-  int End(int lngSignal) {
-    if (m_pid <= 0) return -1;
-    Signal(lngSignal);
-    int lngStatus = 0;
-    waitpid(m_pid, &lngStatus, 0);
-    m_pid = 0;
-    return WIFEXITED(lngStatus) ? WEXITSTATUS(lngStatus) : -1;
-  }
-  const std::string &Port() const { return m_strPort; }
-  std::string LogText() const {
-    std::ifstream file(m_strLog);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  void Signal(int lngSignal) const;
+  /// Sends the signal unless it is 0, waits for the end and answers the exit status, or -1 when a signal ended it.
+  int End(int lngSignal);
+  /// The next line of its output; empty at the end.
+  std::string ReadLine();
+  pid_t Pid() const { return m_pid; }
+  /// Waits until a signal has stopped it, or ended it without taking it from End.
+  void AwaitStop() const;
 
  private:
   pid_t m_pid = 0;
+  int m_intOutput = -1;
+};
+
+/// The server program with the drivers that its environment leads to.
+class ServerProcess {
+ public:
+  explicit ServerProcess(std::vector<std::string> arrOptions, const std::vector<std::string> &arrEnvironment = {});
+  ServerProcess(const ServerProcess &) = delete;
+  ServerProcess &operator=(const ServerProcess &) = delete;
+  ~ServerProcess();
+
+  /// Without transport security on 127.0.0.1; 0 lets the system choose the port.
+  static std::vector<std::string> Insecure(const std::string &strPort = "0");
+
+  /// After SIGSTOP the last thread has stopped when this returns.
+  void Signal(int lngSignal) const;
+  int End(int lngSignal) { return m_process.End(lngSignal); }
+  /// Waits until the process has stopped by itself.
+  void AwaitStop() const { m_process.AwaitStop(); }
+
+  const std::string &Port() const { return m_strPort; }
+  std::string Url() const { return "tarvik+insecure://127.0.0.1:" + m_strPort; }
+  std::string LogText() const;
+  /// Waits for a text in the log.
+  bool LogSays(const std::string &strText, std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
+  std::size_t ResidentBytes() const;
+  std::size_t OpenFiles() const;
+
+ private:
+  static std::vector<std::string> CommandLine(std::vector<std::string> arrOptions, const std::string &strLog);
+
+  const std::string m_strLog;
+  ChildProcess m_process;
   std::string m_strPort;
-  std::string m_strLog;
 };
 
 }  // namespace tarvik::remote

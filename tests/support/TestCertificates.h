@@ -25,12 +25,17 @@ class TestCertificates {
   }
 
   /// What a server with transport security is started with; it lets the client "bench" in.
-  std::vector<std::string> ServerOptions(const std::string &strPort = "0") const {
-    return {"--listen", "127.0.0.1",        "--port",      strPort,        "--certificate", File("server.pem"),
-            "--key",    File("server.key"), "--authority", File("ca.pem"), "--allow",       "bench"};
+  std::vector<std::string> ServerOptions(const std::string &strPort = "0",
+                                         const std::string &strName = "server") const {
+    return {"--listen",      "127.0.0.1",
+            "--port",        strPort,
+            "--certificate", File(strName + ".pem"),
+            "--key",         File(strName + ".key"),
+            "--authority",   File("ca.pem"),
+            "--allow",       "bench"};
   }
-  /// From now on this process is the client of that certificate.
-  void UseClient(const std::string &strName) const {
+  /// From now on this process is the client of that certificate, with another one's key where one is named.
+  void UseClient(const std::string &strName, const std::string &strKey = {}) const {
     const auto target = m_folder / "config/tarvikvi";
     std::filesystem::create_directories(target);
     const auto copy = [&](const std::string &strFrom, const char *strTo) {
@@ -38,9 +43,11 @@ class TestCertificates {
     };
     copy("ca.pem", "ca.pem");
     copy(strName + ".pem", "client.pem");
-    copy(strName + ".key", "client.key");
+    copy((strKey.empty() ? strName : strKey) + ".key", "client.key");
     setenv("XDG_CONFIG_HOME", (m_folder / "config").c_str(), 1);
   }
+  /// The file that UseClient puts there.
+  std::string ClientFile(const std::string &strName) const { return File("config/tarvikvi/") + strName; }
   std::string File(const std::string &strName) const { return (m_folder / strName).string(); }
 
  private:
