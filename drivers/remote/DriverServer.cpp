@@ -19,6 +19,8 @@ namespace tarvik::remote {
 namespace {
 
 constexpr std::int32_t ErrInvalidArgument = 5;
+/// A client that takes its answer at all has taken it by then.
+constexpr std::chrono::seconds AnswerLimit{1};
 /// Last answers are on their way when a stopping server has finished its calls.
 constexpr std::chrono::milliseconds AnswerTravel{100};
 
@@ -105,11 +107,13 @@ class DriverServer::Service final : public DriverSession::Service {
     return status;
   }
 
-  /// Waits until no frame is at work; none is begun afterwards.
+  /// Waits until no frame is at work; none is begun afterwards. Calls have the time they need, but a client that takes
+  /// no answer keeps nobody waiting.
   void Finish() {
     m_fStopping = true;
     std::unique_lock lock(m_mutex);
-    m_idle.wait(lock, [&] { return m_lngAtWork == 0; });
+    m_changed.wait(lock, [&] { return m_lngAtWork == m_lngAnswering; });
+    m_changed.wait_for(lock, AnswerLimit, [&] { return m_lngAtWork == 0; });
   }
 
   std::size_t Clients() const { return m_lngClients; }
@@ -122,19 +126,35 @@ class DriverServer::Service final : public DriverSession::Service {
     Service &service;
     const bool fFree;
   };
-  /// Counts the frames at work; refuses when the server is stopping.
-  struct Work {
-    explicit Work(Service &service_) : service(service_) {
-      const std::lock_guard lock(service.m_mutex);
-      fAllowed = !service.m_fStopping;
-      ++service.m_lngAtWork;
+  /// Counts the frames at work, from the first byte read to the last answered; refuses when the server is stopping.
+  class Work {
+   public:
+    explicit Work(Service &service) : m_service(service) {
+      const std::lock_guard lock(m_service.m_mutex);
+      m_fAllowed = !m_service.m_fStopping;
+      ++m_service.m_lngAtWork;
     }
+    Work(const Work &) = delete;
+    Work &operator=(const Work &) = delete;
     ~Work() {
-      const std::lock_guard lock(service.m_mutex);
-      if (--service.m_lngAtWork == 0) service.m_idle.notify_all();
+      const std::lock_guard lock(m_service.m_mutex);
+      --m_service.m_lngAtWork;
+      if (m_fAnswering) --m_service.m_lngAnswering;
+      m_service.m_changed.notify_all();
     }
-    Service &service;
-    bool fAllowed;
+    bool IsAllowed() const { return m_fAllowed; }
+    /// The driver is done; what is left depends on the client.
+    void BeginAnswer() {
+      const std::lock_guard lock(m_service.m_mutex);
+      m_fAnswering = true;
+      ++m_service.m_lngAnswering;
+      m_service.m_changed.notify_all();
+    }
+
+   private:
+    Service &m_service;
+    bool m_fAllowed = false;
+    bool m_fAnswering = false;
   };
 
   grpc::Status Refuse(const std::string &strClient, grpc::StatusCode eCode, const std::string &strWhy) {
@@ -156,8 +176,8 @@ class DriverServer::Service final : public DriverSession::Service {
     AnswerWriter writer(stream, m_options.heartbeat);
     ClientFrame frame;
     while (stream.Read(&frame)) {
-      const Work work(*this);
-      if (!work.fAllowed) return {grpc::StatusCode::UNAVAILABLE, "the server is stopping"};
+      Work work(*this);
+      if (!work.IsAllowed()) return {grpc::StatusCode::UNAVAILABLE, "the server is stopping"};
       writer.Begin();
       std::string strAnswer;
       try {
@@ -167,6 +187,7 @@ class DriverServer::Service final : public DriverSession::Service {
         writer.End({});
         return {grpc::StatusCode::INVALID_ARGUMENT, error.what()};
       }
+      work.BeginAnswer();
       if (!writer.End(std::move(strAnswer))) break;
     }
     return grpc::Status::OK;
@@ -180,8 +201,9 @@ class DriverServer::Service final : public DriverSession::Service {
   /// Held around every call into a driver.
   std::mutex m_driver;
   std::mutex m_mutex;
-  std::condition_variable m_idle;
+  std::condition_variable m_changed;
   std::size_t m_lngAtWork = 0;
+  std::size_t m_lngAnswering = 0;  ///< of those at work
 };
 
 class DriverServer::Listener {

@@ -1,4 +1,5 @@
 #include <getopt.h>
+#include <grpc/grpc.h>
 #include <grpc/support/log.h>
 #include <pthread.h>
 
@@ -164,6 +165,9 @@ int Run(int argc, char **argv) {
   }
   ServerLog log(logFile.is_open() ? static_cast<std::ostream &>(logFile) : std::cerr);
   const TransportReports reports(log);
+  // The transport's own end may wait ten seconds for a line on which nothing moves any more. With one use of it left
+  // over the process ends without.
+  grpc_init();
   const auto create = [](const std::string &strProgId) { return automation::CreateObject(strProgId, ""); };
   DriverServer server(line.options, create, log);
   const ServerAddress address{!line.options.fInsecure, line.options.strHost, server.Port()};

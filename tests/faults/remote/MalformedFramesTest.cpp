@@ -17,6 +17,7 @@
 #include "MalformedFrames.h"
 #include "RemoteClient.h"
 #include "ServerProcess.h"
+#include "SessionFrames.h"
 #include "instrument/DriverCall.h"
 #include "remote/Session.grpc.pb.h"
 
@@ -169,6 +170,40 @@ TEST(LiveEntry, HundredThousandMalformedFramesDisturbNobodyAndLeaveNothingOpen) 
   EXPECT_EQ(CountOf(strLog, ": opened "), CountOf(strLog, ": closes ") + CountOf(strLog, ": closed "));
   EXPECT_FALSE(IsInTransaction(Opened(server.Url())));
   EXPECT_EQ(server.End(SIGTERM), 0);
+}
+
+/// A client that asks on and on and takes no answer holds only its own line.
+TEST(LiveEntry, ClientThatNeverReadsHoldsUpNeitherOthersNorTheStop) {
+  ServerProcess server(ServerProcess::Insecure());
+  const auto stub =
+      DriverSession::NewStub(grpc::CreateChannel("127.0.0.1:" + server.Port(), grpc::InsecureChannelCredentials()));
+  grpc::ClientContext context;
+  const auto stream = stub->Connect(&context);
+  std::atomic<long> lngAsked = 0;
+  std::jthread greedy([&] {
+    ClientFrame frame;
+    for (const Frame &next : {Frame().Hello(), Frame().Fetch(1, "IDriverRoot", "GetInstruments", 2),
+                              Frame().Call(2, "IInstrumentList", "GetItem", 3).Key("VP-210")}) {
+      frame.set_body(next.Bytes());
+      stream->Write(frame);
+    }
+    frame.set_body(Frame().Call(3, "IInstrument", "GetName").Argument<std::uint8_t>(0).Bytes());
+    while (stream->Write(frame)) ++lngAsked;
+  });
+  const auto instrument = Opened(server.Url());
+  // Its answers, and then its questions, fill everything in between, and it gets no further.
+  ASSERT_TRUE(WaitUntil(
+      [&] {
+        const long lngBefore = lngAsked;
+        std::this_thread::sleep_for(500ms);
+        return lngAsked > 1000 && lngAsked == lngBefore;
+      },
+      30s))
+      << lngAsked;
+  EXPECT_LT(SecondsOf([&] { EXPECT_FALSE(IsInTransaction(instrument)); }), 1.0);
+  EXPECT_LT(SecondsOf([&] { EXPECT_EQ(server.End(SIGTERM), 0); }), 5.0);
+  EXPECT_TRUE(server.LogSays("server: stopped")) << server.LogText();
+  context.TryCancel();
 }
 
 }  // namespace

@@ -29,6 +29,10 @@ class Frame {
     m_out.Put(lngId);
     return *this;
   }
+  Frame &Sync() {
+    Begin(Command::Sync);
+    return *this;
+  }
   template <class Number>
   Frame &Argument(Number value) {
     m_out.Put(value);
