@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -104,7 +105,19 @@ fs::path FindManifest(const std::string &strName, std::string &strTried) {
   return {};
 }
 
+/// A ProgID becomes a file name, and may come from another machine: it must not lead out of the manifests' folders.
+bool IsProgId(const std::string &strProgId) {
+  constexpr std::size_t Longest = 200;
+  const auto isAllowed = [](char ch) {
+    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') || ch == '.' || ch == '_' ||
+           ch == '-';
+  };
+  return !strProgId.empty() && strProgId.size() <= Longest && strProgId.front() != '.' &&
+         std::ranges::all_of(strProgId, isAllowed);
+}
+
 Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
+  if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "Cannot create an object: the name is no ProgID");
   std::string strTried;
   const fs::path manifest = FindManifest(strProgId, strTried);
   if (manifest.empty()) RaiseCannotCreate(strProgId, "no driver manifest found; tried " + strTried);

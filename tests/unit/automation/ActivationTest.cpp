@@ -52,6 +52,24 @@ TEST_F(ActivationTest, AMissingManifestNamesTheFilesThatWereTried) {
                                          HasSubstr("system/tarvikvi/drivers/Bench.Driver.driver")));
 }
 
+TEST_F(ActivationTest, ANameThatLeadsOutOfTheManifestFoldersIsNoProgId) {
+  const fs::path outside = m_folder / "outside";
+  std::ofstream(outside.string() + ".driver") << DRIVER_FAILING;
+  const std::string arrNames[] = {
+      outside.string(),     "../../outside", "", ".hidden", "Bench Driver", std::string("Bench\0Driver", 12),
+      std::string(201, 'a')};
+  for (const std::string &strName : arrNames) {
+    SCOPED_TRACE(strName);
+    try {
+      CreateObject(strName, "");
+      ADD_FAILURE() << "created";
+    } catch (const RunTimeError &error) {
+      EXPECT_EQ(error.Number(), 429);
+      EXPECT_EQ(error.Description(), "Cannot create an object: the name is no ProgID");
+    }
+  }
+}
+
 TEST_F(ActivationTest, AnEmptyManifestIsNamed) {
   WriteManifest("");
   EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(Manifest()), HasSubstr("is empty or cannot be read")));
