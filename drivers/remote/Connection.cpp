@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 #include "automation/ErrorInfo.h"
@@ -14,38 +15,29 @@ namespace tarvik::remote {
 
 using automation::StatusOk;
 
-namespace {
-
 /// The connections of this process, for those who wait for all of them or count.
-struct Register {
+struct Connection::Register {
   std::mutex mutex;
   std::vector<Connection *> connections;
   std::uint64_t lngEndedRoundTrips = 0;
 };
 
-Register &TheRegister() {
-  static Register instance;
+std::shared_ptr<Connection::Register> Connection::TheRegister() {
+  static const auto instance = std::make_shared<Register>();
   return instance;
 }
 
-/// Bytes that stay free in a frame for what the transport adds.
-constexpr std::size_t FrameSlack = 1024;
-
-}  // namespace
-
 Connection::Connection(const ServerAddress &address, const ClientCredentials *pCredentials, const Patience &patience)
     : m_address(address), m_patience(patience), m_stream(std::make_unique<Stream>(address, pCredentials)) {
-  Register &all = TheRegister();
-  const std::lock_guard lock(all.mutex);
-  all.connections.push_back(this);
+  const std::lock_guard lock(m_register->mutex);
+  m_register->connections.push_back(this);
 }
 
 Connection::~Connection() {
   {
-    Register &all = TheRegister();
-    const std::lock_guard lock(all.mutex);
-    std::erase(all.connections, this);
-    all.lngEndedRoundTrips += m_lngRoundTrips;
+    const std::lock_guard lock(m_register->mutex);
+    std::erase(m_register->connections, this);
+    m_register->lngEndedRoundTrips += m_lngRoundTrips;
   }
   if (m_stream && !m_pending.Empty()) m_stream->Send(m_pending.Take(), m_patience.farewell);
   // The wait lets a caller count on its objects being gone, as they would be without a network between.
@@ -78,7 +70,7 @@ bool Connection::Greet(const std::string &strProgId) {
   }
 }
 
-std::uint32_t Connection::NewId() {
+ObjectId Connection::NewId() {
   const std::lock_guard lock(m_mutex);
   return ++m_lngLastId;
 }
@@ -86,25 +78,23 @@ std::uint32_t Connection::NewId() {
 void Connection::Post(const Put &put) {
   const std::lock_guard lock(m_mutex);
   if (m_statusLost != StatusOk) return;
-  ++m_lngCommands;
   put(m_pending);
-  // A caller that only fetches and never asks must not fill the memory.
-  if (m_pending.Size() + FrameSlack > m_lngLargestFrame / 2 && !m_stream->Send(m_pending.Take(), m_patience.silence))
-    Lose(StatusCallLost, "takes nothing more");
+  SendWhenLarge();
 }
 
 Status Connection::Call(const Put &put, const Take &take) {
   const std::lock_guard lock(m_mutex);
   if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
-  const std::size_t lngBefore = m_pending.Size();
-  put(m_pending);
-  if (m_pending.Size() + FrameSlack > m_lngLargestFrame) {
-    m_pending.CutTo(lngBefore);
+  Writer call;
+  put(call);
+  // What was posted goes ahead of a call that it would not fit beside.
+  if (!m_pending.Empty() && !Fits(m_pending.Size() + call.Size()) && !SendPending(m_patience.silence))
+    return automation::Fail(m_statusLost, m_strLost);
+  if (!Fits(call.Size()))
     return automation::Fail(
         automation::StatusInvalidArgument,
         "The call is larger than the " + std::to_string(m_lngLargestFrame) + " bytes that the driver server takes");
-  }
-  ++m_lngCommands;
+  m_pending.Append(call);
   const std::string strAnswer = Exchange(m_patience.silence);
   if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
   try {
@@ -122,12 +112,15 @@ Status Connection::Call(const Put &put, const Take &take) {
   }
 }
 
-void Connection::Release(std::uint32_t lngId, bool fAtOnce) {
+void Connection::Release(ObjectId lngId, bool fAtOnce) {
   const std::lock_guard lock(m_mutex);
   if (m_statusLost != StatusOk) return;
   m_pending.Put(static_cast<std::uint8_t>(Command::Release));
   m_pending.Put(lngId);
-  if (fAtOnce && !m_stream->Send(m_pending.Take(), m_patience.silence)) Lose(StatusCallLost, "takes nothing more");
+  if (fAtOnce)
+    SendPending(m_patience.silence);
+  else
+    SendWhenLarge();
 }
 
 Status Connection::Sync() {
@@ -152,14 +145,23 @@ Status Connection::LeaveFailure(const Failure &failure) {
   return failure.lngNumber;
 }
 
+/// Hands what is pending to the transport. False when the connection was lost over it.
+bool Connection::SendPending(std::chrono::milliseconds limit) {
+  if (m_stream->Send(m_pending.Take(), limit)) return true;
+  const auto [status, strWhy] = m_stream->WhyEnded();
+  Lose(status, strWhy);
+  return false;
+}
+
+/// A caller that only fetches or lets go and never asks must not fill the memory.
+void Connection::SendWhenLarge() {
+  if (!Fits(2 * m_pending.Size())) SendPending(m_patience.silence);
+}
+
 /// Sends what is pending and waits for an answer that is no heartbeat. Empty when the connection was lost.
 std::string Connection::Exchange(std::chrono::milliseconds limit) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
-  if (!m_stream->Send(m_pending.Take(), limit)) {
-    const auto [status, strWhy] = m_stream->WhyEnded();
-    Lose(status, strWhy);
-    return {};
-  }
+  if (!SendPending(limit)) return {};
   auto until = deadline;
   for (;;) {
     std::string strFrame;
@@ -206,16 +208,16 @@ Ref<IUnknown> ConnectDriver(const std::string &strProgId, const std::string &str
 }
 
 void SynchroniseConnections() {
-  Register &all = TheRegister();
-  const std::lock_guard lock(all.mutex);
-  for (Connection *connection : all.connections) connection->Sync();
+  const auto all = Connection::TheRegister();
+  const std::lock_guard lock(all->mutex);
+  for (Connection *connection : all->connections) connection->Sync();
 }
 
 std::uint64_t RoundTripsSoFar() {
-  Register &all = TheRegister();
-  const std::lock_guard lock(all.mutex);
-  std::uint64_t lngTotal = all.lngEndedRoundTrips;
-  for (const Connection *connection : all.connections) lngTotal += connection->RoundTrips();
+  const auto all = Connection::TheRegister();
+  const std::lock_guard lock(all->mutex);
+  std::uint64_t lngTotal = all->lngEndedRoundTrips;
+  for (const Connection *connection : all->connections) lngTotal += connection->RoundTrips();
   return lngTotal;
 }
 

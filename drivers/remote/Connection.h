@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -58,14 +59,14 @@ class Connection {
   bool Greet(const std::string &strProgId);
 
   /// A number for the next object.
-  std::uint32_t NewId();
+  ObjectId NewId();
   /// Writes a command that needs no answer; it travels with the next call.
   void Post(const Put &put);
   /// Writes a command, sends it with all that was posted, and waits. A failure leaves its description as a driver
   /// does.
   Status Call(const Put &put, const Take &take);
   /// Lets go of an object, with the next call or at once.
-  void Release(std::uint32_t lngId, bool fAtOnce);
+  void Release(ObjectId lngId, bool fAtOnce);
   /// Waits until the server has done everything posted.
   Status Sync();
   /// The failing status of a connection that is lost, with its description left; else a success.
@@ -73,24 +74,34 @@ class Connection {
 
   /// Frames that were answered, heartbeats not counted: the round trips.
   std::uint64_t RoundTrips() const { return m_lngRoundTrips; }
-  /// Calls made, whatever they cost; deferred ones among them.
-  std::uint64_t Commands() const { return m_lngCommands; }
 
  private:
   class Stream;
+  struct Register;
 
+  static std::shared_ptr<Register> TheRegister();
+  friend void SynchroniseConnections();
+  friend std::uint64_t RoundTripsSoFar();
+
+  bool SendPending(std::chrono::milliseconds limit);
+  bool Fits(std::size_t lngBytes) const { return lngBytes + FrameSlack <= m_lngLargestFrame; }
+  void SendWhenLarge();
   std::string Exchange(std::chrono::milliseconds limit);
   void Lose(Status status, const std::string &strWhy);
   Status LeaveFailure(const Failure &failure);
 
+  /// Bytes that stay free in a frame for what the transport adds.
+  static constexpr std::size_t FrameSlack = 1024;
+
+  /// Held, because the last connection may go after the register's other users have gone.
+  const std::shared_ptr<Register> m_register = TheRegister();
   const ServerAddress m_address;
   const Patience m_patience;
   std::mutex m_mutex;
   Writer m_pending;
   std::size_t m_lngLargestFrame = 0;
-  std::uint32_t m_lngLastId = RootId;
-  std::uint64_t m_lngRoundTrips = 0;
-  std::uint64_t m_lngCommands = 0;
+  ObjectId m_lngLastId = RootId;
+  std::atomic<std::uint64_t> m_lngRoundTrips = 0;
   Status m_statusLost = automation::StatusOk;
   std::string m_strLost;
   std::unique_ptr<Stream> m_stream;

@@ -165,7 +165,12 @@ class DriverServer::Service final : public DriverSession::Service {
   grpc::Status Serve(grpc::ServerContext &context, Stream &stream, const std::string &strClient) {
     ServerSession session(m_creator, m_options.limits,
                           [&](const std::string &strText) { m_log.Write(strClient, strText); });
-    grpc::Status status = Converse(stream, session);
+    grpc::Status status;
+    try {
+      status = Converse(stream, session);
+    } catch (const std::exception &error) {
+      status = {grpc::StatusCode::INTERNAL, error.what()};
+    }
     const std::lock_guard driver(m_driver);
     if (status.ok() && context.IsCancelled()) m_log.Write(strClient, "vanished");
     session.End();

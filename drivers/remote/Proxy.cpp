@@ -14,13 +14,13 @@ class IUnknownObject : public automation::IDispatch {
 
 class UnknownProxy final : public Proxy<IUnknownObject> {
  public:
-  UnknownProxy(std::shared_ptr<Connection> connection, std::uint32_t lngId)
+  UnknownProxy(std::shared_ptr<Connection> connection, ObjectId lngId)
       : Proxy(std::move(connection), lngId, KindUnknown) {}
 };
 
 }  // namespace
 
-Ref<automation::IDispatch> MakeUnknownProxy(std::shared_ptr<Connection> connection, std::uint32_t lngId) {
+Ref<automation::IDispatch> MakeUnknownProxy(std::shared_ptr<Connection> connection, ObjectId lngId) {
   return automation::MakeObject<UnknownProxy>(std::move(connection), lngId);
 }
 

@@ -13,16 +13,16 @@
 namespace tarvik::remote {
 
 /// Makes the proxy of an interface by its number; empty for a number that no interface has.
-using ProxyMaker = Ref<automation::IDispatch> (*)(std::shared_ptr<Connection> connection, std::uint32_t lngId);
+using ProxyMaker = Ref<automation::IDispatch> (*)(std::shared_ptr<Connection> connection, ObjectId lngId);
 ProxyMaker MakerOfKind(std::uint8_t intKind);
 
 /// An object that the server knows and the contract does not: it can be counted and nothing else.
-Ref<automation::IDispatch> MakeUnknownProxy(std::shared_ptr<Connection> connection, std::uint32_t lngId);
+Ref<automation::IDispatch> MakeUnknownProxy(std::shared_ptr<Connection> connection, ObjectId lngId);
 
 template <class Interface>
 class Proxy : public automation::Object<Interface> {
  public:
-  Proxy(std::shared_ptr<Connection> connection, std::uint32_t lngId, std::uint8_t intInterface)
+  Proxy(std::shared_ptr<Connection> connection, ObjectId lngId, std::uint8_t intInterface)
       : m_connection(std::move(connection)), m_lngId(lngId), m_intInterface(intInterface) {}
 
  protected:
@@ -46,7 +46,7 @@ class Proxy : public automation::Object<Interface> {
   Status AskForObject(std::uint8_t intOperation, automation::IDispatch **ppObject, Args... args) {
     if (!ppObject) return automation::StatusPointer;
     if (const Status status = CheckAll(args...); automation::Failed(status)) return status;
-    const std::uint32_t lngNewId = m_connection->NewId();
+    const ObjectId lngNewId = m_connection->NewId();
     return m_connection->Call(
         [&](Writer &out) {
           PutTarget(out, Command::Call, intOperation, lngNewId);
@@ -64,7 +64,7 @@ class Proxy : public automation::Object<Interface> {
   Status Defer(std::uint8_t intOperation, Result **ppObject, Args... args) {
     if (!ppObject) return automation::StatusPointer;
     if (const Status status = m_connection->Failed(); automation::Failed(status)) return status;
-    const std::uint32_t lngNewId = m_connection->NewId();
+    const ObjectId lngNewId = m_connection->NewId();
     m_connection->Post([&](Writer &out) {
       PutTarget(out, Command::Fetch, intOperation, lngNewId);
       (Outgoing<Args>::Send(out, args), ...);
@@ -82,7 +82,7 @@ class Proxy : public automation::Object<Interface> {
     return status;
   }
 
-  void PutTarget(Writer &out, Command eCommand, std::uint8_t intOperation, std::uint32_t lngNewId) {
+  void PutTarget(Writer &out, Command eCommand, std::uint8_t intOperation, ObjectId lngNewId) {
     out.Put(static_cast<std::uint8_t>(eCommand));
     out.Put(m_lngId);
     out.Put(m_intInterface);
@@ -90,7 +90,7 @@ class Proxy : public automation::Object<Interface> {
     out.Put(lngNewId);
   }
 
-  Ref<automation::IDispatch> Arrived(std::uint8_t intKind, std::uint32_t lngId) {
+  Ref<automation::IDispatch> Arrived(std::uint8_t intKind, ObjectId lngId) {
     if (intKind == KindNothing) return nullptr;
     if (intKind == KindUnknown) return MakeUnknownProxy(m_connection, lngId);
     const ProxyMaker maker = MakerOfKind(intKind);
@@ -99,7 +99,7 @@ class Proxy : public automation::Object<Interface> {
   }
 
   const std::shared_ptr<Connection> m_connection;
-  const std::uint32_t m_lngId;
+  const ObjectId m_lngId;
   const std::uint8_t m_intInterface;
 };
 

@@ -1,5 +1,6 @@
 #include "remote/ServerLog.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -16,8 +17,12 @@ void ServerLog::Write(const std::string &strClient, const std::string &strText) 
   char date[32], time[48];
   std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &utc);
   std::snprintf(time, sizeof time, "%s.%03dZ", date, lngMilliseconds);
+  std::string strLine = strClient + ": " + strText;
+  // Names and texts may come from a client: none may begin a line of its own or work a terminal.
+  std::ranges::replace_if(
+      strLine, [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7F; }, '?');
   const std::lock_guard lock(m_mutex);
-  m_out << time << ' ' << strClient << ": " << strText << std::endl;
+  m_out << time << ' ' << strLine << std::endl;
 }
 
 }  // namespace tarvik::remote

@@ -6,7 +6,8 @@
 
 namespace tarvik::remote {
 
-/// One line for each thing that happened: time in UTC, client, text. Any thread may write.
+/// One line for each thing that happened: time in UTC, client, text. Characters that are none on paper come out as
+/// question marks. Any thread may write.
 class ServerLog {
  public:
   /// The stream outlives the log.

@@ -50,13 +50,23 @@ Failure DriverFailure(Status status) {
   return failure;
 }
 
-/// A name or a ProgID as it may stand in a log line, whatever a client sent.
-std::string Printable(std::string_view strText) {
-  constexpr std::size_t MaxShown = 80;
-  std::string strResult(strText.substr(0, MaxShown));
-  std::ranges::replace_if(
-      strResult, [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7F; }, '?');
-  return strResult;
+/// The most of a client's own words that is kept for the log.
+constexpr std::size_t MaxShown = 80;
+
+std::string Shortened(std::string_view strText) {
+  if (strText.size() <= MaxShown) return std::string(strText);
+  std::size_t lngEnd = MaxShown;
+  while (lngEnd > 0 && (strText[lngEnd] & 0xC0) == 0x80) --lngEnd;  // not within a character
+  return std::string(strText.substr(0, lngEnd)) + "...";
+}
+
+/// A ProgID names files on this machine; whatever else a client sends must not reach them.
+bool IsProgId(std::string_view strText) {
+  const auto fits = [](char ch) {
+    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') || ch == '.' || ch == '_' ||
+           ch == '-';
+  };
+  return !strText.empty() && strText.size() <= MaxShown && strText.front() != '.' && std::ranges::all_of(strText, fits);
 }
 
 }  // namespace
@@ -103,6 +113,7 @@ std::string ServerSession::Greet(Reader &in) {
   m_fGreeted = true;
   Failure failure;
   try {
+    if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "The driver server is sent no ProgID");
     static_cast<void>(automation::TakeErrorInfo());
     Ref<IUnknown> root = m_creator(strProgId);
     const auto &iid = Contract()[ThePlaces().intRoot].iid;
@@ -110,8 +121,8 @@ std::string ServerSession::Greet(Reader &in) {
     if (root && automation::Failed(root->QueryInterface(iid, reinterpret_cast<void **>(narrowed.Out()))))
       throw RunTimeError(ErrTypeMismatch, StandardDescription(ErrTypeMismatch));
     const bool fRoot = static_cast<bool>(narrowed);
-    m_log(fRoot ? "created " + Printable(strProgId) : "creation of " + Printable(strProgId) + " gave nothing");
-    if (fRoot) Hold(RootId, Entry{std::move(narrowed), ThePlaces().intRoot, false, {}, {}, false, false});
+    m_log(fRoot ? "created " + Shortened(strProgId) : "creation of " + Shortened(strProgId) + " gave nothing");
+    if (fRoot) Hold(RootId, {.object = std::move(narrowed), .intKind = ThePlaces().intRoot});
     Writer out;
     out.Put(static_cast<std::uint8_t>(Answer::Welcome));
     out.PutSuccess(StatusOk);
@@ -120,17 +131,19 @@ std::string ServerSession::Greet(Reader &in) {
     return out.Take();
   } catch (const RunTimeError &error) {
     failure = {true, error.Number(), error.Description(), error.Source()};
+  } catch (const std::exception &error) {
+    failure = {false, automation::StatusUnexpected, error.what(), {}};
   }
-  m_log("creation of " + Printable(strProgId) + " failed: " + Printable(failure.strDescription));
+  m_log("creation of " + Shortened(strProgId) + " failed: " + failure.strDescription);
   return FailedFrame(Answer::Welcome, failure);
 }
 
 ServerSession::Target ServerSession::ReadTarget(Reader &in) const {
   Target target{};
-  target.lngId = in.Get<std::uint32_t>();
+  target.lngId = in.Get<ObjectId>();
   target.intInterface = in.Get<std::uint8_t>();
   target.intOperation = in.Get<std::uint8_t>();
-  target.lngNewId = in.Get<std::uint32_t>();
+  target.lngNewId = in.Get<ObjectId>();
   const auto contract = Contract();
   if (target.intInterface >= contract.size() || target.intOperation >= contract[target.intInterface].operations.size())
     throw ProtocolError("a call is not in the contract");
@@ -141,7 +154,7 @@ ServerSession::Target ServerSession::ReadTarget(Reader &in) const {
   return target;
 }
 
-ServerSession::Entry &ServerSession::Find(std::uint32_t lngId, std::uint8_t intInterface) {
+ServerSession::Entry &ServerSession::Find(ObjectId lngId, std::uint8_t intInterface) {
   const auto found = m_objects.find(lngId);
   if (found == m_objects.end()) throw ProtocolError("a call is on an object that is not there");
   if (found->second.intKind != intInterface) throw ProtocolError("a call is on an object of another kind");
@@ -189,7 +202,7 @@ void ServerSession::Watch(Entry &entry, const Target &target, Reader before, con
 }
 
 /// What the client will hold for an object that the driver handed out.
-ServerSession::Entry ServerSession::Narrowed(const Target &target, Ref<IUnknown> object) const {
+ServerSession::Entry ServerSession::Narrowed(const Target &target, Ref<IUnknown> object) {
   Entry entry;
   entry.intKind = target.pOperation->intResultKind;
   if (!object) return entry;
@@ -207,29 +220,25 @@ std::string ServerSession::NameOf(const Target &target, Reader arguments) {
   if (target.pOperation->intResultKind != ThePlaces().intInstrument) return {};
   automation::String text;
   const AutomationVariant key = GetVariant(arguments, text);
-  return key.vt == automation::VtString ? Printable(text.Text()) : "instrument " + std::to_string(key.iVal);
+  return key.vt == automation::VtString ? Shortened(text.Text()) : "instrument " + std::to_string(key.iVal);
+}
+
+/// What keeps a call or a fetch from being made at all.
+std::optional<Failure> ServerSession::Hindrance(const Entry &entry, const Target &target) const {
+  if (!m_unreported.empty()) return m_objects.at(*m_unreported.begin()).failure;
+  if (entry.fFailed) return entry.failure;
+  if (!entry.object) return NoObject();
+  if (target.lngNewId != 0 && m_objects.size() >= m_limits.lngObjects) return TooManyObjects();
+  return std::nullopt;
 }
 
 std::string ServerSession::Call(Reader &in) {
   const Target target = ReadTarget(in);
   Entry &entry = Find(target.lngId, target.intInterface);
-  if (!m_unreported.empty()) {
-    const Failure failure = m_objects.at(*m_unreported.begin()).failure;
+  if (const auto hindrance = Hindrance(entry, target)) {
     m_unreported.clear();
-    in = Reader({});
-    return FailedFrame(Answer::Result, failure);
-  }
-  if (entry.fFailed || !entry.object) {
-    in = Reader({});
-    return FailedFrame(Answer::Result, entry.fFailed ? entry.failure : NoObject());
-  }
-  if (target.lngNewId && m_objects.size() >= m_limits.lngObjects) {
-    in = Reader({});
-    return FailedFrame(Answer::Result, {false,
-                                        automation::StatusOutOfMemory,
-                                        "The driver server gives a client no more than " +
-                                            std::to_string(m_limits.lngObjects) + " objects at a time",
-                                        {}});
+    target.pOperation->skip(in);
+    return FailedFrame(Answer::Result, *hindrance);
   }
 
   Failure failure;
@@ -239,7 +248,7 @@ std::string ServerSession::Call(Reader &in) {
   Writer out;
   out.Put(static_cast<std::uint8_t>(Answer::Result));
   out.PutSuccess(outcome.status);
-  if (target.lngNewId) {
+  if (target.lngNewId != 0) {
     Entry child = Narrowed(target, std::move(outcome.object));
     if (!child.object) {
       out.Put(KindNothing);
@@ -259,35 +268,20 @@ void ServerSession::Fetch(Reader &in) {
   if (!target.pOperation->fDeferred) throw ProtocolError("a call that has to wait is sent without");
   Entry &entry = Find(target.lngId, target.intInterface);
   const auto intKind = target.pOperation->intResultKind;
-  Failure failure;
-  if (!m_unreported.empty()) {
-    failure = m_objects.at(*m_unreported.begin()).failure;
-  } else if (entry.fFailed) {
-    failure = entry.failure;
-  } else if (!entry.object) {
-    failure = NoObject();
-  } else if (m_objects.size() >= m_limits.lngObjects) {
-    failure = {
-        false,
-        automation::StatusOutOfMemory,
-        "The driver server gives a client no more than " + std::to_string(m_limits.lngObjects) + " objects at a time",
-        {}};
-  } else {
-    Outcome outcome = Run(entry, target, in, failure);
-    if (!automation::Failed(outcome.status)) {
-      Entry child = Narrowed(target, std::move(outcome.object));
-      if (child.fFailed) return HoldFailed(target.lngNewId, intKind, child.failure);
-      return Hold(target.lngNewId, std::move(child));
-    }
-    return HoldFailed(target.lngNewId, intKind, failure);
+  if (const auto hindrance = Hindrance(entry, target)) {
+    target.pOperation->skip(in);
+    return HoldFailed(target.lngNewId, intKind, *hindrance);
   }
-  // The arguments are read all the same, to find the next command.
-  target.pOperation->skip(in);
-  HoldFailed(target.lngNewId, intKind, failure);
+  Failure failure;
+  Outcome outcome = Run(entry, target, in, failure);
+  if (automation::Failed(outcome.status)) return HoldFailed(target.lngNewId, intKind, failure);
+  Entry child = Narrowed(target, std::move(outcome.object));
+  if (child.fFailed) return HoldFailed(target.lngNewId, intKind, child.failure);
+  Hold(target.lngNewId, std::move(child));
 }
 
 void ServerSession::Release(Reader &in) {
-  const auto lngId = in.Get<std::uint32_t>();
+  const auto lngId = in.Get<ObjectId>();
   const auto found = m_objects.find(lngId);
   if (found == m_objects.end()) throw ProtocolError("an object is let go that is not there");
   // Nobody could ever close it again.
@@ -296,13 +290,20 @@ void ServerSession::Release(Reader &in) {
   m_objects.erase(found);
 }
 
-void ServerSession::Hold(std::uint32_t lngId, Entry entry) { m_objects.emplace(lngId, std::move(entry)); }
+void ServerSession::Hold(ObjectId lngId, Entry entry) { m_objects.emplace(lngId, std::move(entry)); }
 
-void ServerSession::HoldFailed(std::uint32_t lngId, std::uint8_t intKind, const Failure &failure) {
+void ServerSession::HoldFailed(ObjectId lngId, std::uint8_t intKind, const Failure &failure) {
   // Failed fetches count as objects; a client that goes on fetching beyond them breaks the rules.
   if (m_objects.size() >= 2 * m_limits.lngObjects) throw ProtocolError("more objects are fetched than allowed");
-  Hold(lngId, Entry{nullptr, intKind, true, failure, {}, false, false});
+  Hold(lngId, {.intKind = intKind, .fFailed = true, .failure = failure});
   m_unreported.insert(lngId);
+}
+
+Failure ServerSession::TooManyObjects() const {
+  return {false,
+          automation::StatusOutOfMemory,
+          "The driver server gives a client no more than " + std::to_string(m_limits.lngObjects) + " objects at a time",
+          {}};
 }
 
 Failure ServerSession::NoObject() { return {true, ErrObjectNotSet, StandardDescription(ErrObjectNotSet), {}}; }
@@ -314,7 +315,7 @@ void ServerSession::CloseInstrument(Entry &entry) {
     if (entry.fTransaction) instrument.Transaction(kolven::TransactionAbort);
     if (automation::Failed(instrument.Close())) m_log("failed to close " + entry.strName);
   } catch (const std::exception &error) {
-    m_log("failed to close " + entry.strName + ": " + Printable(error.what()));
+    m_log("failed to close " + entry.strName + ": " + error.what());
   }
   entry.fOpen = entry.fTransaction = false;
 }

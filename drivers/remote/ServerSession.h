@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -50,19 +51,19 @@ class ServerSession {
 
  private:
   struct Entry {
-    Ref<IUnknown> object;  ///< empty: the fetch handed back nothing, or failed
+    Ref<IUnknown> object{};  ///< empty: the fetch handed back nothing, or failed
     std::uint8_t intKind = KindUnknown;
     bool fFailed = false;
-    Failure failure;
-    std::string strName;  ///< of an instrument: the key it was found by
+    Failure failure{};
+    std::string strName{};  ///< of an instrument: the key it was found by
     bool fOpen = false;
     bool fTransaction = false;
   };
   struct Target {
-    std::uint32_t lngId;
+    ObjectId lngId;
     std::uint8_t intInterface;
     std::uint8_t intOperation;
-    std::uint32_t lngNewId;
+    ObjectId lngNewId;
     const Operation *pOperation;
   };
 
@@ -72,22 +73,24 @@ class ServerSession {
   void Release(Reader &in);
 
   Target ReadTarget(Reader &in) const;
-  Entry &Find(std::uint32_t lngId, std::uint8_t intInterface);
+  Entry &Find(ObjectId lngId, std::uint8_t intInterface);
+  std::optional<Failure> Hindrance(const Entry &entry, const Target &target) const;
   Outcome Run(Entry &entry, const Target &target, Reader &in, Failure &failure);
   void Watch(Entry &entry, const Target &target, Reader before, const Outcome &outcome);
-  Entry Narrowed(const Target &target, Ref<IUnknown> object) const;
-  void Hold(std::uint32_t lngId, Entry entry);
-  void HoldFailed(std::uint32_t lngId, std::uint8_t intKind, const Failure &failure);
+  static Entry Narrowed(const Target &target, Ref<IUnknown> object);
+  void Hold(ObjectId lngId, Entry entry);
+  void HoldFailed(ObjectId lngId, std::uint8_t intKind, const Failure &failure);
   void CloseInstrument(Entry &entry);
   static std::string NameOf(const Target &target, Reader arguments);
   static Failure NoObject();
+  Failure TooManyObjects() const;
 
   const DriverCreator m_creator;
   const SessionLimits m_limits;
   const Log m_log;
-  std::map<std::uint32_t, Entry> m_objects;
+  std::map<ObjectId, Entry> m_objects;
   /// Objects whose fetch failed and whose failure the client does not know yet.
-  std::set<std::uint32_t> m_unreported;
+  std::set<ObjectId> m_unreported;
   bool m_fGreeted = false;
 };
 

@@ -22,8 +22,10 @@ using automation::Status;
 /// Changes whenever the layout of the commands themselves does; the contract has its own fingerprint.
 inline constexpr std::uint16_t WireVersion = 1;
 
+/// The client's number for an object; 0 is none. Numbers are never used again, and so wide that none runs out.
+using ObjectId = std::uint64_t;
 /// The driver's root on every connection.
-inline constexpr std::uint32_t RootId = 1;
+inline constexpr ObjectId RootId = 1;
 
 enum class Command : std::uint8_t {
   Hello = 1,    ///< version, contract fingerprint, ProgID; only as the first; answered by Welcome
@@ -84,7 +86,6 @@ class Writer {
   const std::string &Bytes() const { return m_strBytes; }
   std::string Take() { return std::exchange(m_strBytes, {}); }
   void Append(const Writer &other) { m_strBytes += other.m_strBytes; }
-  void CutTo(std::size_t lngSize) { m_strBytes.resize(lngSize); }
   std::size_t Size() const { return m_strBytes.size(); }
   bool Empty() const { return m_strBytes.empty(); }
 

@@ -96,7 +96,7 @@ def proxies(contract):
     out += [f"class {name}Proxy;" for name, _ in contract] + [""]
     for position, (name, operations) in enumerate(contract):
         out += [f"class {name}Proxy final : public Proxy<{name}> {{", " public:",
-                f"  {name}Proxy(std::shared_ptr<Connection> connection, std::uint32_t lngId)",
+                f"  {name}Proxy(std::shared_ptr<Connection> connection, ObjectId lngId)",
                 f"      : Proxy(std::move(connection), lngId, {position}) {{}}"]
         out += [f"  Status TARVIK_CALL {op.name}({op.declaration()}) override;" for op in operations]
         out += ["};", ""]
@@ -105,7 +105,7 @@ def proxies(contract):
             out += [f"Status {name}Proxy::{op.name}({op.declaration()}) {{ {call_of(number, op)} }}"]
         out += [""]
     out += ["template <class T>",
-            "Ref<automation::IDispatch> Make(std::shared_ptr<Connection> connection, std::uint32_t lngId) {",
+            "Ref<automation::IDispatch> Make(std::shared_ptr<Connection> connection, ObjectId lngId) {",
             "  return automation::MakeObject<T>(std::move(connection), lngId);", "}", "",
             "constexpr ProxyMaker Makers[] = {"]
     out += [f"    &Make<{name}Proxy>," for name, _ in contract]

@@ -18,13 +18,13 @@ class Frame {
     m_out.PutText(strProgId);
     return *this;
   }
-  Frame &Call(std::uint32_t lngId, const char *strInterface, const char *strOperation, std::uint32_t lngNew = 0) {
+  Frame &Call(ObjectId lngId, const char *strInterface, const char *strOperation, ObjectId lngNew = 0) {
     return Target(Command::Call, lngId, strInterface, strOperation, lngNew);
   }
-  Frame &Fetch(std::uint32_t lngId, const char *strInterface, const char *strOperation, std::uint32_t lngNew) {
+  Frame &Fetch(ObjectId lngId, const char *strInterface, const char *strOperation, ObjectId lngNew) {
     return Target(Command::Fetch, lngId, strInterface, strOperation, lngNew);
   }
-  Frame &Release(std::uint32_t lngId) {
+  Frame &Release(ObjectId lngId) {
     Begin(Command::Release);
     m_out.Put(lngId);
     return *this;
@@ -50,8 +50,7 @@ class Frame {
 
  private:
   void Begin(Command eCommand) { m_out.Put(static_cast<std::uint8_t>(eCommand)); }
-  Frame &Target(Command eCommand, std::uint32_t lngId, const char *strInterface, const char *strOperation,
-                std::uint32_t lngNew) {
+  Frame &Target(Command eCommand, ObjectId lngId, const char *strInterface, const char *strOperation, ObjectId lngNew) {
     const auto contract = Contract();
     const auto interface = std::ranges::find(contract, strInterface, &InterfaceTable::strName);
     const auto operation = std::ranges::find(interface->operations, strOperation, &Operation::strName);
