@@ -2,7 +2,9 @@
 
 #include "automation/Activation.h"
 #include "automation/ErrorInfo.h"
+#include "instrument/KolvenDriver.h"
 #include "remote/Connection.h"
+#include "remote/NoInstruments.h"
 #include "support/RunTimeError.h"
 
 /// What the automation library calls when an object is to be made on a server. Null without a failure means that
@@ -21,4 +23,17 @@ TARVIK_DRIVER_EXPORT tarvik::automation::Status TarvikCreateRemoteObject(const c
   } catch (const std::exception &error) {
     return automation::Fail(automation::StatusUnexpected, error.what());
   }
+}
+
+/// What it calls where a manifest names this library as the driver itself.
+TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllGetClassObject(const tarvik::automation::Guid &rclsid,
+                                                                              const tarvik::automation::Guid &riid,
+                                                                              void **ppv) {
+  using namespace tarvik;
+  if (!ppv) return automation::StatusPointer;
+  *ppv = nullptr;
+  if (!(rclsid == automation::ClassIdOf(kolven::DriverProgId)))
+    return automation::Fail(automation::StatusClassNotAvailable,
+                            std::string("The library stands for no class but ") + kolven::DriverProgId);
+  return remote::NoInstruments::Factory().QueryInterface(riid, ppv);
 }
