@@ -152,6 +152,8 @@ int Run(int argc, char **argv) {
   sigemptyset(&signals);
   for (const int lngSignal : {SIGTERM, SIGINT}) sigaddset(&signals, lngSignal);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  // A log that nobody reads any more is no reason to let the clients down.
+  std::signal(SIGPIPE, SIG_IGN);
 
   const CommandLine line = ReadCommandLine(argc, argv);
   if (line.fHelp) {
@@ -178,6 +180,8 @@ int Run(int argc, char **argv) {
   int lngSignal = 0;
   sigwait(&signals, &lngSignal);
   log.Write("server", "stopping");
+  // Whoever asks a second time does not want to wait for the calls at work.
+  pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   server.Stop();
   log.Write("server", "stopped");
   return EXIT_SUCCESS;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
+#include <vector>
 
 #include "LoopbackServer.h"
 #include "StandInDriver.h"
@@ -85,6 +87,53 @@ TEST_F(Loopback, TooLargeAPatternFailsAndTheConnectionLives) {
   automation::ArrayOwner arr(ByteArray(0, std::vector<Byte>(2'000'000)));
   EXPECT_EQ(memory->SetPattern(1, 2, arr.InOut(), 16'000'000), automation::StatusInvalidArgument);
   EXPECT_EQ(Read(instrument, &IInstrument::GetChannelMath), 0);
+}
+
+TEST_F(Loopback, LossIsToldByItsReasonWhateverMeetsItFirst) {
+  auto root = Connect();
+  auto instrument = Item(root, "Alpha");
+  server->Stop();
+  // The release of an instrument leaves at once and finds the server gone.
+  instrument = nullptr;
+  Long lngCount = 0;
+  EXPECT_TRUE(automation::Failed(Fetch(root, &IDriverRoot::GetInstruments)->GetCount(&lngCount)));
+  const auto info = automation::TakeErrorInfo();
+  ASSERT_TRUE(info);
+  EXPECT_EQ(info->strDescription.find("takes nothing more"), std::string::npos) << info->strDescription;
+}
+
+/// A server that takes small frames only.
+struct SmallFrames : Loopback {
+  static constexpr std::uint32_t FrameBytes = 16 * 1024;
+  SmallFrames() {
+    ServerOptions options;
+    options.limits = {10'000, FrameBytes};
+    small.emplace([this](const std::string &strProgId) { return driver.Create(strProgId, {}); }, options);
+  }
+  Ref<IInstrument> Alpha() {
+    return Item(automation::Narrow<IDriverRoot>(ConnectDriver(DriverProgId, small->Url())), "Alpha");
+  }
+  std::optional<LoopbackServer> small;
+};
+
+TEST_F(SmallFrames, ThousandsOfFetchesAndReleasesWithoutACallTravelInParts) {
+  const auto instrument = Alpha();
+  std::vector<Ref<IChannelList>> arrLists;
+  for (int i = 0; i < 5000; ++i) arrLists.push_back(Fetch(instrument, &IInstrument::GetChannels));
+  EXPECT_EQ(Read(arrLists.back(), &IChannelList::GetCount), 2);
+  arrLists.clear();
+  EXPECT_EQ(Read(instrument, &IInstrument::GetChannelMath), 0);
+  SynchroniseConnections();
+  EXPECT_FALSE(driver.References().contains("IChannelList"));
+}
+
+TEST_F(SmallFrames, LargeCallGoesBehindWhatWasPosted) {
+  const auto instrument = Alpha();
+  std::vector<Ref<IChannelList>> arrLists;
+  for (int i = 0; i < 300; ++i) arrLists.push_back(Fetch(instrument, &IInstrument::GetChannels));
+  const auto memory = Fetch(instrument, &IInstrument::GetPatternMemory);
+  automation::ArrayOwner arr(ByteArray(0, std::vector<Byte>(FrameBytes - 2048)));
+  EXPECT_EQ(memory->SetPattern(1, 2, arr.InOut(), 8), automation::StatusOk);
 }
 
 TEST_F(Loopback, NullPlaceForAResultIsRefused) {

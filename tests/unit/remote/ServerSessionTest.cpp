@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "SessionFrames.h"
 #include "StandInDriver.h"
+#include "remote/ServerLog.h"
 
 namespace tarvik::remote {
 namespace {
@@ -81,6 +84,50 @@ TEST_F(Session, GreetingOfAnotherContractIsRefused) {
   out.Put(ContractFingerprint() + 1);
   out.PutText("KolvenAtl.Kolven");
   ExpectBroken(out.Bytes(), "another driver contract");
+}
+
+TEST_F(Session, OnlyAProgIdReachesTheCreation) {
+  for (const std::string strProgId :
+       {"", "../../tmp/driver", "/tmp/driver", ".hidden", "Kolven\nAtl", "Kolven Atl", "\xC3\xBC"}) {
+    SCOPED_TRACE(strProgId);
+    bool fCreated = false;
+    session.emplace([&](const std::string &) { return fCreated = true, nullptr; }, SessionLimits{},
+                    [](const std::string &) {});
+    const Failure failure = FailureOf(Frame().Hello(strProgId));
+    EXPECT_TRUE(failure.fRunTimeNumber);
+    EXPECT_EQ(failure.lngNumber, 429);
+    EXPECT_FALSE(fCreated);
+  }
+}
+
+TEST_F(Session, CreationThatThrowsIsAFailureOfTheCreation) {
+  session.emplace([](const std::string &) -> Ref<IUnknown> { throw std::runtime_error("the driver fell over"); },
+                  SessionLimits{}, [this](const std::string &strText) { arrLog.push_back(strText); });
+  const Failure failure = FailureOf(Frame().Hello());
+  EXPECT_FALSE(failure.fRunTimeNumber);
+  EXPECT_EQ(failure.lngNumber, automation::StatusUnexpected);
+  EXPECT_EQ(failure.strDescription, "the driver fell over");
+  EXPECT_THAT(arrLog, ElementsAre("creation of KolvenAtl.Kolven failed: the driver fell over"));
+}
+
+TEST_F(Session, LongNameIsCutInTheLogBetweenCharacters) {
+  Start();
+  std::string strName(79, 'n');
+  strName += "\xE2\x82\xAC and more";
+  driver.Add(strName);
+  session->Handle(Frame()
+                      .Fetch(RootId, "IDriverRoot", "GetInstruments", 2)
+                      .Call(2, "IInstrumentList", "GetItem", 3)
+                      .Key(strName)
+                      .Bytes());
+  session->Handle(Frame().Call(3, "IInstrument", "Close").Bytes());
+  EXPECT_EQ(arrLog.back(), "closed " + std::string(79, 'n') + "...");
+}
+
+TEST(ServerLogLine, NothingThatAClientSendsBeginsALineOrWorksATerminal) {
+  std::ostringstream text;
+  ServerLog(text).Write("bench\nserver", "created \x1B[2J\x7F \xE2\x82\xAC");
+  EXPECT_THAT(text.str(), testing::EndsWith("Z bench?server: created ?[2J? \xE2\x82\xAC\n"));
 }
 
 TEST_F(Session, FrameBeyondTheLimitIsRefused) {
