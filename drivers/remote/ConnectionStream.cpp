@@ -95,12 +95,11 @@ bool Connection::Stream::Start(Clock::time_point until) {
   return true;
 }
 
-std::optional<Connection::Stream::Tag> Connection::Stream::Turn(Clock::time_point until) {
+bool Connection::Stream::Turn(Clock::time_point until) {
   void *pTag = nullptr;
   bool fOk = false;
-  if (m_queue.AsyncNext(&pTag, &fOk, WallClock(until)) != grpc::CompletionQueue::GOT_EVENT) return std::nullopt;
-  const auto eTag = static_cast<Tag>(reinterpret_cast<std::intptr_t>(pTag));
-  switch (eTag) {
+  if (m_queue.AsyncNext(&pTag, &fOk, WallClock(until)) != grpc::CompletionQueue::GOT_EVENT) return false;
+  switch (static_cast<Tag>(reinterpret_cast<std::intptr_t>(pTag))) {
     case TagStart:
       m_fStartDone = true;
       m_fReadEnded = !fOk;
@@ -113,7 +112,7 @@ std::optional<Connection::Stream::Tag> Connection::Stream::Turn(Clock::time_poin
     case TagWritesDone: break;
     case TagFinish: m_fFinished = true; break;
   }
-  return eTag;
+  return true;
 }
 
 bool Connection::Stream::Send(std::string strBody, std::chrono::milliseconds limit) {

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -39,8 +38,8 @@ class Connection::Stream {
   enum Tag : std::intptr_t { TagStart = 1, TagWrite, TagRead, TagWritesDone, TagFinish };
 
   bool Start(Clock::time_point until);
-  /// Waits for one completion; empty when the time is over.
-  std::optional<Tag> Turn(Clock::time_point until);
+  /// Waits for one completion; false when the time is over.
+  bool Turn(Clock::time_point until);
   static void *Mark(Tag eTag) { return reinterpret_cast<void *>(eTag); }
 
   const bool m_fSecure;
