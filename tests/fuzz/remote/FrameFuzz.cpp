@@ -1,53 +1,123 @@
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
 
-#include "automation/Object.h"
+#include "SessionFrames.h"
+#include "automation/Activation.h"
+#include "automation/ErrorInfo.h"
 #include "remote/ServerSession.h"
+
+/// The export of the simulated instruments' driver, to which this program is linked.
+TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllGetClassObject(const tarvik::automation::Guid &rclsid,
+                                                                              const tarvik::automation::Guid &riid,
+                                                                              void **ppv);
 
 namespace {
 
 using namespace tarvik;
 using namespace tarvik::remote;
 
-/// Answers a list for the root, and leaves the rest of the contract out: the bytes are what is on trial.
-class List final : public automation::Object<kolven::IInstrumentList> {
+void Require(bool fCondition) {
+  if (!fCondition) std::abort();
+}
+
+/// A data folder with a rack whose instruments never take their time.
+class RackFolder {
  public:
-  Status TARVIK_CALL GetCount(Long *pValue) override { return *pValue = 1, automation::StatusOk; }
-  Status TARVIK_CALL GetItem(kolven::AutomationVariant, kolven::IDispatch **ppObject) override {
-    *ppObject = nullptr;
-    return automation::StatusOk;
+  RackFolder() {
+    std::filesystem::create_directories(m_folder / "tarvikvi/drivers");
+    std::ofstream(m_folder / "tarvikvi/drivers/KolvenAtl.Kolven.rack")
+        << "[VP-210]\noptions = 010 VXI trigger\nwarning = 120,\"Warming up\"\n\n[VP-110]\nchannels = 1\nlacks = 132\n";
+    setenv("XDG_DATA_HOME", m_folder.c_str(), 1);
   }
-  Status TARVIK_CALL Refresh() override { return automation::StatusFalse; }
+  RackFolder(const RackFolder &) = delete;
+  RackFolder &operator=(const RackFolder &) = delete;
+  ~RackFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(m_folder, error);
+  }
+
+ private:
+  const std::filesystem::path m_folder =
+      std::filesystem::temp_directory_path() / ("tarvik-frames-" + std::to_string(getpid()));
 };
 
-class Root final : public automation::Object<kolven::IDriverRoot> {
- public:
-  Status TARVIK_CALL GetInstruments(kolven::IInstrumentList **ppObject) override {
-    *ppObject = automation::MakeObject<List>().Detach();
-    return automation::StatusOk;
+Ref<IUnknown> Root(const std::string &) {
+  static const RackFolder folder;
+  Ref<automation::IClassFactory> factory;
+  Ref<IUnknown> root;
+  automation::Check(DllGetClassObject(automation::ClassIdOf(kolven::DriverProgId), automation::IidClassFactory,
+                                      reinterpret_cast<void **>(factory.Out())));
+  automation::Check(factory->CreateInstance(nullptr, automation::IidUnknown, reinterpret_cast<void **>(root.Out())));
+  return root;
+}
+
+/// The greeting, the list as object 2 and an instrument as object 3, open and reset.
+void BeginSession(ServerSession &session) {
+  session.Handle(Frame().Hello().Bytes());
+  session.Handle(Frame()
+                     .Fetch(RootId, "IDriverRoot", "GetInstruments", 2)
+                     .Call(2, "IInstrumentList", "GetItem", 3)
+                     .Key("VP-210")
+                     .Bytes());
+  session.Handle(Frame()
+                     .Call(3, "IInstrument", "Open")
+                     .Argument<Integer>(0)
+                     .Argument<Integer>(-1)
+                     .Argument<Integer>(-1)
+                     .Argument<Integer>(0)
+                     .Bytes());
+}
+
+/// An answer tells its kind and an outcome, whatever the question was.
+void RequireAnswer(const std::string &strAnswer) {
+  if (strAnswer.empty()) return;
+  Reader in(strAnswer);
+  const auto eKind = static_cast<Answer>(in.Get<std::uint8_t>());
+  Require(eKind == Answer::Welcome || eKind == Answer::Result);
+  if (const auto intForm = in.Get<std::uint8_t>(); intForm != 0) {
+    Require(intForm <= 2);
+    in.GetFailure(intForm);
+    Require(in.AtEnd());
+  } else {
+    Require(!automation::Failed(in.Get<Status>()));
   }
-};
+}
 
 }  // namespace
 
-/// Whatever a client sends ends in an answer or in ProtocolError. The first bytes tell how the frames are cut.
+/// One stream of a client to the simulated instruments. The first byte tells whether the bytes begin before the
+/// greeting or with an open instrument; then follow frames, each behind its length in two bytes. Whatever comes ends in
+/// answers or in ProtocolError, and the end of the session leaves no instrument open.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *pData, std::size_t lngSize) {
-  ServerSession session([](const std::string &) { return Ref<IUnknown>(automation::MakeObject<Root>()); }, {},
-                        [](const std::string &) {});
-  Writer hello;
-  hello.Put(static_cast<std::uint8_t>(Command::Hello));
-  hello.Put(WireVersion);
-  hello.Put(ContractFingerprint());
-  hello.PutText("KolvenAtl.Kolven");
-  const std::string_view strBytes(reinterpret_cast<const char *>(pData), lngSize);
+  std::string_view strLeft(reinterpret_cast<const char *>(pData), lngSize);
+  if (strLeft.empty()) return 0;
+  bool fOpen = false;
+  ServerSession session(Root, {}, [&](const std::string &strText) {
+    if (strText.starts_with("opened "))
+      fOpen = true;
+    else if (strText.starts_with("closed ") || strText.starts_with("closes "))
+      fOpen = false;
+  });
+  if (strLeft.front() & 1) BeginSession(session);
+  strLeft.remove_prefix(1);
   try {
-    session.Handle(hello.Bytes());
-    if (!strBytes.empty()) {
-      const auto lngFirst = static_cast<std::size_t>(pData[0]);
-      session.Handle(strBytes.substr(1).substr(0, lngFirst));
-      if (strBytes.size() > 1 + lngFirst) session.Handle(strBytes.substr(1 + lngFirst));
+    while (strLeft.size() >= 2) {
+      const std::size_t lngFrame = Reader(strLeft).Get<std::uint16_t>();
+      strLeft.remove_prefix(2);
+      const std::string_view strFrame = strLeft.substr(0, lngFrame);
+      strLeft.remove_prefix(strFrame.size());
+      RequireAnswer(session.Handle(strFrame));
     }
   } catch (const ProtocolError &) {
   }
+  session.End();
+  Require(session.Objects() == 0);
+  Require(!fOpen);
   return 0;
 }
