@@ -1,4 +1,4 @@
-# What is installed where, in four components: runtime, development, simulator, designer.
+# What is installed where, in six components: runtime, development, simulator, designer, remote, server.
 include(CMakePackageConfigHelpers)
 
 set(TARVIK_INCLUDE_FOLDER "${CMAKE_INSTALL_INCLUDEDIR}/tarvikvi")
@@ -8,7 +8,6 @@ set(TARVIK_MANIFEST_FOLDER "${CMAKE_INSTALL_DATADIR}/tarvikvi/drivers")
 
 # The libraries find one another wherever the prefix goes.
 set_target_properties(tarvikautomation tarvikvi_lib PROPERTIES INSTALL_RPATH "\$ORIGIN")
-set_target_properties(tarviksimulator PROPERTIES INSTALL_RPATH "\$ORIGIN/..")
 file(RELATIVE_PATH TARVIK_LIBRARIES_FROM_PROGRAMS
   "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
 set_target_properties(tarvikvi PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
@@ -69,16 +68,41 @@ foreach(module tarvikvi tarvikautomation)
     COMPONENT development)
 endforeach()
 
-# ---- simulator: the driver, and its manifest beside the libraries and in the data folder, each with the way to it
-install(TARGETS tarviksimulator LIBRARY DESTINATION "${TARVIK_DRIVER_FOLDER}" COMPONENT simulator)
-foreach(folder "${CMAKE_INSTALL_LIBDIR}" "${TARVIK_MANIFEST_FOLDER}")
-  file(RELATIVE_PATH way "/prefix/${folder}" "/prefix/${TARVIK_DRIVER_FOLDER}")
-  string(MAKE_C_IDENTIFIER "${folder}" place)
-  file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/install/${place}/KolvenAtl.Kolven.driver"
-    CONTENT "${way}/$<TARGET_FILE_NAME:tarviksimulator>\n")
-  install(FILES "${CMAKE_BINARY_DIR}/install/${place}/KolvenAtl.Kolven.driver" DESTINATION "${folder}"
-    COMPONENT simulator)
-endforeach()
+# tarvik_install_loaded(TARGET MANIFEST COMPONENT): a library that is loaded by name, and its manifest beside the libraries
+# and in the data folder, each with the way to it.
+function(tarvik_install_loaded target manifest component)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN/..")
+  install(TARGETS ${target} LIBRARY DESTINATION "${TARVIK_DRIVER_FOLDER}" COMPONENT ${component})
+  foreach(folder "${CMAKE_INSTALL_LIBDIR}" "${TARVIK_MANIFEST_FOLDER}")
+    file(RELATIVE_PATH way "/prefix/${folder}" "/prefix/${TARVIK_DRIVER_FOLDER}")
+    string(MAKE_C_IDENTIFIER "${folder}" place)
+    file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/install/${place}/${manifest}"
+      CONTENT "${way}/$<TARGET_FILE_NAME:${target}>\n")
+    install(FILES "${CMAKE_BINARY_DIR}/install/${place}/${manifest}" DESTINATION "${folder}" COMPONENT ${component})
+  endforeach()
+endfunction()
+
+# ---- simulator
+tarvik_install_loaded(tarviksimulator KolvenAtl.Kolven.driver simulator)
+
+# ---- remote: what reaches drivers on servers; server: the program for the machine that has the instruments
+if(TARGET tarvikremote)
+  tarvik_install_loaded(tarvikremote tarvik.remote.driver remote)
+
+  set(TARVIK_SERVER_FILES "${CMAKE_SOURCE_DIR}/drivers/remote")
+  set_target_properties(tarvik-driver-server PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
+  install(TARGETS tarvik-driver-server RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT server)
+  install(PROGRAMS "${TARVIK_SERVER_FILES}/make-test-certificates.sh" DESTINATION "${CMAKE_INSTALL_BINDIR}"
+    RENAME tarvik-make-test-certificates COMPONENT server)
+  install(FILES "${TARVIK_SERVER_FILES}/tarvik-driver-server.8" "${TARVIK_SERVER_FILES}/tarvik-make-test-certificates.8"
+    DESTINATION "${CMAKE_INSTALL_MANDIR}/man8" COMPONENT server)
+  # The unit names its program by its whole path, which is known only when the prefix is.
+  set(TARVIK_UNIT "${CMAKE_BINARY_DIR}/install/tarvik-driver-server.service")
+  install(CODE "set(TARVIK_SERVER_PROGRAM \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/tarvik-driver-server\")
+    configure_file(\"${TARVIK_SERVER_FILES}/tarvik-driver-server.service.in\" \"${TARVIK_UNIT}\" @ONLY)"
+    COMPONENT server)
+  install(FILES "${TARVIK_UNIT}" DESTINATION lib/systemd/system COMPONENT server)
+endif()
 
 # ---- designer: where the toolkit looks for plug-ins of the form designer, below the prefix
 if(TARGET tarvikdesigner)

@@ -1,12 +1,14 @@
-// A session without any window: opens the first instrument, sets a width and reads the timing back.
+// A session without any window: opens the first instrument, sets a width and reads the timing back. With the address of
+// a driver server as argument, as in tarvik://lab.example, the instrument is one of that machine.
 #include <cstdio>
 
 #include "instrument/clsInstrInterface.h"
 #include "platform/ConsoleHost.h"
 
-int main() {
+int main(int argc, char *argv[]) {
   tarvik::ConsoleHost host;
   tarvik::SetHost(&host);
+  if (argc > 1) host.SaveSetting(tarvik::AppTitle, "LastUsed", "ServerURL", argv[1]);
   tarvik::clsInstrInterface instr;
   instr.StatusMessage.Connect([](const std::string &strStatus) { std::printf("%s\n", strStatus.c_str()); });
 

@@ -1,13 +1,16 @@
 #!/usr/bin/env bash
 # Installs a build into an empty prefix, builds the examples against it with CMake and with pkg-config, runs them
 # without a display, and checks what they show.
-# Usage: install-and-build-examples.sh BUILD_FOLDER
+# Usage: install-and-build-examples.sh BUILD_FOLDER [FORM_LOADER]
 set -euo pipefail
 build=$(realpath "$1")
+loader=${2:+$(realpath "$2")}
 source=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 prefix="$work/prefix"
+# shellcheck source=tests/e2e/server-session.sh
+. "$source/tests/e2e/server-session.sh"
 
 say() { printf -- '-- %s\n' "$*"; }
 expect() { # FILE PATTERN
@@ -23,6 +26,21 @@ done
 if grep -rlF "$build" "$prefix" --include='*.cmake' --include='*.pc' --include='*.driver' --include='*.h'; then
   echo "installed files name the build folder" >&2
   exit 1
+fi
+
+if command -v appstreamcli > /dev/null; then
+  appstreamcli validate --no-net "$prefix/share/metainfo/tarvikvi.metainfo.xml" > "$work/metainfo.txt" ||
+    { cat "$work/metainfo.txt" >&2; exit 1; }
+fi
+server=
+if [ -f "$build/lib/tarvik.remote.driver" ]; then
+  server=bin/tarvik-driver-server
+  for file in $server bin/tarvik-make-test-certificates share/man/man8/tarvik-driver-server.8 \
+    share/man/man8/tarvik-make-test-certificates.8 share/tarvikvi/drivers/tarvik.remote.driver; do
+    [ -s "$prefix/$file" ] || { echo "not installed: $file" >&2; exit 1; }
+  done
+  grep -qF "ExecStart=$prefix/$server " "$prefix/lib/systemd/system/tarvik-driver-server.service" ||
+    { echo "the service does not start the installed program" >&2; exit 1; }
 fi
 
 # The installed tree has to stand alone, wherever it is.
@@ -70,6 +88,30 @@ for example in panel-host console-session; do
     -Wl,-rpath,"$libraries" -o "$example"
 done
 check "$work/with-pkg-config"
+
+say "every installed header alone, with what is installed"
+grep -rL '^#pragma once' "$prefix/include/tarvikvi" > "$work/unguarded.txt" || true
+[ ! -s "$work/unguarded.txt" ] || { cat "$work/unguarded.txt" >&2; exit 1; }
+# shellcheck disable=SC2046
+(cd "$prefix/include/tarvikvi" && find . -name '*.h' -printf '%P\n' | sort) | xargs -P "$(nproc)" -I HEADER \
+  "${CXX:-c++}" -std=c++20 -fPIC -fsyntax-only -x c++ -include HEADER $(pkg-config --cflags tarvikvi) /dev/null ||
+  { echo "an installed header needs one that is not installed" >&2; exit 1; }
+
+if [ -n "$server" ]; then
+  say "a session over the installed server"
+  session_over_server "$prefix/$server" "$work/with-cmake/console-session" "$work"
+  expect "$work/client.out" '^Online with '
+  expect "$work/client.out" '^frequency 100000 Hz, width 2\.5e-06 s$'
+fi
+
+if [ -n "$loader" ]; then
+  say "load a form with the installed plug-in of the form designer"
+  plugins=$(dirname "$(find "$prefix" -name libtarvikdesigner.so)")
+  "$loader" "$plugins" "$source/tests/gui/designer/SavedForm.ui" > "$work/form.txt" 2> "$work/form.err"
+  expect "$work/form.txt" '^tarvik::EngrSpin esWidth 250\.0$'
+  expect "$work/form.txt" '^tarvik::CboEnhanced cboFull Source$'
+  expect "$work/form.txt" "^library $(realpath "$libraries")/libtarvikvi"
+fi
 
 say "run the installed program"
 timeout 120 "$prefix/bin/tarvikvi" --tour "$work/tour" > "$work/tour.txt" 2>/dev/null

@@ -54,6 +54,92 @@ TEST_F(InstrumentFace, FindsMembersByNameInAnyCaseAndNumbersThemInTheOrderOfTheP
   EXPECT_EQ(status, StatusUnknownName);
 }
 
+TEST_F(InstrumentFace, OffersEveryOperationOfTheInstrumentInterface) {
+  const Client face = NewFace();
+  const char *const arrNames[] = {"TransactionStart",
+                                  "TransactionFinish",
+                                  "TransactionCancel",
+                                  "IsConnected",
+                                  "IsOnline",
+                                  "OpenInstrument",
+                                  "CloseInstrument",
+                                  "Connect",
+                                  "CheckErrors",
+                                  "CheckWarnings",
+                                  "GetViInfo",
+                                  "IsSingleChannel",
+                                  "IsDualChannel",
+                                  "ChannelCount",
+                                  "GetInstrInfo",
+                                  "SetMode",
+                                  "GetMode",
+                                  "SetTiming",
+                                  "GetTiming",
+                                  "Output",
+                                  "IsRestricted",
+                                  "IsNotRestricted",
+                                  "SetLevels",
+                                  "GetLevels",
+                                  "SetLimits",
+                                  "GetLimits",
+                                  "SetTriggerLevels",
+                                  "GetTriggerLevels",
+                                  "SetRz",
+                                  "GetRz",
+                                  "SetPatternArray",
+                                  "GetPatternArray",
+                                  "CalcPRBS",
+                                  "WarningsEnabled",
+                                  "ErrorsEnabled",
+                                  "InstrumentCommands",
+                                  "PllRefSource",
+                                  "PnpTimeout",
+                                  "VerboseErrorMsg"};
+  std::int32_t lngNumber = 0;
+  for (const char *strName : arrNames) EXPECT_EQ(face.NumberOf(strName), ++lngNumber) << strName;
+  EXPECT_EQ(lngNumber, 39);
+}
+
+TEST_F(InstrumentFace, EachRecordIsReadAndSentBackByName) {
+  const Client face = NewFace();
+  ASSERT_TRUE(OpenFirst(face));
+  const std::pair<const char *, const char *> arrRecords[] = {{"Mode", "udtModeInfo"},
+                                                              {"Timing", "udtTimingInfo"},
+                                                              {"Levels", "udtLevelInfo"},
+                                                              {"Limits", "udtLimitsInfo"},
+                                                              {"TriggerLevels", "udtTrgLevelsInfo"}};
+  for (const auto &[strGroup, strRecord] : arrRecords) {
+    const Client record = face.NewRecord(strRecord);
+    ASSERT_TRUE(record) << strRecord;
+    EXPECT_TRUE(face.Truth(std::string("Get") + strGroup, {Object(record.Get())})) << strGroup;
+    EXPECT_TRUE(face.Truth(std::string("Set") + strGroup, {Object(record.Get())})) << strGroup;
+  }
+  const Client info = face.NewRecord("udtInstrInfo");
+  ASSERT_TRUE(face.Truth("GetInstrInfo", {Object(info.Get())}));
+  const AutomationVariant vProduct = info.Call("strProductId", {}, AsGet);
+  ASSERT_EQ(vProduct.vt, VtString);
+  EXPECT_THAT(String::Adopt(vProduct.bstrVal).Text(), StartsWith("VP-210"));
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
+TEST_F(InstrumentFace, TellsSinksOfSettingsThatTheInstrumentRefuses) {
+  const Client face = NewFace();
+  ASSERT_TRUE(OpenFirst(face));
+  const Client timing = face.NewRecord("udtTimingInfo");
+  ASSERT_TRUE(face.Truth("GetTiming", {Object(timing.Get())}));
+  ASSERT_TRUE(face.Truth("TransactionStart", {Flag(true)}));
+  EXPECT_EQ(timing.Invoke("dblWidth", AsPut, {Number(1), Real(2000)}), StatusOk);
+  ASSERT_TRUE(face.Truth("SetTiming", {Object(timing.Get())}));
+  Sink sink;
+  const AutomationVariant vCookie = face.Call("Advise", {Object(&sink)});
+  EXPECT_FALSE(face.Truth("TransactionFinish", {Flag(true)}));
+  ASSERT_EQ(sink.Told.size(), 1u);
+  EXPECT_THAT(sink.Told[0], StartsWith("3 "));
+  EXPECT_GT(sink.Told[0].size(), 10u);
+  face.Invoke("Unadvise", AsMethod, {Number(vCookie.lVal)});
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
 TEST_F(InstrumentFace, DrivesASessionByName) {
   const Client face = NewFace();
   ASSERT_TRUE(OpenFirst(face));
