@@ -71,7 +71,7 @@ class Remote(unittest.TestCase):
         subprocess.run([self.script, certificates], check=True)
         self.server = Server(self.server_path, self.folder / "server", certificates)
         self.addCleanup(self.server.close)
-        self.url = f"tarvik://localhost:{self.server.port}"
+        self.url = f"tarvik://127.0.0.1:{self.server.port}"
 
         self.home = self.folder / "home"
         drivers = self.home / "data/tarvikvi/drivers"

@@ -15,7 +15,8 @@ class ServedRack {
  public:
   ServedRack() { m_certificates.UseClient("client"); }
 
-  std::string Url() const { return "tarvik://localhost:" + m_server->Port(); }
+  /// By number: behind the name stands ::1 as well, and there the port may be anybody's.
+  std::string Url() const { return "tarvik://127.0.0.1:" + m_server->Port(); }
   remote::ServerProcess &Server() { return *m_server; }
   /// A server on the port of the one before, which has ended; its instruments are as after power-up.
   void Restart() {

@@ -149,7 +149,7 @@ TEST_F(ServerProgram, LogTellsTimeClientAndWhatHappened) {
   arrOptions.insert(arrOptions.end(),
                     {"--allow-file", Write("clients", "# the bench\r\n  bench # in hall 2\r\nhall3\n")});
   server.emplace(arrOptions, Environment());
-  const std::string strUrl = "tarvik://localhost:" + server->Port();
+  const std::string strUrl = "tarvik://127.0.0.1:" + server->Port();
   {
     const auto instrument = Opened(automation::Narrow<IDriverRoot>(ConnectDriver(DriverProgId, strUrl)));
     Call(instrument, &IInstrument::Close);
