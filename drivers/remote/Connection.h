@@ -22,7 +22,7 @@ inline constexpr Status StatusNoSecurity = static_cast<Status>(0x80070721);
 
 /// How long the client waits.
 struct Patience {
-  /// From the first packet to the server's welcome.
+  /// From the first packet to the server's first sign of life.
   std::chrono::milliseconds connect{10'000};
   /// Without a sign of life while a call is on its way. The server gives one every second, so that a call may
   /// take as long as it needs.
@@ -88,7 +88,7 @@ class Connection {
   void SendWhenLarge();
   std::string Exchange(std::chrono::milliseconds limit);
   void Lose(Status status, const std::string &strWhy);
-  Status LeaveFailure(const Failure &failure);
+  static Status LeaveFailure(const Failure &failure);
 
   /// Bytes that stay free in a frame for what the transport adds.
   static constexpr std::size_t FrameSlack = 1024;
@@ -97,6 +97,7 @@ class Connection {
   const std::shared_ptr<Register> m_register = TheRegister();
   const ServerAddress m_address;
   const Patience m_patience;
+  /// For SynchroniseConnections, which may come from another thread.
   std::mutex m_mutex;
   Writer m_pending;
   std::size_t m_lngLargestFrame = 0;
