@@ -2,9 +2,10 @@
 
 /// How each type of the contract's arguments crosses the wire, in the one place that both sides use.
 ///
-/// By value: goes in. A pointer to a number: goes in and, when the call succeeds, comes back. A pointer to a
-/// string or an array: the same, and what the caller held is freed as the contract's in-process rules say. An
-/// object: only comes back, apart from the other arguments.
+/// By value: goes in. A pointer to a number: goes in and, when the call succeeds, comes back. A pointer to an
+/// array: the same, and what the caller held is freed as the contract's in-process rules say. A pointer to a string:
+/// the driver gets an empty place, and what it fills in comes back in place of what the caller held. An object: only
+/// comes back, apart from the other arguments.
 
 #include <concepts>
 #include <cstring>
@@ -70,6 +71,8 @@ struct Outgoing<AutomationString *> {
   static void Send(Writer &out, AutomationString *pValue) { PutString(out, *pValue); }
   static void Store(Reader &in, AutomationString *pValue) {
     automation::String text = GetString(in);
+    // What the driver has not filled stays the caller's.
+    if (!text.Get()) return;
     automation::FreeString(*pValue);
     *pValue = text.Detach();
   }
@@ -126,7 +129,9 @@ class Incoming<T *> {
 template <>
 class Incoming<AutomationString *> {
  public:
-  explicit Incoming(Reader &in) : m_bstr(GetString(in).Detach()) {}
+  /// The contract's strings are filled, never read, and a driver may overwrite what the place holds without freeing it:
+  /// the place is empty, so that no client can make the server lose memory.
+  explicit Incoming(Reader &in) { static_cast<void>(GetString(in)); }
   Incoming(const Incoming &) = delete;
   Incoming &operator=(const Incoming &) = delete;
   ~Incoming() { automation::FreeString(m_bstr); }
@@ -134,7 +139,7 @@ class Incoming<AutomationString *> {
   void Return(Writer &out) const { PutString(out, m_bstr); }
 
  private:
-  AutomationString m_bstr;
+  AutomationString m_bstr = nullptr;
 };
 template <>
 class Incoming<AutomationArray **> {
