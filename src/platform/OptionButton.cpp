@@ -1,5 +1,7 @@
 #include "platform/OptionButton.h"
 
+#include <QCoreApplication>
+
 #include "support/EventBoundary.h"
 
 namespace tarvik {
@@ -14,6 +16,18 @@ OptionButton::OptionButton(QWidget *parent, std::optional<Integer> intIndex)
 Integer OptionButton::Index() const {
   if (!m_intIndex) RaiseError(ErrNotAnArray);
   return *m_intIndex;
+}
+
+QEvent::Type OptionButton::TagChange() {
+  static const auto eType = static_cast<QEvent::Type>(QEvent::registerEventType());
+  return eType;
+}
+
+void OptionButton::SetTag(const std::string &strTag) {
+  m_strTag = strTag;
+  if (!parent()) return;
+  QEvent event(TagChange());
+  QCoreApplication::sendEvent(parent(), &event);
 }
 
 void OptionButton::SetValue(Boolean fValue) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QRadioButton>
 #include <optional>
 
@@ -16,10 +17,13 @@ class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
   explicit OptionButton(QWidget *parent = nullptr, std::optional<Integer> intIndex = std::nullopt);
 
   Integer Index() const override;
-  std::string Tag() const override { return m_strTag; }
-  void SetTag(const std::string &strTag) { m_strTag = strTag; }
+  const std::string &Tag() const override { return m_strTag; }
+  void SetTag(const std::string &strTag);
   Boolean Value() const override { return isChecked(); }
   void SetValue(Boolean fValue) override;
+
+  /// Type of the event that tells the container of a button that the button's Tag changed.
+  static QEvent::Type TagChange();
 
   /// As the form brings it: changes the choice and raises nothing.
   void SetDesignValue(Boolean fValue);

@@ -27,7 +27,7 @@ class TARVIK_EXPORT OptionButtonControl : public Control {
  public:
   /// The number in the control array; error 343 for a button outside of any array.
   virtual Integer Index() const = 0;
-  virtual std::string Tag() const = 0;
+  virtual const std::string &Tag() const = 0;
   virtual Boolean Value() const = 0;
   /// Turning a button on turns the others of its group off and raises its Click when it
   /// was off before.

@@ -55,6 +55,18 @@ std::string Normalized(std::string_view strText, char chSeparator) {
   return pos == strText.size() ? strResult : std::string{};
 }
 
+/// The short way for a few digits and nothing else, such as the tags of the pages.
+std::optional<Long> ParseDigits(std::string_view strText) {
+  constexpr std::size_t MaxDigits = 9;  // the most that a Long always holds
+  if (strText.empty() || strText.size() > MaxDigits) return std::nullopt;
+  Long lngValue = 0;
+  for (const char ch : strText) {
+    if (!IsDigit(ch)) return std::nullopt;
+    lngValue = 10 * lngValue + (ch - '0');
+  }
+  return lngValue;
+}
+
 /// strtod in the C locale: tells overflow from underflow, which from_chars does not.
 Double OutOfRangeValue(const std::string &strNumber) {
 #ifdef _WIN32
@@ -165,6 +177,8 @@ Pattern ParsePattern(std::string_view strFormat) {
 }  // namespace
 
 std::string CStr(Double dblValue) {
+  // The way of most numbers that a page compares with its tags.
+  if (std::fabs(dblValue) < 1e9 && dblValue == std::trunc(dblValue)) return CStr(static_cast<Long>(dblValue));
   std::array<char, 40> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), dblValue == 0 ? 0.0 : dblValue,
                                  std::chars_format::general, 15)
@@ -183,6 +197,7 @@ std::string CStr(Long lngValue) { return std::to_string(lngValue); }
 std::string CStr(Boolean fValue) { return fValue ? "True" : "False"; }
 
 std::optional<Double> ParseNumber(std::string_view strText, char chSeparator) {
+  if (const auto lngWhole = ParseDigits(strText)) return *lngWhole;
   const std::string strNumber = Normalized(strText, chSeparator);
   if (strNumber.empty()) return std::nullopt;
   Double dblValue = 0;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -51,10 +51,14 @@ class Event {
   /// Handler whose life is that of the connection handed back.
   [[nodiscard]] Connection ConnectScoped(Handler handler) { return Connection(Add(std::move(handler))); }
 
+  bool HasHandlers() const { return m_arrSlots != nullptr; }
+
   void Raise(Args... args) const {
+    // Held, since a handler may connect another one or end the life of the event itself.
     const auto arrNow = m_arrSlots;
-    for (const auto &slot : arrNow)
-      if (*slot->alive) slot->handler(args...);
+    if (!arrNow) return;
+    for (const Slot &slot : *arrNow)
+      if (*slot.alive) slot.handler(args...);
   }
   void operator()(Args... args) const { Raise(args...); }
 
@@ -63,15 +67,20 @@ class Event {
     Handler handler;
     std::shared_ptr<bool> alive;
   };
+  using Slots = std::vector<Slot>;
 
   std::shared_ptr<bool> Add(Handler handler) {
-    std::erase_if(m_arrSlots, [](const auto &slot) { return !*slot->alive; });
+    Slots arrSlots;
+    if (m_arrSlots)
+      std::copy_if(m_arrSlots->begin(), m_arrSlots->end(), std::back_inserter(arrSlots),
+                   [](const Slot &slot) { return *slot.alive; });
     auto alive = std::make_shared<bool>(true);
-    m_arrSlots.push_back(std::make_shared<Slot>(Slot{std::move(handler), alive}));
+    arrSlots.push_back({std::move(handler), alive});
+    m_arrSlots = std::make_shared<const Slots>(std::move(arrSlots));
     return alive;
   }
 
-  std::vector<std::shared_ptr<Slot>> m_arrSlots;
+  std::shared_ptr<const Slots> m_arrSlots;  ///< replaced, never changed
 };
 
 }  // namespace tarvik

@@ -21,7 +21,7 @@ Boolean SetOptionButtonToTag(Buttons &&objButtons, const std::string &strTag) {
   Boolean fFound = False;
   try {
     for (OptionButtonControl *button : objButtons) {
-      const std::string strButtonTag = button->Tag();
+      const std::string &strButtonTag = button->Tag();
       // An empty tag holds no text at all, not even the empty one.
       if (strButtonTag.empty() || strButtonTag.find(strTag) == std::string::npos) continue;
       button->SetValue(True);

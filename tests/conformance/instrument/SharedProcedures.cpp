@@ -30,7 +30,7 @@ class ScriptedControl : public OptionButtonControl {
   void SetVisible(Boolean fValue) override { Let("Visible", fValue); }
   void SetFocus() override { m_trace({"ctl", m_intPlace, "call", "SetFocus"}); }
   Integer Index() const override { return static_cast<Integer>(m_intPlace); }
-  std::string Tag() const override { return Get("Tag").get<std::string>(); }
+  const std::string &Tag() const override { return Get("Tag").get_ref<const std::string &>(); }
   Boolean Value() const override { return Flag("Value"); }
   void SetValue(Boolean fValue) override {
     m_trace({"ctl", m_intPlace, "let", "Value", fValue.Word()});
