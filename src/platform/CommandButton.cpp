@@ -11,4 +11,9 @@ CommandButton::CommandButton(QWidget *parent) : WidgetControl(parent) {
           [this] { RunUserEvent(ObjectName(*this), "Click", [this] { Click.Raise(); }); });
 }
 
+void CommandButton::SetCaption(const std::string &strCaption) {
+  m_strCaption = strCaption;
+  setText(QString::fromStdString(strCaption));
+}
+
 }  // namespace tarvik

@@ -14,10 +14,13 @@ class CommandButton : public WidgetControl<QPushButton> {
  public:
   explicit CommandButton(QWidget *parent = nullptr);
 
-  std::string Caption() const { return text().toStdString(); }
-  void SetCaption(const std::string &strCaption) { setText(QString::fromStdString(strCaption)); }
+  const std::string &Caption() const { return m_strCaption; }
+  void SetCaption(const std::string &strCaption);
 
   Event<> Click;
+
+ private:
+  std::string m_strCaption;
 };
 
 }  // namespace tarvik

@@ -52,12 +52,18 @@ ListItem *ListView::Add(const std::string &strKey, const std::string &strText) {
   m_fProgramChange = true;
   addTopLevelItem(item);
   m_fProgramChange = false;
+  m_arrItems.push_back(item);
   return item;
 }
 
-void ListView::Clear() { clear(); }
+void ListView::Clear() {
+  m_arrItems.clear();
+  clear();
+}
 
-ListItem *ListView::Item(int intIndex) const { return static_cast<ListItem *>(topLevelItem(intIndex)); }
+ListItem *ListView::Item(int intIndex) const {
+  return intIndex >= 0 && intIndex < Count() ? m_arrItems[static_cast<std::size_t>(intIndex)] : nullptr;
+}
 
 ListItem *ListView::SelectedItem() const {
   const auto items = selectedItems();

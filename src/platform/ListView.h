@@ -14,7 +14,7 @@ class ListView;
 /// One row of a list view; owned by the list and gone when the list is cleared.
 class ListItem : public QTreeWidgetItem {
  public:
-  std::string Key() const { return m_strKey; }
+  const std::string &Key() const { return m_strKey; }
   /// Column 0 is the row's text.
   std::string Text(int intColumn = 0) const { return text(intColumn).toStdString(); }
   void SetText(int intColumn, const std::string &strText) { setText(intColumn, QString::fromStdString(strText)); }
@@ -43,7 +43,7 @@ class ListView : public WidgetControl<QTreeWidget> {
   /// Adds a row at the end.
   ListItem *Add(const std::string &strKey, const std::string &strText);
   void Clear();
-  int Count() const { return topLevelItemCount(); }
+  int Count() const { return static_cast<int>(m_arrItems.size()); }
   /// From 0; null for an index that the list does not have.
   ListItem *Item(int intIndex) const;
   ListItem *SelectedItem() const;
@@ -61,6 +61,7 @@ class ListView : public WidgetControl<QTreeWidget> {
  private:
   friend class ListItem;
   void NoteCheckChange(QTreeWidgetItem *item, int intColumn);
+  std::vector<ListItem *> m_arrItems;
   bool m_fProgramChange = false;
 };
 

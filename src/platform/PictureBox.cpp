@@ -34,16 +34,10 @@ QColor ToQColor(Colour colour) {
                 static_cast<int>((colour >> 16) & 0xFF));
 }
 
-PictureBox::PictureBox(QWidget *parent) : WidgetControl(parent) { SetBackColor(m_backColour); }
-
 void PictureBox::SetBackColor(Colour colour) {
-  // Giving a widget a palette costs far more than the rest of a change of state.
-  if (colour == m_backColour && autoFillBackground()) return;
+  if (colour == m_backColour) return;
   m_backColour = colour;
-  QPalette colours = palette();
-  colours.setColor(QPalette::Window, ToQColor(colour));
-  setPalette(colours);
-  setAutoFillBackground(true);
+  update();
 }
 
 Single PictureBox::ScaleWidth() const {
@@ -57,7 +51,13 @@ Single PictureBox::ScaleHeight() const {
 void PictureBox::SetScale(Single sngWidth, Single sngHeight) {
   m_sngScaleWidth = sngWidth;
   m_sngScaleHeight = sngHeight;
+  m_fComplete = false;
   update();
+}
+
+void PictureBox::SetTextMetrics(TextMetrics metrics) {
+  m_metrics = std::move(metrics);
+  m_fComplete = false;
 }
 
 Single PictureBox::TextWidth(const std::string &strText) const {
@@ -96,14 +96,32 @@ void PictureBox::Print(const std::string &strText) {
 }
 
 void PictureBox::Add(DrawPrimitive primitive) {
+  m_fComplete = false;
   Drawn.Raise(primitive);
   m_arrList.push_back(std::move(primitive));
   // One request is enough for all that is drawn before the next paint.
   if (!std::exchange(m_fPaintRequested, true)) update();
 }
 
+void PictureBox::DrawAgain() const {
+  if (!Drawn.HasHandlers()) return;
+  for (const DrawPrimitive &primitive : m_arrList) Drawn.Raise(primitive);
+}
+
+void PictureBox::resizeEvent(QResizeEvent *event) {
+  m_fComplete = false;
+  QFrame::resizeEvent(event);
+}
+
+void PictureBox::changeEvent(QEvent *event) {
+  if (event->type() == QEvent::FontChange) m_fComplete = false;
+  QFrame::changeEvent(event);
+}
+
 void PictureBox::paintEvent(QPaintEvent *event) {
   m_fPaintRequested = false;
+  // The frame paints with a painter of its own, and a widget takes one at a time.
+  QPainter(this).fillRect(rect(), ToQColor(m_backColour));
   QFrame::paintEvent(event);
   QPainter painter(this);
   PaintDisplayList(painter, m_arrList, contentsRect(), QSizeF(ScaleWidth(), ScaleHeight()));

@@ -41,7 +41,7 @@ class PictureBox : public WidgetControl<QFrame> {
   Q_OBJECT
 
  public:
-  explicit PictureBox(QWidget *parent = nullptr);
+  using WidgetControl::WidgetControl;
 
   Colour ForeColor() const { return m_foreColour; }
   void SetForeColor(Colour colour) { m_foreColour = colour; }
@@ -63,7 +63,7 @@ class PictureBox : public WidgetControl<QFrame> {
 
   Single TextWidth(const std::string &strText) const;
   Single TextHeight(const std::string &strText) const;
-  void SetTextMetrics(TextMetrics metrics) { m_metrics = std::move(metrics); }
+  void SetTextMetrics(TextMetrics metrics);
 
   /// Forgets the drawing and puts the pen at (0, 0).
   void Cls();
@@ -77,11 +77,20 @@ class PictureBox : public WidgetControl<QFrame> {
 
   const std::vector<DrawPrimitive> &DisplayList() const { return m_arrList; }
 
+  /// Marks the drawing as complete, until something is drawn or what sizes depend on changes. Whoever would draw the
+  /// same again can let it stand.
+  void SetComplete() { m_fComplete = true; }
+  bool IsComplete() const { return m_fComplete; }
+  /// Draws what stands there once more: only who listens notices.
+  void DrawAgain() const;
+
   /// Called with each primitive as it is drawn.
   Event<const DrawPrimitive &> Drawn;
 
  protected:
   void paintEvent(QPaintEvent *event) override;
+  void resizeEvent(QResizeEvent *event) override;
+  void changeEvent(QEvent *event) override;
 
  private:
   void Add(DrawPrimitive primitive);
@@ -94,6 +103,7 @@ class PictureBox : public WidgetControl<QFrame> {
   Single m_sngCurrentX = 0, m_sngCurrentY = 0;
   Single m_sngScaleWidth = 0, m_sngScaleHeight = 0;
   bool m_fPaintRequested = false;
+  bool m_fComplete = false;
 };
 
 /// Paints a display list into a rectangle of pixels; the one place where twips of a drawing become pixels.

@@ -30,11 +30,16 @@ class DisplayField : public WidgetControl<QLineEdit> {
     colours.setColor(QPalette::Base, colours.color(QPalette::Window));
     setPalette(colours);
   }
-  std::string Text() const { return text().toStdString(); }
+  const std::string &Text() const { return m_strText; }
   void SetText(const std::string &strText) {
+    if (strText == m_strText) return;
+    m_strText = strText;
     setText(QString::fromStdString(strText));
     setCursorPosition(0);  // a text that is too long shows its beginning
   }
+
+ private:
+  std::string m_strText;
 };
 
 /// The same with several lines.

@@ -8,7 +8,7 @@ namespace tarvik {
 
 TabControl::TabControl(QWidget *parent) : WidgetControl(parent) {
   connect(this, &QTabWidget::currentChanged, this, [this](int intPage) {
-    const Long lngBefore = std::exchange(m_lngLastTab, intPage);
+    const Long lngBefore = std::exchange(m_lngTab, intPage);
     // The first page that is added comes to the front without anybody's doing.
     if (m_fProgramChange || lngBefore < 0) return;
     RunUserEvent(ObjectName(*this), "Click", [&] { Click.Raise(lngBefore); });

@@ -14,7 +14,7 @@ class TabControl : public WidgetControl<QTabWidget> {
  public:
   explicit TabControl(QWidget *parent = nullptr);
 
-  Long Tab() const { return currentIndex(); }
+  Long Tab() const { return m_lngTab; }
   /// Brings the page to the front; raises Click when that is another one than before.
   void SetTab(Long lngPage);
   Long Tabs() const { return count(); }
@@ -26,7 +26,7 @@ class TabControl : public WidgetControl<QTabWidget> {
 
  private:
   std::string m_strTag;
-  Long m_lngLastTab = -1;
+  Long m_lngTab = -1;
   bool m_fProgramChange = false;
 };
 

@@ -18,6 +18,10 @@ Boolean OwnVisible(const QWidget &widget) {
   return !(widget.testAttribute(Qt::WA_WState_ExplicitShowHide) && widget.testAttribute(Qt::WA_WState_Hidden));
 }
 
+void SetOwnVisible(QWidget &widget, Boolean fShow) {
+  if (OwnVisible(widget) != fShow) widget.setVisible(fShow);
+}
+
 std::string ObjectName(const QObject &object) { return object.objectName().toStdString(); }
 
 }  // namespace tarvik

@@ -17,6 +17,9 @@ void GiveFocus(QWidget &widget);
 /// The widget's own flags, whatever is around it.
 Boolean OwnEnabled(const QWidget &widget);
 Boolean OwnVisible(const QWidget &widget);
+/// Sets the widget's own flag. One that does not change is left alone: the toolkit would prepare the widget for a
+/// screen on which its page may never come.
+void SetOwnVisible(QWidget &widget, Boolean fShow);
 
 std::string ObjectName(const QObject &object);
 

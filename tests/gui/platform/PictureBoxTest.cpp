@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "WidgetEnvironment.h"
+#include "platform/Highlight.h"
 #include "platform/PictureBox.h"
 
 namespace tarvik::test {
@@ -131,6 +132,70 @@ TEST(PictureBoxTest, TextSizesComeFromTheMetricsPutIn) {
 TEST(PictureBoxTest, ColoursOfTheAutomationWorldHaveRedFirst) {
   EXPECT_EQ(ToQColor(0x00C7D863), QColor(0x63, 0xD8, 0xC7));
   EXPECT_NE(ToQColor(SystemColour | 21), ToQColor(SystemColour | 5));
+}
+
+TEST(PictureBoxTest, ACompleteDrawingStandsUntilSomethingChanges) {
+  PictureBox picture;
+  picture.resize(200, 100);
+  picture.SetScale(1000, 500);
+  const auto complete = [&] {
+    picture.Cls();
+    picture.Line(0, 0, 10, 10);
+    EXPECT_FALSE(picture.IsComplete());
+    picture.SetComplete();
+  };
+  complete();
+  EXPECT_TRUE(picture.IsComplete());
+  picture.Line(0, 0, 1, 1);
+  EXPECT_FALSE(picture.IsComplete()) << "drawn on";
+  complete();
+  picture.Cls();
+  EXPECT_FALSE(picture.IsComplete()) << "cleared";
+  complete();
+  picture.SetScale(2000, 500);
+  EXPECT_FALSE(picture.IsComplete()) << "another scale";
+  complete();
+  picture.SetTextMetrics({});
+  EXPECT_FALSE(picture.IsComplete()) << "other sizes of texts";
+  complete();
+  QFont font = picture.font();
+  font.setPointSizeF(2 * font.pointSizeF());
+  picture.setFont(font);
+  EXPECT_FALSE(picture.IsComplete()) << "another font";
+}
+
+TEST(PictureBoxTest, DrawnAgainTellsWhoListensAndKeepsTheList) {
+  PictureBox picture;
+  picture.SetScale(1000, 500);
+  picture.Cls();
+  picture.Line(0, 0, 10, 10);
+  picture.Print("7");
+  std::vector<Kind> arrHeard;
+  picture.Drawn.Connect([&](const DrawPrimitive &primitive) { arrHeard.push_back(primitive.kind); });
+  picture.DrawAgain();
+  EXPECT_THAT(arrHeard, testing::ElementsAre(Kind::Clear, Kind::Line, Kind::Text));
+  EXPECT_EQ(picture.DisplayList().size(), 3u);
+}
+
+TEST(HighlightTest, PaintsItsColourOnlyWhileItIsOn) {
+  QWidget page;
+  page.resize(100, 100);
+  page.setAutoFillBackground(true);
+  QPalette colours = page.palette();
+  colours.setColor(QPalette::Window, Qt::white);
+  page.setPalette(colours);
+  Highlight highlight(&page);
+  highlight.setGeometry(10, 10, 50, 50);
+  highlight.SetBackColor(Red);
+  const auto colour = [&] { return page.grab().toImage().pixelColor(30, 30); };
+  EXPECT_TRUE(highlight.Visible());
+  EXPECT_EQ(colour(), QColor(Qt::red));
+  highlight.SetVisible(False);
+  EXPECT_FALSE(highlight.Visible());
+  EXPECT_EQ(colour(), QColor(Qt::white));
+  highlight.SetVisible(True);
+  highlight.SetBackColor(Blue);
+  EXPECT_EQ(colour(), QColor(Qt::blue));
 }
 
 }  // namespace
