@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QEvent>
 #include <QWheelEvent>
+#include <algorithm>
 
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
@@ -31,14 +32,6 @@ class DropDownList : public QComboBox {
   }
 };
 
-std::vector<std::string> SplitIndexes(const std::string &strIndexes) { return Split(strIndexes, ' '); }
-
-std::string Join(const std::vector<std::string> &arrParts) {
-  std::string strResult;
-  for (std::size_t i = 0; i < arrParts.size(); ++i) strResult += (i ? " " : "") + arrParts[i];
-  return strResult;
-}
-
 bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
 
 }  // namespace
@@ -53,9 +46,9 @@ CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
   m_lblCaption->setObjectName(QStringLiteral("lblCaption"));
   m_lblCaption->setBuddy(m_cbo);
   m_cbo->setFocusPolicy(Qt::StrongFocus);
-  m_cbo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setFocusProxy(m_cbo);
-  connect(m_cbo, &QComboBox::currentIndexChanged, this, [this] {
+  connect(m_cbo, &QComboBox::currentIndexChanged, this, [this](int intIndex) {
+    m_lngListIndex = intIndex;
     if (!m_fProgramChange) NoteUserChange();
   });
 }
@@ -64,9 +57,10 @@ void CboEnhanced::AddItemData(const std::string &strItem, Long lngItemData, Long
   // The toolkit would choose the first item of an empty list by itself.
   m_fProgramChange = true;
   const int intBefore = m_cbo->currentIndex();
-  m_cbo->addItem(QString::fromStdString(strItem), lngItemData);
+  m_cbo->addItem(QString::fromStdString(strItem));
   m_cbo->setCurrentIndex(intBefore);
   m_fProgramChange = false;
+  m_ItemData.push_back(lngItemData);
   m_GroupData.push_back(lngGroupData);
   m_fGroupDefault.push_back(fGroupDefault);
 }
@@ -75,6 +69,7 @@ void CboEnhanced::Clear() {
   m_fProgramChange = true;
   m_cbo->clear();
   m_fProgramChange = false;
+  m_ItemData.clear();
   m_GroupData.clear();
   m_fGroupDefault.clear();
 }
@@ -108,12 +103,10 @@ Boolean CboEnhanced::SetListIndexByGroupData(Long lngGroupData) {
 }
 
 Boolean CboEnhanced::SetListIndexByItemData(Long lngItemData) {
-  for (Long i = 0; i < ListCount(); ++i)
-    if (ItemData(i) == lngItemData) {
-      IgnoreErrors([&] { SetListIndexQuietly(i); });
-      return True;
-    }
-  return False;
+  const auto found = std::find(m_ItemData.begin(), m_ItemData.end(), lngItemData);
+  if (found == m_ItemData.end()) return False;
+  IgnoreErrors([&] { SetListIndexQuietly(static_cast<Long>(found - m_ItemData.begin())); });
+  return True;
 }
 
 Long CboEnhanced::GetCurrGroupData(Long lngDefault) const {
@@ -136,13 +129,11 @@ void CboEnhanced::SetEnabled(Boolean fEnable) {
     m_cbo->setEnabled(fEnable);
     m_lblCaption->setEnabled(fEnable);
   }
-  setEnabled(fEnable);
+  if (OwnEnabled(*this) != fEnable) setEnabled(fEnable);
   IgnoreErrors([&] { PropChanged("Enabled"); });
 }
 
 void CboEnhanced::SetFocus() { GiveFocus(*this); }
-
-Long CboEnhanced::ListIndex() const { return m_cbo->currentIndex(); }
 
 void CboEnhanced::SetListIndex(Long lngIndex) {
   if (lngIndex < ListCount())
@@ -158,20 +149,29 @@ void CboEnhanced::SetTagX(const std::string &strTag) {
   PropChanged("TagX");
 }
 
+/// The text between two blanks at the position, counted from 1.
+std::optional<std::string_view> CboEnhanced::SavedEntry(Integer intPos) const {
+  if (intPos < 1) return std::nullopt;
+  std::string_view strRest = m_strSavedIndexes;
+  for (Integer i = 1; i < intPos; ++i) {
+    const auto blank = strRest.find(' ');
+    if (blank == std::string_view::npos) return std::nullopt;
+    strRest.remove_prefix(blank + 1);
+  }
+  return strRest.substr(0, strRest.find(' '));
+}
+
 void CboEnhanced::SaveListIndex(Integer intPos) {
-  const auto pos = static_cast<std::size_t>(intPos - 1);
-  if (intPos < 1 || pos >= m_strTagX.size() || !IsDigit(m_strTagX[pos])) return;
-  auto arrIndexes = SplitIndexes(m_strSavedIndexes);
-  if (pos >= arrIndexes.size() || ListIndex() < 0) return;
-  arrIndexes[pos] = std::to_string(ListIndex());
-  m_strSavedIndexes = Join(arrIndexes);
+  if (intPos < 1 || Slot(intPos) > m_strTagX.size() || !IsDigit(m_strTagX[Slot(intPos - 1)])) return;
+  const auto strEntry = SavedEntry(intPos);
+  if (!strEntry || ListIndex() < 0) return;
+  m_strSavedIndexes.replace(static_cast<std::size_t>(strEntry->data() - m_strSavedIndexes.data()), strEntry->size(),
+                            std::to_string(ListIndex()));
 }
 
 void CboEnhanced::RecallListIndex(Integer intPos) {
-  const auto arrIndexes = SplitIndexes(m_strSavedIndexes);
-  const auto pos = static_cast<std::size_t>(intPos - 1);
-  if (intPos < 1 || pos >= arrIndexes.size() || !IsNumeric(arrIndexes[pos], '.')) return;
-  IgnoreErrors([&] { SetListIndexQuietly(CLng(std::string_view(arrIndexes[pos]))); });
+  const auto strEntry = SavedEntry(intPos);
+  if (strEntry && IsNumeric(*strEntry, '.')) IgnoreErrors([&] { SetListIndexQuietly(CLng(*strEntry)); });
 }
 
 void CboEnhanced::EnableAndRecall(Boolean fEnabledState, Integer intPos) {
@@ -181,7 +181,9 @@ void CboEnhanced::EnableAndRecall(Boolean fEnabledState, Integer intPos) {
 
 std::string CboEnhanced::ItemText(Long lngIndex) const { return m_cbo->itemText(lngIndex).toStdString(); }
 
-Long CboEnhanced::ItemData(Long lngIndex) const { return m_cbo->itemData(lngIndex).toInt(); }
+Long CboEnhanced::ItemData(Long lngIndex) const {
+  return lngIndex >= 0 && lngIndex < ListCount() ? m_ItemData[Slot(lngIndex)] : 0;
+}
 
 std::string CboEnhanced::Text() const { return m_cbo->currentText().toStdString(); }
 
@@ -214,7 +216,7 @@ void CboEnhanced::SetCaptionAlignment(Long lngAlignment) {
 
 void CboEnhanced::SetCaptionWidth(Single sngWidth) {
   m_sngCaptionWidth = sngWidth;
-  m_lblCaption->setVisible(sngWidth > 1);
+  SetOwnVisible(*m_lblCaption, sngWidth > 1);
   if (sngWidth > 1) m_sngLabelWidth = sngWidth;
   IgnoreErrors([&] { PropChanged("CaptionWidth", true); });
 }
@@ -266,7 +268,7 @@ void CboEnhanced::WriteProperties(PropertyBag &bag) const {
   bag.WriteProperty("TagX", TagX(), std::string());
 }
 
-void CboEnhanced::PropChanged(const std::string &strProperty, bool fResize) {
+void CboEnhanced::PropChanged(const char *strProperty, bool fResize) {
   if (m_site.UserMode() || m_fReadingProperties) return;
   m_site.PropertyChanged(strProperty);
   if (fResize) LayOut();

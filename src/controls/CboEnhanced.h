@@ -2,7 +2,9 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/ControlSite.h"
@@ -50,7 +52,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void SetFocus() override;
 
   /// From 0; -1 for none.
-  Long ListIndex() const;
+  Long ListIndex() const { return m_lngListIndex; }
   /// -1 clears the selection, an index beyond the list selects the first item.
   void SetListIndex(Long lngIndex);
 
@@ -63,7 +65,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   std::string TagX() const { return m_strTagX; }
   void SetTagX(const std::string &strTag);
 
-  Long ListCount() const { return m_cbo->count(); }
+  Long ListCount() const { return static_cast<Long>(m_ItemData.size()); }
   std::string ItemText(Long lngIndex) const;
   Long ItemData(Long lngIndex) const;
   std::string Text() const;
@@ -94,6 +96,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   };
   const Layout &CurrentLayout() const { return m_layout; }
   bool LabelVisible() const { return OwnVisible(*m_lblCaption); }
+  /// The saved list indexes, each followed by a blank.
   const std::string &SavedIndexes() const { return m_strSavedIndexes; }
   const QComboBox &List() const { return *m_cbo; }
 
@@ -107,18 +110,21 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
 
  private:
   std::vector<FormProperties::Property> FormTable();
+  std::optional<std::string_view> SavedEntry(Integer intPos) const;
   void SetListIndexQuietly(Long lngIndex);
   void cbo_Click();
   void NoteUserChange();
-  void PropChanged(const std::string &strProperty, bool fResize = false);
+  void PropChanged(const char *strProperty, bool fResize = false);
   void LayOut();
   void ShowLayout();
-  std::size_t Slot(Long lngIndex) const { return static_cast<std::size_t>(lngIndex); }
+  static std::size_t Slot(Long lngIndex) { return static_cast<std::size_t>(lngIndex); }
 
   ControlSite &m_site;
   FormProperties m_form;
   QComboBox *m_cbo;
   QLabel *m_lblCaption;
+  Long m_lngListIndex = -1;
+  std::vector<Long> m_ItemData;
   std::vector<Long> m_GroupData;
   std::vector<Boolean> m_fGroupDefault;
   std::string m_strSavedIndexes;

@@ -1,5 +1,9 @@
 #include "controls/FrameEnhanced.h"
 
+#include <QChildEvent>
+#include <algorithm>
+
+#include "platform/OptionButton.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
@@ -26,30 +30,39 @@ FrameEnhanced::FrameEnhanced(QWidget *parent, ControlSite &site)
       m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
       m_fra(new QGroupBox(this)) {
   m_fra->setObjectName(QStringLiteral("fra"));
+  m_fra->installEventFilter(this);
 }
 
-std::vector<Control *> FrameEnhanced::ContainedControls() const {
-  std::vector<Control *> arrControls;
-  for (QObject *child : m_fra->children())
-    if (auto *control = dynamic_cast<Control *>(child)) arrControls.push_back(control);
-  return arrControls;
+void FrameEnhanced::FindControls() const {
+  m_arrControls.clear();
+  m_arrButtons.clear();
+  m_latest = {};
+  for (QObject *child : m_fra->children()) {
+    if (auto *control = dynamic_cast<Control *>(child)) m_arrControls.push_back(control);
+    if (auto *button = dynamic_cast<OptionButtonControl *>(child)) m_arrButtons.push_back(button);
+  }
+  m_fControlsKnown = true;
 }
 
-std::vector<OptionButtonControl *> FrameEnhanced::OptionButtons() const {
-  std::vector<OptionButtonControl *> arrButtons;
-  for (Control *control : ContainedControls())
-    if (auto *button = dynamic_cast<OptionButtonControl *>(control)) arrButtons.push_back(button);
-  return arrButtons;
+bool FrameEnhanced::eventFilter(QObject *watched, QEvent *event) {
+  // A child that was just added is no control yet; it is polished when it is whole.
+  const auto eType = event->type();
+  if (eType == QEvent::ChildAdded || eType == QEvent::ChildPolished || eType == QEvent::ChildRemoved ||
+      eType == OptionButton::TagChange())
+    m_fControlsKnown = false;
+  return QWidget::eventFilter(watched, event);
+}
+
+const OptionButtonControl *FrameEnhanced::Chosen() const {
+  for (const OptionButtonControl *button : OptionButtons())
+    if (button->Value()) return button;
+  return nullptr;
 }
 
 Integer FrameEnhanced::ArrayIndex() const {
   Integer intResult = 0;
   Reported("ArrayIndex", [&] {
-    for (const OptionButtonControl *button : OptionButtons())
-      if (button->Value()) {
-        intResult = button->Index();
-        return;
-      }
+    if (const OptionButtonControl *button = Chosen()) intResult = button->Index();
   });
   return intResult;
 }
@@ -67,31 +80,31 @@ void FrameEnhanced::SetArrayIndex(Integer intIndex) {
 Variant FrameEnhanced::Value() const {
   Variant vResult;
   Reported("Value", [&] {
-    for (const OptionButtonControl *button : OptionButtons())
-      if (button->Value()) {
-        vResult = button->Tag();
-        return;
-      }
+    if (const OptionButtonControl *button = Chosen()) vResult = button->Tag();
   });
   return vResult;
 }
 
-bool FrameEnhanced::ChooseByTag(const std::string &strTag) {
-  for (OptionButtonControl *button : OptionButtons())
-    if (button->Tag() == strTag) {
-      button->SetValue(True);
-      return true;
-    }
-  return false;
+bool FrameEnhanced::Choose(const Variant &vValue) {
+  const auto &arrButtons = OptionButtons();
+  if (!m_latest.button || m_latest.vValue != vValue) {
+    const std::string strTag = CStr(vValue);
+    const auto found = std::find_if(arrButtons.begin(), arrButtons.end(),
+                                    [&](const OptionButtonControl *button) { return button->Tag() == strTag; });
+    if (found == arrButtons.end()) return false;
+    m_latest = {vValue, *found};
+  }
+  m_latest.button->SetValue(True);
+  return true;
 }
 
 void FrameEnhanced::SetValue(const Variant &vValue) {
-  Reported("Value", [&] { ChooseByTag(CStr(vValue)); });
+  Reported("Value", [&] { Choose(vValue); });
 }
 
 void FrameEnhanced::Match(const Variant &vMatchValue, const Variant &vDefault) {
   Reported("Match", [&] {
-    if (!ChooseByTag(CStr(vMatchValue))) ChooseByTag(CStr(vDefault));
+    if (!Choose(vMatchValue)) Choose(vDefault);
   });
 }
 
@@ -118,7 +131,7 @@ void FrameEnhanced::SetEnabled(Boolean fEnable) {
   if (fEnable != m_fEnabled) {
     m_fEnabled = fEnable;
     m_fra->setEnabled(fEnable);
-    for (Control *control : ContainedControls()) control->SetEnabled(fEnable);
+    for (const auto arrControls = ContainedControls(); Control * control : arrControls) control->SetEnabled(fEnable);
   }
   setEnabled(fEnable);
   if (!m_site.UserMode()) m_site.PropertyChanged("Enabled");

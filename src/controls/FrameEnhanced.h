@@ -38,6 +38,8 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   /// Chooses the button with this Index; nothing happens where there is none.
   void SetArrayIndex(Integer intIndex);
 
+  /// The chosen button, or null.
+  const OptionButtonControl *Chosen() const;
   /// Tag of the chosen button; empty with none chosen.
   Variant Value() const;
   /// Chooses the first button whose Tag is the value's text; nothing happens where there is none.
@@ -65,21 +67,40 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   void ReadProperties(const PropertyBag &bag);
   void WriteProperties(PropertyBag &bag) const;
 
-  std::vector<Control *> ContainedControls() const;
-  std::vector<OptionButtonControl *> OptionButtons() const;
+  const std::vector<Control *> &ContainedControls() const {
+    if (!m_fControlsKnown) FindControls();
+    return m_arrControls;
+  }
+  const std::vector<OptionButtonControl *> &OptionButtons() const {
+    if (!m_fControlsKnown) FindControls();
+    return m_arrButtons;
+  }
 
  protected:
   bool event(QEvent *event) override;
+  bool eventFilter(QObject *watched, QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
 
  private:
   std::vector<FormProperties::Property> FormTable();
-  bool ChooseByTag(const std::string &strTag);
+  bool Choose(const Variant &vValue);
   void ShowBorder();
+  void FindControls() const;
 
   ControlSite &m_site;
   FormProperties m_form;
   QGroupBox *m_fra;
+  /// Looking for them is dear, and a page reads its groups at each transfer: found once, until a child comes or goes
+  /// or changes its Tag.
+  mutable std::vector<Control *> m_arrControls;
+  mutable std::vector<OptionButtonControl *> m_arrButtons;
+  mutable bool m_fControlsKnown = false;
+  /// The latest value that found its button. A transfer brings the same value again most of the time.
+  struct Choice {
+    Variant vValue;
+    OptionButtonControl *button = nullptr;
+  };
+  mutable Choice m_latest;
   Boolean m_fEnabled = False;
   Long m_lngAppearance = 1;
   Long m_lngBorderStyle = 1;

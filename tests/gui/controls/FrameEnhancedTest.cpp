@@ -159,5 +159,38 @@ TEST_F(FrameEnhancedTest, OnlyBorderAndCaptionAreSaved) {
   EXPECT_THAT(arrKeys, ElementsAre("BorderStyle", "Caption"));
 }
 
+TEST_F(FrameEnhancedTest, AnOptionThatCameOrWentLaterCounts) {
+  frame.SetValue(std::string("2"));
+  auto third = std::make_unique<OptionButton>(frame.Container(), Integer{6});
+  third->SetTag("3");
+  frame.SetValue(std::string("3"));
+  EXPECT_EQ(frame.ArrayIndex(), 6);
+  EXPECT_EQ(frame.OptionButtons().size(), 3u);
+  third.reset();
+  frame.SetValue(std::string("3"));
+  EXPECT_EQ(frame.ArrayIndex(), 0) << "the chosen button is gone, and nothing was chosen in its place";
+  EXPECT_THAT(frame.OptionButtons(), ElementsAre(&first, &second));
+}
+
+TEST_F(FrameEnhancedTest, AValueSetAgainFollowsTagsThatChangedInBetween) {
+  frame.SetValue(Long{2});
+  frame.SetValue(Long{2});
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+  first.SetTag("2");
+  second.SetTag("1");
+  frame.SetValue(Long{2});
+  EXPECT_EQ(frame.ArrayIndex(), 4);
+  frame.SetValue(Long{1});
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+}
+
+TEST_F(FrameEnhancedTest, AValueSetAgainComesBackAfterAUsersClick) {
+  frame.SetValue(Long{2});
+  QTest::mouseClick(&first, Qt::LeftButton, {}, QPoint(8, first.height() / 2));
+  frame.SetValue(Long{2});
+  EXPECT_EQ(frame.ArrayIndex(), 5);
+  EXPECT_THAT(arrClicked, ElementsAre("second", "first", "second"));
+}
+
 }  // namespace
 }  // namespace tarvik::test
