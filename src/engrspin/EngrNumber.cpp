@@ -27,6 +27,7 @@ void EngrNumber::InitProperties() {
   m_lngSignificantDigits = 4;
   m_lngExponent = 0;
   m_fEngrMode = True;
+  ++m_lngFormatVersion;
 }
 
 void EngrNumber::Assign(Double dblValue) {
@@ -112,6 +113,7 @@ std::string EngrNumber::ConvertValue2Engr() {
   try {
     return TextOfValue();
   } catch (const RunTimeError &error) {
+    ++m_lngFormatVersion;
     LogError("EngrSpin", "ConvertValue2Engr", error.Number(), error.Description());
     return {};
   }

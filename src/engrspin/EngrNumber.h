@@ -53,22 +53,28 @@ class EngrNumber {
   Double Smallest() const { return m_dblSmallest; }
 
   Long SignificantDigits() const { return m_lngSignificantDigits; }
-  void SetSignificantDigits(Long lngDigits) { m_lngSignificantDigits = lngDigits; }
+  void SetSignificantDigits(Long lngDigits) { TakeFormat(m_lngSignificantDigits, lngDigits); }
 
   const std::string &BaseUnit() const { return m_strBaseUnit; }
-  void SetBaseUnit(const std::string &strUnit) { m_strBaseUnit = strUnit; }
+  void SetBaseUnit(const std::string &strUnit) { TakeFormat(m_strBaseUnit, strUnit); }
   const std::string &NumberFormat() const { return m_strNumberFormat; }
-  void SetNumberFormat(const std::string &strFormat) { m_strNumberFormat = strFormat; }
+  void SetNumberFormat(const std::string &strFormat) { TakeFormat(m_strNumberFormat, strFormat); }
 
   char Decimal() const { return m_chDecimal; }
-  void SetDecimal(char chDecimal) { m_chDecimal = chDecimal; }
+  void SetDecimal(char chDecimal) { TakeFormat(m_chDecimal, chDecimal); }
 
   Boolean EngrMode() const { return m_fEngrMode; }
-  void SetEngrMode(Boolean fEngrMode) { m_fEngrMode = fEngrMode; }
+  void SetEngrMode(Boolean fEngrMode) { TakeFormat(m_fEngrMode, fEngrMode); }
   /// Exponent of the text shown last in engineering format; it survives a value of 0.
   Long Exponent() const { return m_lngExponent; }
   /// The same, for whoever formats another value into the field.
-  Long &ExponentInForce() { return m_lngExponent; }
+  Long &ExponentInForce() {
+    ++m_lngFormatVersion;
+    return m_lngExponent;
+  }
+  /// Counts the changes of whatever decides, beside the value, how the value is written; a failure to write it
+  /// counts as well.
+  Long FormatVersion() const { return m_lngFormatVersion; }
 
   /// Prefix letter in engineering format, "*" outside of -12 to 12; always empty in plain format.
   std::string ExponentToPrefix(Long lngExponent) const;
@@ -86,6 +92,12 @@ class EngrNumber {
   virtual std::string TextOfValue();
 
  private:
+  template <class Setting>
+  void TakeFormat(Setting &setting, const Setting &value) {
+    setting = value;
+    ++m_lngFormatVersion;
+  }
+
   Double m_dblValue = 0;
   Double m_dblOldValue = 0;
   Double m_dblMin = 0;
@@ -95,6 +107,7 @@ class EngrNumber {
   Long m_lngMaxExponent = 0;
   Long m_lngSignificantDigits = 4;
   Long m_lngExponent = 0;
+  Long m_lngFormatVersion = 0;
   std::string m_strBaseUnit;
   std::string m_strNumberFormat;
   Boolean m_fEngrMode = False;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstdlib>
 
 #include "engrspin/EngrFormat.h"
@@ -18,8 +20,6 @@ namespace tarvik {
 
 namespace {
 
-/// Shown where a locked field has nothing to tell.
-constexpr const char *BlankText = "----";
 /// A text that can never be a number, so that it is taken back as a bad entry is.
 constexpr const char *AbandonedText = "~";
 
@@ -65,8 +65,6 @@ EngrSpin::EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlS
   txtNumber->setObjectName("txtNumber");
   spinCtl->setObjectName("spinCtl");
   lblUnits->setObjectName("lblUnits");
-  for (QWidget *part : std::initializer_list<QWidget *>{lblCaption, txtNumber, spinCtl, lblUnits})
-    part->setVisible(true);
   lblCaption->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   lblUnits->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   spinCtl->SetFocusHome(txtNumber);
@@ -86,11 +84,24 @@ EngrSpin::~EngrSpin() {
 void EngrSpin::SetValue(Double dblValue) {
   if (m_fLoading) return;
   m_number->Assign(dblValue);
+  if (!IsShown()) ShowValue();
+  if (m_fEditing) NotifyUpdate();
+}
+
+bool EngrSpin::IsShown() const {
+  return m_shown.lngWrite != 0 && m_shown.lngWrite == txtNumber->StandingWrite() &&
+         std::bit_cast<std::uint64_t>(m_shown.dblValue) == std::bit_cast<std::uint64_t>(Value()) &&
+         m_shown.lngFormatVersion == m_number->FormatVersion() && !m_fEditing;
+}
+
+void EngrSpin::ShowValue() {
+  // Taken before the conversion, which changes it when it fails.
+  const Long lngFormatVersion = m_number->FormatVersion();
   ShowText(m_number->ConvertValue2Engr());
   if (OwnVisible(*lblUnits))
     lblUnits->setText(QString::fromStdString(m_number->ExponentToPrefix(m_number->Exponent()) + BaseUnit()));
   UpdateAccessibleName();
-  if (m_fEditing) NotifyUpdate();
+  m_shown = {Value(), lngFormatVersion, m_fBlanked ? 0 : txtNumber->StandingWrite()};
 }
 
 void EngrSpin::SetReciprocal(Double dblReciprocal) { SetValue(m_number->ValueOfReciprocal(dblReciprocal)); }

@@ -192,6 +192,9 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   void ParseEntry();
   void TakeEntry();
   void RestoreEntry();
+  /// Whether the field looks as ShowValue would leave it.
+  bool IsShown() const;
+  void ShowValue();
   void ShowText(const std::string &strText);
   void StepUp();
   void StepDown();
@@ -227,6 +230,14 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   SpinControl *spinCtl;
   FieldLabel *lblUnits;
   DigitCursor m_cursor;
+
+  /// What text and unit show. A download brings most fields the value that they have, and shall not pay for it.
+  struct Shown {
+    Double dblValue = 0;
+    Long lngFormatVersion = 0;
+    Long lngWrite = 0;  ///< of the text box; 0 while it shows something else
+  };
+  Shown m_shown;
 
   std::string m_strCaption;
   std::string m_strAuxUnits;

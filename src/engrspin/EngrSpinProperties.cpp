@@ -23,6 +23,9 @@ constexpr Single UnitsWidth = 500, NoUnitsWidth = 1;
 constexpr Long MaxDigits = 10;
 constexpr Long AlignCaptionCenter = 2;
 
+/// Shown where a locked field has nothing to tell.
+constexpr const char *BlankText = "----";
+
 /// Further than any form reaches; keeps the arithmetic of pixels in range.
 constexpr Single FarAway = 1e6F;
 
@@ -150,7 +153,7 @@ void EngrSpin::SetCaptionWidth(Single sngWidth) {
   if (sngWidth == m_sngCaptionWidth && !m_fLoading) return;
   m_sngCaptionWidth = sngWidth;
   const bool fShow = sngWidth != 0;
-  lblCaption->setVisible(fShow);
+  SetOwnVisible(*lblCaption, fShow);
   m_layout.lblCaption.fVisible = fShow;
   if (sngWidth > 0) m_layout.lblCaption.place.sngWidth = sngWidth;
   PropChanged("CaptionWidth", true);
@@ -158,7 +161,7 @@ void EngrSpin::SetCaptionWidth(Single sngWidth) {
 
 void EngrSpin::SetSpinCtlVisible(Boolean fVisible) {
   if (fVisible == SpinCtlVisible() && !m_fLoading) return;
-  spinCtl->setVisible(fVisible);
+  SetOwnVisible(*spinCtl, fVisible);
   m_layout.fSpinVisible = fVisible;
   PropChanged("SpinCtlVisible", true);
 }
@@ -170,7 +173,7 @@ void EngrSpin::SetEnabled(Boolean fEnabled) {
       part->setEnabled(fEnabled);
     txtNumber->setFocusPolicy(fEnabled ? Qt::StrongFocus : Qt::ClickFocus);
   }
-  setEnabled(fEnabled);
+  if (OwnEnabled(*this) != fEnabled) setEnabled(fEnabled);
   PropChanged("Enabled", false);
   UpdateReadOnly();
 }
@@ -181,16 +184,16 @@ void EngrSpin::LockControl(Boolean fNewValue, Boolean fBlankOut) {
   if (txtNumber->isReadOnly() != fNewValue) {
     if (fNewValue) {
       if (m_fEditing) EndEdit();
-      if (m_fBlanked) txtNumber->WriteText("----");
+      if (m_fBlanked) txtNumber->WriteText(BlankText);
     } else {
       SetValue(Value());
     }
     txtNumber->setReadOnly(fNewValue);
     spinCtl->setEnabled(!fNewValue);
+    UpdateAccessibleName();
   }
   PropChanged("Locked", false);
   UpdateReadOnly();
-  UpdateAccessibleName();
 }
 
 Boolean EngrSpin::Visible() const { return OwnVisible(*this); }

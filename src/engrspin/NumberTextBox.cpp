@@ -64,6 +64,10 @@ NumberTextBox::NumberTextBox(TextBoxEvents &events, QWidget *parent) : QLineEdit
   setDragEnabled(false);
   setTextMargins(0, 0, 0, 0);
   connect(this, &QLineEdit::textEdited, this, [this] { OnTextEdited(); });
+  const auto changed = [this] { m_fAsWritten = false; };
+  connect(this, &QLineEdit::textChanged, this, changed);
+  connect(this, &QLineEdit::selectionChanged, this, changed);
+  connect(this, &QLineEdit::cursorPositionChanged, this, changed);
   UpdateColours();
 }
 
@@ -87,6 +91,8 @@ void NumberTextBox::WriteText(const QString &strText) {
   setText(strText);
   deselect();
   setCursorPosition(0);
+  ++m_lngWrites;
+  m_fAsWritten = true;
 }
 
 void NumberTextBox::OnTextEdited() {
@@ -188,6 +194,7 @@ void NumberTextBox::changeEvent(QEvent *event) {
 }
 
 void NumberTextBox::SetLook(bool fGrey, bool fLocked) {
+  if (fGrey == m_fGrey && fLocked == m_fLocked) return;
   m_fGrey = fGrey;
   m_fLocked = fLocked;
   UpdateColours();

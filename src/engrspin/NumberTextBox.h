@@ -41,6 +41,8 @@ class NumberTextBox : public QLineEdit, public CursorText {
 
   /// The program's write: selection to the start, no user event.
   void WriteText(const QString &strText);
+  /// The number of the latest WriteText, counted from 1; 0 once text or selection are not as it left them.
+  Long StandingWrite() const { return m_fAsWritten ? m_lngWrites : 0; }
 
   /// Colours of rest, grey or locked; the selection shows only with the focus.
   void SetLook(bool fGrey, bool fLocked);
@@ -64,6 +66,8 @@ class NumberTextBox : public QLineEdit, public CursorText {
   TextBoxEvents &m_events;
   QString m_strKnownText;
   int m_intWheelAngle = 0;
+  Long m_lngWrites = 0;
+  bool m_fAsWritten = false;
   bool m_fInKey = false;
   bool m_fGrey = false;
   bool m_fLocked = false;

@@ -1,6 +1,5 @@
 #include "Commands.h"
 
-#include <QSignalBlocker>
 #include <cstdlib>
 #include <functional>
 #include <map>
@@ -147,8 +146,7 @@ const std::map<std::string, Property> &Properties() {
   return properties;
 }
 
-/// The text box's own work on a key that reached it. Only the action is asked for; that nobody typed it is
-/// kept from the field, which hears of a key before.
+/// The text box's own work on a key that reached it. The field has heard of the key before.
 void TextBoxKey(NumberTextBox &txt, Long lngCode) {
   if (!txt.isEnabled()) return;
   const Long lngStart = txt.SelStart(), lngLength = txt.SelLength();
@@ -158,10 +156,7 @@ void TextBoxKey(NumberTextBox &txt, Long lngCode) {
     case KeyHome: txt.home(false); break;
     case KeyEnd: txt.end(false); break;
     case KeyDelete:
-      if (!txt.isReadOnly()) {
-        const QSignalBlocker quiet(txt);
-        txt.del();
-      }
+      if (!txt.isReadOnly()) txt.del();
       break;
     default: break;
   }
@@ -169,7 +164,6 @@ void TextBoxKey(NumberTextBox &txt, Long lngCode) {
 
 void TextBoxCharacter(NumberTextBox &txt, const QString &strCharacter) {
   if (!txt.isEnabled() || txt.isReadOnly() || strCharacter.isEmpty()) return;
-  const QSignalBlocker quiet(txt);
   const ushort code = strCharacter.front().unicode();
   if (code == 8) {
     txt.backspace();
@@ -222,7 +216,6 @@ void Focus(Session &s, bool fSpin) {
 void Edit(Session &s, const std::string &strText) {
   NumberTextBox &txt = s.Access().txtNumber();
   if (txt.isReadOnly() || !txt.isEnabled()) return;
-  const QSignalBlocker quiet(txt);
   txt.selectAll();
   txt.insert(QString::fromStdString(strText));
   if (strText.empty()) txt.clear();
@@ -364,7 +357,7 @@ const std::map<std::string, Command> &Commands() {
       {"online", DOES(s.fOnline = ToBool(a.at(1)))},
       {"verbose", DOES(s.fVerbose = ToBool(a.at(1)))},
       {"hook", DOES(Hook(s, a))},
-      {"fault", DOES(s.Number().failure = RunTimeError(ToLong(a.at(1)), ToText(a.at(2))))},
+      {"fault", DOES(s.Number().FailNext(RunTimeError(ToLong(a.at(1)), ToText(a.at(2)))))},
       {"set", DOES(Properties().at(ToText(a.at(1))).set(s.Field(), a.at(2)))},
       {"get", GIVES(Properties().at(ToText(a.at(1))).get(s.Field()))},
       {"lock", DOES(s.Field().LockControl(ToBool(a.at(1)), ToBool(a.at(2))))},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLineEdit>
 #include <QWidget>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -26,6 +27,11 @@ struct ProtocolError : std::runtime_error {
 /// A number whose next conversion to text can be told to fail.
 class FailingNumber : public EngrNumber {
  public:
+  /// The next value written fails, also one that the field shows already.
+  void FailNext(RunTimeError error) {
+    failure = std::move(error);
+    SetDecimal(Decimal());
+  }
   std::optional<RunTimeError> failure;
 
  protected:
@@ -35,7 +41,11 @@ class FailingNumber : public EngrNumber {
 class AdapterField : public EngrSpin {
  public:
   AdapterField(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site)
-      : EngrSpin(std::move(number), parent, site) {}
+      : EngrSpin(std::move(number), parent, site) {
+    // The commands do to the text box what its keys would do; nobody pastes or drops a text.
+    auto *text = findChild<QLineEdit *>(QStringLiteral("txtNumber"));
+    QObject::disconnect(text, &QLineEdit::textEdited, nullptr, nullptr);
+  }
 };
 
 /// One field and the scripted surroundings: host, container, panel and instrument. Whatever happens goes

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 #include <QTest>
 #include <QWheelEvent>
 #include <cstdlib>
@@ -211,6 +212,50 @@ TEST_F(Field, AFormOfFieldsCanBePictured) {
   if (!folder.isEmpty()) {
     EXPECT_TRUE(picture.save(folder + "/engrspin.png"));
   }
+}
+
+TEST_F(Field, AValueAssignedAgainPutsTheSelectionBackToTheStart) {
+  MakeVolts(1);
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_Right);
+  QTest::keyClick(txt, Qt::Key_Right);
+  auto *line = qobject_cast<QLineEdit *>(txt);
+  ASSERT_EQ(line->selectionLength(), 1);
+  field->SetValue(1);
+  EXPECT_EQ(line->selectionLength(), 0);
+  EXPECT_EQ(line->cursorPosition(), 0);
+  EXPECT_EQ(field->OldValue(), 1);
+}
+
+TEST_F(Field, AValueAssignedAgainTakesTheNewUnitPrefixAndFormat) {
+  MakeVolts(1);
+  field->SetValue(0.002);
+  field->SetSignificantDigits(6);
+  EXPECT_EQ(field->Text(), "2.00000");
+  field->SetBaseUnit("A");
+  field->SetValue(0.002);
+  EXPECT_EQ(field->accessibleName(), QString("2.00000 mA"));
+}
+
+TEST_F(Field, ABlankedFieldShowsTheValueThatItHasWhenItIsFreeAgain) {
+  MakeVolts(1);
+  field->LockControl(True, True);
+  field->SetValue(1);
+  EXPECT_EQ(field->Text(), "----");
+  field->SetValue(0.25);
+  field->SetValue(1);
+  EXPECT_EQ(field->Text(), "----");
+  field->LockControl(False, False);
+  EXPECT_EQ(field->Text(), "1.000");
+  EXPECT_EQ(field->accessibleName(), QString("1.000 V"));
+}
+
+TEST_F(Field, AValueAssignedAgainReplacesWhatWasTyped) {
+  MakeVolts(1);
+  field->SetFocus();
+  QTest::keyClicks(txt, "77");
+  field->SetValue(1);
+  EXPECT_EQ(field->Text(), "1.000");
 }
 
 }  // namespace
