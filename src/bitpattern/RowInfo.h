@@ -24,6 +24,7 @@ struct RowInfo {
   Long lngGenParam = 0;
   Long lngChannel = 0;
   Single sngBaseY = 0;  ///< twips
+  bool operator==(const RowInfo &) const = default;
 };
 
 }  // namespace tarvik

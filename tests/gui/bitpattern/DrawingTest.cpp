@@ -132,5 +132,21 @@ TEST_F(DrawingTest, RowButtonsStandBesideTheirRows) {
   }
 }
 
+TEST_F(DrawingTest, ThePictureOfTheSameIsToldAgainAndAnyChangeIsDrawn) {
+  Show(0x60, 4);
+  std::size_t intHeard = 0;
+  picWave().Drawn.Connect([&](const DrawPrimitive &) { ++intHeard; });
+  const auto arrBefore = Drawn(0, 2175);
+  m_editor.SetRz(BooleanArray(1, {False, False}), False);
+  EXPECT_EQ(Drawn(0, 2175), arrBefore);
+  EXPECT_EQ(intHeard, picWave().DisplayList().size());
+  m_editor.SetRz(BooleanArray(1, {True, False}), False);
+  EXPECT_NE(Drawn(0, 2175), arrBefore) << "another form of the pulses";
+  Show(0x60, 4);
+  EXPECT_EQ(Drawn(0, 2175), arrBefore);
+  Show(0x20, 4);
+  EXPECT_NE(Drawn(0, 2175), arrBefore) << "another bit";
+}
+
 }  // namespace
 }  // namespace tarvik::test
