@@ -9,6 +9,7 @@
 #include "engrspin/EngrSpin.h"
 #include "platform/CheckBox.h"
 #include "platform/CommandButton.h"
+#include "platform/Highlight.h"
 #include "platform/ListView.h"
 #include "platform/OptionButton.h"
 #include "platform/PictureBox.h"
@@ -71,8 +72,9 @@ QWidget *MakeText(QWidget *parent, const ControlDesign &design) {
   return label;
 }
 
+template <class T>
 QWidget *MakePicture(QWidget *parent, const ControlDesign &design) {
-  auto *picture = new PictureBox(parent);
+  auto *picture = new T(parent);
   picture->SetBackColor(static_cast<Colour>(design.properties.ReadProperty("BackColor", Long{0xFFFFFF})));
   picture->SetForeColor(static_cast<Colour>(design.properties.ReadProperty("ForeColor", Long{0})));
   return picture;
@@ -116,7 +118,8 @@ Maker MakerFor(ControlKind eKind) {
     case ControlKind::Text: return MakeText;
     case ControlKind::Display: return MakePlain<DisplayField>;
     case ControlKind::DisplayBox: return MakePlain<DisplayBox>;
-    case ControlKind::Picture: return MakePicture;
+    case ControlKind::Picture: return MakePicture<PictureBox>;
+    case ControlKind::Highlight: return MakePicture<Highlight>;
     case ControlKind::Menu: return MakeMenu;
     case ControlKind::ListView: return MakeListView;
     case ControlKind::Pattern: return MakePlain<BitPattern>;

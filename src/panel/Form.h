@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWidget>
-#include <map>
+#include <ranges>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,6 +24,7 @@ enum class ControlKind {
   Display,
   DisplayBox,
   Picture,
+  Highlight,
   Menu,
   ListView,
   Pattern,
@@ -50,23 +51,20 @@ template <class T>
 class ControlArray {
  public:
   T &operator[](Long lngIndex) const {
-    const auto found = m_controls.find(lngIndex);
-    if (found == m_controls.end()) RaiseError(ErrNoSuchElement);
-    return *found->second;
+    for (const auto &[lngNumber, control] : m_controls)
+      if (lngNumber == lngIndex) return *control;
+    RaiseError(ErrNoSuchElement);
   }
-  void Add(Long lngIndex, T &control) { m_controls[lngIndex] = &control; }
+  /// Numbers come in ascending order.
+  void Add(Long lngIndex, T &control) { m_controls.emplace_back(lngIndex, &control); }
   /// Pairs of number and pointer, in the order of the numbers.
   auto begin() const { return m_controls.begin(); }
   auto end() const { return m_controls.end(); }
   /// The bare pointers, in the order of the numbers.
-  std::vector<T *> All() const {
-    std::vector<T *> arrControls;
-    for (const auto &[lngIndex, control] : m_controls) arrControls.push_back(control);
-    return arrControls;
-  }
+  auto All() const { return m_controls | std::views::values; }
 
  private:
-  std::map<Long, T *> m_controls;
+  std::vector<std::pair<Long, T *>> m_controls;
 };
 
 /// "esWidth(0)", or the bare name for NoIndex.

@@ -128,8 +128,17 @@ void OptionsPage::chkAutoWarnings_Click() {
 
 void OptionsPage::chkAutoOutputOnOff_Click() { m_state.mfAutoOutputOnOff = chkAutoOutputOnOff.Value() == 1; }
 
-Boolean OptionsPage::UploadsAll() const { return CStr(grpUpload.Value()) == AllPagesTag; }
+namespace {
 
-Boolean OptionsPage::DownloadsAll() const { return CStr(grpDownload.Value()) == AllPagesTag; }
+bool ChoosesAll(const FrameEnhanced &group) {
+  const OptionButtonControl *button = group.Chosen();
+  return button && button->Tag() == std::string_view(AllPagesTag);
+}
+
+}  // namespace
+
+Boolean OptionsPage::UploadsAll() const { return ChoosesAll(grpUpload); }
+
+Boolean OptionsPage::DownloadsAll() const { return ChoosesAll(grpDownload); }
 
 }  // namespace tarvik

@@ -6,9 +6,12 @@ namespace tarvik {
 
 namespace {
 
-// Codes of the streams in the editor and rows of the instrument.
-constexpr Long EditorChannel1 = 1, EditorChannel2 = 2, EditorStrobe = 8;
-constexpr Long RowChannel1 = 1, RowChannel2 = 2, RowStrobe = 3;
+struct Stream {
+  Long eChannel;  ///< code in the editor
+  Long eChan;     ///< row of the instrument
+  bool fOfChannel2;
+};
+constexpr Stream Streams[] = {{1, 1, false}, {2, 2, true}, {8, 3, false}};
 
 const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign{{ControlKind::Pattern,
@@ -34,13 +37,6 @@ void PatternPage::BitPattern1_RzChange() {
   SetRzFromFlags(m_state.mfRz[1], m_state.mfRz[2], False, True);
 }
 
-std::vector<PatternPage::Stream> PatternPage::Streams() const {
-  std::vector<Stream> arrStreams{{EditorChannel1, RowChannel1}};
-  if (m_state.mfDualChannel) arrStreams.push_back({EditorChannel2, RowChannel2});
-  arrStreams.push_back({EditorStrobe, RowStrobe});
-  return arrStreams;
-}
-
 void PatternPage::UploadRz(Boolean &fOk) {
   fOk = False;
   IgnoreErrors([&] { fOk = Instr().SetRz(m_state.mfRz); });
@@ -51,7 +47,8 @@ void PatternPage::UploadPattern(Boolean &fOk) {
   Long lngSize = BitPattern1.GetPatternArraySize();
   const Long lngLength = BitPattern1.GetPatternLength();
   m_arrUpload.ReDim(1, lngSize);
-  for (const Stream &stream : Streams()) {
+  for (const Stream &stream : Streams) {
+    if (stream.fOfChannel2 && !m_state.mfDualChannel) continue;
     if (!BitPattern1.GetPattern(stream.eChannel, m_arrUpload, lngSize)) return;
     if (!Instr().SetPatternArray(stream.eChan, m_arrUpload, lngLength)) return;
   }
@@ -61,7 +58,8 @@ void PatternPage::UploadPattern(Boolean &fOk) {
 
 void PatternPage::DownloadPattern() {
   BitPattern1.SetPatternInit();
-  for (const Stream &stream : Streams()) {
+  for (const Stream &stream : Streams) {
+    if (stream.fOfChannel2 && !m_state.mfDualChannel) continue;
     Long lngLength = 0;
     if (Instr().GetPatternArray(stream.eChan, m_arrDownload, lngLength))
       BitPattern1.SetPattern(stream.eChannel, m_arrDownload, lngLength);

@@ -30,13 +30,7 @@ class PatternPage : public Page {
  private:
   friend class PanelTestAccess;
 
-  struct Stream {
-    Long eChannel;  ///< of the editor
-    Long eChan;     ///< row of the instrument
-  };
-
   void BitPattern1_RzChange();
-  std::vector<Stream> Streams() const;
 
   BitPattern &BitPattern1;
   ByteArray m_arrUpload{1};

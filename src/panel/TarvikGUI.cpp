@@ -3,7 +3,6 @@
 #include <QEvent>
 #include <QHideEvent>
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 #include "panel/CapabilityGate.h"
@@ -53,13 +52,13 @@ const std::vector<ControlDesign> &Design() {
        {900, 4920, 7620, 735},
        {{"AccessibleName", "Status"}, {"ToolTip", "The last message of the instrument connection"}}},
       // The highlights are made before the buttons, so that they lie behind them.
-      {ControlKind::Picture,
+      {ControlKind::Highlight,
        "picDownloadHighlight",
        NoIndex,
        "",
        DownloadPlace,
        {{"BackColor", Long{0x00A0A000}}, {"Visible", False}}},
-      {ControlKind::Picture, "picUploadHighlight", NoIndex, "", UploadPlace, {{"Visible", False}}},
+      {ControlKind::Highlight, "picUploadHighlight", NoIndex, "", UploadPlace, {{"Visible", False}}},
       {ControlKind::Button,
        "cmdDownload",
        NoIndex,
@@ -312,7 +311,6 @@ void TarvikGUI::ShowStateOfVisiblePage() {
   }
   const bool fKnown = eVisible == ePageIsCurrent || eVisible == ePageNeedsDownloading;
   if (!fKnown) ShowIllegalCase();
-  // The pictures are set once: one that goes out only to come back costs a hide and a show each time.
   const auto &states = m_state.meTabState;
   const bool fOtherDirty = std::find(states.begin(), states.end(), ePageIsDirty) != states.end();
   if (fOtherDirty && m_optionsPage->UploadsAll())
@@ -359,21 +357,21 @@ void TarvikGUI::UploadPages() {
   const Boolean fAll = m_optionsPage->UploadsAll();
   Boolean fOk = True;
 
-  const struct {
+  static constexpr struct {
     TabNumEnum ePage;
-    std::function<void(Boolean &)> upload;
-  } steps[] = {
+    void (*upload)(TarvikGUI &panel, Boolean &fOk);
+  } Steps[] = {
       // Not the tab order: the pattern's flags go last, its bits follow behind the transaction.
-      {ePageMode, [&](Boolean &f) { m_modePage->UploadMode(f); }},
-      {ePageTiming, [&](Boolean &f) { m_timingPage->UploadTiming(f); }},
-      {ePageLevels, [&](Boolean &f) { m_levelsPage->UploadLevels(f); }},
-      {ePageLimits, [&](Boolean &f) { m_limitsPage->UploadLimits(f); }},
-      {ePageTrigLev, [&](Boolean &f) { m_trigLevPage->UploadTrigLevels(f); }},
-      {ePageConfig, [&](Boolean &f) { m_configPage->UploadConfig(f); }},
-      {ePagePattern, [&](Boolean &f) { m_patternPage->UploadRz(f); }},
+      {ePageMode, [](TarvikGUI &panel, Boolean &f) { panel.m_modePage->UploadMode(f); }},
+      {ePageTiming, [](TarvikGUI &panel, Boolean &f) { panel.m_timingPage->UploadTiming(f); }},
+      {ePageLevels, [](TarvikGUI &panel, Boolean &f) { panel.m_levelsPage->UploadLevels(f); }},
+      {ePageLimits, [](TarvikGUI &panel, Boolean &f) { panel.m_limitsPage->UploadLimits(f); }},
+      {ePageTrigLev, [](TarvikGUI &panel, Boolean &f) { panel.m_trigLevPage->UploadTrigLevels(f); }},
+      {ePageConfig, [](TarvikGUI &panel, Boolean &f) { panel.m_configPage->UploadConfig(f); }},
+      {ePagePattern, [](TarvikGUI &panel, Boolean &f) { panel.m_patternPage->UploadRz(f); }},
   };
-  for (const auto &step : steps)
-    if (NeedsUpload(fAll, fOk, step.ePage)) step.upload(fOk);
+  for (const auto &step : Steps)
+    if (NeedsUpload(fAll, fOk, step.ePage)) step.upload(*this, fOk);
 
   if (fOk) {
     instr.TransactionFinish(True);
@@ -392,20 +390,20 @@ void TarvikGUI::cmdDownload_Click() {
   const Long intPage = m_tabMain->Tab();
   const Boolean fAll = m_state.mfForceDownloadAll || m_optionsPage->DownloadsAll();
 
-  const struct {
+  static constexpr struct {
     TabNumEnum ePage;
-    std::function<void()> download;
-  } steps[] = {
-      {ePageMode, [&] { m_modePage->DownloadMode(); }},
-      {ePageTiming, [&] { m_timingPage->DownloadTiming(); }},
-      {ePageLevels, [&] { m_levelsPage->DownloadLevels(); }},
-      {ePagePattern, [&] { m_patternPage->DownloadPattern(); }},
-      {ePageLimits, [&] { m_limitsPage->DownloadLimits(); }},
-      {ePageTrigLev, [&] { m_trigLevPage->DownloadTrigLevels(); }},
-      {ePageConfig, [&] { m_configPage->DownloadConfig(); }},
+    void (*download)(TarvikGUI &panel);
+  } Steps[] = {
+      {ePageMode, [](TarvikGUI &panel) { panel.m_modePage->DownloadMode(); }},
+      {ePageTiming, [](TarvikGUI &panel) { panel.m_timingPage->DownloadTiming(); }},
+      {ePageLevels, [](TarvikGUI &panel) { panel.m_levelsPage->DownloadLevels(); }},
+      {ePagePattern, [](TarvikGUI &panel) { panel.m_patternPage->DownloadPattern(); }},
+      {ePageLimits, [](TarvikGUI &panel) { panel.m_limitsPage->DownloadLimits(); }},
+      {ePageTrigLev, [](TarvikGUI &panel) { panel.m_trigLevPage->DownloadTrigLevels(); }},
+      {ePageConfig, [](TarvikGUI &panel) { panel.m_configPage->DownloadConfig(); }},
   };
-  for (const auto &step : steps)
-    if (intPage == step.ePage || fAll) step.download();
+  for (const auto &step : Steps)
+    if (intPage == step.ePage || fAll) step.download(*this);
 
   m_state.mfDownloading = False;
   SetHourglass(False);

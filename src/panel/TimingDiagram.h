@@ -14,6 +14,7 @@ struct udtChannelTiming {
   Double dblWidth = 0;
   Double dblLeading = 0;
   Double dblTrailing = 0;
+  bool operator==(const udtChannelTiming &) const = default;
 };
 
 /// One pulse in the box's twips.

@@ -161,7 +161,7 @@ void TimingPage::Enter() {
 
 // ---- Period, widths and their ranges ----
 
-Boolean TimingPage::IsFrequency() const { return cmdPeriodOrFreq.Caption() == Frequency; }
+Boolean TimingPage::IsFrequency() const { return cmdPeriodOrFreq.Caption() == std::string_view(Frequency); }
 
 Boolean TimingPage::IsPatternMode() const { return m_state.mePulseMode == ePulsePattern; }
 
@@ -317,9 +317,14 @@ udtChannelTiming TimingPage::TimingOf(Integer intChan) const {
 }
 
 void TimingPage::DrawTiming() {
-  m_diagram.Clear();
-  m_diagram.DrawChannelTiming(1, TimingOf(1));
-  if (m_state.mfDualChannel) m_diagram.DrawChannelTiming(2, TimingOf(2));
+  const std::array arrLanes{TimingOf(1), m_state.mfDualChannel ? TimingOf(2) : udtChannelTiming{}};
+  if (!picTiming.IsComplete() || arrLanes != m_arrDrawn) {
+    m_diagram.Clear();
+    m_diagram.DrawChannelTiming(1, arrLanes[0]);
+    if (m_state.mfDualChannel) m_diagram.DrawChannelTiming(2, arrLanes[1]);
+    m_arrDrawn = arrLanes;
+    picTiming.SetComplete();
+  }
   TimingDrawn.Raise();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "panel/ChannelOutputs.h"
@@ -79,6 +81,7 @@ class TimingPage : public Page {
   ControlArray<ToolPopup> toolPopupTEdge;
   ChannelOutputs m_outputs;
   TimingDiagram m_diagram;
+  std::array<udtChannelTiming, 2> m_arrDrawn;  ///< what a complete diagram shows
 };
 
 }  // namespace tarvik
