@@ -112,6 +112,8 @@ void Register(const std::string &strName, Editor &editor) {
     QPainter painter(&image);
     painter.setFont(surface.font());
     for (auto _ : state) {
+      // A complete picture would not be drawn again.
+      surface.Cls();
       editor.RedrawPattern();
       painter.fillRect(image.rect(), Qt::black);
       PaintDisplayList(painter, surface.DisplayList(), image.rect(),

@@ -1,13 +1,12 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 #include <vector>
 
 #include "NothingDriver.h"
+#include "Ratios.h"
 #include "automation/Activation.h"
 #include "instrument/clsInstrInterface.h"
 #include "panel/TarvikGUI.h"
@@ -42,8 +41,9 @@ class NobodyHost : public Host {
   Integer m_intPointer = PointerDefault;
 };
 
-constexpr TabNumEnum Pages[] = {ePageMode,   ePageTiming,  ePageLevels, ePagePattern,
-                                ePageLimits, ePageTrigLev, ePageConfig};
+constexpr int Repetitions = 15;
+/// Seconds of one repetition.
+constexpr double ShortTime = 0.02;
 
 /// A panel in session with the driver that does nothing.
 class Session {
@@ -66,7 +66,8 @@ class Session {
   Session &operator=(const Session &) = delete;
 
   void Upload() {
-    for (const TabNumEnum ePage : Pages) m_panel.SetTabState(ePageIsDirty, ePage);
+    m_panel.SetTabState(ePageIsDirty, eAllPages);
+    for (const TabNumEnum ePage : {ePageInstr, ePageOptions}) m_panel.SetTabState(ePageIsCurrent, ePage);
     m_upload->Click.Raise();
   }
   void Download() { m_download->Click.Raise(); }
@@ -105,7 +106,8 @@ void BareUpload() {
   instr.SetRz(BooleanArray(1, {True, True}));
   instr.TransactionFinish(True);
   instr.CheckWarnings(False);
-  ByteArray arr(1, std::vector<Byte>(2));
+  static ByteArray arr(1);
+  arr.ReDim(1, 2);
   for (const Long eRow : {1, 2, 3}) instr.SetPatternArray(eRow, arr, 16);
 }
 
@@ -118,7 +120,8 @@ void BareDownload() {
   instr.GetTiming(timing);
   udtLevelInfo levels;
   instr.GetLevels(levels);
-  ByteArray arr(1);
+  // Kept between transfers, as the page keeps its own.
+  static ByteArray arr(1);
   Long lngLength = 0;
   for (const Long eRow : {1, 2, 3}) instr.GetPatternArray(eRow, arr, lngLength);
   BooleanArray fRz(1, {False, False});
@@ -138,58 +141,45 @@ void BareDownload() {
   instr.CheckWarnings(False);
 }
 
-template <class Step>
-void Measure(benchmark::State &state, Step &&step) {
-  TheSession();
-  for (auto _ : state) step();
+/// One benchmark for each side of a transfer.
+void Register(const char *strName, void (*step)()) {
+  benchmark::RegisterBenchmark(strName,
+                               [step](benchmark::State &state) {
+                                 for (auto _ : state) step();
+                               })
+      ->Repetitions(Repetitions)
+      ->MinTime(ShortTime);
 }
 
-void UploadBare(benchmark::State &state) {
-  Measure(state, [] { BareUpload(); });
-}
-void UploadPanel(benchmark::State &state) {
-  Measure(state, [] { TheSession().Upload(); });
-}
-void DownloadBare(benchmark::State &state) {
-  Measure(state, [] { BareDownload(); });
-}
-void DownloadPanel(benchmark::State &state) {
-  Measure(state, [] { TheSession().Download(); });
+/// Says that both sides ask the same of the driver; a ratio of anything else would mean nothing.
+bool CallsAgree(const char *strTransfer, void (*bare)(), void (*panel)()) {
+  const auto calls = [](void (*step)()) {
+    const long lngBefore = NothingDriverCalls();
+    step();
+    return NothingDriverCalls() - lngBefore;
+  };
+  const long lngBare = calls(bare), lngPanel = calls(panel);
+  std::printf("driver calls of a whole %s: bare %ld, panel %ld\n", strTransfer, lngBare, lngPanel);
+  return lngBare == lngPanel;
 }
 
-BENCHMARK(UploadBare)->Repetitions(5)->ReportAggregatesOnly();
-BENCHMARK(UploadPanel)->Repetitions(5)->ReportAggregatesOnly();
-BENCHMARK(DownloadBare)->Repetitions(5)->ReportAggregatesOnly();
-BENCHMARK(DownloadPanel)->Repetitions(5)->ReportAggregatesOnly();
-
-/// Keeps the medians, for the ratios.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run> &runs) override {
-    for (const Run &run : runs)
-      if (run.aggregate_name == "median") m_medians[run.run_name.function_name] = run.GetAdjustedCPUTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void PrintRatio(const char *strWhat, const char *strPanel, const char *strBare) {
-    std::printf("ratio %s, panel / bare driver calls: %.2f (at most 1.5)\n", strWhat,
-                m_medians[strPanel] / m_medians[strBare]);
-  }
-
- private:
-  std::map<std::string, double> m_medians;
-};
+void PanelUpload() { TheSession().Upload(); }
+void PanelDownload() { TheSession().Download(); }
 
 }  // namespace
 
 int main(int argc, char **argv) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatio("upload", "UploadPanel", "UploadBare");
-  reporter.PrintRatio("download", "DownloadPanel", "DownloadBare");
+  TheSession();
+  if (!CallsAgree("upload", BareUpload, PanelUpload) || !CallsAgree("download", BareDownload, PanelDownload)) return 2;
+  Register("UploadBare", BareUpload);
+  Register("UploadPanel", PanelUpload);
+  Register("DownloadBare", BareDownload);
+  Register("DownloadPanel", PanelDownload);
+  const int intResult = bench::RunWithBounds(
+      argc, argv, {{"UploadPanel", "UploadBare", 1.5, 0}, {"DownloadPanel", "DownloadBare", 1.5, 0}});
   std::fflush(stdout);
   // The panel's own end has nothing to be measured any more.
-  std::_Exit(0);
+  std::_Exit(intResult);
 }

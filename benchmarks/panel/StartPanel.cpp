@@ -9,8 +9,9 @@ int main(int argc, char *argv[]) {
   tarvik::TarvikGUI panel;
   panel.resize(panel.sizeHint());
   const auto *list = panel.findChild<tarvik::ListView *>(QStringLiteral("lvwInstruments"));
-  // A frame counts once it shows the instruments.
-  const FirstFrame frame(panel, [list] { return list->Count() > 0; });
+  // With an argument a frame counts only once it shows the instruments.
+  const bool fListed = argc > 1;
+  const FirstFrame frame(panel, [list, fListed] { return !fListed || list->Count() > 0; });
   panel.show();
   return QApplication::exec();
 }

@@ -11,6 +11,13 @@ using namespace tarvik::kolven;
 using automation::Ref;
 using automation::StatusOk;
 
+long g_lngCalls = 0;
+
+Status Counted(Status status) {
+  ++g_lngCalls;
+  return status;
+}
+
 /// The one object of a class, made with its first use.
 template <class Class, class Target>
 Status Hand(Target **ppObject) {
@@ -33,40 +40,40 @@ Status AnswerText(AutomationString *pValue, const char *strText) {
 
 // What is told is forgotten; what is asked for is this number.
 #define GET(Name, Type, value) \
-  Status TARVIK_CALL Name(Type *pValue) override { return Answer<Type>(pValue, value); }
+  Status TARVIK_CALL Name(Type *pValue) override { return Counted(Answer<Type>(pValue, value)); }
 #define SET(Name, Type) \
-  Status TARVIK_CALL Name(Type) override { return StatusOk; }
+  Status TARVIK_CALL Name(Type) override { return Counted(StatusOk); }
 #define BLOCK(Name, Interface, Class) \
-  Status TARVIK_CALL Name(Interface **ppObject) override { return Hand<Class>(ppObject); }
+  Status TARVIK_CALL Name(Interface **ppObject) override { return Counted(Hand<Class>(ppObject)); }
 #define PAIR(Name, Type, value) GET(Get##Name, Type, value) SET(Set##Name, Type)
-#define SELECTED(Name, value)                                                                             \
-  Status TARVIK_CALL Get##Name(Long *, Double *pValue) override { return Answer<Double>(pValue, value); } \
-  Status TARVIK_CALL Set##Name(Long *, Double) override { return StatusOk; }
+#define SELECTED(Name, value)                                                                                      \
+  Status TARVIK_CALL Get##Name(Long *, Double *pValue) override { return Counted(Answer<Double>(pValue, value)); } \
+  Status TARVIK_CALL Set##Name(Long *, Double) override { return Counted(StatusOk); }
 
 class Reference : public automation::Object<IPllReference> {
   Status TARVIK_CALL GetReference(Double *pFreq, Long *pSource) override {
     Answer<Long>(pSource, 1);
-    return Answer<Double>(pFreq, 5e6);
+    return Counted(Answer<Double>(pFreq, 5e6));
   }
-  Status TARVIK_CALL SetReference(Double *, Long) override { return StatusOk; }
+  Status TARVIK_CALL SetReference(Double *, Long) override { return Counted(StatusOk); }
 };
 
 class Memory : public automation::Object<IPatternMemory> {
-  Status TARVIK_CALL CalcPrbs(Long, Long, Long, AutomationArray **) override { return StatusOk; }
-  Status TARVIK_CALL SetPattern(Long, Long, AutomationArray **, Long) override { return StatusOk; }
+  Status TARVIK_CALL CalcPrbs(Long, Long, Long, AutomationArray **) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetPattern(Long, Long, AutomationArray **, Long) override { return Counted(StatusOk); }
   Status TARVIK_CALL GetPattern(Long, Long, AutomationArray **ppArray, Long *pLength) override {
     if (!*ppArray || (*ppArray)->rgsabound[0].cElements != 2) {
       constexpr Byte Zeros[2] = {};
       automation::FreeArray(*ppArray);
       *ppArray = automation::AllocByteArray(1, Zeros, 2);
     }
-    return Answer<Long>(pLength, 16);
+    return Counted(Answer<Long>(pLength, 16));
   }
 };
 
 class Aux : public automation::Object<IAuxOutputs> {
-  Status TARVIK_CALL GetOutLevel(Long, Long *pValue) override { return Answer<Long>(pValue, 0); }
-  Status TARVIK_CALL SetOutLevel(Long, Long) override { return StatusOk; }
+  Status TARVIK_CALL GetOutLevel(Long, Long *pValue) override { return Counted(Answer<Long>(pValue, 0)); }
+  Status TARVIK_CALL SetOutLevel(Long, Long) override { return Counted(StatusOk); }
   PAIR(VxiSource, Long, 1)
   PAIR(VxiLine, Long, 7)
 };
@@ -99,15 +106,17 @@ class Trigger : public automation::Object<ITriggerSystem> {
 };
 
 class Modes : public automation::Object<IModeSetup> {
-  Status TARVIK_CALL SetContinuousBurst(Long, Long, Long) override { return StatusOk; }
-  Status TARVIK_CALL SetContinuousPattern(Long, Long) override { return StatusOk; }
-  Status TARVIK_CALL SetContinuousPulses(Long, Long) override { return StatusOk; }
-  Status TARVIK_CALL SetGatedBurst(Long, Long, Long, Long, Long) override { return StatusOk; }
-  Status TARVIK_CALL SetGatedPattern(Long, Long, Long, Long) override { return StatusOk; }
-  Status TARVIK_CALL SetGatedPulses(Long, Long, Long, Long) override { return StatusOk; }
-  Status TARVIK_CALL SetTriggeredBurst(Long, Long, Long, Long, Long, Long, Double) override { return StatusOk; }
-  Status TARVIK_CALL SetTriggeredPattern(Long, Long, Long, Long, Long, Double) override { return StatusOk; }
-  Status TARVIK_CALL SetTriggeredPulses(Long, Long) override { return StatusOk; }
+  Status TARVIK_CALL SetContinuousBurst(Long, Long, Long) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetContinuousPattern(Long, Long) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetContinuousPulses(Long, Long) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetGatedBurst(Long, Long, Long, Long, Long) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetGatedPattern(Long, Long, Long, Long) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetGatedPulses(Long, Long, Long, Long) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetTriggeredBurst(Long, Long, Long, Long, Long, Long, Double) override {
+    return Counted(StatusOk);
+  }
+  Status TARVIK_CALL SetTriggeredPattern(Long, Long, Long, Long, Long, Double) override { return Counted(StatusOk); }
+  Status TARVIK_CALL SetTriggeredPulses(Long, Long) override { return Counted(StatusOk); }
 };
 
 class Levels : public automation::Object<IChannelLevels> {
@@ -119,9 +128,9 @@ class Levels : public automation::Object<IChannelLevels> {
   Status TARVIK_CALL GetLevel(Long, Long *pType, Double *pHigh, Double *pLow) override {
     Answer<Long>(pType, 0);
     Answer<Double>(pLow, 0);
-    return Answer<Double>(pHigh, 2.5);
+    return Counted(Answer<Double>(pHigh, 2.5));
   }
-  Status TARVIK_CALL SetLevel(Long, Long, Double, Double) override { return StatusOk; }
+  Status TARVIK_CALL SetLevel(Long, Long, Double, Double) override { return Counted(StatusOk); }
 };
 
 class DoublePulse : public automation::Object<IDoublePulse> {
@@ -168,13 +177,13 @@ class Channel : public automation::Object<IChannel> {
 
 class Channels : public automation::Object<IChannelList> {
   GET(GetCount, Long, 2)
-  Status TARVIK_CALL GetItem(Long, IChannel **ppObject) override { return Hand<Channel>(ppObject); }
+  Status TARVIK_CALL GetItem(Long, IChannel **ppObject) override { return Counted(Hand<Channel>(ppObject)); }
 };
 
 class Errors : public automation::Object<IErrorQueue> {
-  Status TARVIK_CALL GetErrors(AutomationString *pValue) override { return AnswerText(pValue, ""); }
+  Status TARVIK_CALL GetErrors(AutomationString *pValue) override { return Counted(AnswerText(pValue, "")); }
   PAIR(Verbose, VariantBool, 0)
-  Status TARVIK_CALL GetWarnings(AutomationString *pValue) override { return AnswerText(pValue, ""); }
+  Status TARVIK_CALL GetWarnings(AutomationString *pValue) override { return Counted(AnswerText(pValue, "")); }
 };
 
 class Lacking : public automation::Object<IRestrictions> {
@@ -182,34 +191,36 @@ class Lacking : public automation::Object<IRestrictions> {
 };
 
 class Instrument : public automation::Object<IInstrument> {
-  Status TARVIK_CALL GetViInfo(AutomationArray **) override { return StatusOk; }
+  Status TARVIK_CALL GetViInfo(AutomationArray **) override { return Counted(StatusOk); }
   SET(SetAutoDetectErrors, VariantBool)
-  Status TARVIK_CALL Calibrate() override { return StatusOk; }
+  Status TARVIK_CALL Calibrate() override { return Counted(StatusOk); }
   PAIR(ChannelMath, Long, 0)
   BLOCK(GetChannels, IChannelList, Channels)
-  Status TARVIK_CALL Close() override { return StatusOk; }
+  Status TARVIK_CALL Close() override { return Counted(StatusOk); }
   BLOCK(GetErrorQueue, IErrorQueue, Errors)
-  Status TARVIK_CALL GetIdentity(AutomationString *pValue) override { return AnswerText(pValue, "Maker,One,1,1.0"); }
+  Status TARVIK_CALL GetIdentity(AutomationString *pValue) override {
+    return Counted(AnswerText(pValue, "Maker,One,1,1.0"));
+  }
   Status TARVIK_CALL GetTransactionState(Integer *pFirst, VariantBool *pIsOpen) override {
     Answer<Integer>(pFirst, 0);
-    return Answer<VariantBool>(pIsOpen, m_fOpen);
+    return Counted(Answer<VariantBool>(pIsOpen, m_fOpen));
   }
   BLOCK(GetModeSetup, IModeSetup, Modes)
-  Status TARVIK_CALL GetName(AutomationString *pValue) override { return AnswerText(pValue, "One"); }
+  Status TARVIK_CALL GetName(AutomationString *pValue) override { return Counted(AnswerText(pValue, "One")); }
   Status TARVIK_CALL Open(VariantBool, VariantBool, VariantBool, VariantBool *pOpened) override {
-    return Answer<VariantBool>(pOpened, -1);
+    return Counted(Answer<VariantBool>(pOpened, -1));
   }
-  Status TARVIK_CALL GetOptions(AutomationString *pValue) override { return AnswerText(pValue, ""); }
+  Status TARVIK_CALL GetOptions(AutomationString *pValue) override { return Counted(AnswerText(pValue, "")); }
   BLOCK(GetPatternMemory, IPatternMemory, Memory)
   BLOCK(GetPllReference, IPllReference, Reference)
-  Status TARVIK_CALL GetPulseMode(Long *, Long *pValue) override { return Answer<Long>(pValue, 0); }
-  Status TARVIK_CALL Reset() override { return StatusOk; }
+  Status TARVIK_CALL GetPulseMode(Long *, Long *pValue) override { return Counted(Answer<Long>(pValue, 0)); }
+  Status TARVIK_CALL Reset() override { return Counted(StatusOk); }
   BLOCK(GetRestrictions, IRestrictions, Lacking)
-  Status TARVIK_CALL SelfTest(Integer *, AutomationString *pText) override { return AnswerText(pText, ""); }
+  Status TARVIK_CALL SelfTest(Integer *, AutomationString *pText) override { return Counted(AnswerText(pText, "")); }
   PAIR(PnpTimeout, Long, 1000)
   Status TARVIK_CALL Transaction(Long command) override {
     m_fOpen = command == TransactionBegin ? VariantBool{-1} : VariantBool{0};
-    return StatusOk;
+    return Counted(StatusOk);
   }
   BLOCK(GetTriggerSystem, ITriggerSystem, Trigger)
 
@@ -219,9 +230,9 @@ class Instrument : public automation::Object<IInstrument> {
 class List : public automation::Object<IInstrumentList> {
   GET(GetCount, Long, 1)
   Status TARVIK_CALL GetItem(AutomationVariant, automation::IDispatch **ppObject) override {
-    return Hand<Instrument>(ppObject);
+    return Counted(Hand<Instrument>(ppObject));
   }
-  Status TARVIK_CALL Refresh() override { return StatusOk; }
+  Status TARVIK_CALL Refresh() override { return Counted(StatusOk); }
 };
 
 class Root : public automation::Object<IDriverRoot> {
@@ -229,6 +240,8 @@ class Root : public automation::Object<IDriverRoot> {
 };
 
 }  // namespace
+
+long NothingDriverCalls() { return g_lngCalls; }
 
 Ref<automation::IUnknown> MakeNothingDriver() {
   Ref<Root> root = automation::MakeObject<Root>();

@@ -29,7 +29,12 @@ class KeepingReporter : public benchmark::ConsoleReporter {
 }  // namespace
 
 int RunWithBounds(int &argc, char **argv, const std::vector<Bound> &arrBounds) {
-  benchmark::Initialize(&argc, argv);
+  // Repetitions in turn: what disturbs the machine for a while disturbs all of them alike.
+  static char strInterleaved[] = "--benchmark_enable_random_interleaving=true";
+  std::vector<char *> arrArguments(argv, argv + argc);
+  arrArguments.insert(arrArguments.begin() + 1, strInterleaved);
+  argc = static_cast<int>(arrArguments.size());
+  benchmark::Initialize(&argc, arrArguments.data());
   KeepingReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
 
