@@ -10,6 +10,7 @@
 #include "platform/CommandButton.h"
 #include "platform/KeyCodes.h"
 #include "platform/OptionButton.h"
+#include "platform/QtHost.h"
 #include "platform/ToolPopup.h"
 #include "support/Conversions.h"
 #include "support/modErrorLog.h"
@@ -48,6 +49,7 @@ class EntryGuard {
 
 BitPattern::BitPattern(QWidget *parent, ControlSite &site, const BitPatternForm &form)
     : QWidget(parent), m_site(site), m_form(form) {
+  EnsureQtHost();
   CreateControls();
   m_store.SetLength(CLng(esLast->Value()));
   m_view = std::make_unique<WaveformView>(*picWave, m_store, m_form.sngScrollHeight);

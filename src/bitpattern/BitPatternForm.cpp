@@ -60,7 +60,7 @@ PropertyBag FieldProperties(const char *strCaption, Double dblSmallest) {
 }
 
 EngrSpin *MakeField(QWidget *parent, const char *strName, const char *strToolTip, const PropertyBag &bag) {
-  auto *field = new EngrSpin(parent);
+  auto *field = new EngrSpin(parent, RunTimeSite());
   field->setObjectName(QString::fromLatin1(strName));
   field->setToolTip(QString::fromLatin1(strToolTip));
   field->ReadProperties(bag);
@@ -138,7 +138,7 @@ void BitPattern::CreatePicture() {
 }
 
 void BitPattern::CreateGroup(Integer intGroup, const char *strCaption) {
-  auto *group = new FrameEnhanced(this);
+  auto *group = new FrameEnhanced(this, RunTimeSite());
   grpChannelRzOrNrz[static_cast<std::size_t>(intGroup)] = group;
   group->setObjectName(Indexed("grpChannelRzOrNrz", intGroup));
   group->ReadProperties({{"Caption", std::string(strCaption)}});

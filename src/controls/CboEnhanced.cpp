@@ -5,6 +5,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "platform/QtHost.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
 #include "support/Host.h"
@@ -36,6 +37,11 @@ bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
 
 }  // namespace
 
+CboEnhanced::CboEnhanced(QWidget *parent) : CboEnhanced(parent, RunTimeSite()) {
+  EnsureQtHost();
+  ReadProperties({});
+}
+
 CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
     : QWidget(parent),
       m_site(site),
@@ -47,6 +53,7 @@ CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
   m_lblCaption->setBuddy(m_cbo);
   m_cbo->setFocusPolicy(Qt::StrongFocus);
   setFocusProxy(m_cbo);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   connect(m_cbo, &QComboBox::currentIndexChanged, this, [this](int intIndex) {
     m_lngListIndex = intIndex;
     if (!m_fProgramChange) NoteUserChange();
@@ -275,8 +282,19 @@ void CboEnhanced::PropChanged(const char *strProperty, bool fResize) {
 }
 
 void CboEnhanced::Resize(Single sngWidth) {
+  // The form's pixels are rounded; taken back for the width they would shift what the program placed in twips.
+  m_intWidthAtResize = width();
   m_sngWidth = sngWidth;
   LayOut();
+}
+
+void CboEnhanced::TakeWidthOfForm() {
+  m_intWidthAtResize.reset();
+  m_sngWidth = PixelsToTwips(*this, width());
+  LayOut();
+  m_fInResize = true;
+  resize(width(), TwipsToPixels(*this, m_layout.sngHeight));
+  m_fInResize = false;
 }
 
 void CboEnhanced::SetListHeight(Single sngHeight) { m_sngListHeight = sngHeight; }
@@ -302,12 +320,29 @@ void CboEnhanced::ShowLayout() {
 
 void CboEnhanced::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
-  ShowLayout();
+  if (m_fInResize) return;
+  if (m_intWidthAtResize == width())
+    ShowLayout();
+  else
+    TakeWidthOfForm();
 }
 
 void CboEnhanced::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::FontChange) ShowLayout();
+  if (event->type() != QEvent::FontChange) return;
+  if (m_intWidthAtResize)
+    ShowLayout();
+  else
+    TakeWidthOfForm();
+}
+
+QSize CboEnhanced::sizeHint() const {
+  return {TwipsToPixels(*this, m_sngWidth), TwipsToPixels(*this, m_sngListHeight)};
+}
+
+QSize CboEnhanced::minimumSizeHint() const {
+  const Single sngCaption = m_sngCaptionWidth < 1 ? 0 : m_sngLabelWidth + CaptionGap;
+  return {TwipsToPixels(*this, sngCaption + m_sngListHeight), TwipsToPixels(*this, m_sngListHeight)};
 }
 
 }  // namespace tarvik

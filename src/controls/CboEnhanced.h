@@ -31,7 +31,10 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   TARVIK_FORM_READING(Text)
 
  public:
-  explicit CboEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
+  /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
+  explicit CboEnhanced(QWidget *parent = nullptr);
+  /// In a container, which calls InitProperties or ReadProperties.
+  CboEnhanced(QWidget *parent, ControlSite &site);
 
   /// Adds an item at the end.
   void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0, Boolean fGroupDefault = False);
@@ -84,7 +87,8 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void ReadProperties(const PropertyBag &bag);
   void WriteProperties(PropertyBag &bag) const;
 
-  /// Size in twips; the height is that of the list and cannot be chosen.
+  /// Width in twips, as the program gives it; the height is that of the list and cannot be chosen. A form that gives
+  /// the control another place afterwards has the last word: the layout follows the width on the form.
   void Resize(Single sngWidth);
   /// Height of the list in twips, from which the control takes its own.
   void SetListHeight(Single sngHeight);
@@ -99,6 +103,9 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   /// The saved list indexes, each followed by a blank.
   const std::string &SavedIndexes() const { return m_strSavedIndexes; }
   const QComboBox &List() const { return *m_cbo; }
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
   /// The selection changed, by whomever.
   Event<> Click;
@@ -115,6 +122,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void cbo_Click();
   void NoteUserChange();
   void PropChanged(const char *strProperty, bool fResize = false);
+  void TakeWidthOfForm();
   void LayOut();
   void ShowLayout();
   static std::size_t Slot(Long lngIndex) { return static_cast<std::size_t>(lngIndex); }
@@ -134,6 +142,9 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Single m_sngLabelWidth = 1215;
   Single m_sngListHeight = 315;
   Single m_sngWidth = 3000;
+  /// Pixels at the latest Resize; until then, and after a form gave it another width, the form's width counts.
+  std::optional<int> m_intWidthAtResize;
+  bool m_fInResize = false;
   Boolean m_fReadingProperties = False;
   Boolean m_fInternalChange = False;
   bool m_fProgramChange = false;

@@ -1,9 +1,13 @@
 #include "controls/FrameEnhanced.h"
 
 #include <QChildEvent>
+#include <QRadioButton>
 #include <algorithm>
 
+#include "controls/ForeignControl.h"
+#include "controls/ForeignOption.h"
 #include "platform/OptionButton.h"
+#include "platform/QtHost.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
@@ -24,6 +28,11 @@ void Reported(const char *strProc, Step &&step) {
 
 }  // namespace
 
+FrameEnhanced::FrameEnhanced(QWidget *parent) : FrameEnhanced(parent, RunTimeSite()) {
+  EnsureQtHost();
+  ReadProperties({});
+}
+
 FrameEnhanced::FrameEnhanced(QWidget *parent, ControlSite &site)
     : QWidget(parent),
       m_site(site),
@@ -41,15 +50,35 @@ void FrameEnhanced::FindControls() const {
     if (auto *control = dynamic_cast<Control *>(child)) m_arrControls.push_back(control);
     if (auto *button = dynamic_cast<OptionButtonControl *>(child)) m_arrButtons.push_back(button);
   }
+  FindControlsOfForm();
   m_fControlsKnown = true;
 }
 
-bool FrameEnhanced::eventFilter(QObject *watched, QEvent *event) {
+void FrameEnhanced::FindControlsOfForm() const {
+  for (QObject *child : children()) {
+    auto *widget = qobject_cast<QWidget *>(child);
+    if (!widget || widget == m_fra) continue;
+    auto *control = dynamic_cast<Control *>(child);
+    if (auto *radio = qobject_cast<QRadioButton *>(child); radio && !control) {
+      control = &ForeignOption::Of(*radio);
+      // Its tag may be changed as any dynamic property.
+      radio->installEventFilter(const_cast<FrameEnhanced *>(this));
+    }
+    if (!control) control = &ForeignControl::Of(*widget);
+    m_arrControls.push_back(control);
+    if (auto *button = dynamic_cast<OptionButtonControl *>(control)) m_arrButtons.push_back(button);
+  }
+}
+
+bool FrameEnhanced::ChangesControls(const QEvent &event) const {
   // A child that was just added is no control yet; it is polished when it is whole.
-  const auto eType = event->type();
-  if (eType == QEvent::ChildAdded || eType == QEvent::ChildPolished || eType == QEvent::ChildRemoved ||
-      eType == OptionButton::TagChange())
-    m_fControlsKnown = false;
+  const auto eType = event.type();
+  return eType == QEvent::ChildAdded || eType == QEvent::ChildPolished || eType == QEvent::ChildRemoved ||
+         eType == QEvent::DynamicPropertyChange || eType == OptionButton::TagChange();
+}
+
+bool FrameEnhanced::eventFilter(QObject *watched, QEvent *event) {
+  if (ChangesControls(*event)) m_fControlsKnown = false;
   return QWidget::eventFilter(watched, event);
 }
 
@@ -110,7 +139,10 @@ void FrameEnhanced::Match(const Variant &vMatchValue, const Variant &vDefault) {
 
 std::string FrameEnhanced::Caption() const { return m_fra->title().toStdString(); }
 
-void FrameEnhanced::SetCaption(const std::string &strCaption) { m_fra->setTitle(QString::fromStdString(strCaption)); }
+void FrameEnhanced::SetCaption(const std::string &strCaption) {
+  m_fra->setTitle(QString::fromStdString(strCaption));
+  KeepContentsWithin();
+}
 
 void FrameEnhanced::SetAppearance(Long lngAppearance) {
   m_lngAppearance = lngAppearance;
@@ -125,6 +157,12 @@ void FrameEnhanced::SetBorderStyle(Long lngBorderStyle) {
 void FrameEnhanced::ShowBorder() {
   m_fra->setFlat(m_lngBorderStyle == 0 || m_lngAppearance == 0);
   m_fra->setStyleSheet(m_lngBorderStyle == 0 ? QStringLiteral("QGroupBox#fra { border: none; }") : QString());
+  KeepContentsWithin();
+}
+
+void FrameEnhanced::KeepContentsWithin() {
+  // A layout that a form gives the frame begins below the caption.
+  setContentsMargins(m_fra->contentsMargins());
 }
 
 void FrameEnhanced::SetEnabled(Boolean fEnable) {
@@ -157,6 +195,7 @@ std::vector<FormProperties::Property> FrameEnhanced::FormTable() {
 }
 
 bool FrameEnhanced::event(QEvent *event) {
+  if (ChangesControls(*event)) m_fControlsKnown = false;
   m_form.NoteEvent(*event);
   return QWidget::event(event);
 }
@@ -175,6 +214,7 @@ void FrameEnhanced::WriteProperties(PropertyBag &bag) const {
 void FrameEnhanced::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
   m_fra->setGeometry(rect());
+  KeepContentsWithin();
 }
 
 }  // namespace tarvik

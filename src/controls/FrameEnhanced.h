@@ -14,8 +14,9 @@
 namespace tarvik {
 
 /// A group box that treats the option buttons in it as one value: the Index of the chosen button, or the text
-/// in its Tag. What stands in it are the child widgets of Container() that are controls, in the order in which
-/// they were made.
+/// in its Tag. What stands in it are the child widgets of Container() that are controls, and after them what a form of
+/// the toolkit put into the frame itself, each in the order in which they were made. Radio buttons of a form are
+/// options as well: their dynamic properties "Index" and "Tag" are those of an option button.
 class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   Q_OBJECT
   TARVIK_FORM_PROPERTY(BorderStyle)
@@ -24,9 +25,12 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   TARVIK_FORM_PASSING(Enabled)
 
  public:
-  explicit FrameEnhanced(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
+  /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
+  explicit FrameEnhanced(QWidget *parent = nullptr);
+  /// In a container, which calls ReadProperties.
+  FrameEnhanced(QWidget *parent, ControlSite &site);
 
-  /// The parent of whatever stands in the frame.
+  /// The parent of whatever a program puts into the frame.
   QWidget *Container() const { return m_fra; }
 
   Long Appearance() const { return m_lngAppearance; }
@@ -85,7 +89,10 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   std::vector<FormProperties::Property> FormTable();
   bool Choose(const Variant &vValue);
   void ShowBorder();
+  void KeepContentsWithin();
   void FindControls() const;
+  void FindControlsOfForm() const;
+  bool ChangesControls(const QEvent &event) const;
 
   ControlSite &m_site;
   FormProperties m_form;

@@ -30,6 +30,12 @@ void EngrNumber::InitProperties() {
   ++m_lngFormatVersion;
 }
 
+void EngrNumber::ForgetValue() {
+  m_dblValue = 0;
+  m_dblOldValue = 0;
+  m_lngExponent = 0;
+}
+
 void EngrNumber::Assign(Double dblValue) {
   m_dblOldValue = m_dblValue;
   if (dblValue < m_dblMin) {

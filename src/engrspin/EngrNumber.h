@@ -26,6 +26,8 @@ class EngrNumber {
 
   /// Starts as a field that was just put on a form.
   void InitProperties();
+  /// Value, old value and exponent of a field that nothing was assigned to yet.
+  void ForgetValue();
 
   Double Value() const { return m_dblValue; }
   /// The value before the latest assignment.

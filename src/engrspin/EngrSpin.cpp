@@ -10,6 +10,7 @@
 #include "engrspin/FieldLabel.h"
 #include "engrspin/SpinControl.h"
 #include "platform/KeyCodes.h"
+#include "platform/QtHost.h"
 #include "platform/WidgetControl.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
@@ -48,12 +49,17 @@ bool EngrSpin::UserEvent(const char *strEvent, Procedure &&procedure) {
   return RunUserEvent(ObjectName(*this), strEvent, std::forward<Procedure>(procedure));
 }
 
+EngrSpin::EngrSpin(QWidget *parent) : EngrSpin(parent, RunTimeSite()) {
+  EnsureQtHost();
+  ReadProperties({});
+}
+
 EngrSpin::EngrSpin(QWidget *parent, ControlSite &site) : EngrSpin(std::make_unique<EngrNumber>(), parent, site) {}
 
 EngrSpin::EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site)
     : QWidget(parent),
       m_site(site),
-      m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
+      m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadAnew(bag); }),
       m_number(std::move(number)),
       lblCaption(new FieldLabel("Caption", this)),
       txtNumber(new NumberTextBox(*this, this)),
@@ -128,6 +134,7 @@ void EngrSpin::BeginEdit() {
     return;
   }
   m_fEditing = True;
+  m_shown = {};
   txtNumber->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 

@@ -50,11 +50,14 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   TARVIK_FORM_PASSING(AuxUnits)
   TARVIK_FORM_PASSING(AuxValue)
   TARVIK_FORM_READING(OldValue)
-  TARVIK_FORM_READING(Text)
-  TARVIK_FORM_READING(TextBoxWidth)
+  TARVIK_FORM_PASSING(Text)
+  TARVIK_FORM_PASSING(TextBoxWidth)
 
  public:
-  explicit EngrSpin(QWidget *parent = nullptr, ControlSite &site = RunTimeSite());
+  /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
+  explicit EngrSpin(QWidget *parent = nullptr);
+  /// In a container, which calls InitProperties or ReadProperties.
+  EngrSpin(QWidget *parent, ControlSite &site);
   ~EngrSpin() override;
 
   /// The user changed the value, or the host did while the user was typing.
@@ -204,6 +207,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   void NotifyUpdate();
 
   std::vector<FormProperties::Property> FormTable();
+  void ReadAnew(const PropertyBag &bag);
   void SetLocked(Boolean fLocked) { LockControl(fLocked, False); }
 
   void UpdateEngrMode();

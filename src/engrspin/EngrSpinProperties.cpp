@@ -256,6 +256,16 @@ void EngrSpin::ReadProperties(const PropertyBag &bag) {
   m_dblAuxValue = Value();
 }
 
+void EngrSpin::ReadAnew(const PropertyBag &bag) {
+  // What the former reading left behind would act on this one: a lock on the spin button, the value on how a number
+  // too small to be held is taken, the exponent on the prefix of 0.
+  m_fLoading = True;
+  if (m_fLocked) LockControl(False, False);
+  m_number->ForgetValue();
+  m_shown = {};
+  ReadProperties(bag);
+}
+
 void EngrSpin::WriteProperties(PropertyBag &bag) const {
   const std::string strNone;
   const auto write = [&](const char *strKey, const Variant &vValue, const Variant &vDefault) {

@@ -26,7 +26,7 @@ QString Text(const PropertyBag &bag, const char *strKey) {
 }
 
 QWidget *MakeFrame(QWidget *parent, const ControlDesign &design) {
-  auto *frame = new FrameEnhanced(parent);
+  auto *frame = new FrameEnhanced(parent, RunTimeSite());
   frame->ReadProperties(design.properties);
   return frame;
 }
@@ -40,13 +40,13 @@ QWidget *MakeOption(QWidget *parent, const ControlDesign &design) {
 }
 
 QWidget *MakeField(QWidget *parent, const ControlDesign &design) {
-  auto *field = new EngrSpin(parent);
+  auto *field = new EngrSpin(parent, RunTimeSite());
   field->ReadProperties(design.properties);
   return field;
 }
 
 QWidget *MakeList(QWidget *parent, const ControlDesign &design) {
-  auto *list = new CboEnhanced(parent);
+  auto *list = new CboEnhanced(parent, RunTimeSite());
   list->ReadProperties(design.properties);
   return list;
 }

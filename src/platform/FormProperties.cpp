@@ -74,12 +74,19 @@ void FormProperties::Write(const char *strKey, const QVariant &value) {
   PropertyBag single;
   single.Set(strKey, *vValue);
   if (!m_fLoading || !property->fStored) {
+    if (m_fLoading) {
+      std::erase_if(m_arrPassed, [&](const auto &passed) { return passed.first == property; });
+      m_arrPassed.emplace_back(property, single);
+    }
     Assign(*property, single);
     m_site.PropertyAssigned(strKey, property->Get() == property->vDefault);
     return;
   }
+  // A value that the property refuses keeps its default when the control reads it, and only an assignment says why.
+  if (m_site.UserMode()) Assign(*property, single);
   m_loaded.Set(strKey, *vValue);
   m_readAll(m_loaded);
+  for (const auto &[passed, bag] : m_arrPassed) Assign(*passed, bag);
   if (!m_site.UserMode() && property->Get() != *vValue)
     Tell(std::string("the property ") + strKey + " was refused and has its default");
 }

@@ -18,7 +18,8 @@ namespace tarvik {
 
 /// The properties of a control as a form of the toolkit knows them.
 ///
-/// A form sets properties one by one, in the order of its file, which need not be the order that the control needs.
+/// A form sets properties one by one, in the order of its file, which need not be the order that the control needs;
+/// compiled forms set the texts after all others.
 /// So until the control is shown for the first time each property that comes in joins what came before, and the control
 /// reads all of it anew, in its own order. Afterwards an assignment goes to the control's property alone. What a value
 /// cannot be made of leaves the default, and a message tells of it; at design time a refused assignment shows its
@@ -88,6 +89,8 @@ class TARVIK_EXPORT FormProperties {
   std::vector<Property> m_arrProperties;
   std::function<void(const PropertyBag &)> m_readAll;
   PropertyBag m_loaded;
+  /// What a form assigned besides, in the order of assignment: reading anew undoes it.
+  std::vector<std::pair<const Property *, PropertyBag>> m_arrPassed;
   bool m_fLoading = true;
 };
 

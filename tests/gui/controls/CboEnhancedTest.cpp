@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QTest>
+#include <QVBoxLayout>
 #include <QWheelEvent>
 
 #include "RecordingHost.h"
@@ -39,8 +40,8 @@ class CboEnhancedTest : public testing::Test {
     list.AddItemData("Internal", 1, 10, False);
     list.AddItemData("CLK-IN", 0, 10, True);
     list.AddItemData("PLL", 2, 20, True);
-    list.Resize(3000);
     list.resize(300, 30);
+    list.Resize(3000);
     list.show();
     list.Click.Connect([this] { ++intClicks; });
   }
@@ -177,6 +178,56 @@ TEST_F(CboEnhancedTest, AnEmptyCaptionGivesTheListTheWholeWidth) {
   list.Resize(3000);
   EXPECT_FALSE(list.LabelVisible());
   EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{0, 0, 3000, 315}));
+}
+
+TEST_F(CboEnhancedTest, APlaceThatAProgramGaveInTwipsStaysUnrounded) {
+  QCoreApplication::processEvents();
+  EXPECT_EQ(list.CurrentLayout().list.sngWidth, 1685);
+}
+
+TEST_F(CboEnhancedTest, AFormsWidthIsLaidOutAndTheHeightStaysThatOfTheList) {
+  list.resize(TwipsToPixels(list, 4500), 200);
+  const Single sngWidth = PixelsToTwips(list, list.width());
+  EXPECT_NEAR(sngWidth, 4500, 15);
+  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{1315, 0, sngWidth - 1315, 315}));
+  EXPECT_EQ(list.height(), TwipsToPixels(list, 315));
+  EXPECT_EQ(Box().geometry(), TwipsToPixels(list, TwipsRect{1315, 0, sngWidth - 1315, 315}));
+}
+
+TEST_F(CboEnhancedTest, AWidthOfTheFormRunsOneLayoutHoweverOftenItIsShown) {
+  struct Counter : QObject {
+    int intCount = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+      intCount += event->type() == QEvent::Resize;
+      return false;
+    }
+  } counter;
+  QCoreApplication::processEvents();
+  Box().installEventFilter(&counter);
+  list.resize(500, 200);
+  list.hide();
+  list.show();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(counter.intCount, 1);
+}
+
+TEST_F(CboEnhancedTest, AListInALayoutGetsTheHeightOfItsText) {
+  QWidget form;
+  QVBoxLayout rows(&form);
+  auto *other = new CboEnhanced;
+  rows.addWidget(other);
+  form.resize(400, 300);
+  form.show();
+  EXPECT_EQ(other->height(), TwipsToPixels(*other, 315));
+  EXPECT_EQ(other->width(), rows.contentsRect().width());
+  EXPECT_GE(other->minimumSizeHint().width(), TwipsToPixels(*other, 315));
+}
+
+TEST_F(CboEnhancedTest, AListThatAFormOnlyMakesHasTheDefaultsOfAStoredOne) {
+  const CboEnhanced made;
+  EXPECT_EQ(made.Caption(), "");
+  EXPECT_EQ(made.CaptionWidth(), 1215);
+  EXPECT_TRUE(made.Enabled());
 }
 
 TEST_F(CboEnhancedTest, ItemsKeepTheOrderOfAdding) {

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <QLineEdit>
+#include <QRadioButton>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include "RecordingHost.h"
 #include "WidgetEnvironment.h"
@@ -141,6 +144,105 @@ TEST_F(FrameEnhancedTest, AButtonOutsideOfAnArrayIsAReportedFailure) {
   const std::vector<std::string> arrLines = host.TakeLines();
   ASSERT_EQ(arrLines.size(), 2u);
   EXPECT_THAT(arrLines[1], HasSubstr("Mod: FrameEnhanced; Proc: ArrayIndex"));
+}
+
+/// Radio buttons and other widgets of the toolkit that a form put into the control itself.
+struct FormFrame {
+  FormFrame() {
+    slow.setProperty("Index", 0);
+    slow.setProperty("Tag", QStringLiteral("S"));
+    fast.setProperty("Index", 7);
+    fast.setProperty("Tag", QStringLiteral("F"));
+  }
+  FrameEnhanced frame;
+  QRadioButton slow{&frame};
+  QLineEdit text{&frame};
+  QRadioButton fast{&frame};
+};
+
+TEST_F(FrameEnhancedTest, RadioButtonsOfAFormAreItsOptions) {
+  FormFrame form;
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(form.frame.Value()));
+  form.frame.SetValue(std::string("F"));
+  EXPECT_TRUE(form.fast.isChecked());
+  EXPECT_EQ(form.frame.ArrayIndex(), 7);
+  form.frame.SetArrayIndex(0);
+  EXPECT_TRUE(form.slow.isChecked());
+  EXPECT_FALSE(form.fast.isChecked());
+  EXPECT_EQ(CStr(form.frame.Value()), "S");
+  form.frame.Match(std::string("X"), std::string("F"));
+  EXPECT_EQ(form.frame.ArrayIndex(), 7);
+  form.frame.show();
+  QTest::mouseClick(&form.slow, Qt::LeftButton, {}, QPoint(8, form.slow.height() / 2));
+  EXPECT_EQ(CStr(form.frame.Value()), "S");
+}
+
+TEST_F(FrameEnhancedTest, ARadioButtonWithoutIndexIsAReportedFailure) {
+  FormFrame form;
+  form.slow.setProperty("Index", QVariant());
+  form.slow.setChecked(true);
+  EXPECT_EQ(form.frame.ArrayIndex(), 0);
+  const std::vector<std::string> arrLines = host.TakeLines();
+  ASSERT_EQ(arrLines.size(), 2u);
+  EXPECT_THAT(arrLines[1], HasSubstr("Mod: FrameEnhanced; Proc: ArrayIndex"));
+}
+
+TEST_F(FrameEnhancedTest, EnabledReachesEveryWidgetOfAForm) {
+  FormFrame form;
+  form.frame.SetEnabled(False);
+  for (const QWidget *widget : std::initializer_list<QWidget *>{&form.slow, &form.text, &form.fast}) {
+    EXPECT_FALSE(OwnEnabled(*widget));
+  }
+  form.frame.SetEnabled(True);
+  EXPECT_TRUE(form.text.isEnabled());
+  EXPECT_TRUE(form.fast.isEnabled());
+}
+
+TEST_F(FrameEnhancedTest, TheFocusGoesToTheChosenRadioButtonOfAForm) {
+  FormFrame form;
+  form.fast.setObjectName("fast");
+  form.fast.setChecked(true);
+  std::vector<std::string> arrAsked;
+  const auto connection =
+      FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
+  form.frame.SetFocusOnOpt();
+  EXPECT_THAT(arrAsked, ElementsAre("fast"));
+}
+
+TEST_F(FrameEnhancedTest, WhatAFormChangesLaterIsNoticed) {
+  FormFrame form;
+  form.frame.SetValue(std::string("S"));
+  form.slow.setProperty("Tag", QStringLiteral("slowest"));
+  form.fast.setProperty("Tag", QStringLiteral("S"));
+  form.frame.SetValue(std::string("S"));
+  EXPECT_TRUE(form.fast.isChecked());
+  {
+    QRadioButton third(&form.frame);
+    third.setProperty("Tag", QStringLiteral("T"));
+    form.frame.SetValue(std::string("T"));
+    EXPECT_EQ(CStr(form.frame.Value()), "T");
+  }
+  EXPECT_EQ(form.frame.OptionButtons().size(), 2u);
+  form.frame.SetValue(std::string("T"));
+  EXPECT_FALSE(form.slow.isChecked());
+}
+
+TEST_F(FrameEnhancedTest, AFrameThatAFormOnlyMakesHasTheDefaultsOfAStoredOne) {
+  const FrameEnhanced made;
+  EXPECT_EQ(made.Caption(), "Frame");
+  EXPECT_EQ(made.BorderStyle(), 1);
+  EXPECT_TRUE(made.Enabled());
+}
+
+TEST_F(FrameEnhancedTest, ALayoutOfAFormStaysWithinTheFrame) {
+  FrameEnhanced made;
+  QVBoxLayout rows(&made);
+  QRadioButton button(&made);
+  rows.addWidget(&button);
+  made.resize(200, 120);
+  made.show();
+  EXPECT_TRUE(made.Container()->contentsRect().contains(button.geometry()));
+  EXPECT_GE(made.sizeHint().height(), button.sizeHint().height());
 }
 
 TEST_F(FrameEnhancedTest, TheFrameFillsTheControl) {
