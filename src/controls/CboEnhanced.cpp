@@ -117,15 +117,15 @@ Boolean CboEnhanced::SetListIndexByItemData(Long lngItemData) {
 }
 
 Long CboEnhanced::GetCurrGroupData(Long lngDefault) const {
-  return OwnEnabled(*m_cbo) && ListIndex() >= 0 ? m_GroupData[Slot(ListIndex())] : lngDefault;
+  return m_fListEnabled && ListIndex() >= 0 ? m_GroupData[Slot(ListIndex())] : lngDefault;
 }
 
 Long CboEnhanced::GetCurrItemData(Long lngDefault) const {
-  return OwnEnabled(*m_cbo) && ListIndex() >= 0 ? ItemData(ListIndex()) : lngDefault;
+  return m_fListEnabled && ListIndex() >= 0 ? ItemData(ListIndex()) : lngDefault;
 }
 
 void CboEnhanced::SetEnabled(Boolean fEnable) {
-  if (OwnEnabled(*m_cbo) != fEnable) {
+  if (m_fListEnabled != fEnable) {
     QPalette colours = palette();
     if (!fEnable) {
       colours.setColor(QPalette::Base, QColor(DisabledBack));
@@ -133,6 +133,7 @@ void CboEnhanced::SetEnabled(Boolean fEnable) {
     }
     m_cbo->setPalette(colours);
     if (!fEnable) IgnoreErrors([&] { SetListIndexQuietly(-1); });
+    m_fListEnabled = fEnable;
     m_cbo->setEnabled(fEnable);
     m_lblCaption->setEnabled(fEnable);
   }

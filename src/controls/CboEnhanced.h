@@ -145,6 +145,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   /// Pixels at the latest Resize; until then, and after a form gave it another width, the form's width counts.
   std::optional<int> m_intWidthAtResize;
   bool m_fInResize = false;
+  Boolean m_fListEnabled = True;
   Boolean m_fReadingProperties = False;
   Boolean m_fInternalChange = False;
   bool m_fProgramChange = false;

@@ -252,6 +252,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   Long m_lngCaptionAlignment = 0;
   Boolean m_fEnabled = True;
   Boolean m_fLocked = False;
+  Boolean m_fTextLocked = False;  ///< the text box takes no typing
   Boolean m_fBlanked = False;
   Boolean m_fReadOnly = False;
   Boolean m_fLoading = False;

@@ -181,13 +181,14 @@ void EngrSpin::SetEnabled(Boolean fEnabled) {
 void EngrSpin::LockControl(Boolean fNewValue, Boolean fBlankOut) {
   m_fLocked = fNewValue;
   m_fBlanked = fBlankOut && fNewValue;
-  if (txtNumber->isReadOnly() != fNewValue) {
+  if (m_fTextLocked != fNewValue) {
     if (fNewValue) {
       if (m_fEditing) EndEdit();
       if (m_fBlanked) txtNumber->WriteText(BlankText);
     } else {
       SetValue(Value());
     }
+    m_fTextLocked = fNewValue;
     txtNumber->setReadOnly(fNewValue);
     spinCtl->setEnabled(!fNewValue);
     UpdateAccessibleName();

@@ -108,8 +108,8 @@ TarvikGUI::TarvikGUI(QWidget *parent)
       m_tabMain(MakeTabs(this)),
       m_form(*this, Design()),
       txtStatus(m_form.Get<DisplayBox>("txtStatus")),
-      picDownloadHighlight(m_form.Get<PictureBox>("picDownloadHighlight")),
-      picUploadHighlight(m_form.Get<PictureBox>("picUploadHighlight")) {
+      picDownloadHighlight(m_form.Get<Highlight>("picDownloadHighlight")),
+      picUploadHighlight(m_form.Get<Highlight>("picUploadHighlight")) {
   EnsureQtHost();
   m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
   m_tabMain->setDocumentMode(false);

@@ -6,7 +6,7 @@
 #include "controls/FrameEnhanced.h"
 #include "panel/Page.h"
 #include "panel/PanelState.h"
-#include "platform/PictureBox.h"
+#include "platform/Highlight.h"
 #include "platform/PlainControls.h"
 #include "platform/TabControl.h"
 #include "support/Export.h"
@@ -91,8 +91,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   TabControl *m_tabMain;  ///< made before the rest, so that it comes first in the tab order
   Form m_form;
   DisplayBox &txtStatus;
-  PictureBox &picDownloadHighlight;
-  PictureBox &picUploadHighlight;
+  Highlight &picDownloadHighlight;
+  Highlight &picUploadHighlight;
 
   std::unique_ptr<OptionsPage> m_optionsPage;
   std::unique_ptr<InstrPage> m_instrPage;

@@ -6,7 +6,7 @@ namespace tarvik {
 
 /// A lamp: an area in its back colour while it is on, and nothing at all while it is off. It changes with nearly every
 /// step of the panel, so turning it on or off costs no more than a request to paint.
-class Highlight : public PictureBox {
+class Highlight final : public PictureBox {
  public:
   using PictureBox::PictureBox;
 
