@@ -84,6 +84,14 @@ void NumberTextBox::SetSelStart(Long lngStart) {
 void NumberTextBox::SetSelLength(Long lngLength) {
   const Long lngStart = SelStart();
   setSelection(lngStart, std::clamp(lngLength, Long{0}, static_cast<Long>(text().size()) - lngStart));
+  if (!hasFocus()) HideCaret();
+}
+
+void NumberTextBox::HideCaret() {
+  // A selection brings the caret to the screen, also without the focus. Told that the window lost it, the text box
+  // takes the caret away and lets the selection be.
+  QFocusEvent event(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+  QLineEdit::focusOutEvent(&event);
 }
 
 void NumberTextBox::WriteText(const QString &strText) {
@@ -154,9 +162,8 @@ void NumberTextBox::focusInEvent(QFocusEvent *event) {
 }
 
 void NumberTextBox::focusOutEvent(QFocusEvent *event) {
-  const Long lngStart = SelStart(), lngLength = SelLength();
-  QLineEdit::focusOutEvent(event);
-  setSelection(lngStart, lngLength);
+  // The digit cursor stays where it is; only the caret goes.
+  HideCaret();
   UpdateColours();
   if (LeavesField(event->reason())) m_events.TextLeft();
 }

@@ -60,6 +60,7 @@ class NumberTextBox : public QLineEdit, public CursorText {
  private:
   /// Whether the field swallowed the key.
   bool Offered(const QKeyEvent &event);
+  void HideCaret();
   void UpdateColours();
   void OnTextEdited();
 

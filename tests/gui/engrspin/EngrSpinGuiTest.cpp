@@ -227,6 +227,27 @@ TEST_F(Field, AValueAssignedAgainPutsTheSelectionBackToTheStart) {
   EXPECT_EQ(field->OldValue(), 1);
 }
 
+TEST_F(Field, AFieldWithoutTheFocusShowsNeitherCaretNorDigitCursor) {
+  MakeVolts(1);
+  const QImage plain = field->grab().toImage();
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_Right);
+  EXPECT_NE(field->grab().toImage(), plain);
+  form.setFocus();
+  EXPECT_EQ(qobject_cast<QLineEdit *>(txt)->selectionLength(), 1) << "the place of the digit is kept";
+  EXPECT_EQ(field->grab().toImage(), plain);
+}
+
+TEST_F(Field, ABadEntryThatIsLeftShowsNoCaret) {
+  MakeVolts(1);
+  const QImage plain = field->grab().toImage();
+  field->SetFocus();
+  QTest::keyClicks(txt, "x");
+  form.setFocus();
+  EXPECT_EQ(host.intBeeps, 1);
+  EXPECT_EQ(field->grab().toImage(), plain);
+}
+
 TEST_F(Field, AValueAssignedAgainTakesTheNewUnitPrefixAndFormat) {
   MakeVolts(1);
   field->SetValue(0.002);
