@@ -16,6 +16,7 @@
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
 #include "platform/CommandButton.h"
+#include "platform/Highlight.h"
 #include "platform/QtHost.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"

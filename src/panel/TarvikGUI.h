@@ -6,7 +6,6 @@
 #include "controls/FrameEnhanced.h"
 #include "panel/Page.h"
 #include "panel/PanelState.h"
-#include "platform/Highlight.h"
 #include "platform/PlainControls.h"
 #include "platform/TabControl.h"
 #include "support/Export.h"
@@ -16,6 +15,7 @@ namespace tarvik {
 
 class CapabilityGate;
 class ConfigPage;
+class Highlight;
 class InstrPage;
 class LevelsPage;
 class LimitsPage;
