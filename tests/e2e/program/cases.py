@@ -8,12 +8,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from screen import Program as Started, Screen, tools_missing, wait_for
-
-SKIPPED = 77
-
-# The panel's own size at the design font; the menu bar stands above it.
-PANEL_HEIGHT = 453
+from screen import PANEL_HEIGHT, SKIPPED, Program as Started, Screen, tools_missing, wait_for
 
 RACK = """
 [Bench]

@@ -10,6 +10,12 @@ from pathlib import Path
 # How long anything may take on a busy machine before it counts as not happening, in seconds.
 PATIENCE = 30
 
+# What a program of cases ends with when the tools are missing.
+SKIPPED = 77
+
+# The panel's own size at the design font; the menu bar stands above it.
+PANEL_HEIGHT = 453
+
 
 def tools_missing():
     return [tool for tool in ("Xvfb", "xdotool") if not shutil.which(tool)]

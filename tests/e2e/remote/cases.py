@@ -14,12 +14,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "program"))
-from screen import Program, Screen, tools_missing, wait_for
-
-SKIPPED = 77
-
-# The panel's own size at the design font; the menu bar stands above it.
-PANEL_HEIGHT = 453
+from screen import PANEL_HEIGHT, SKIPPED, Program, Screen, tools_missing, wait_for
 
 RACK = """
 [Bench]
