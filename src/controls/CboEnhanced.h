@@ -131,6 +131,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   FormProperties m_form;
   QComboBox *m_cbo;
   QLabel *m_lblCaption;
+  // What a transfer asks for most stands here and not only in the list's model.
   Long m_lngListIndex = -1;
   std::vector<Long> m_ItemData;
   std::vector<Long> m_GroupData;

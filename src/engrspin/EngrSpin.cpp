@@ -134,7 +134,6 @@ void EngrSpin::BeginEdit() {
     return;
   }
   m_fEditing = True;
-  m_shown = {};
   txtNumber->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 

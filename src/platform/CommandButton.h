@@ -20,7 +20,7 @@ class CommandButton : public WidgetControl<QPushButton> {
   Event<> Click;
 
  private:
-  std::string m_strCaption;
+  std::string m_strCaption;  ///< spares the pages a conversion each time they ask
 };
 
 }  // namespace tarvik

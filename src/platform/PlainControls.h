@@ -39,7 +39,7 @@ class DisplayField : public WidgetControl<QLineEdit> {
   }
 
  private:
-  std::string m_strText;
+  std::string m_strText;  ///< spares a comparison in the toolkit's own characters
 };
 
 /// The same with several lines.
