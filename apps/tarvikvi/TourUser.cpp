@@ -16,8 +16,8 @@
 namespace tarvik {
 
 void TourUser::Settle() {
-  QCoreApplication::sendPostedEvents();
   QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
 }
 
 void TourUser::ClickAt(QWidget &widget, const QPoint &point) {

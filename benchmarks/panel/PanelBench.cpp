@@ -53,7 +53,8 @@ class Session {
     automation::RegisterClass(kolven::DriverProgId, [] { return MakeNothingDriver(); });
     m_panel.resize(m_panel.sizeHint());
     m_panel.show();
-    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();     // its first frame
+    QCoreApplication::sendPostedEvents();  // its start
     auto *list = m_panel.findChild<ListView *>(QStringLiteral("lvwInstruments"));
     list->DblClick.Raise();
     list->Add("InstrNum1", "One")->SetSelected(True);

@@ -145,6 +145,10 @@ Form::Form(QWidget &page, const std::vector<ControlDesign> &arrDesign) : m_page(
   for (const ControlDesign &design : arrDesign) {
     m_arrMade.push_back({design.strName, design.intIndex, Make(design), design.place});
     Place(m_arrMade.back());
+    // The toolkit shows a control with its page only while the page itself is still hidden.
+    if (QWidget &made = *m_arrMade.back().widget;
+        page.isVisible() && !made.testAttribute(Qt::WA_WState_ExplicitShowHide))
+      made.show();
   }
   page.installEventFilter(this);
 }

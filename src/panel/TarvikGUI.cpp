@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QHideEvent>
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -37,6 +38,9 @@ constexpr Single Shadow = 50;
 
 /// The toolkit's shadow colours behind the numbers of the system's colour table.
 constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
+
+/// Milliseconds. A window that is minimized or covered may not be painted for a long time.
+constexpr int LongestWaitForFrame = 250;
 
 constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
@@ -116,7 +120,7 @@ TarvikGUI::TarvikGUI(QWidget *parent)
   m_tabMain->setDocumentMode(false);
   m_tabMain->setUsesScrollButtons(true);
   PlaceHighlights();
-  MakePages();
+  MakeFirstPages();
   ConnectEvents();
 }
 
@@ -125,18 +129,24 @@ TarvikGUI::~TarvikGUI() {
   if (gobjPanel() == this) gobjPanel() = nullptr;
 }
 
-void TarvikGUI::MakePages() {
-  const auto page = [this](TabNumEnum ePage) -> QWidget & { return *m_tabMain->widget(ePage); };
+QWidget &TarvikGUI::Sheet(TabNumEnum ePage) const { return *m_tabMain->widget(ePage); }
+
+void TarvikGUI::MakeFirstPages() {
   PanelServices &panel = *this;
-  m_optionsPage = std::make_unique<OptionsPage>(page(ePageOptions), panel);
-  m_instrPage = std::make_unique<InstrPage>(page(ePageInstr), panel, *m_optionsPage);
-  m_timingPage = std::make_unique<TimingPage>(page(ePageTiming), panel);
-  m_patternPage = std::make_unique<PatternPage>(page(ePagePattern), panel);
-  m_modePage = std::make_unique<ModePage>(page(ePageMode), panel, *m_timingPage, *m_patternPage);
-  m_levelsPage = std::make_unique<LevelsPage>(page(ePageLevels), panel);
-  m_limitsPage = std::make_unique<LimitsPage>(page(ePageLimits), panel);
-  m_trigLevPage = std::make_unique<TrigLevPage>(page(ePageTrigLev), panel);
-  m_configPage = std::make_unique<ConfigPage>(page(ePageConfig), panel, *m_instrPage);
+  m_optionsPage = std::make_unique<OptionsPage>(Sheet(ePageOptions), panel);
+  m_instrPage = std::make_unique<InstrPage>(Sheet(ePageInstr), panel, *m_optionsPage);
+}
+
+void TarvikGUI::MakeOtherPages() {
+  if (m_gate) return;
+  PanelServices &panel = *this;
+  m_timingPage = std::make_unique<TimingPage>(Sheet(ePageTiming), panel);
+  m_patternPage = std::make_unique<PatternPage>(Sheet(ePagePattern), panel);
+  m_modePage = std::make_unique<ModePage>(Sheet(ePageMode), panel, *m_timingPage, *m_patternPage);
+  m_levelsPage = std::make_unique<LevelsPage>(Sheet(ePageLevels), panel);
+  m_limitsPage = std::make_unique<LimitsPage>(Sheet(ePageLimits), panel);
+  m_trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
+  m_configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *m_instrPage);
   m_gate = std::make_unique<CapabilityGate>(*this, panel, *m_timingPage, m_patternPage->Editor());
 }
 
@@ -186,22 +196,35 @@ void TarvikGUI::changeEvent(QEvent *event) {
 void TarvikGUI::showEvent(QShowEvent *event) {
   QWidget::showEvent(event);
   // A window that comes back from the task bar was never hidden by its host.
-  if (event->spontaneous() || m_fShowPending) return;
-  m_fShowPending = true;
-  // The start may ask questions; by then the window has to stand on the screen.
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        if (!std::exchange(m_fShowPending, false)) return;
-        RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
-      },
-      Qt::QueuedConnection);
+  if (event->spontaneous() || m_fStartPending) return;
+  m_fStartPending = true;
+  if (m_fPainted)
+    StartSoon();
+  else
+    QTimer::singleShot(LongestWaitForFrame, this, [this] { StartIfPending(); });
+}
+
+void TarvikGUI::paintEvent(QPaintEvent *event) {
+  QWidget::paintEvent(event);
+  m_fPainted = true;
+  if (m_fStartPending) StartSoon();
 }
 
 void TarvikGUI::hideEvent(QHideEvent *event) {
   QWidget::hideEvent(event);
-  if (event->spontaneous() || std::exchange(m_fShowPending, false)) return;
+  if (event->spontaneous()) return;
+  m_fPainted = false;
+  if (std::exchange(m_fStartPending, false)) return;
   RunUserEvent("TarvikGUI", "Hide", [this] { UserControl_Hide(); });
+}
+
+void TarvikGUI::StartSoon() {
+  QMetaObject::invokeMethod(
+      this, [this] { StartIfPending(); }, Qt::QueuedConnection);
+}
+
+void TarvikGUI::StartIfPending() {
+  if (std::exchange(m_fStartPending, false)) RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
 }
 
 void TarvikGUI::HoldInstr() {
@@ -218,6 +241,7 @@ clsInstrInterface &TarvikGUI::ZorvaneInstr() {
 }
 
 void TarvikGUI::UserControl_Show() {
+  MakeOtherPages();
   gobjPanel() = this;
   HoldInstr();
   RestoreOptions();
@@ -327,6 +351,8 @@ void TarvikGUI::ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOthe
 }
 
 void TarvikGUI::tabMain_Click() {
+  // A user can be faster than the start.
+  MakeOtherPages();
   if (Page *page = PageOf(m_tabMain->Tab()))
     page->Enter();
   else

@@ -25,9 +25,10 @@ class PatternPage;
 class TimingPage;
 class TrigLevPage;
 
-/// The front panel: a host places it on a form and gets a complete panel. It starts when it is shown: options are
-/// restored, the driver is connected, the instruments are listed. Hiding saves the options and ends the session; a
-/// later show starts anew. All of it lives on the thread that made it; only the last panel shown is told of changes.
+/// The front panel: a host places it on a form and gets a complete panel. It starts when it is shown and its
+/// first frame painted: options are restored, the driver is connected, the instruments are listed. Hiding saves the
+/// options and ends the session; a later show starts anew. All of it lives on the thread that made it; only the last
+/// panel shown is told of changes.
 class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private PanelServices {
   Q_OBJECT
 
@@ -44,6 +45,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
 
  protected:
   void showEvent(QShowEvent *event) override;
+  void paintEvent(QPaintEvent *event) override;
   void hideEvent(QHideEvent *event) override;
   void changeEvent(QEvent *event) override;
 
@@ -57,6 +59,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void cmdDownload_Click() override;
   void EnableControlsForChannels(Long lngChannels) override;
 
+  void StartSoon();
+  void StartIfPending();
   void UserControl_Show();
   void UserControl_Hide();
   void UserControl_Terminate();
@@ -64,7 +68,9 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void SaveOptions();
   void InitAllPages();
   void HoldInstr();
-  void MakePages();
+  QWidget &Sheet(TabNumEnum ePage) const;
+  void MakeFirstPages();
+  void MakeOtherPages();
   void ConnectEvents();
   void PlaceHighlights();
   void tabMain_Click();
@@ -86,7 +92,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   std::shared_ptr<clsInstrInterface> m_zorvaneInstr;
   Event<const std::string &>::Connection m_statusConnection;
   Event<const std::string &>::Connection m_errorConnection;
-  bool m_fShowPending = false;
+  bool m_fStartPending = false;  ///< shown, and the start has not run yet
+  bool m_fPainted = false;       ///< since it was shown
 
   TabControl *m_tabMain;  ///< made before the rest, so that it comes first in the tab order
   Form m_form;
@@ -96,6 +103,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
 
   std::unique_ptr<OptionsPage> m_optionsPage;
   std::unique_ptr<InstrPage> m_instrPage;
+  // Made behind the first frame, which does not show them; null until the panel starts or another tab is chosen.
   std::unique_ptr<TimingPage> m_timingPage;
   std::unique_ptr<PatternPage> m_patternPage;
   std::unique_ptr<ModePage> m_modePage;

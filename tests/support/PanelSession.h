@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "PanelStart.h"
 #include "RecordingHost.h"
 #include "StandInDriver.h"
 #include "controls/CboEnhanced.h"
@@ -111,8 +112,7 @@ class PanelSession {
     host.settings[{"Config", "WorkWithBoxes"}] = "1";
     panel = std::make_unique<TarvikGUI>();
     panel->resize(panel->sizeHint());
-    panel->show();
-    QCoreApplication::sendPostedEvents();
+    ShowAndStart(*panel);
     if (start.fOpen) Open();
     Forget();
   }

@@ -12,6 +12,7 @@
 #include <string>
 #include <utility>
 
+#include "PanelStart.h"
 #include "PanelUser.h"
 #include "RecordingHost.h"
 #include "automation/Activation.h"
@@ -155,10 +156,7 @@ class SimulatorSession {
     panel->resize(panel->sizeHint());
     user = std::make_unique<PanelUser>(*panel);
   }
-  void Show() {
-    panel->show();
-    QCoreApplication::sendPostedEvents();
-  }
+  void Show() { ShowAndStart(*panel); }
   void Hide() { panel->hide(); }
   /// Opens the instrument by its check box.
   void Open(const std::string &strInstrument) {

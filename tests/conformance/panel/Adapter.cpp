@@ -283,8 +283,9 @@ void Adapter::Show(Words &, Json &) {
   } else {
     gui.show();
   }
-  // The panel starts once it stands on the screen.
+  // The panel starts behind its first frame.
   QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
 }
 
 void Adapter::Hide(Words &, Json &) {

@@ -90,8 +90,7 @@ TEST(StartFaults, ADriverThatHandsBackNothingLeadsToTheQuestionForTheServer) {
   session.driver.QueueEmptyCreation();
   session.driver.QueueEmptyCreation();
   session.Forget();
-  session.panel->show();
-  QCoreApplication::sendPostedEvents();
+  ShowAndStart(*session.panel);
   EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: Connection Failed!"));
 }
 

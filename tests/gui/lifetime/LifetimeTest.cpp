@@ -82,9 +82,9 @@ class PanelLife : public testing::Test {
   }
 
   static void Settle() {
+    QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
   }
   TarvikGUI &Show() {
     TarvikGUI &panel = *m_panels.emplace_back(std::make_unique<TarvikGUI>());

@@ -219,6 +219,11 @@ std::string ControlOf(const QWidget *widget) {
   return strName;
 }
 
+/// Among the options of a group the one that had the focus last takes the tab key for all; arrows lead to the others.
+bool InReachByKeys(const QWidget &widget) {
+  return (widget.focusPolicy() & Qt::TabFocus) || dynamic_cast<const OptionButton *>(&widget);
+}
+
 class TabOrder : public Look, public testing::WithParamInterface<OrderRow> {};
 
 TEST_P(TabOrder, GoesThroughThePageFromTopToBottom) {
@@ -227,7 +232,7 @@ TEST_P(TabOrder, GoesThroughThePageFromTopToBottom) {
   QWidget *page = session->Get<QTabWidget>("tabMain").currentWidget();
   std::vector<std::string> arrOrder;
   for (QWidget *widget = page->nextInFocusChain(); widget && widget != page; widget = widget->nextInFocusChain()) {
-    if (!page->isAncestorOf(widget) || !(widget->focusPolicy() & Qt::TabFocus) || widget->focusProxy()) continue;
+    if (!page->isAncestorOf(widget) || !InReachByKeys(*widget) || widget->focusProxy()) continue;
     if (!widget->isEnabled() || !widget->isVisible()) continue;
     const std::string strName = ControlOf(widget);
     if (arrOrder.empty() || arrOrder.back() != strName) arrOrder.push_back(strName);

@@ -195,12 +195,59 @@ TEST(Start, APanelThatWasShownTwiceStillWorks) {
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 
+TEST(Start, TheFirstFrameIsPaintedBeforeAnythingIsAsked) {
+  SimulatorSession session;
+  session.NewPanel();
+  session.host.TakeLines();
+  session.panel->show();
+  QCoreApplication::processEvents();
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty()) << "the frame stands, the start waits behind it";
+  QCoreApplication::sendPostedEvents();
+  EXPECT_THAT(session.host.TakeLines(), Contains(StartsWith("get Config/Upload")));
+  EXPECT_EQ(session->Instruments().Count(), 5);
+}
+
+TEST(Start, APanelThatIsNeverPaintedStartsAllTheSame) {
+  SimulatorSession session;
+  session.NewPanel();
+  session.panel->setUpdatesEnabled(false);
+  session.panel->show();
+  EXPECT_TRUE(QTest::qWaitFor([&session] { return session->Instruments().Count() == 5; }));
+}
+
+TEST(Start, ATabChosenBeforeTheStartShowsItsWholePage) {
+  SimulatorSession session;
+  session->ShowPage(ePageLimits);
+  const auto fields = [&session] {
+    std::vector<std::string> arrVisible;
+    for (const EngrSpin *field : session.panel->findChildren<EngrSpin *>())
+      if (field->isVisible()) arrVisible.push_back(field->objectName().toStdString());
+    return arrVisible;
+  };
+  const std::vector<std::string> arrAfterStart = fields();
+  ASSERT_THAT(arrAfterStart, Not(IsEmpty()));
+  session.NewPanel();
+  session.panel->show();
+  session->ShowPage(ePageLimits);
+  EXPECT_EQ(fields(), arrAfterStart);
+}
+
+TEST(Start, APanelHiddenBeforeItsFirstFrameStartsNothing) {
+  SimulatorSession session;
+  session.NewPanel();
+  session.host.TakeLines();
+  session.panel->show();
+  session.panel->hide();
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty());
+}
+
 TEST(Start, TwoPanelsShareTheInstrumentAndTheLastOneShownIsTold) {
   SimulatorSession session;
   const auto instr = gobjInstr();
   TarvikGUI second;
-  second.show();
-  QCoreApplication::sendPostedEvents();
+  ShowAndStart(second);
   EXPECT_EQ(gobjInstr(), instr);
   EXPECT_EQ(gobjPanel(), &second);
   // A choice in a list of the first panel marks the visible page of the second one.
@@ -213,8 +260,7 @@ TEST(Start, TwoPanelsShareTheInstrumentAndTheLastOneShownIsTold) {
 TEST(Start, BothPanelsShowTheStatusOfTheOneInstrument) {
   SimulatorSession session;
   TarvikGUI second;
-  second.show();
-  QCoreApplication::sendPostedEvents();
+  ShowAndStart(second);
   session.Open("VP-210");
   const PanelUser other(second);
   EXPECT_EQ(session->Get<DisplayBox>("txtStatus").Text(), "Online with VP-210 (VP-210 Dual Pulse Generator)");

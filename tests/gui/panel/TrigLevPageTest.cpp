@@ -131,8 +131,7 @@ TEST(TrigLevPageUnderAComma, ThresholdsFindTheirPresets) {
   PanelSession session({.fAutoDownload = false});
   session.host.chSeparator = ',';
   session.panel->hide();
-  session.panel->show();
-  QCoreApplication::sendPostedEvents();
+  ShowAndStart(*session.panel);
   session.Open();
   session.driver.Find("Alpha")->settings.dblClockThreshold = 2.5;
   session.Get<FrameEnhanced>("grpTrigLevelClkIn").SetArrayIndex(2);
