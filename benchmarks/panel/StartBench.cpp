@@ -34,10 +34,9 @@ double Median(std::vector<double> arrTimes) {
   return arrTimes[Runs / 2];
 }
 
-}  // namespace
-
-int main() {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+/// Runs all programs on one platform of the toolkit and prints the ratios; gives that of panel and empty window.
+double Measure(const char *strPlatform) {
+  setenv("QT_QPA_PLATFORM", strPlatform, 1);
   std::vector<double> arrWindow, arrWord, arrPanel, arrListed;
   Run(START_PANEL);
   Run(START_WINDOW);
@@ -50,10 +49,25 @@ int main() {
   }
   const double dblWindow = Median(arrWindow), dblWord = Median(arrWord);
   const double dblPanel = Median(arrPanel), dblListed = Median(arrListed);
-  std::printf("start to first frame: empty window %.1f ms, window with one word %.1f ms, panel %.1f ms, ", dblWindow,
-              dblWord, dblPanel);
+  std::printf("start to first frame (%s): empty window %.1f ms, window with one word %.1f ms, panel %.1f ms, ",
+              strPlatform, dblWindow, dblWord, dblPanel);
   std::printf("panel with the instruments listed %.1f ms\n", dblListed);
-  std::printf("ratio panel / empty window: %.2f (at most %.1f)\n", dblPanel / dblWindow, LargestRatio);
-  std::printf("ratio panel / window with one word: %.2f\n", dblPanel / dblWord);
-  return dblPanel <= LargestRatio * dblWindow ? 0 : 1;
+  std::printf("ratio panel / window with one word (%s): %.2f\n", strPlatform, dblPanel / dblWord);
+  std::printf("ratio panel / empty window (%s): %.2f", strPlatform, dblPanel / dblWindow);
+  return dblPanel / dblWindow;
+}
+
+}  // namespace
+
+int main() {
+  // Without a window system an empty window does next to nothing, not even load a font: a ratio for comparison only.
+  Measure("offscreen");
+  std::printf("\n");
+  if (!std::getenv("DISPLAY")) {
+    std::printf("no X server: the bound of %.1f holds for windows, and was not checked\n", LargestRatio);
+    return 2;
+  }
+  const bool fOk = Measure("xcb") <= LargestRatio;
+  std::printf(" (at most %.1f)  %s\n", LargestRatio, fOk ? "ok" : "MISSED");
+  return fOk ? 0 : 1;
 }
