@@ -4,6 +4,7 @@
 
 #include "BitText.h"
 #include "RecordingHost.h"
+#include "TestName.h"
 #include "support/modGlobals.h"
 
 namespace tarvik::test {
@@ -306,7 +307,10 @@ INSTANTIATE_TEST_SUITE_P(Entries, ValidateNumberTest,
                                          Entry{"1e3", true}, Entry{"1", false}, Entry{"0", false}, Entry{"1.49", false},
                                          Entry{"16385", false}, Entry{"16384.6", false}, Entry{"-2", false},
                                          Entry{"abc", false}, Entry{" ", false}, Entry{"1e10", false},
-                                         Entry{"1e400", false}, Entry{"5x", false}, Entry{"0x10", false}));
+                                         Entry{"1e400", false}, Entry{"5x", false}, Entry{"0x10", false}),
+                         [](const testing::TestParamInfo<Entry> &test) {
+                           return *test.param.strEntry ? TestName(test.param.strEntry) : "Empty";
+                         });
 
 TEST_F(PatternOperationsTest, EntriesFollowTheHostsSeparator) {
   m_host.chSeparator = ',';

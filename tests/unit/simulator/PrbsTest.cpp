@@ -47,7 +47,8 @@ TEST_P(PrbsOfBase, RepeatsAfterItsPeriodAndHoldsOneMoreOneThanZeros) {
     ASSERT_EQ(strBits[static_cast<std::size_t>(i - lngPeriod)], strBits[static_cast<std::size_t>(i)]) << i;
 }
 
-INSTANTIATE_TEST_SUITE_P(Bases, PrbsOfBase, testing::Range<Long>(7, 15));
+INSTANTIATE_TEST_SUITE_P(Bases, PrbsOfBase, testing::Range<Long>(7, 15),
+                         [](const testing::TestParamInfo<Long> &test) { return "Base" + std::to_string(test.param); });
 
 TEST(Prbs, BeginsWithAllOnesThenTheFeedbackOfBase7) {
   std::vector<Byte> bytes(2, 0);

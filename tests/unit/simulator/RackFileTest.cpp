@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestName.h"
+
 namespace tarvik::simulator {
 namespace {
 
@@ -107,7 +109,11 @@ const Bad Faults[] = {
     {std::string("[A]\nidentity = a\0b\n", 19), "my.rack:2: a control character"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Faults, BadRackFile, testing::ValuesIn(Faults));
+INSTANTIATE_TEST_SUITE_P(Faults, BadRackFile, testing::ValuesIn(Faults), [](const testing::TestParamInfo<Bad> &fault) {
+  // Several have the same message.
+  const std::string &strMessage = fault.param.strMessage;
+  return std::to_string(fault.index) + "_" + test::TestName(strMessage.substr(strMessage.find(' ') + 1));
+});
 
 TEST(RackFile, HasRoomFor32EntriesAnd256Instruments) {
   std::string strText = "[A]\n";

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "Driver.h"
+#include "TestName.h"
 
 namespace tarvik::simulator::testing_support {
 namespace {
@@ -105,7 +106,10 @@ TEST_P(RoundTrip, Format0TellsOffsetThenAmplitude) {
   EXPECT_NEAR(0.95, dblAmplitude, 1e-12);
 }
 
-INSTANTIATE_TEST_SUITE_P(Models, RoundTrip, ::testing::Values("VP-210", "VP-110", "VP-220", "VP-250F", "VB-200"));
+INSTANTIATE_TEST_SUITE_P(Models, RoundTrip, ::testing::Values("VP-210", "VP-110", "VP-220", "VP-250F", "VB-200"),
+                         [](const ::testing::TestParamInfo<const char *> &model) {
+                           return test::TestName(model.param);
+                         });
 
 }  // namespace
 }  // namespace tarvik::simulator::testing_support
