@@ -1,4 +1,4 @@
-# What is installed where, in six components: runtime, development, simulator, designer, remote, server.
+# What is installed where, in seven components: automation, runtime, development, simulator, designer, remote, server.
 include(CMakePackageConfigHelpers)
 
 set(TARVIK_INCLUDE_FOLDER "${CMAKE_INSTALL_INCLUDEDIR}/tarvikvi")
@@ -15,8 +15,12 @@ set_target_properties(tarvikvi PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRA
 target_include_directories(tarvikautomation INTERFACE $<INSTALL_INTERFACE:${TARVIK_INCLUDE_FOLDER}>)
 target_compile_features(tarvikautomation INTERFACE cxx_std_20)
 
+# ---- automation: what drivers and their callers share, which a machine without a screen needs as well
+install(TARGETS tarvikautomation EXPORT TarvikVITargets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT automation NAMELINK_COMPONENT development)
+
 # ---- runtime
-install(TARGETS tarvikautomation tarvikvi_lib EXPORT TarvikVITargets
+install(TARGETS tarvikvi_lib EXPORT TarvikVITargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT development)
 install(TARGETS tarvikvi RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 set(TARVIK_PROGRAM_FILES "${CMAKE_SOURCE_DIR}/apps/tarvikvi")

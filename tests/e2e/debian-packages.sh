@@ -19,7 +19,7 @@ done
 say "build the packages"
 cpack --config "$build/CPackConfig.cmake" -B "$work/packages" > "$work/cpack.log" 2>&1 || { cat "$work/cpack.log"; exit 1; }
 packages=("$work"/packages/*.deb)
-names=(tarvikvi libtarvikvi-dev tarvikvi-simulator)
+names=(libtarvikautomation tarvikvi libtarvikvi-dev tarvikvi-simulator)
 [ ! -f "$build/lib/designer/libtarvikdesigner.so" ] || names+=(tarvikvi-designer)
 [ ! -f "$build/lib/tarvik.remote.driver" ] || names+=(tarvikvi-remote tarvikvi-server)
 has() { [[ " ${names[*]} " == *" $1 "* ]]; }
@@ -33,6 +33,13 @@ depends_on() { # PACKAGE WHAT
     { echo "the package $1 does not depend on $2" >&2; exit 1; }
 }
 depends_on tarvikvi libqt6widgets6
+# A machine that has the instruments and no screen gets no toolkit.
+for name in libtarvikautomation tarvikvi-simulator tarvikvi-server tarvikvi-remote; do
+  has "$name" || continue
+  [ "$name" = libtarvikautomation ] || depends_on "$name" libtarvikautomation
+  ! dpkg-deb -f "$work"/packages/"$name"_*.deb Depends | grep -E 'qt6|tarvikvi( |,|$)' ||
+    { echo "the package $name needs the panel or its toolkit" >&2; exit 1; }
+done
 ! has tarvikvi-designer || depends_on tarvikvi-designer libqt6designer6
 ! has tarvikvi-server || depends_on tarvikvi-server 'libgrpc++1.51'
 ! has tarvikvi-remote || depends_on tarvikvi-remote 'libgrpc++1.51'
@@ -61,7 +68,7 @@ dpkg_in_root() {
 
 say "install"
 dpkg_in_root -i "${packages[@]}"
-[ "$(dpkg --root="$root" -l 'tarvikvi*' libtarvikvi-dev | grep -c '^ii')" = "${#names[@]}" ]
+[ "$(dpkg --root="$root" -l 'tarvikvi*' 'libtarvik*' | grep -c '^ii')" = "${#names[@]}" ]
 
 say "run"
 export HOME="$work/home" XDG_CONFIG_HOME="$work/home/config" XDG_STATE_HOME="$work/home/state"
