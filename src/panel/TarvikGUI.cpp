@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QHideEvent>
-#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -38,9 +37,6 @@ constexpr Single Shadow = 50;
 
 /// The toolkit's shadow colours behind the numbers of the system's colour table.
 constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
-
-/// Milliseconds. A window that is minimized or covered may not be painted for a long time.
-constexpr int LongestWaitForFrame = 250;
 
 constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
@@ -198,10 +194,7 @@ void TarvikGUI::showEvent(QShowEvent *event) {
   // A window that comes back from the task bar was never hidden by its host.
   if (event->spontaneous() || m_fStartPending) return;
   m_fStartPending = true;
-  if (m_fPainted)
-    StartSoon();
-  else
-    QTimer::singleShot(LongestWaitForFrame, this, [this] { StartIfPending(); });
+  StartSoon();
 }
 
 void TarvikGUI::paintEvent(QPaintEvent *event) {
@@ -224,7 +217,15 @@ void TarvikGUI::StartSoon() {
 }
 
 void TarvikGUI::StartIfPending() {
-  if (std::exchange(m_fStartPending, false)) RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
+  // The start may take long and ask questions; by then the panel has to stand on the screen.
+  if (!m_fStartPending || ExpectsFirstFrame()) return;
+  m_fStartPending = false;
+  RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
+}
+
+bool TarvikGUI::ExpectsFirstFrame() const {
+  const bool fOnScreen = !window()->isMinimized() && !window()->testAttribute(Qt::WA_DontShowOnScreen);
+  return !m_fPainted && fOnScreen && updatesEnabled() && !visibleRegion().isEmpty();
 }
 
 void TarvikGUI::HoldInstr() {

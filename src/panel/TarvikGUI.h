@@ -61,6 +61,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
 
   void StartSoon();
   void StartIfPending();
+  /// Whether a first frame since the show is still to come; not so in a minimized window, say.
+  bool ExpectsFirstFrame() const;
   void UserControl_Show();
   void UserControl_Hide();
   void UserControl_Terminate();

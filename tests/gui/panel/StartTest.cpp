@@ -1,5 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <QScrollArea>
+#include <functional>
+#include <utility>
+
 #include "PanelSession.h"
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
@@ -40,6 +44,24 @@ std::string Choice(const SimulatorSession &session, const char *strName) {
 Boolean Enabled(const SimulatorSession &session, const char *strName) {
   return session->Get<CommandButton>(strName).Enabled();
 }
+
+/// Counts the events of a type that a widget gets.
+class EventCount : public QObject {
+ public:
+  EventCount(QWidget &widget, QEvent::Type eType, int &intCount) : m_eType(eType), m_intCount(intCount) {
+    widget.installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject *, QEvent *event) override {
+    if (event->type() == m_eType) ++m_intCount;
+    return false;
+  }
+
+ private:
+  QEvent::Type m_eType;
+  int &m_intCount;
+};
 
 /// A driver that is not there, as long as the object lives.
 class NoDriver {
@@ -199,20 +221,50 @@ TEST(Start, TheFirstFrameIsPaintedBeforeAnythingIsAsked) {
   SimulatorSession session;
   session.NewPanel();
   session.host.TakeLines();
+  int intFrames = 0;
+  const EventCount frames(*session.panel, QEvent::Paint, intFrames);
   session.panel->show();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_EQ(intFrames, 0);
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty()) << "no frame, no start";
   QCoreApplication::processEvents();
+  EXPECT_EQ(intFrames, 1);
   EXPECT_THAT(session.host.TakeLines(), IsEmpty()) << "the frame stands, the start waits behind it";
   QCoreApplication::sendPostedEvents();
   EXPECT_THAT(session.host.TakeLines(), Contains(StartsWith("get Config/Upload")));
   EXPECT_EQ(session->Instruments().Count(), 5);
 }
 
-TEST(Start, APanelThatIsNeverPaintedStartsAllTheSame) {
+TEST(Start, APanelThatNobodyPaintsStartsAllTheSame) {
+  const std::pair<const char *, std::function<void(QWidget &)>> ways[] = {
+      {"no updates", [](QWidget &panel) { panel.setUpdatesEnabled(false), panel.show(); }},
+      {"minimized", [](QWidget &panel) { panel.showMinimized(); }},
+      {"not on the screen", [](QWidget &panel) { panel.setAttribute(Qt::WA_DontShowOnScreen), panel.show(); }},
+  };
+  for (const auto &[strWay, show] : ways) {
+    SimulatorSession session;
+    session.NewPanel();
+    show(*session.panel);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(session->Instruments().Count(), 5) << strWay;
+  }
+}
+
+TEST(Start, APanelOutOfSightInItsHostsWindowStartsAllTheSame) {
   SimulatorSession session;
   session.NewPanel();
-  session.panel->setUpdatesEnabled(false);
-  session.panel->show();
-  EXPECT_TRUE(QTest::qWaitFor([&session] { return session->Instruments().Count() == 5; }));
+  QScrollArea area;
+  area.resize(100, 100);
+  auto *contents = new QWidget;
+  contents->resize(2000, 2000);
+  session.panel->setParent(contents);
+  session.panel->move(1000, 1000);
+  area.setWidget(contents);
+  area.show();
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_EQ(session->Instruments().Count(), 5);
+  session.panel->setParent(nullptr);
 }
 
 TEST(Start, ATabChosenBeforeTheStartShowsItsWholePage) {
