@@ -1,7 +1,9 @@
 #include "panel/TarvikGUI.h"
 
-#include <QEvent>
+#include <QCoreApplication>
 #include <QHideEvent>
+#include <QPointer>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -98,6 +100,11 @@ TabControl *MakeTabs(QWidget *panel) {
   return tabs;
 }
 
+QEvent::Type StartEvent() {
+  static const auto eType = static_cast<QEvent::Type>(QEvent::registerEventType());
+  return eType;
+}
+
 std::string Setting(const char *strKey, const char *strDefault) {
   return TheHost().GetSetting(AppTitle, SettingsSection, strKey, strDefault);
 }
@@ -121,7 +128,8 @@ TarvikGUI::TarvikGUI(QWidget *parent)
 }
 
 TarvikGUI::~TarvikGUI() {
-  RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
+  // A panel that was never seen has read no options, and would write its design's over the user's.
+  if (m_fStarted) RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
   if (gobjPanel() == this) gobjPanel() = nullptr;
 }
 
@@ -135,6 +143,7 @@ void TarvikGUI::MakeFirstPages() {
 
 void TarvikGUI::MakeOtherPages() {
   if (m_gate) return;
+  QWidget *last = LastTabStop();
   PanelServices &panel = *this;
   m_timingPage = std::make_unique<TimingPage>(Sheet(ePageTiming), panel);
   m_patternPage = std::make_unique<PatternPage>(Sheet(ePagePattern), panel);
@@ -144,6 +153,25 @@ void TarvikGUI::MakeOtherPages() {
   m_trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
   m_configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *m_instrPage);
   m_gate = std::make_unique<CapabilityGate>(*this, panel, *m_timingPage, m_patternPage->Editor());
+  PutInTabOrderBehind(last);
+}
+
+QWidget *TarvikGUI::LastTabStop() const {
+  QWidget *last = m_tabMain;
+  for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
+    if (isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) last = widget;
+  return last;
+}
+
+void TarvikGUI::PutInTabOrderBehind(QWidget *last) {
+  // The toolkit put the late ones behind everything in the window, what the host placed behind the panel included.
+  std::vector<QWidget *> arrLate;
+  for (QWidget *widget = last->nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
+    if (isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) arrLate.push_back(widget);
+  for (QWidget *widget : arrLate) {
+    setTabOrder(last, widget);
+    last = widget;
+  }
 }
 
 void TarvikGUI::ConnectEvents() {
@@ -197,35 +225,46 @@ void TarvikGUI::showEvent(QShowEvent *event) {
   StartSoon();
 }
 
-void TarvikGUI::paintEvent(QPaintEvent *event) {
-  QWidget::paintEvent(event);
-  m_fPainted = true;
-  if (m_fStartPending) StartSoon();
-}
-
 void TarvikGUI::hideEvent(QHideEvent *event) {
   QWidget::hideEvent(event);
-  if (event->spontaneous()) return;
-  m_fPainted = false;
-  if (std::exchange(m_fStartPending, false)) return;
+  if (event->spontaneous() || std::exchange(m_fStartPending, false)) return;
   RunUserEvent("TarvikGUI", "Hide", [this] { UserControl_Hide(); });
 }
 
 void TarvikGUI::StartSoon() {
-  QMetaObject::invokeMethod(
-      this, [this] { StartIfPending(); }, Qt::QueuedConnection);
+  // The start may take long and ask questions; by then the panel has to stand on the screen. The toolkit posts its
+  // painting at low priority, and the start goes behind it.
+  QCoreApplication::postEvent(this, new QEvent(StartEvent()), Qt::LowEventPriority - 1);
+}
+
+void TarvikGUI::customEvent(QEvent *event) {
+  if (event->type() == StartEvent()) StartIfPending();
+}
+
+bool TarvikGUI::eventFilter(QObject *watched, QEvent *event) {
+  if (event->type() == QEvent::Expose) {
+    watched->removeEventFilter(this);
+    StartSoon();
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void TarvikGUI::StartIfPending() {
-  // The start may take long and ask questions; by then the panel has to stand on the screen.
-  if (!m_fStartPending || ExpectsFirstFrame()) return;
+  if (!m_fStartPending) return;
+  if (QWindow *window = WindowToBeExposed()) {
+    window->installEventFilter(this);
+    return;
+  }
   m_fStartPending = false;
+  m_fStarted = true;
   RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
 }
 
-bool TarvikGUI::ExpectsFirstFrame() const {
-  const bool fOnScreen = !window()->isMinimized() && !window()->testAttribute(Qt::WA_DontShowOnScreen);
-  return !m_fPainted && fOnScreen && updatesEnabled() && !visibleRegion().isEmpty();
+QWindow *TarvikGUI::WindowToBeExposed() const {
+  const QWidget *top = window();
+  if (top->isMinimized() || top->testAttribute(Qt::WA_DontShowOnScreen)) return nullptr;
+  QWindow *window = top->windowHandle();
+  return window && !window->isExposed() ? window : nullptr;
 }
 
 void TarvikGUI::HoldInstr() {
@@ -242,16 +281,23 @@ clsInstrInterface &TarvikGUI::ZorvaneInstr() {
 }
 
 void TarvikGUI::UserControl_Show() {
+  const QPointer<TarvikGUI> self(this);
+  const auto hasEnded = [&self] { return !self || !self->m_zorvaneInstr; };
   MakeOtherPages();
   gobjPanel() = this;
   HoldInstr();
   RestoreOptions();
   InitAllPages();
-  if (ZorvaneInstr().Connect()) {
+  const Boolean fConnected = ZorvaneInstr().Connect();
+  // While the search asks something, and in the yield below, the host can hide the panel or end it.
+  if (hasEnded()) return;
+  if (fConnected) {
     m_tabMain->SetTab(ePageInstr);
     m_instrPage->cmdRefresh.SetEnabled(True);
     TheHost().DoEvents();
+    if (hasEnded()) return;
     m_instrPage->cmdRefresh_Click();
+    if (hasEnded()) return;
   }
   EnableControlsForChannels(0);
 }

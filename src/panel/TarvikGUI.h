@@ -45,9 +45,10 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
 
  protected:
   void showEvent(QShowEvent *event) override;
-  void paintEvent(QPaintEvent *event) override;
   void hideEvent(QHideEvent *event) override;
   void changeEvent(QEvent *event) override;
+  void customEvent(QEvent *event) override;
+  bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
   friend class PanelTestAccess;
@@ -61,8 +62,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
 
   void StartSoon();
   void StartIfPending();
-  /// Whether a first frame since the show is still to come; not so in a minimized window, say.
-  bool ExpectsFirstFrame() const;
+  /// The window whose exposure will bring the first frame; null where it has been, or is not to come at all.
+  QWindow *WindowToBeExposed() const;
   void UserControl_Show();
   void UserControl_Hide();
   void UserControl_Terminate();
@@ -73,6 +74,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   QWidget &Sheet(TabNumEnum ePage) const;
   void MakeFirstPages();
   void MakeOtherPages();
+  QWidget *LastTabStop() const;
+  void PutInTabOrderBehind(QWidget *last);
   void ConnectEvents();
   void PlaceHighlights();
   void tabMain_Click();
@@ -95,7 +98,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   Event<const std::string &>::Connection m_statusConnection;
   Event<const std::string &>::Connection m_errorConnection;
   bool m_fStartPending = false;  ///< shown, and the start has not run yet
-  bool m_fPainted = false;       ///< since it was shown
+  bool m_fStarted = false;       ///< at least once
 
   TabControl *m_tabMain;  ///< made before the rest, so that it comes first in the tab order
   Form m_form;

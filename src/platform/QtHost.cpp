@@ -4,6 +4,7 @@
 #include <QInputDialog>
 #include <QLocale>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSettings>
 
 namespace tarvik {
@@ -42,21 +43,24 @@ QString SettingKey(const std::string &strSection, const std::string &strKey) {
 
 BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) {
   const PlainPointer pointer;
-  QMessageBox box(ToQIcon(icon), QString::fromStdString(strTitle), ShownText(strText), QMessageBox::NoButton,
-                  QApplication::activeWindow());
-  box.setObjectName(QStringLiteral("MsgBox"));
+  // A host may end the window while the box asks, and the box with it.
+  const QPointer<QMessageBox> box = new QMessageBox(ToQIcon(icon), QString::fromStdString(strTitle), ShownText(strText),
+                                                    QMessageBox::NoButton, QApplication::activeWindow());
+  box->setObjectName(QStringLiteral("MsgBox"));
   // Texts of drivers are shown as they are, whatever they look like.
-  box.setTextFormat(Qt::PlainText);
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box->setTextFormat(Qt::PlainText);
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse);
   if (buttons == BoxButtons::Ok) {
-    box.setStandardButtons(QMessageBox::Ok);
-    box.exec();
-    return BoxAnswer::Ok;
+    box->setStandardButtons(QMessageBox::Ok);
+  } else {
+    box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    box->setDefaultButton(QMessageBox::Yes);
+    box->setEscapeButton(QMessageBox::No);
   }
-  box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-  box.setDefaultButton(QMessageBox::Yes);
-  box.setEscapeButton(QMessageBox::No);
-  return box.exec() == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
+  const int intButton = box->exec();
+  delete box;
+  if (buttons == BoxButtons::Ok) return BoxAnswer::Ok;
+  return intButton == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
 }
 
 std::string QtHost::InputBox(const std::string &strPrompt, const std::string &strTitle, const std::string &strDefault) {

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <QPushButton>
 #include <QScrollArea>
+#include <QVBoxLayout>
 #include <functional>
 #include <utility>
 
@@ -62,6 +64,16 @@ class EventCount : public QObject {
   QEvent::Type m_eType;
   int &m_intCount;
 };
+
+/// Shows a panel in its host's window and lets the loop turn once before the window's exposure, with what the host
+/// does then.
+void ShowAndDisturb(QWidget &window, const std::function<void()> &disturb) {
+  window.show();
+  QCoreApplication::sendPostedEvents();
+  disturb();
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
+}
 
 /// A driver that is not there, as long as the object lives.
 class NoDriver {
@@ -237,17 +249,166 @@ TEST(Start, TheFirstFrameIsPaintedBeforeAnythingIsAsked) {
 
 TEST(Start, APanelThatNobodyPaintsStartsAllTheSame) {
   const std::pair<const char *, std::function<void(QWidget &)>> ways[] = {
-      {"no updates", [](QWidget &panel) { panel.setUpdatesEnabled(false), panel.show(); }},
-      {"minimized", [](QWidget &panel) { panel.showMinimized(); }},
-      {"not on the screen", [](QWidget &panel) { panel.setAttribute(Qt::WA_DontShowOnScreen), panel.show(); }},
+      {"no updates", [](QWidget &panel) { panel.setUpdatesEnabled(false); }},
+      {"minimized", [](QWidget &panel) { panel.setWindowState(Qt::WindowMinimized); }},
+      {"not on the screen", [](QWidget &panel) { panel.setAttribute(Qt::WA_DontShowOnScreen); }},
   };
-  for (const auto &[strWay, show] : ways) {
+  for (const auto &[strWay, prevent] : ways) {
     SimulatorSession session;
     session.NewPanel();
-    show(*session.panel);
-    QCoreApplication::sendPostedEvents();
+    prevent(*session.panel);
+    session.Show();
     EXPECT_EQ(session->Instruments().Count(), 5) << strWay;
   }
+}
+
+TEST(Start, AMinimizedWindowIsNotWaitedFor) {
+  SimulatorSession session;
+  session.NewPanel();
+  session.panel->showMinimized();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_EQ(session->Instruments().Count(), 5);
+}
+
+TEST(Start, APanelWhoseFirstFrameWasPreventedStartsAllTheSame) {
+  const std::pair<const char *, std::function<void(QScrollArea &, QWidget &)>> ways[] = {
+      {"scrolled away", [](QScrollArea &area, QWidget &) { area.ensureVisible(1999, 1999); }},
+      {"covered",
+       [](QScrollArea &area, QWidget &) {
+         auto *cover = new QWidget(area.widget());
+         cover->setAutoFillBackground(true);
+         cover->resize(2000, 2000);
+         cover->show();
+       }},
+      {"no updates", [](QScrollArea &, QWidget &panel) { panel.setUpdatesEnabled(false); }},
+      {"no updates of the window", [](QScrollArea &area, QWidget &) { area.setUpdatesEnabled(false); }},
+  };
+  for (const auto &[strWay, prevent] : ways) {
+    SimulatorSession session;
+    session.NewPanel();
+    int intFrames = 0;
+    const EventCount frames(*session.panel, QEvent::Paint, intFrames);
+    QScrollArea area;
+    area.resize(700, 500);
+    auto *contents = new QWidget;
+    contents->resize(2000, 2000);
+    session.panel->setParent(contents);
+    area.setWidget(contents);
+    ShowAndDisturb(area, [&, &prevent = prevent] { prevent(area, *session.panel); });
+    EXPECT_EQ(intFrames, 0) << strWay;
+    EXPECT_EQ(session->Instruments().Count(), 5) << strWay;
+    session.panel->setParent(nullptr);
+  }
+}
+
+TEST(Start, APictureTakenBeforeTheShowIsNoFirstFrame) {
+  SimulatorSession session;
+  session.NewPanel();
+  session.panel->grab();
+  session.host.TakeLines();
+  session.panel->show();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty());
+}
+
+TEST(Start, APanelThatComesToAStandingWindowIsPaintedFirst) {
+  SimulatorSession session;
+  session.NewPanel();
+  QWidget window;
+  window.resize(session.panel->size());
+  window.show();
+  QCoreApplication::processEvents();
+  session.panel->setParent(&window);
+  session.host.TakeLines();
+  int intFrames = 0;
+  const EventCount frames(*session.panel, QEvent::Paint, intFrames);
+  session.host.OnEntry = [&](const HostEntry &) { EXPECT_EQ(intFrames, 1); };
+  session.panel->show();
+  QCoreApplication::sendPostedEvents();
+  session.host.OnEntry = {};
+  EXPECT_EQ(session->Instruments().Count(), 5);
+  session.panel->setParent(nullptr);
+}
+
+TEST(Start, ThePagesMadeLateComeBeforeTheHostsNextControlInTheTabOrder) {
+  SimulatorSession session;
+  session.NewPanel();
+  QWidget window;
+  QVBoxLayout layout(&window);
+  auto *before = new QPushButton(QStringLiteral("Before"), &window);
+  auto *after = new QPushButton(QStringLiteral("After"));
+  for (QWidget *widget :
+       {static_cast<QWidget *>(before), static_cast<QWidget *>(session.panel.get()), static_cast<QWidget *>(after)})
+    layout.addWidget(widget);
+  ShowAndStart(window);
+  window.activateWindow();
+  session->ShowPage(ePageLimits);
+  before->setFocus();
+  std::vector<std::string> arrStops;
+  while (!after->hasFocus() && arrStops.size() < 40) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    const QWidget *stop = QApplication::focusWidget();
+    while (stop && !stop->objectName().startsWith(QLatin1String("es")) && stop != after && stop->parentWidget())
+      stop = stop->parentWidget();
+    if (stop && (stop == after || stop->objectName().startsWith(QLatin1String("es"))))
+      arrStops.push_back(stop == after ? "After" : stop->objectName().toStdString());
+  }
+  EXPECT_THAT(arrStops, ElementsAre("esLimitHighVoltage(0)", "esLimitLowVoltage(0)", "esLimitHighCurrent(0)",
+                                    "esLimitLowCurrent(0)", "esLimitHighVoltage(1)", "esLimitLowVoltage(1)",
+                                    "esLimitHighCurrent(1)", "esLimitLowCurrent(1)", "After"));
+  session.panel->setParent(nullptr);
+}
+
+/// Does something in the yield of the next start.
+void InTheYield(SimulatorSession &session, std::function<void()> step) {
+  session.host.OnEntry = [step = std::move(step), fDone = false](const HostEntry &entry) mutable {
+    if (entry.kind == HostEntry::DoEvents && !std::exchange(fDone, true)) step();
+  };
+}
+
+TEST(Start, APanelHiddenInItsYieldAsksNothingMore) {
+  SimulatorSession session;
+  session.NewPanel();
+  InTheYield(session, [&] { session.Hide(); });
+  session.Show();
+  session.host.OnEntry = {};
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+  EXPECT_EQ(session->Instruments().Count(), 0);
+}
+
+TEST(Start, APanelHiddenAndShownAgainInItsYieldStartsAnew) {
+  SimulatorSession session;
+  session.NewPanel();
+  InTheYield(session, [&] { session.Hide(), session.panel->show(); });
+  session.Show();
+  session.host.OnEntry = {};
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+  EXPECT_EQ(session->Instruments().Count(), 5);
+}
+
+TEST(Start, APanelThatIsEndedInItsYieldIsGone) {
+  SimulatorSession session;
+  session.NewPanel();
+  InTheYield(session, [&] { session.user.reset(), session.panel.reset(); });
+  // Not with Show, whose panel would be gone.
+  session.panel->show();
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents();
+  session.host.OnEntry = {};
+  EXPECT_EQ(session.panel, nullptr);
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
+TEST(End, APanelThatWasNeverStartedSavesNothing) {
+  SimulatorSession session;
+  session.Hide();
+  session.NewPanel();
+  session.host.TakeLines();
+  session.user.reset();
+  session.panel.reset();
+  EXPECT_THAT(Saved(session.host), IsEmpty());
 }
 
 TEST(Start, APanelOutOfSightInItsHostsWindowStartsAllTheSame) {

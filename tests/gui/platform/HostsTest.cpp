@@ -75,6 +75,15 @@ TEST_F(QtHostTest, AStoreThatCannotBeWrittenIsAFailure) {
   std::filesystem::remove(folder.path().toStdString());
 }
 
+TEST_F(QtHostTest, ABoxWhoseWindowIsEndedUnderItIsAnsweredWithNo) {
+  auto *window = new QWidget;
+  window->show();
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+  QTimer::singleShot(0, [window] { delete window; });
+  EXPECT_EQ(host.MsgBox("Really?", BoxIcon::Question, BoxButtons::YesNo, "TarvikVI: Ask"), BoxAnswer::No);
+}
+
 TEST_F(QtHostTest, AQuestionTakesYesByDefaultAndNoByEscape) {
   AnswerBox(Qt::Key_Return);
   EXPECT_EQ(host.MsgBox("Really?\r\n<b>plain</b>", BoxIcon::Question, BoxButtons::YesNo, "TarvikVI: Ask"),
