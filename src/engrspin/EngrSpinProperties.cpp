@@ -51,6 +51,8 @@ void EngrSpin::UpdateEngrMode() {
 
 void EngrSpin::UpdateReadOnly() {
   m_fReadOnly = !m_fEnabled || m_fLocked;
+  // Enabled gives a locked field its spin button back; the value stays locked all the same.
+  spinCtl->SetLocked(m_fReadOnly);
   UpdateLook();
 }
 

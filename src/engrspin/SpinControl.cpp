@@ -36,6 +36,12 @@ void SpinControl::SetValue(Long lngValue) {
   m_changed();
 }
 
+void SpinControl::SetLocked(bool fLocked) {
+  if (fLocked == m_fLocked) return;
+  m_fLocked = fLocked;
+  StopHolding();
+}
+
 void SpinControl::Step() { SetValue(m_lngValue + m_intHeld); }
 
 QRect SpinControl::ButtonRect(int intDirection) const {
@@ -48,6 +54,7 @@ void SpinControl::mousePressEvent(QMouseEvent *event) {
     event->ignore();
     return;
   }
+  if (m_fLocked) return;
   m_intHeld = ButtonRect(1).contains(event->position().toPoint()) ? 1 : -1;
   m_fOnButton = true;
   m_repeat.start(FirstDelay);
@@ -124,7 +131,8 @@ void SpinControl::DrawButton(QPainter &painter, int intDirection) {
   const qreal base = tip.y() + intDirection * half;
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+  painter.setBrush(
+      palette().color(isEnabled() && !m_fLocked ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
   painter.drawPolygon(QPolygonF{{tip, {tip.x() + half, base}, {tip.x() - half, base}}});
 }
 

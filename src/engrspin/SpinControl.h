@@ -22,6 +22,9 @@ class SpinControl : public QWidget {
   /// Held to the bounds.
   void SetValue(Long lngValue);
 
+  /// Whether the user's presses pass without effect. A program counts on.
+  void SetLocked(bool fLocked);
+
   /// Where the focus goes when the mouse lets go of a button.
   void SetFocusHome(QWidget *home) { m_focusHome = home; }
 
@@ -52,6 +55,7 @@ class SpinControl : public QWidget {
   Long m_lngValue = 0;
   int m_intHeld = 0;  ///< 1 up, -1 down, 0 none
   bool m_fOnButton = false;
+  bool m_fLocked = false;
 };
 
 }  // namespace tarvik

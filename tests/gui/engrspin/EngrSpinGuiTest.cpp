@@ -166,6 +166,18 @@ TEST_F(Field, LockedFieldIgnoresTheUser) {
   EXPECT_EQ(field->Text(), "----");
 }
 
+TEST_F(Field, ALockedFieldIgnoresItsSpinButtonAlsoAfterItWasDisabled) {
+  MakeVolts(2);
+  field->LockControl(True, False);
+  field->SetEnabled(False);
+  field->SetEnabled(True);
+  QTest::mouseClick(spin, Qt::LeftButton, {}, QPoint(spin->width() / 2, 2));
+  EXPECT_EQ(field->Value(), 2);
+  field->LockControl(False, False);
+  QTest::mouseClick(spin, Qt::LeftButton, {}, QPoint(spin->width() / 2, 2));
+  EXPECT_EQ(field->Value(), 3);
+}
+
 TEST_F(Field, AccessibleNameFollowsTheValue) {
   Make({{"Caption", std::string("Width")}, {"CaptionWidth", Single{740}}, {"BaseUnit", std::string("s")}});
   field->SetValue(3.05e-6);

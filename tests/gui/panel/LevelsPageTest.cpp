@@ -109,6 +109,21 @@ TEST_F(LevelsPageTest, CurrentsAreVoltagesOverTheLoad) {
   EXPECT_EQ(Shown("esLevelHigh(0)"), "1.000 V");
 }
 
+TEST_F(LevelsPageTest, TheSecondPairOfUnitsAfterASecondShowConvertsNothing) {
+  session.panel->hide();
+  ShowAndStart(*session.panel);
+  session.Open();
+  session.ShowPage(ePageLevels);
+  session.Type("esLoadCompensation(0)", "50Ohm");
+  session.Type("esLevelHigh(0)", "1V");
+  for (const int intItem : {2, 3}) {
+    session.Take("cboLevelUnits(0)", intItem);
+    EXPECT_EQ(Shown("esLevelHigh(0)"), "1.000 V") << intItem;
+  }
+  session.Take("cboLevelUnits(0)", 1);
+  EXPECT_EQ(Shown("esLevelHigh(0)"), "20.00 mA");
+}
+
 TEST_F(LevelsPageTest, AnEditOfTheLoadLeavesVoltagesAlone) {
   session.Type("esLevelHigh(0)", "1V");
   session.Type("esLoadCompensation(0)", "100Ohm");
