@@ -66,6 +66,10 @@ class KeepingInstr : public clsInstrInterface {
     timing = TimingInfo;
     return fAnswer = clsInstrInterface::SetTiming(TimingInfo);
   }
+  Boolean SetLimits(const udtLimitsInfo &LimitsInfo) override {
+    limits = LimitsInfo;
+    return fAnswer = clsInstrInterface::SetLimits(LimitsInfo);
+  }
   Boolean GetMode(udtModeInfo &ModeInfo) override { return fAnswer = clsInstrInterface::GetMode(ModeInfo); }
   Boolean GetTiming(udtTimingInfo &TimingInfo) override { return fAnswer = clsInstrInterface::GetTiming(TimingInfo); }
   Boolean Output(Integer intChan, Boolean fState, Boolean fIsComplement) override {
@@ -87,6 +91,7 @@ class KeepingInstr : public clsInstrInterface {
 
   udtModeInfo mode;
   udtTimingInfo timing;
+  udtLimitsInfo limits;
   std::vector<std::string> arrOutputs, arrRows;
   Boolean fAnswer;
 };

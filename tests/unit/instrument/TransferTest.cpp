@@ -152,6 +152,27 @@ TEST_F(TransferTest, ASingleChannelLeavesTheSecondEntryAlone) {
   EXPECT_TRUE(Instr().SetLimits(limits));
   EXPECT_TRUE(Instr().GetLimits(limits));
   EXPECT_EQ(limits.dblHighVoltage, (ChannelArray<Double>(1, 42)));
+  udtLevelInfo levels;
+  levels.eOutputLevel = {1, 5};
+  levels.dblAmplOrHigh[2] = 43;
+  levels.dblOffsetOrLow[2] = 44;
+  levels.dblOutputImpedance[2] = 45;
+  levels.dblLoadCompensation[2] = 46;
+  levels.eOutputPolarity[2] = 47;
+  levels.eOutputType[2] = 48;
+  levels.fChannelOutputOn[2] = levels.fChannelOutputInvOn[2] = True;
+  const udtLevelInfo sent = levels;
+  EXPECT_TRUE(Instr().SetLevels(levels));
+  EXPECT_TRUE(Instr().GetLevels(levels));
+  EXPECT_EQ(levels.eOutputLevel[2], sent.eOutputLevel[2]);
+  EXPECT_EQ(levels.dblAmplOrHigh[2], sent.dblAmplOrHigh[2]);
+  EXPECT_EQ(levels.dblOffsetOrLow[2], sent.dblOffsetOrLow[2]);
+  EXPECT_EQ(levels.dblOutputImpedance[2], sent.dblOutputImpedance[2]);
+  EXPECT_EQ(levels.dblLoadCompensation[2], sent.dblLoadCompensation[2]);
+  EXPECT_EQ(levels.eOutputPolarity[2], sent.eOutputPolarity[2]);
+  EXPECT_EQ(levels.eOutputType[2], sent.eOutputType[2]);
+  EXPECT_EQ(levels.fChannelOutputOn[2], True);
+  EXPECT_EQ(levels.fChannelOutputInvOn[2], True);
   EXPECT_THAT(session.driver.arrTrace, Each(Not(HasSubstr("Alpha.2"))));
 }
 
