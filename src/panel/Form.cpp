@@ -198,9 +198,16 @@ void Form::Place(const Made &made) {
 }
 
 bool Form::eventFilter(QObject *watched, QEvent *event) {
-  if (event->type() == QEvent::FontChange)
-    for (const Made &made : m_arrMade) Place(made);
+  if (event->type() == QEvent::FontChange) {
+    PlaceAll();
+    // A style sheet gives the controls their font only behind the page's own.
+    QMetaObject::invokeMethod(this, &Form::PlaceAll, Qt::QueuedConnection);
+  }
   return QObject::eventFilter(watched, event);
+}
+
+void Form::PlaceAll() {
+  for (const Made &made : m_arrMade) Place(made);
 }
 
 }  // namespace tarvik

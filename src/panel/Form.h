@@ -112,6 +112,7 @@ class Form : public QObject {
   QWidget *ParentFor(const std::string &strContainer) const;
   QWidget *Find(const std::string &strFullName) const;
   static void Place(const Made &made);
+  void PlaceAll();
 
   QWidget &m_page;
   std::vector<Made> m_arrMade;

@@ -62,7 +62,7 @@ InstrPage::InstrPage(QWidget &page, PanelServices &panel, OptionsPage &options)
       cmdRefresh(m_form.Get<CommandButton>("cmdRefresh")),
       lvwInstruments(m_form.Get<ListView>("lvwInstruments")),
       m_options(options) {
-  lvwInstruments.setColumnWidth(ColumnName, TwipsToPixels(page, 3900));
+  lvwInstruments.SetColumnWidths({3900, 1300, 1500});
   cmdRefresh.Click.Connect([this] { cmdRefresh_Click(); });
   lvwInstruments.ItemCheck.Connect([this](ListItem *Item) { lvwInstruments_ItemCheck(Item); });
   lvwInstruments.DblClick.Connect([this] { lvwInstruments_DblClick(); });

@@ -2,8 +2,10 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <utility>
 
 #include "platform/KeyCodes.h"
+#include "platform/Twips.h"
 #include "support/EventBoundary.h"
 
 namespace tarvik {
@@ -41,6 +43,21 @@ std::vector<std::string> ListView::Columns() const {
   std::vector<std::string> arrHeaders;
   for (int i = 0; i < columnCount(); ++i) arrHeaders.push_back(headerItem()->text(i).toStdString());
   return arrHeaders;
+}
+
+void ListView::SetColumnWidths(std::vector<Single> arrWidths) {
+  m_arrWidths = std::move(arrWidths);
+  WidenColumns();
+}
+
+void ListView::WidenColumns() {
+  for (std::size_t i = 0; i < m_arrWidths.size(); ++i)
+    setColumnWidth(static_cast<int>(i), TwipsToPixels(*this, m_arrWidths[i]));
+}
+
+void ListView::changeEvent(QEvent *event) {
+  WidgetControl::changeEvent(event);
+  if (event->type() == QEvent::FontChange) WidenColumns();
 }
 
 ListItem *ListView::Add(const std::string &strKey, const std::string &strText) {

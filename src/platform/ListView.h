@@ -39,6 +39,8 @@ class ListView : public WidgetControl<QTreeWidget> {
 
   void SetColumns(const std::vector<std::string> &arrHeaders);
   std::vector<std::string> Columns() const;
+  /// Widths in twips, from the first column on; kept in proportion as the font grows.
+  void SetColumnWidths(std::vector<Single> arrWidths);
 
   /// Adds a row at the end.
   ListItem *Add(const std::string &strKey, const std::string &strText);
@@ -57,11 +59,14 @@ class ListView : public WidgetControl<QTreeWidget> {
  protected:
   void keyPressEvent(QKeyEvent *event) override;
   void mouseDoubleClickEvent(QMouseEvent *event) override;
+  void changeEvent(QEvent *event) override;
 
  private:
   friend class ListItem;
   void NoteCheckChange(QTreeWidgetItem *item, int intColumn);
+  void WidenColumns();
   std::vector<ListItem *> m_arrItems;
+  std::vector<Single> m_arrWidths;
   bool m_fProgramChange = false;
 };
 

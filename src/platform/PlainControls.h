@@ -23,20 +23,13 @@ class PlainContainer : public WidgetControl<QWidget> {
 /// A line of text that the program writes and the user may read and copy.
 class DisplayField : public WidgetControl<QLineEdit> {
  public:
-  explicit DisplayField(QWidget *parent = nullptr) : WidgetControl(parent) {
-    setReadOnly(true);
-    // Nobody types here, and it shows.
-    QPalette colours = palette();
-    colours.setColor(QPalette::Base, colours.color(QPalette::Window));
-    setPalette(colours);
-  }
+  explicit DisplayField(QWidget *parent = nullptr);
   const std::string &Text() const { return m_strText; }
-  void SetText(const std::string &strText) {
-    if (strText == m_strText) return;
-    m_strText = strText;
-    setText(QString::fromStdString(strText));
-    setCursorPosition(0);  // a text that is too long shows its beginning
-  }
+  /// A text that is too long shows its beginning, and its tool tip the whole.
+  void SetText(const std::string &strText);
+
+ protected:
+  bool event(QEvent *event) override;
 
  private:
   std::string m_strText;  ///< spares a comparison in the toolkit's own characters

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QFontMetrics>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QStyleOptionButton>
 #include <QStyleOptionGroupBox>
@@ -127,6 +128,45 @@ TEST_F(Look, EveryControlStandsWithinItsPage) { EXPECT_EQ(Outside().join('\n').t
 TEST_F(Look, EveryControlStandsWithinItsPageAtALargerFont) {
   EnlargeFont(1.5);
   EXPECT_EQ(Outside().join('\n').toStdString(), "");
+}
+
+TEST_F(Look, AStyleSheetsFontPlacesTheControlsAsAnyOther) {
+  const QFont before = session.panel->font();
+  const auto places = [&] {
+    QStringList arrPlaces;
+    for (const int intPage : {ePageMode, ePageTiming, ePageLevels, ePageLimits, ePageTrigLev, ePageConfig}) {
+      session->Get<QTabWidget>("tabMain").setCurrentIndex(intPage);
+      QCoreApplication::sendPostedEvents();
+      for (const QWidget *widget : session.panel->findChildren<QWidget *>())
+        if (widget->isVisible() &&
+            (dynamic_cast<const EngrSpin *>(widget) || dynamic_cast<const CboEnhanced *>(widget)))
+          arrPlaces << QStringLiteral("%1 %2 %3").arg(widget->objectName()).arg(widget->x()).arg(widget->width());
+    }
+    arrPlaces.sort();
+    return arrPlaces.join('\n').toStdString();
+  };
+  QFont large = before;
+  large.setPointSizeF(18);
+  session.panel->setFont(large);
+  session.panel->resize(session.panel->sizeHint());
+  const std::string strExpected = places();
+  session.panel->setFont(before);
+  session.panel->setStyleSheet(QStringLiteral("QWidget { font-size: 18pt; }"));
+  session.panel->resize(session.panel->sizeHint());
+  EXPECT_EQ(places(), strExpected);
+}
+
+TEST_F(Look, TheColumnsOfTheInstrumentListGrowWithTheFont) {
+  const ListView &list = session->Instruments();
+  const int intColumns = list.columnCount();
+  std::vector<int> arrBefore;
+  for (int i = 0; i < intColumns; ++i) arrBefore.push_back(list.columnWidth(i));
+  EnlargeFont(1.6);
+  for (int i = 0; i < intColumns; ++i) {
+    EXPECT_GT(list.columnWidth(i), 1.4 * arrBefore[static_cast<std::size_t>(i)]) << i;
+    const QString header = list.headerItem()->text(i);
+    EXPECT_GT(list.columnWidth(i), list.header()->fontMetrics().horizontalAdvance(header) + 8) << i;
+  }
 }
 
 TEST_F(Look, ThePanelGrowsWithTheFont) {

@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 
+#include <QHelpEvent>
 #include <QMenu>
 #include <QStyle>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 
 #include "RecordingHost.h"
 #include "WidgetEnvironment.h"
@@ -327,6 +329,22 @@ TEST(PlainControlsTest, DisplaysShowTextsAndTakeNoTyping) {
   box.show();
   QTest::keyClicks(&box, "12");
   EXPECT_EQ(box.Text(), "Offline");
+}
+
+TEST(PlainControlsTest, AToolTipShowsTheWholeOfATextThatIsCut) {
+  DisplayField field;
+  field.setToolTip(QStringLiteral("What it is"));
+  field.resize(100, 24);
+  field.show();
+  const auto tip = [&field] {
+    QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), field.mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(&field, &event);
+    return QToolTip::text().toStdString();
+  };
+  field.SetText("short");
+  EXPECT_EQ(tip(), "What it is");
+  field.SetText("010 VXI trigger, <020> Complement outputs");
+  EXPECT_EQ(tip(), "<qt>010 VXI trigger, &lt;020&gt; Complement outputs</qt>");
 }
 
 TEST(PlainControlsTest, OwnFlagsDoNotFollowTheContainer) {

@@ -1,0 +1,33 @@
+#include "platform/PlainControls.h"
+
+#include <QHelpEvent>
+#include <QToolTip>
+
+namespace tarvik {
+
+DisplayField::DisplayField(QWidget *parent) : WidgetControl(parent) {
+  setReadOnly(true);
+  // Nobody types here, and it shows.
+  QPalette colours = palette();
+  colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+  setPalette(colours);
+}
+
+void DisplayField::SetText(const std::string &strText) {
+  if (strText == m_strText) return;
+  m_strText = strText;
+  setText(QString::fromStdString(strText));
+  setCursorPosition(0);
+}
+
+bool DisplayField::event(QEvent *event) {
+  if (event->type() != QEvent::ToolTip) return WidgetControl::event(event);
+  const bool fIsCut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+  if (!fIsCut) return WidgetControl::event(event);
+  // Rich text is broken into lines; the text itself is taken as it is.
+  const QString tip = QStringLiteral("<qt>%1</qt>").arg(text().toHtmlEscaped());
+  QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), tip, this);
+  return true;
+}
+
+}  // namespace tarvik
