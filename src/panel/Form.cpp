@@ -208,6 +208,7 @@ bool Form::eventFilter(QObject *watched, QEvent *event) {
 
 void Form::PlaceAll() {
   for (const Made &made : m_arrMade) Place(made);
+  Placed.Raise();
 }
 
 }  // namespace tarvik

@@ -8,6 +8,7 @@
 
 #include "platform/PropertyBag.h"
 #include "platform/Twips.h"
+#include "support/Event.h"
 #include "support/RunTimeError.h"
 #include "support/Types.h"
 
@@ -89,6 +90,9 @@ class Form : public QObject {
       if (made.strName == strName && made.intIndex != NoIndex) arr.Add(made.intIndex, *Cast<T>(made.widget));
     return arr;
   }
+
+  /// The controls were put into their places anew.
+  Event<> Placed;
 
  protected:
   bool eventFilter(QObject *watched, QEvent *event) override;

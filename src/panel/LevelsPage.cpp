@@ -256,10 +256,8 @@ void LevelsPage::ApplyLevelFormat(Integer Index) {
 void LevelsPage::cboLevelUnits_Click(Integer Index) {
   try {
     // A panel shown again has both items twice; the second pair names no unit.
-    static constexpr const char *UnitsOfItems[] = {Volts, Amperes};
     const Long lngItem = cboLevelUnits[Index].ListIndex();
-    const bool fKnown = lngItem >= 0 && lngItem < Long{std::size(UnitsOfItems)};
-    ConvertLevelFields(Index, fKnown ? UnitsOfItems[lngItem] : "");
+    ConvertLevelFields(Index, lngItem == 0 ? Volts : lngItem == 1 ? Amperes : "");
   } catch (const RunTimeError &error) {
     LogFailure("cboLevelUnits_Click", error);
   }

@@ -128,7 +128,7 @@ TarvikGUI::TarvikGUI(QWidget *parent)
 }
 
 TarvikGUI::~TarvikGUI() {
-  // A panel that was never seen has read no options, and would write its design's over the user's.
+  // A panel that never started has read no options, and would write its design's over the user's.
   if (m_fStarted) RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
   if (gobjPanel() == this) gobjPanel() = nullptr;
 }
@@ -143,7 +143,7 @@ void TarvikGUI::MakeFirstPages() {
 
 void TarvikGUI::MakeOtherPages() {
   if (m_gate) return;
-  QWidget *last = LastTabStop();
+  const std::size_t lngStops = TabStops().size();
   PanelServices &panel = *this;
   m_timingPage = std::make_unique<TimingPage>(Sheet(ePageTiming), panel);
   m_patternPage = std::make_unique<PatternPage>(Sheet(ePagePattern), panel);
@@ -153,28 +153,20 @@ void TarvikGUI::MakeOtherPages() {
   m_trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
   m_configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *m_instrPage);
   m_gate = std::make_unique<CapabilityGate>(*this, panel, *m_timingPage, m_patternPage->Editor());
-  PutInTabOrderBehind(last);
-}
-
-QWidget *TarvikGUI::LastTabStop() const {
-  QWidget *last = m_tabMain;
-  for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
-    if (isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) last = widget;
-  return last;
-}
-
-void TarvikGUI::PutInTabOrderBehind(QWidget *last) {
   // The toolkit put the late ones behind everything in the window, what the host placed behind the panel included.
-  std::vector<QWidget *> arrLate;
-  for (QWidget *widget = last->nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
-    if (isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) arrLate.push_back(widget);
-  for (QWidget *widget : arrLate) {
-    setTabOrder(last, widget);
-    last = widget;
-  }
+  const std::vector<QWidget *> arrStops = TabStops();
+  for (std::size_t i = lngStops; i < arrStops.size(); ++i) setTabOrder(arrStops[i - 1], arrStops[i]);
+}
+
+std::vector<QWidget *> TarvikGUI::TabStops() const {
+  std::vector<QWidget *> arrStops;
+  for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
+    if (isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) arrStops.push_back(widget);
+  return arrStops;
 }
 
 void TarvikGUI::ConnectEvents() {
+  m_form.Placed.Connect([this] { PlaceHighlights(); });
   m_tabMain->Click.Connect([this](Long) { tabMain_Click(); });
   m_instrPage->ClearTabTag = [this] { m_tabMain->SetTag(""); };
   m_form.Get<CommandButton>("cmdUpload").Click.Connect([this] { cmdUpload_Click(); });
@@ -211,7 +203,6 @@ void TarvikGUI::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::FontChange) return;
   m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
-  PlaceHighlights();
   updateGeometry();
 }
 

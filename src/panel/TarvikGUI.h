@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <vector>
 
 #include "controls/FrameEnhanced.h"
 #include "panel/Page.h"
@@ -74,8 +75,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   QWidget &Sheet(TabNumEnum ePage) const;
   void MakeFirstPages();
   void MakeOtherPages();
-  QWidget *LastTabStop() const;
-  void PutInTabOrderBehind(QWidget *last);
+  /// What of the panel takes the focus, in the order of the tab key.
+  std::vector<QWidget *> TabStops() const;
   void ConnectEvents();
   void PlaceHighlights();
   void tabMain_Click();

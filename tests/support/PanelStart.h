@@ -5,11 +5,16 @@
 
 namespace tarvik::test {
 
-/// Shows a panel as its host does and lets it start, which it does behind its first frame.
-inline void ShowAndStart(QWidget &panel) {
-  panel.show();
+/// Lets panels that were shown start, which they do behind their first frame.
+inline void LetPanelsStart() {
   QCoreApplication::processEvents();     // the frame
   QCoreApplication::sendPostedEvents();  // what waited for it
+}
+
+/// Shows a panel as its host does and lets it start.
+inline void ShowAndStart(QWidget &panel) {
+  panel.show();
+  LetPanelsStart();
 }
 
 }  // namespace tarvik::test

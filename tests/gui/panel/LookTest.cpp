@@ -130,6 +130,20 @@ TEST_F(Look, EveryControlStandsWithinItsPageAtALargerFont) {
   EXPECT_EQ(Outside().join('\n').toStdString(), "");
 }
 
+TEST_F(Look, TheHighlightsStandOutBehindTheirButtonsAtEveryFont) {
+  for (const double dblFactor : {1.0, 1.6}) {
+    EnlargeFont(dblFactor);
+    for (const auto &[strHighlight, strButton] :
+         {std::pair{"picDownloadHighlight", "cmdDownload"}, std::pair{"picUploadHighlight", "cmdUpload"}}) {
+      const QRect button = session->Get<QWidget>(strButton).geometry();
+      const QRect highlight = session->Get<QWidget>(strHighlight).geometry();
+      EXPECT_EQ(highlight.size(), button.size()) << strHighlight;
+      EXPECT_GT(highlight.left(), button.left()) << strHighlight;
+      EXPECT_GT(highlight.top(), button.top()) << strHighlight;
+    }
+  }
+}
+
 TEST_F(Look, AStyleSheetsFontPlacesTheControlsAsAnyOther) {
   const QFont before = session.panel->font();
   const auto places = [&] {

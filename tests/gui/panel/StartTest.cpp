@@ -71,8 +71,7 @@ void ShowAndDisturb(QWidget &window, const std::function<void()> &disturb) {
   window.show();
   QCoreApplication::sendPostedEvents();
   disturb();
-  QCoreApplication::processEvents();
-  QCoreApplication::sendPostedEvents();
+  LetPanelsStart();
 }
 
 /// A driver that is not there, as long as the object lives.
@@ -382,8 +381,7 @@ TEST(Start, APanelHiddenAndShownAgainInItsYieldStartsAnew) {
   InTheYield(session, [&] { session.Hide(), session.panel->show(); });
   session.Show();
   session.host.OnEntry = {};
-  QCoreApplication::processEvents();
-  QCoreApplication::sendPostedEvents();
+  LetPanelsStart();
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
   EXPECT_EQ(session->Instruments().Count(), 5);
 }
@@ -392,23 +390,11 @@ TEST(Start, APanelThatIsEndedInItsYieldIsGone) {
   SimulatorSession session;
   session.NewPanel();
   InTheYield(session, [&] { session.user.reset(), session.panel.reset(); });
-  // Not with Show, whose panel would be gone.
   session.panel->show();
-  QCoreApplication::processEvents();
-  QCoreApplication::sendPostedEvents();
+  LetPanelsStart();
   session.host.OnEntry = {};
   EXPECT_EQ(session.panel, nullptr);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
-}
-
-TEST(End, APanelThatWasNeverStartedSavesNothing) {
-  SimulatorSession session;
-  session.Hide();
-  session.NewPanel();
-  session.host.TakeLines();
-  session.user.reset();
-  session.panel.reset();
-  EXPECT_THAT(Saved(session.host), IsEmpty());
 }
 
 TEST(Start, APanelOutOfSightInItsHostsWindowStartsAllTheSame) {
@@ -422,8 +408,7 @@ TEST(Start, APanelOutOfSightInItsHostsWindowStartsAllTheSame) {
   session.panel->move(1000, 1000);
   area.setWidget(contents);
   area.show();
-  QCoreApplication::processEvents();
-  QCoreApplication::sendPostedEvents();
+  LetPanelsStart();
   EXPECT_EQ(session->Instruments().Count(), 5);
   session.panel->setParent(nullptr);
 }
@@ -451,8 +436,7 @@ TEST(Start, APanelHiddenBeforeItsFirstFrameStartsNothing) {
   session.host.TakeLines();
   session.panel->show();
   session.panel->hide();
-  QCoreApplication::processEvents();
-  QCoreApplication::sendPostedEvents();
+  LetPanelsStart();
   EXPECT_THAT(session.host.TakeLines(), IsEmpty());
 }
 
@@ -516,6 +500,16 @@ TEST(End, TheEndAfterAHideSavesOnceMoreAndClosesNothing) {
   session.panel.reset();
   EXPECT_EQ(Saved(session.host).size(), 7u);
   EXPECT_THAT(arrStatus, IsEmpty());
+}
+
+TEST(End, APanelThatWasNeverStartedSavesNothing) {
+  SimulatorSession session;
+  session.Hide();
+  session.NewPanel();
+  session.host.TakeLines();
+  session.user.reset();
+  session.panel.reset();
+  EXPECT_THAT(Saved(session.host), IsEmpty());
 }
 
 TEST(End, AfterAHideNoMessageReachesThePanel) {

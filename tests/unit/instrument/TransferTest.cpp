@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "InstrumentSession.h"
 
 namespace tarvik::test {
@@ -161,18 +163,15 @@ TEST_F(TransferTest, ASingleChannelLeavesTheSecondEntryAlone) {
   levels.eOutputPolarity[2] = 47;
   levels.eOutputType[2] = 48;
   levels.fChannelOutputOn[2] = levels.fChannelOutputInvOn[2] = True;
-  const udtLevelInfo sent = levels;
+  const auto second = [&levels] {
+    return std::tuple(levels.eOutputLevel[2], levels.dblAmplOrHigh[2], levels.dblOffsetOrLow[2],
+                      levels.dblOutputImpedance[2], levels.dblLoadCompensation[2], levels.eOutputPolarity[2],
+                      levels.eOutputType[2], levels.fChannelOutputOn[2], levels.fChannelOutputInvOn[2]);
+  };
+  const auto before = second();
   EXPECT_TRUE(Instr().SetLevels(levels));
   EXPECT_TRUE(Instr().GetLevels(levels));
-  EXPECT_EQ(levels.eOutputLevel[2], sent.eOutputLevel[2]);
-  EXPECT_EQ(levels.dblAmplOrHigh[2], sent.dblAmplOrHigh[2]);
-  EXPECT_EQ(levels.dblOffsetOrLow[2], sent.dblOffsetOrLow[2]);
-  EXPECT_EQ(levels.dblOutputImpedance[2], sent.dblOutputImpedance[2]);
-  EXPECT_EQ(levels.dblLoadCompensation[2], sent.dblLoadCompensation[2]);
-  EXPECT_EQ(levels.eOutputPolarity[2], sent.eOutputPolarity[2]);
-  EXPECT_EQ(levels.eOutputType[2], sent.eOutputType[2]);
-  EXPECT_EQ(levels.fChannelOutputOn[2], True);
-  EXPECT_EQ(levels.fChannelOutputInvOn[2], True);
+  EXPECT_EQ(second(), before);
   EXPECT_THAT(session.driver.arrTrace, Each(Not(HasSubstr("Alpha.2"))));
 }
 
