@@ -1,0 +1,43 @@
+# Headers of the toolkit, the standard library and the test framework, parsed once for each kind of target: a test reads
+# some 150,000 lines of them and adds a few hundred of its own. The preset `core` builds without, so that a source that
+# forgets an include is found.
+option(TARVIK_PRECOMPILE "Precompile the headers of the toolkit and of the test framework" ON)
+
+set(TARVIK_HEADERS_STANDARD
+  <algorithm> <array> <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <string_view> <utility>
+  <vector>)
+set(TARVIK_HEADERS_TOOLKIT
+  <QApplication> <QComboBox> <QEvent> <QGroupBox> <QKeyEvent> <QLabel> <QLineEdit> <QMenu> <QMessageBox> <QPainter>
+  <QPointer> <QPushButton> <QRadioButton> <QTimer> <QTreeWidget> <QVBoxLayout> <QVariant> <QWheelEvent> <QWidget>)
+set(TARVIK_HEADERS_TESTS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)
+
+# tarvik_headers_target(KIND): the target whose precompiled headers all targets of the kind share.
+function(tarvik_headers_target kind)
+  set(source "${CMAKE_BINARY_DIR}/headers/${kind}.cpp")
+  file(CONFIGURE OUTPUT "${source}" CONTENT "int main() { return 0; }\n")
+  # A program, as those are that share them: libraries would be compiled with other flags.
+  add_executable(tarvik_headers_${kind} EXCLUDE_FROM_ALL "${source}")
+  target_link_libraries(tarvik_headers_${kind} PRIVATE tarvik_build)
+  set_target_properties(tarvik_headers_${kind} PROPERTIES AUTOMOC OFF)
+  set(headers ${TARVIK_HEADERS_STANDARD})
+  if(NOT kind STREQUAL "tests")
+    target_link_libraries(tarvik_headers_${kind} PRIVATE Qt6::Widgets)
+    list(APPEND headers ${TARVIK_HEADERS_TOOLKIT})
+  endif()
+  if(NOT kind STREQUAL "widgets")
+    target_link_libraries(tarvik_headers_${kind} PRIVATE GTest::gmock nlohmann_json::nlohmann_json)
+    list(APPEND headers ${TARVIK_HEADERS_TESTS})
+  endif()
+  target_precompile_headers(tarvik_headers_${kind} PRIVATE ${headers})
+endfunction()
+
+# tarvik_share_headers(TARGET KIND): KIND is widgets for a room on the toolkit's side, tests or widget_tests for tests.
+function(tarvik_share_headers target kind)
+  if(NOT TARVIK_PRECOMPILE)
+    return()
+  endif()
+  if(NOT TARGET tarvik_headers_${kind})
+    tarvik_headers_target(${kind})
+  endif()
+  target_precompile_headers(${target} REUSE_FROM tarvik_headers_${kind})
+endfunction()
