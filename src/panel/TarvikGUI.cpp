@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QWindow>
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include "panel/CapabilityGate.h"
@@ -105,6 +106,10 @@ QEvent::Type StartEvent() {
   return eType;
 }
 
+QSize SizeAt(qreal dblPixelsPerTwip) {
+  return {qRound(PanelWidth * dblPixelsPerTwip), qRound(PanelHeight * dblPixelsPerTwip)};
+}
+
 std::string Setting(const char *strKey, const char *strDefault) {
   return TheHost().GetSetting(AppTitle, SettingsSection, strKey, strDefault);
 }
@@ -113,15 +118,17 @@ std::string Setting(const char *strKey, const char *strDefault) {
 
 TarvikGUI::TarvikGUI(QWidget *parent)
     : QWidget(parent),
-      m_tabMain(MakeTabs(this)),
-      m_form(*this, Design()),
+      m_face(*new QWidget(this)),
+      m_tabMain(MakeTabs(&m_face)),
+      m_form(m_face, Design()),
       txtStatus(m_form.Get<DisplayBox>("txtStatus")),
       picDownloadHighlight(m_form.Get<Highlight>("picDownloadHighlight")),
       picUploadHighlight(m_form.Get<Highlight>("picUploadHighlight")) {
   EnsureQtHost();
-  m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
+  m_face.setObjectName(QStringLiteral("face"));
   m_tabMain->setDocumentMode(false);
   m_tabMain->setUsesScrollButtons(true);
+  PlaceFace();
   PlaceHighlights();
   MakeFirstPages();
   ConnectEvents();
@@ -190,20 +197,60 @@ Page *TarvikGUI::PageOf(Long lngPage) const {
   }
 }
 
-QSize TarvikGUI::sizeHint() const { return TwipsToPixels(*this, TwipsRect{0, 0, PanelWidth, PanelHeight}).size(); }
+// ---- Size and zoom ----
+
+QSize TarvikGUI::sizeHint() const { return SizeAt(PixelsPerTwip(m_face)); }
+
+void TarvikGUI::SetZoom(Long lngPercent) {
+  if (lngPercent < MinZoom || lngPercent > MaxZoom)
+    throw RunTimeError(ErrInvalidPropertyValue, "A zoom is 50 to 400 percent, not " + std::to_string(lngPercent));
+  m_lngZoom = lngPercent;
+  PlaceFace();
+}
+
+Long TarvikGUI::ZoomToFit(const QSize &room) const {
+  const auto fits = [&](Long lngPercent) {
+    const QSize size = SizeAt(PixelsPerTwip(ZoomedFont(lngPercent)));
+    return size.width() <= room.width() && size.height() <= room.height();
+  };
+  // A line of text never gets lower as the font grows, so that the percentages that fit come before those that do not.
+  const auto percentages = std::views::iota(MinZoom, MaxZoom + 1);
+  const auto tooLarge = std::ranges::partition_point(percentages, fits);
+  return std::max(Long{MinZoom}, *tooLarge - 1);
+}
+
+QFont TarvikGUI::ZoomedFont(Long lngPercent) const {
+  QFont zoomed = font();
+  if (zoomed.pointSizeF() > 0)
+    zoomed.setPointSizeF(zoomed.pointSizeF() * lngPercent / 100);
+  else
+    zoomed.setPixelSize(std::max(1, zoomed.pixelSize() * lngPercent / 100));
+  return zoomed;
+}
+
+void TarvikGUI::PlaceFace() {
+  m_face.setFont(m_lngZoom == 100 ? QFont() : ZoomedFont(m_lngZoom));
+  m_tabMain->setGeometry(TwipsToPixels(m_face, TabPlace));
+  const QSize size = sizeHint(), spare = (this->size() - size).expandedTo(QSize(0, 0));
+  m_face.setGeometry(QRect(QPoint(spare.width() / 2, spare.height() / 2), size));
+  updateGeometry();
+}
+
+void TarvikGUI::resizeEvent(QResizeEvent *event) {
+  QWidget::resizeEvent(event);
+  PlaceFace();
+}
 
 void TarvikGUI::PlaceHighlights() {
   // Taken from the button itself: rounded apart from it, a shadow could come out a pixel wider.
-  const int offset = TwipsToPixels(*this, Shadow);
+  const int offset = TwipsToPixels(m_face, Shadow);
   picDownloadHighlight.setGeometry(m_form.Get<CommandButton>("cmdDownload").geometry().translated(offset, offset));
   picUploadHighlight.setGeometry(m_form.Get<CommandButton>("cmdUpload").geometry().translated(offset, offset));
 }
 
 void TarvikGUI::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
-  if (event->type() != QEvent::FontChange) return;
-  m_tabMain->setGeometry(TwipsToPixels(*this, TabPlace));
-  updateGeometry();
+  if (event->type() == QEvent::FontChange) PlaceFace();
 }
 
 // ---- Start and end ----

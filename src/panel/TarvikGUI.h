@@ -41,6 +41,15 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   /// shows the highlights anew. A dirty mark during a download is dropped. Another page number is error 9.
   void SetTabState(TabStates eState, TabNumEnum ePage) override;
 
+  static constexpr Long MinZoom = 50, MaxZoom = 400;
+  /// Shows the panel larger or smaller than its font asks for, in percent (MinZoom to MaxZoom, 100 at first); its size
+  /// hints follow. Another percentage is error 380, and nothing changes. Where a style sheet gives the controls a font
+  /// of their own, that font stands.
+  void SetZoom(Long lngPercent);
+  Long Zoom() const { return m_lngZoom; }
+  /// The largest zoom at which the whole panel has room in this many pixels; MinZoom where even that is cut off.
+  Long ZoomToFit(const QSize &room) const;
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -48,6 +57,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void showEvent(QShowEvent *event) override;
   void hideEvent(QHideEvent *event) override;
   void changeEvent(QEvent *event) override;
+  void resizeEvent(QResizeEvent *event) override;
   void customEvent(QEvent *event) override;
   bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -78,7 +88,9 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   /// What of the panel takes the focus, in the order of the tab key.
   std::vector<QWidget *> TabStops() const;
   void ConnectEvents();
+  void PlaceFace();
   void PlaceHighlights();
+  QFont ZoomedFont(Long lngPercent) const;
   void tabMain_Click();
 
   void cmdUpload_Click();
@@ -101,6 +113,9 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   bool m_fStartPending = false;  ///< shown, and the start has not run yet
   bool m_fStarted = false;       ///< at least once
 
+  /// Carries all controls, so that its font can be zoomed while the panel's own stays the host's.
+  QWidget &m_face;
+  Long m_lngZoom = 100;
   TabControl *m_tabMain;  ///< made before the rest, so that it comes first in the tab order
   Form m_form;
   DisplayBox &txtStatus;

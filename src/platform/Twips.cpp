@@ -4,9 +4,9 @@
 
 namespace tarvik {
 
-qreal PixelsPerTwip(const QWidget &widget) {
-  return QFontMetricsF(widget.font()).height() / static_cast<qreal>(DesignTextHeight);
-}
+qreal PixelsPerTwip(const QWidget &widget) { return PixelsPerTwip(widget.font()); }
+
+qreal PixelsPerTwip(const QFont &font) { return QFontMetricsF(font).height() / static_cast<qreal>(DesignTextHeight); }
 
 int TwipsToPixels(const QWidget &widget, Single sngTwips) {
   return qRound(static_cast<qreal>(sngTwips) * PixelsPerTwip(widget));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QRect>
 #include <QWidget>
 
@@ -22,6 +23,7 @@ inline constexpr Single DesignTextHeight = 195;
 /// Pixels of one twip for this widget: 1/15 where a line of its font is 13 pixels high, as at design
 /// time, and larger with a larger font, so that everything placed in twips grows with the text.
 qreal PixelsPerTwip(const QWidget &widget);
+qreal PixelsPerTwip(const QFont &font);
 
 int TwipsToPixels(const QWidget &widget, Single sngTwips);
 Single PixelsToTwips(const QWidget &widget, int intPixels);

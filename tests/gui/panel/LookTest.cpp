@@ -123,6 +123,16 @@ TEST_F(Look, NoTextIsClippedAtTwiceTheFont) {
   EXPECT_EQ(Clipped().join('\n').toStdString(), "");
 }
 
+TEST_F(Look, NoTextIsClippedAndNothingStandsOutsideAtAnyZoomThatCanBeRead) {
+  for (const Long lngZoom : {75, 80, 110, 125, 150, 175, 250, 300}) {
+    session.panel->SetZoom(lngZoom);
+    session.panel->resize(session.panel->sizeHint());
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(Clipped().join('\n').toStdString(), "") << lngZoom << " %";
+    EXPECT_EQ(Outside().join('\n').toStdString(), "") << lngZoom << " %";
+  }
+}
+
 TEST_F(Look, EveryControlStandsWithinItsPage) { EXPECT_EQ(Outside().join('\n').toStdString(), ""); }
 
 TEST_F(Look, EveryControlStandsWithinItsPageAtALargerFont) {

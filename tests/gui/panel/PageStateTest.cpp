@@ -76,11 +76,11 @@ TEST_F(PageState, TheShadowsLieBehindTheirButtonsALittleToTheRightAndBelow) {
   for (const auto &[strPicture, strButton] :
        {std::pair{"picDownloadHighlight", "cmdDownload"}, std::pair{"picUploadHighlight", "cmdUpload"}}) {
     const QWidget &picture = session->Get<QWidget>(strPicture), &button = session->Get<QWidget>(strButton);
-    EXPECT_EQ(picture.parentWidget(), session.panel.get());
+    EXPECT_EQ(picture.parentWidget(), button.parentWidget());
     EXPECT_EQ(picture.size(), button.size()) << strPicture;
     EXPECT_GT(picture.x(), button.x()) << strPicture;
     EXPECT_GT(picture.y(), button.y()) << strPicture;
-    const QObjectList &order = session.panel->children();
+    const QObjectList &order = button.parentWidget()->children();
     EXPECT_LT(order.indexOf(const_cast<QWidget *>(&picture)), order.indexOf(const_cast<QWidget *>(&button)));
   }
 }
