@@ -3,7 +3,6 @@
 #include <openssl/pem.h>
 #include <openssl/x509.h>
 
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -12,6 +11,7 @@
 
 #include "remote/Connection.h"
 #include "support/RunTimeError.h"
+#include "support/UserFolders.h"
 
 namespace tarvik::remote {
 
@@ -29,13 +29,6 @@ struct Releasing {
 using Certificate = std::unique_ptr<X509, Releasing<X509_free>>;
 using Key = std::unique_ptr<EVP_PKEY, Releasing<EVP_PKEY_free>>;
 using Source = std::unique_ptr<BIO, Releasing<BIO_free_all>>;
-
-std::filesystem::path ConfigurationFolder() {
-  const char *strConfigured = std::getenv("XDG_CONFIG_HOME");
-  if (strConfigured && *strConfigured == '/') return std::filesystem::path(strConfigured) / "tarvikvi";
-  const char *strHome = std::getenv("HOME");
-  return std::filesystem::path(strHome ? strHome : "") / ".config" / "tarvikvi";
-}
 
 std::string ReadPem(const std::filesystem::path &path, const char *strWhat) {
   std::ifstream file(path, std::ios::binary);
@@ -87,7 +80,9 @@ void CheckInForce(const X509 *pCertificate, const std::string &strFile) {
 }  // namespace
 
 ClientCredentials LoadClientCredentials() {
-  const auto folder = ConfigurationFolder();
+  const auto configuration = UserConfigFolder();
+  if (configuration.empty()) RaiseUnusable("there is no home folder to find the certificates in");
+  const auto folder = configuration / "tarvikvi";
   const auto authority = folder / "ca.pem", certificate = folder / "client.pem", key = folder / "client.key";
   ClientCredentials credentials{ReadPem(authority, "the certificate of the authority"),
                                 ReadPem(certificate, "the client's certificate"), ReadPem(key, "the client's key")};

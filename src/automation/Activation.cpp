@@ -11,6 +11,7 @@
 #include "automation/ErrorInfo.h"
 #include "support/Conversions.h"
 #include "support/RunTimeError.h"
+#include "support/UserFolders.h"
 
 namespace tarvik::automation {
 
@@ -35,11 +36,6 @@ Registry &TheRegistry() {
 
 using CreateRemoteObject = Status(TARVIK_CALL *)(const char *strProgId, const char *strServer, void **ppObject);
 using GetClassObject = Status(TARVIK_CALL *)(const Guid &rclsid, const Guid &riid, void **ppv);
-
-fs::path FolderFromEnvironment(const char *strName, const fs::path &otherwise) {
-  const char *value = std::getenv(strName);
-  return value && *value == '/' ? fs::path(value) : otherwise;
-}
 
 fs::path OwnFolder() {
   Dl_info info{};
@@ -80,16 +76,16 @@ Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &str
 
   const auto check = [&](Status status, const char *strStep) {
     if (!Failed(status)) return;
-    const auto info = TakeErrorInfo();
-    const std::string strWhy =
-        info && !info->strDescription.empty() ? info->strDescription : "status " + std::to_string(status);
-    throw RunTimeError(status, "Cannot create " + strProgId + ": " + library.string() + " " + strStep + ": " + strWhy);
+    throw RunTimeError(status, "Cannot create " + strProgId + ": " + library.string() + " " + strStep + ": " +
+                                   TakeDescription(status));
   };
   Ref<IClassFactory> factory;
+  ForgetErrorInfo();
   check(getClassObject(ClassIdOf(strProgId), IidClassFactory, reinterpret_cast<void **>(factory.Out())),
         "gives no class factory");
   if (!factory) refuse("gives no class factory");
   Ref<IUnknown> object;
+  ForgetErrorInfo();
   check(factory->CreateInstance(nullptr, IidUnknown, reinterpret_cast<void **>(object.Out())), "makes no object");
   return object;
 }
@@ -136,10 +132,11 @@ Ref<IUnknown> CreateThroughRemoteLibrary(const std::string &strProgId, const std
       handle ? reinterpret_cast<CreateRemoteObject>(dlsym(handle, "TarvikCreateRemoteObject")) : nullptr;
   if (!create) {
     const char *strWhy = dlerror();
-    RaiseCannotCreate(strProgId, library.string() + " (named by " + manifest.string() +
-                                     ") cannot reach a server: " + (strWhy ? strWhy : "it is not made for that"));
+    RaiseCannotCreate(strProgId, library.string() + " (named by " + manifest.string() + ") cannot reach the server \"" +
+                                     strServer + "\": " + (strWhy ? strWhy : "it is not made for that"));
   }
   Ref<IUnknown> object;
+  ForgetErrorInfo();
   Check(create(strProgId.c_str(), strServer.c_str(), reinterpret_cast<void **>(object.Out())));
   return object;
 }
@@ -177,12 +174,13 @@ Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strS
 }
 
 fs::path UserManifestFolder() {
-  const char *home = std::getenv("HOME");
-  return FolderFromEnvironment("XDG_DATA_HOME", fs::path(home ? home : "") / ".local/share") / FolderName;
+  const fs::path folder = UserDataFolder();
+  return folder.empty() ? folder : folder / FolderName;
 }
 
 std::vector<fs::path> ManifestFolders() {
-  std::vector<fs::path> arrFolders{UserManifestFolder()};
+  std::vector<fs::path> arrFolders;
+  if (const fs::path users = UserManifestFolder(); !users.empty()) arrFolders.push_back(users);
   const char *dirs = std::getenv("XDG_DATA_DIRS");
   for (const std::string &strFolder : Split(dirs && *dirs ? dirs : "/usr/local/share:/usr/share", ':'))
     if (!strFolder.empty() && strFolder.front() == '/') arrFolders.push_back(fs::path(strFolder) / FolderName);

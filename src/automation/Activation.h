@@ -30,10 +30,10 @@ TARVIK_AUTOMATION_EXPORT void SetRemoteActivator(RemoteActivator activator);
 TARVIK_AUTOMATION_EXPORT Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strServer);
 
 /// Folders in which manifests are looked for: the user's data folder, the system's data folders, the folder
-/// of this library.
+/// of this library. All are whole paths: nothing is looked for relative to the current folder.
 TARVIK_AUTOMATION_EXPORT std::vector<std::filesystem::path> ManifestFolders();
 
-/// The folder into which a user's own manifests go.
+/// The folder into which a user's own manifests go; empty for a user without a home.
 TARVIK_AUTOMATION_EXPORT std::filesystem::path UserManifestFolder();
 
 /// The class identifier that DllGetClassObject is asked with: a custom (version 8, RFC 9562) UUID made of

@@ -39,6 +39,8 @@ std::optional<ErrorInfo> TakeErrorInfo() {
   return ErrorInfo{description.Text(), source.Text(), std::nullopt};
 }
 
+void ForgetErrorInfo() { ::SetErrorInfo(0, nullptr); }
+
 #else
 
 namespace {
@@ -55,15 +57,30 @@ void SetRunTimeErrorInfo(std::int32_t lngNumber, std::string_view strDescription
 
 std::optional<ErrorInfo> TakeErrorInfo() { return std::exchange(g_errorInfo, std::nullopt); }
 
+void ForgetErrorInfo() { g_errorInfo.reset(); }
+
 #endif
+
+namespace {
+
+std::string NumberAsText(Status status) {
+  char text[48];
+  std::snprintf(text, sizeof text, "Automation error %08X", static_cast<unsigned>(status));
+  return text;
+}
+
+}  // namespace
+
+std::string TakeDescription(Status status) {
+  auto info = TakeErrorInfo();
+  return info && !info->strDescription.empty() ? std::move(info->strDescription) : NumberAsText(status);
+}
 
 void RaiseStatus(Status status) {
   if (auto info = TakeErrorInfo(); info && (info->lngRunTimeError || !info->strDescription.empty()))
     throw RunTimeError(info->lngRunTimeError.value_or(status), std::move(info->strDescription),
                        std::move(info->strSource));
-  char text[48];
-  std::snprintf(text, sizeof text, "Automation error %08X", static_cast<unsigned>(status));
-  throw RunTimeError(status, text);
+  throw RunTimeError(status, NumberAsText(status));
 }
 
 }  // namespace tarvik::automation

@@ -30,6 +30,13 @@ TARVIK_AUTOMATION_EXPORT void SetRunTimeErrorInfo(std::int32_t lngNumber, std::s
 /// The description left for the last failing status; it is gone afterwards.
 TARVIK_AUTOMATION_EXPORT std::optional<ErrorInfo> TakeErrorInfo();
 
+/// To be called right before a call whose status is going to be asked for its description: a description counts only
+/// for the call that left it.
+TARVIK_AUTOMATION_EXPORT void ForgetErrorInfo();
+
+/// The words left for this failing status, taken away, or else its number: "Automation error 80004005".
+TARVIK_AUTOMATION_EXPORT std::string TakeDescription(Status status);
+
 /// For a driver: leaves the description and hands the status back, to be returned at once.
 inline Status Fail(Status status, std::string_view strDescription, std::string_view strSource = {}) {
   SetErrorInfo(strDescription, strSource);

@@ -30,11 +30,12 @@ decltype(auto) Outgoing(Argument &&argument) {
 
 }  // namespace drivercall
 
-/// Calls an operation. Error 91 when there is no object.
+/// Calls an operation. Error 91 when there is no object. What somebody left behind before is not its description.
 template <class Interface, class... Parameters, class... Arguments>
 void Call(const automation::Ref<Interface> &object,
           automation::Status (TARVIK_CALL Interface::*operation)(Parameters...), Arguments &&...arguments) {
   if (!object) RaiseError(ErrObjectNotSet);
+  automation::ForgetErrorInfo();
   automation::Check(((*object).*operation)(drivercall::Outgoing(std::forward<Arguments>(arguments))...));
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <string>
 #include <utility>
 
+#include "support/Event.h"
+#include "support/EventBoundary.h"
 #include "support/RunTimeError.h"
 #include "support/Types.h"
 #include "support/modErrorLog.h"
@@ -34,6 +37,12 @@ Result Reported(const char *strProc, Operation &&operation, Afterwards &&afterwa
 template <class Result = Boolean, class Operation>
 Result Reported(const char *strProc, Operation &&operation) {
   return Reported<Result>(strProc, std::forward<Operation>(operation), [] {});
+}
+
+/// Raises an event of the instrument class. A host's handler that fails ends there, with the report of the event
+/// boundary; the handlers behind it are called and the class goes on.
+inline void Tell(const Event<const std::string &> &event, const char *strEvent, const std::string &strText) {
+  event.RaiseGuarded([&](auto &&callHandler) { RunUserEvent(InstrModule, strEvent, callHandler); }, strText);
 }
 
 }  // namespace tarvik

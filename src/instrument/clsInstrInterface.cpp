@@ -67,7 +67,7 @@ Boolean clsInstrInterface::Connect() {
     }
     // Where the first creation worked nothing was entered, and the empty address replaces the stored one.
     if (strStored != strEntered) host.SaveSetting(AppTitle, AddressSection, AddressKey, strEntered);
-    StatusMessage.Raise(strEntered.empty() ? "Local Connection" : "Connected to " + strEntered);
+    TellStatus(strEntered.empty() ? "Local Connection" : "Connected to " + strEntered);
     fResult = True;
   });
 }
@@ -92,12 +92,7 @@ Boolean clsInstrInterface::OpenInstrument(const std::string &strName, Boolean Id
     if (!clsInstrInterface::IsConnected()) return;
     clsInstrInterface::CloseInstrument();
 
-    const auto list = Fetch(m_Root, &IDriverRoot::GetInstruments);
-    const automation::String name(strName);
-    AutomationVariant key{};
-    key.vt = automation::VtString;
-    key.bstrVal = name.Get();
-    m_Instr = Narrowed<IInstrument>(Fetch(list, &IInstrumentList::GetItem, key));
+    FindInstrument(strName);
     if (!m_Instr) return;
 
     const Boolean fDetect = fAutoDetectErrors || m_ErrorsEnabled;
@@ -112,13 +107,26 @@ Boolean clsInstrInterface::OpenInstrument(const std::string &strName, Boolean Id
   });
 }
 
+void clsInstrInterface::FindInstrument(const std::string &strName) {
+  const automation::String name(strName);
+  AutomationVariant key{};
+  key.vt = automation::VtString;
+  key.bstrVal = name.Get();
+  const auto list = Fetch(m_Root, &IDriverRoot::GetInstruments);
+  m_Instr = Narrowed<IInstrument>(Fetch(list, &IInstrumentList::GetItem, key));
+}
+
 void clsInstrInterface::ReadSessionState(const std::string &strName) {
   m_NumChannels = Read(Fetch(m_Instr, &IInstrument::GetChannels), &IChannelList::GetCount);
   clsInstrInterface::LetVerboseErrorMsg(False);
   m_Restrictions = Read(Fetch(m_Instr, &IInstrument::GetRestrictions), &IRestrictions::GetMask);
   udtInstrInfo InstrInfo;
   clsInstrInterface::GetInstrInfo(InstrInfo);
-  StatusMessage.Raise("Online with " + strName + " (" + InstrInfo.strProductId + ")");
+  TellStatus("Online with " + strName + " (" + InstrInfo.strProductId + ")");
+}
+
+void clsInstrInterface::TellStatus(const std::string &strStatus) const {
+  Tell(StatusMessage, "StatusMessage", strStatus);
 }
 
 void clsInstrInterface::CloseInstrument() {
@@ -126,7 +134,7 @@ void clsInstrInterface::CloseInstrument() {
     IgnoreErrors([&] { Call(m_Instr, &IInstrument::Close); });
     m_Instr = nullptr;
   }
-  IgnoreErrors([&] { StatusMessage.Raise("Offline"); });
+  TellStatus("Offline");
   m_NumChannels = 0;
   m_Restrictions = 0;
 }

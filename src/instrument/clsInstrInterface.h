@@ -29,8 +29,10 @@ namespace tarvik {
 ///
 /// An operation answers whether it ran to its end and lets no failure out: the user sees it in a stop
 /// box, the log takes it, the answer is false. Only LetErrorsEnabled, and a log that cannot be written,
-/// raise RunTimeError. What needs an open instrument asks IsOnline(False), whose box tells the user.
-/// Gets fill the caller's record as far as they come; fields that the instrument lacks stay as they were.
+/// raise RunTimeError. A failing handler of an event ends there, with a box and a record of its own. Whenever the host
+/// has the word, in a box, a question or an event, nothing of the driver is held but root and instrument. What needs an
+/// open instrument asks IsOnline(False), whose box tells the user. Gets fill the caller's record as far as they come;
+/// fields that the instrument lacks stay as they were.
 ///
 /// Public operations are virtual for those who watch or replace them. Operations call one another past
 /// any override, so an override meets exactly the calls from outside.
@@ -146,8 +148,12 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   automation::Ref<kolven::IChannelLevels> Levels(Long lngChannel) const;
   automation::Ref<kolven::IErrorQueue> ErrorQueue() const;
   void CreateDriver(const std::string &strServer);
+  void FindInstrument(const std::string &strName);
+  void TellStatus(const std::string &strStatus) const;
   void ReadSessionState(const std::string &strName);
   void RunCommand(InstrCommands eIC, std::string &strT, Integer intT);
+  void SwitchOutput(Integer intChan, Boolean fState, Boolean fIsComplement);
+  void SendFormats(const BooleanArray &fRz);
   void ShowNewWarning(const std::string &strWarning);
   void SendMode(const udtModeInfo &ModeInfo);
   void SendExtWidth(Long ArmingSource);

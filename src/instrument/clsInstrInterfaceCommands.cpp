@@ -42,22 +42,36 @@ void clsInstrInterface::RunCommand(InstrCommands eIC, std::string &strT, Integer
   ShowStopMessage("Illegal Case");
 }
 
+namespace {
+
+void ReadReference(const Ref<IInstrument> &instrument, Double &dblFreq, Long &eSource) {
+  const auto reference = Fetch(instrument, &IInstrument::GetPllReference);
+  Double dblNewFreq = dblFreq;
+  Long eNewSource = eSource;
+  Call(reference, &IPllReference::GetReference, &dblNewFreq, &eNewSource);
+  dblFreq = dblNewFreq;
+  eSource = eNewSource;
+}
+
+void SendReference(const Ref<IInstrument> &instrument, Double &dblFreq, Long eSource) {
+  const auto reference = Fetch(instrument, &IInstrument::GetPllReference);
+  Double dblNewFreq = dblFreq;
+  Call(reference, &IPllReference::SetReference, &dblNewFreq, eSource);
+  // The driver may write back the frequency that it took.
+  dblFreq = dblNewFreq;
+}
+
+}  // namespace
+
 Boolean clsInstrInterface::PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet) {
   return WhileOnline("PllRefSource", [&](Boolean &fResult) {
-    const auto reference = Fetch(m_Instr, &IInstrument::GetPllReference);
-    Double dblNewFreq = dblFreq;
     if (fGet) {
-      Long eNewSource = eSource;
-      Call(reference, &IPllReference::GetReference, &dblNewFreq, &eNewSource);
-      dblFreq = dblNewFreq;
-      eSource = eNewSource;
+      ReadReference(m_Instr, dblFreq, eSource);
       fResult = True;
-      return;
+    } else {
+      SendReference(m_Instr, dblFreq, eSource);
+      fResult = clsInstrInterface::CheckWarnings(False);
     }
-    Call(reference, &IPllReference::SetReference, &dblNewFreq, eSource);
-    // The driver may write back the frequency that it took.
-    dblFreq = dblNewFreq;
-    fResult = clsInstrInterface::CheckWarnings(False);
   });
 }
 

@@ -7,13 +7,17 @@ using namespace kolven;
 
 Boolean clsInstrInterface::SetRz(const BooleanArray &fRz) {
   return WhileOnline("SetRz", [&](Boolean &fResult) {
-    const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);
-    for (Long i = 1; i <= m_NumChannels; ++i) {
-      const auto channel = Fetch(channels, &IChannelList::GetItem, i);
-      Call(channel, &IChannel::SetSignalFormat, fRz[i] ? 1 : 0);
-    }
+    SendFormats(fRz);
     fResult = clsInstrInterface::CheckWarnings(False);
   });
+}
+
+void clsInstrInterface::SendFormats(const BooleanArray &fRz) {
+  const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);
+  for (Long i = 1; i <= m_NumChannels; ++i) {
+    const auto channel = Fetch(channels, &IChannelList::GetItem, i);
+    Call(channel, &IChannel::SetSignalFormat, fRz[i] ? 1 : 0);
+  }
 }
 
 Boolean clsInstrInterface::GetRz(BooleanArray &fRz) {
@@ -28,12 +32,20 @@ Boolean clsInstrInterface::GetRz(BooleanArray &fRz) {
   });
 }
 
+namespace {
+
+void SendPattern(const automation::Ref<IInstrument> &instrument, Long eChan, ByteArray &arr, Long lngPatternLen) {
+  const auto memory = Fetch(instrument, &IInstrument::GetPatternMemory);
+  automation::ArrayOwner array(arr);
+  Call(memory, &IPatternMemory::SetPattern, eChan, PatternForm, array.InOut(), lngPatternLen);
+  arr = automation::ToByteArray(array.Get());
+}
+
+}  // namespace
+
 Boolean clsInstrInterface::SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen) {
   return WhileOnline("SetPatternArray", [&](Boolean &fResult) {
-    const auto memory = Fetch(m_Instr, &IInstrument::GetPatternMemory);
-    automation::ArrayOwner array(arr);
-    Call(memory, &IPatternMemory::SetPattern, eChan, PatternForm, array.InOut(), lngPatternLen);
-    arr = automation::ToByteArray(array.Get());
+    SendPattern(m_Instr, eChan, arr, lngPatternLen);
     fResult = clsInstrInterface::CheckWarnings(False);
   });
 }

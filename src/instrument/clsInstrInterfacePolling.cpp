@@ -47,7 +47,8 @@ Boolean clsInstrInterface::CheckWarnings(Boolean fOverride) {
   const bool fPoll = !m_GlobalTrans && (m_WarningsEnabled || fOverride) && clsInstrInterface::IsOnline(True);
   if (!fPoll) return True;
   return Reported("CheckWarnings", [&](Boolean &fResult) {
-    ShowNewWarning(Read(ErrorQueue(), &IErrorQueue::GetWarnings));
+    const std::string strWarning = Read(ErrorQueue(), &IErrorQueue::GetWarnings);
+    ShowNewWarning(strWarning);
     fResult = True;
   });
 }

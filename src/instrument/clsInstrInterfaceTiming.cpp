@@ -93,13 +93,17 @@ void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
 
 Boolean clsInstrInterface::Output(Integer intChan, Boolean fState, Boolean fIsComplement) {
   return WhileOnline("Output", [&](Boolean &fResult) {
-    const auto levels = Levels(intChan);
-    if (!fIsComplement)
-      Call(levels, &IChannelLevels::SetOutput, fState);
-    else if (clsInstrInterface::IsNotRestricted(LacksComplementOutput))
-      Call(levels, &IChannelLevels::SetComplementOutput, fState);
+    SwitchOutput(intChan, fState, fIsComplement);
     fResult = clsInstrInterface::CheckWarnings(False);
   });
+}
+
+void clsInstrInterface::SwitchOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
+  const auto levels = Levels(intChan);
+  if (!fIsComplement)
+    Call(levels, &IChannelLevels::SetOutput, fState);
+  else if (clsInstrInterface::IsNotRestricted(LacksComplementOutput))
+    Call(levels, &IChannelLevels::SetComplementOutput, fState);
 }
 
 }  // namespace tarvik

@@ -1,4 +1,5 @@
 #include "instrument/DriverCall.h"
+#include "instrument/Reported.h"
 #include "instrument/clsInstrInterface.h"
 
 namespace tarvik {
@@ -50,7 +51,7 @@ Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
     std::string strText = error.Description();
     clsInstrInterface::TransactionCancel();
     ShowInstrErrors(strText);
-    InstrError.Raise(strText);
+    Tell(InstrError, "InstrError", strText);
   }
   return fResult;
 }

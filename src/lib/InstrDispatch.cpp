@@ -1,5 +1,8 @@
 #include "lib/InstrDispatch.h"
 
+#include "automation/AutomationString.h"
+#include "automation/ErrorInfo.h"
+#include "instrument/Reported.h"
 #include "lib/InstrOperations.h"
 #include "lib/InstrRecord.h"
 #include "lib/Registration.h"
@@ -34,6 +37,26 @@ const std::vector<FaceMember> &FaceMembers() {
 
 }  // namespace
 
+namespace {
+
+/// By the numbers of InstrEvent.
+constexpr const char *EventNames[] = {"", "StatusMessage", "InstrWarnings", "InstrError"};
+
+/// A failure of the sink becomes a run-time error. A sink need not know every event.
+void InvokeSink(IDispatch &sink, InstrEvent eEvent, AutomationDispParams &params) {
+  AutomationExcepInfo exception{};
+  ForgetErrorInfo();
+  const Status status = sink.Invoke(eEvent, GuidNull, 0, CallMethod, &params, nullptr, &exception, nullptr);
+  const String source = String::Adopt(exception.bstrSource), description = String::Adopt(exception.bstrDescription);
+  const String helpFile = String::Adopt(exception.bstrHelpFile);
+  if (!Failed(status) || status == StatusMemberNotFound || status == StatusNotImplemented) return;
+  if (status == StatusException && description.Get())
+    throw RunTimeError(exception.scode ? exception.scode : status, description.Text(), source.Text());
+  RaiseStatus(status);
+}
+
+}  // namespace
+
 InstrDispatch::InstrDispatch(std::shared_ptr<clsInstrInterface> instr) : m_instr(std::move(instr)) {
   const auto connect = [this](Event<const std::string &> &event, InstrEvent eEvent) {
     m_arrConnections.push_back(
@@ -57,8 +80,7 @@ void InstrDispatch::Tell(InstrEvent eEvent, const std::string &strText) const {
   for (const auto &[lngCookie, sink] : sinks) {
     AutomationVariant vText = ToVariant(strText);
     AutomationDispParams params{&vText, nullptr, 1, 0};
-    // What a sink answers is of no interest to the operation that raised the event.
-    sink->Invoke(eEvent, GuidNull, 0, CallMethod, &params, nullptr, nullptr, nullptr);
+    RunUserEvent(InstrModule, EventNames[eEvent], [&, &sink = sink] { InvokeSink(*sink, eEvent, params); });
     ClearVariant(vText);
   }
 }

@@ -19,7 +19,8 @@ class InstrDispatch final : public DispatchObject {
   explicit InstrDispatch(std::shared_ptr<clsInstrInterface> instr);
 
   clsInstrInterface &Instr() { return *m_instr; }
-  /// Each event is told to the sink, by its Invoke with the event's number, until the cookie is given back.
+  /// Each event is told to the sink, by its Invoke with the event's number, until the cookie is given back. A sink that
+  /// fails is reported as a failing handler is; it need not know every event.
   Long Advise(automation::Ref<automation::IDispatch> sink);
   /// Whether there was a sink with this cookie.
   Boolean Unadvise(Long lngCookie);

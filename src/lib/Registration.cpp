@@ -15,7 +15,13 @@ using namespace automation;
 
 namespace {
 
-fs::path Manifest() { return UserManifestFolder() / (std::string(InstrProgId) + ".driver"); }
+/// Empty for a user without a home.
+fs::path Manifest() {
+  const fs::path folder = UserManifestFolder();
+  return folder.empty() ? folder : folder / (std::string(InstrProgId) + ".driver");
+}
+
+Status FailWithoutHome() { return Fail(StatusAccessDenied, "There is no home folder to register in"); }
 
 /// The file as it was loaded: a name with fewer version numbers survives an update.
 fs::path OwnFile() {
@@ -30,6 +36,7 @@ fs::path OwnFile() {
 Status RegisterLibrary() {
   const fs::path library = OwnFile(), manifest = Manifest();
   if (library.empty()) return Fail(StatusUnexpected, "The library cannot tell its own file");
+  if (manifest.empty()) return FailWithoutHome();
   std::error_code error;
   fs::create_directories(manifest.parent_path(), error);
   std::ofstream file(manifest, std::ios::trunc);
@@ -40,6 +47,7 @@ Status RegisterLibrary() {
 
 Status UnregisterLibrary() {
   const fs::path manifest = Manifest();
+  if (manifest.empty()) return FailWithoutHome();
   std::error_code error;
   fs::remove(manifest, error);
   return error ? Fail(StatusAccessDenied, "Cannot remove " + manifest.string()) : StatusOk;

@@ -54,13 +54,20 @@ class Event {
   bool HasHandlers() const { return m_arrSlots != nullptr; }
 
   void Raise(Args... args) const {
+    RaiseGuarded([](auto &&callHandler) { callHandler(); }, args...);
+  }
+  void operator()(Args... args) const { Raise(args...); }
+
+  /// The same with each call of a handler handed to `guard`, which decides what a handler's failure means to the
+  /// handlers behind it.
+  template <class Guard>
+  void RaiseGuarded(Guard &&guard, Args... args) const {
     // Held, since a handler may connect another one or end the life of the event itself.
     const auto arrNow = m_arrSlots;
     if (!arrNow) return;
     for (const Slot &slot : *arrNow)
-      if (*slot.alive) slot.handler(args...);
+      if (*slot.alive) guard([&] { slot.handler(args...); });
   }
-  void operator()(Args... args) const { Raise(args...); }
 
  private:
   struct Slot {

@@ -3,9 +3,15 @@
 #include <cassert>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
+
+#include "support/UserFolders.h"
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 
 namespace tarvik {
 
@@ -19,10 +25,38 @@ Host *g_host = nullptr;
   RaiseError(ErrPathFileAccess);
 }
 
-std::filesystem::path UserStateFolder() {
-  if (const char *state = std::getenv("XDG_STATE_HOME"); state && *state == '/') return state;
-  if (const char *home = std::getenv("HOME"); home && *home) return std::filesystem::path(home) / ".local/state";
-  return std::filesystem::temp_directory_path();
+#ifdef _WIN32
+
+void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
+  std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(strPath.c_str(), "ab"), &std::fclose);
+  if (!file) RaiseFileError(errno);
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  if (std::fwrite(strBytes.data(), 1, strBytes.size(), file.get()) != strBytes.size()) RaiseFileError(errno);
+}
+
+#else
+
+/// One call of the system, so that the records of several programs stand one behind the other.
+void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
+  const int file = ::open(strPath.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+  if (file < 0) RaiseFileError(errno);
+  ssize_t lngWritten;
+  do lngWritten = ::write(file, strBytes.data(), strBytes.size());
+  while (lngWritten < 0 && errno == EINTR);
+  const int intWhy = lngWritten < 0 ? errno : ENOSPC;
+  const bool fClosed = ::close(file) == 0;
+  if (lngWritten != static_cast<ssize_t>(strBytes.size()) || !fClosed) RaiseFileError(intWhy);
+}
+
+#endif
+
+/// The folder of the log: the user's own, or that of temporary files.
+std::filesystem::path LogFolder() {
+  if (auto folder = UserStateFolder(); !folder.empty()) return folder;
+  std::error_code error;
+  const auto temporary = std::filesystem::temp_directory_path(error);
+  if (error) RaiseError(ErrPathNotFound);
+  return temporary;
 }
 
 }  // namespace
@@ -53,7 +87,7 @@ std::string Host::ErrorLogPath() const {
 #ifdef _WIN32
   return "c:\\tarvikerr.txt";
 #else
-  return (UserStateFolder() / "tarvikvi" / "tarvikerr.txt").string();
+  return (LogFolder() / "tarvikvi" / "tarvikerr.txt").string();
 #endif
 }
 
@@ -62,11 +96,7 @@ void Host::AppendToFile(const std::string &strPath, std::string_view strBytes) {
   std::error_code error;
   if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), error);
 
-  errno = 0;
-  std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(strPath.c_str(), "ab"), &std::fclose);
-  if (!file) RaiseFileError(errno);
-  if (std::fwrite(strBytes.data(), 1, strBytes.size(), file.get()) != strBytes.size()) RaiseFileError(errno);
-  if (std::fclose(file.release()) != 0) RaiseFileError(errno);
+  AppendAtOnce(strPath, strBytes);
 }
 
 }  // namespace tarvik

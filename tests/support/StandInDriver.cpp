@@ -108,6 +108,7 @@ void StandInDriver::Reset() {
   arrTrace.clear();
   strErrors.clear();
   arrWarnings.clear();
+  strLeftBehind.clear();
   m_intCounter = 0;
 }
 

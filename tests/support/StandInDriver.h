@@ -65,6 +65,8 @@ class StandInDriver {
 
   std::string strErrors;
   std::deque<std::string> arrWarnings;
+  /// A description that every operation that succeeds leaves behind all the same; empty for none.
+  std::string strLeftBehind;
 
   /// References that are not released yet, by interface.
   std::map<std::string, int> References() const;

@@ -104,7 +104,10 @@ class StandInObject : public automation::Object<Interface> {
     }
     if (failure) strOutcome = "error " + std::to_string(failure->lngNumber) + " " + Word(failure->strText);
     Driver().Trace(strWithPath + " -> " + strOutcome);
-    return failure ? automation::Fail(failure->lngNumber, failure->strText) : StatusOk;
+    if (failure)
+      return failure->strText.empty() ? failure->lngNumber : automation::Fail(failure->lngNumber, failure->strText);
+    if (!Driver().strLeftBehind.empty()) automation::SetErrorInfo(Driver().strLeftBehind);
+    return StatusOk;
   }
 
   /// An operation without results.

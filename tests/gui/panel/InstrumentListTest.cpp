@@ -64,6 +64,30 @@ TEST(InstrumentListEmpty, AnEmptyRackIsAnEmptyListAndNoError) {
   EXPECT_TRUE(Enabled(session, "cmdRefresh"));
 }
 
+/// A driver that goes on telling instruments, none of which is shown.
+class EndlessInstr : public clsInstrInterface {
+ public:
+  Boolean GetViInfo(Integer Index, viInfo &, std::string &) override {
+    intLast = Index;
+    return True;
+  }
+  Integer intLast = 0;
+};
+
+TEST(InstrumentListEndless, BehindTheLastNumberOf16BitsTheWalkIsAnOverflow) {
+  RecordingHost host;
+  const StandInDriver driver;
+  const auto instr = std::make_shared<EndlessInstr>();
+  gobjInstr() = instr;
+  {
+    TarvikGUI panel;
+    ShowAndStart(panel);
+    EXPECT_EQ(instr->intLast, 32767);
+    EXPECT_THAT(host.TakeBoxes(), ElementsAre("box stop: Overflow"));
+  }
+  gobjInstr().reset();
+}
+
 TEST_F(InstrumentList, ATickOpensASessionAndReadsAllPages) {
   session.Open("VP-210");
   EXPECT_THAT(session->Ticked(), ElementsAre("VP-210"));

@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "automation/Activation.h"
+#include "automation/ErrorInfo.h"
 #include "automation/Object.h"
 #include "support/RunTimeError.h"
 
@@ -14,6 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 constexpr const char *ProgId = "Bench.Driver";
@@ -98,6 +101,50 @@ TEST_F(ActivationTest, ADriverThatRefusesIsQuotedWithItsOwnWords) {
   EXPECT_EQ(error.Number(), StatusClassNotAvailable);
   EXPECT_THAT(error.Description(), AllOf(HasSubstr(DRIVER_FAILING), HasSubstr("the licence file is missing")));
 }
+
+TEST_F(ActivationTest, ADriverThatRefusesWithoutWordsShowsItsStatusInEightHexadecimalDigits) {
+  WriteManifest(DRIVER_SILENT);
+  SetErrorInfo("left by another library");
+  const RunTimeError error = Failure();
+  EXPECT_EQ(error.Number(), StatusClassNotAvailable);
+  EXPECT_THAT(error.Description(), EndsWith("gives no class factory: Automation error 80040111"));
+}
+
+/// No folder of the user is known: no home, or one that names no place on the whole machine.
+class HomelessActivationTest : public ActivationTest, public testing::WithParamInterface<const char *> {
+ protected:
+  HomelessActivationTest() {
+    if (const char *home = std::getenv("HOME")) m_strHome = home;
+    unsetenv("XDG_DATA_HOME");
+    if (*GetParam())
+      setenv("HOME", GetParam(), 1);
+    else
+      unsetenv("HOME");
+    // Whoever can write here could name a library of his own.
+    m_before = fs::current_path();
+    const fs::path planted = m_folder / GetParam() / ".local/share/tarvikvi/drivers";
+    fs::create_directories(planted);
+    std::ofstream(planted / (std::string(ProgId) + ".driver")) << DRIVER_FAILING;
+    fs::current_path(m_folder);
+  }
+  ~HomelessActivationTest() override {
+    fs::current_path(m_before);
+    if (m_strHome) setenv("HOME", m_strHome->c_str(), 1);
+  }
+
+  std::optional<std::string> m_strHome;
+  fs::path m_before;
+};
+
+TEST_P(HomelessActivationTest, NoDriverIsLookedForRelativeToTheCurrentFolder) {
+  EXPECT_TRUE(UserManifestFolder().empty());
+  for (const fs::path &folder : ManifestFolders()) EXPECT_TRUE(folder.is_absolute()) << folder;
+  const RunTimeError error = Failure();
+  EXPECT_EQ(error.Number(), 429);
+  EXPECT_THAT(error.Description(), HasSubstr("no driver manifest found; tried /"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Homes, HomelessActivationTest, testing::Values("", ".", "home"));
 
 TEST_F(ActivationTest, AServerWithoutRemoteActivationIsNamed) {
   EXPECT_THAT(Failure("lab").Description(), HasSubstr("\"lab\""));

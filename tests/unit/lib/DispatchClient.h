@@ -10,6 +10,7 @@
 #include "automation/Abi.h"
 #include "automation/Activation.h"
 #include "automation/AutomationString.h"
+#include "automation/ErrorInfo.h"
 
 namespace tarvik::test {
 
@@ -130,6 +131,9 @@ inline Client NewFace() {
 class Sink : public IDispatch {
  public:
   std::vector<std::string> Told;
+  /// What it answers to an event, and the description that it leaves where that is a failure.
+  Status Answer = StatusOk;
+  std::string Words;
 
   Status QueryInterface(const Guid &, void **ppvObject) override {
     *ppvObject = this;
@@ -145,7 +149,8 @@ class Sink : public IDispatch {
   Status Invoke(std::int32_t lngEvent, const Guid &, std::uint32_t, std::uint16_t, AutomationDispParams *params,
                 AutomationVariant *, AutomationExcepInfo *, std::uint32_t *) override {
     Told.push_back(std::to_string(lngEvent) + " " + ToText(params->rgvarg[0].bstrVal));
-    return StatusOk;
+    if (Failed(Answer) && !Words.empty()) SetErrorInfo(Words);
+    return Answer;
   }
 
   std::uint32_t References = 1;

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 #include "DispatchClient.h"
 #include "automation/AutomationArray.h"
@@ -12,6 +13,7 @@ namespace tarvik::test {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 class InstrumentFace : public testing::Test {
@@ -34,6 +36,10 @@ class InstrumentFace : public testing::Test {
     const Client record = face.NewRecord("viInfo");
     if (!face.Truth("GetViInfo", {Number(1), Object(record.Get()), vName})) return "";
     return String::Adopt(bstr).Text();
+  }
+  std::string Log() const {
+    std::ifstream file(m_folder / "tarvikvi/tarvikerr.txt", std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
   }
   bool OpenFirst(const Client &face) {
     return face.Truth("Connect") && face.Truth("OpenInstrument", {Text(FirstInstrument(face))});
@@ -205,6 +211,21 @@ TEST_F(InstrumentFace, TellsSinksOfEventsUntilTheCookieIsGivenBack) {
   EXPECT_EQ(sink.Told.size(), 3u);
 }
 
+TEST_F(InstrumentFace, AFailingSinkIsReportedAndTheOthersAreTold) {
+  const Client face = NewFace();
+  Sink failing, silent, willing;
+  failing.Answer = StatusFail;
+  failing.Words = "the client's own mistake";
+  silent.Answer = StatusMemberNotFound;
+  for (Sink *sink : {&failing, &silent, &willing}) face.Call("Advise", {Object(sink)});
+  EXPECT_TRUE(face.Truth("Connect"));
+  for (const Sink *sink : {&failing, &silent, &willing}) EXPECT_THAT(sink->Told, ElementsAre("1 Local Connection"));
+  const std::string strLog = Log();
+  EXPECT_THAT(strLog, HasSubstr("  Error: -2147467259 the client's own mistake\r\n"
+                                "  Mod: clsInstrInterface; Proc: StatusMessage\r\n"));
+  EXPECT_EQ(strLog.find("  Error:"), strLog.rfind("  Error:")) << "one record: a sink need not know every event";
+}
+
 TEST_F(InstrumentFace, AllFacesOfAThreadShareOneSession) {
   const Client first = NewFace(), second = NewFace();
   ASSERT_TRUE(OpenFirst(first));
@@ -288,6 +309,18 @@ TEST_F(InstrumentFace, RegistersItselfForCreationByNameAndTakesItBack) {
 TEST_F(InstrumentFace, RegistrationWithoutAPlaceToWriteSaysSo) {
   std::ofstream(m_folder / "tarvikvi") << "a file where the folder should be\n";
   EXPECT_EQ(Export<NoArgument>("DllRegisterServer")(), StatusAccessDenied);
+}
+
+TEST_F(InstrumentFace, WithoutAHomeRegistrationWritesNothingIntoTheCurrentFolder) {
+  unsetenv("HOME");
+  unsetenv("XDG_DATA_HOME");
+  const fs::path before = fs::current_path();
+  fs::current_path(m_folder);
+  EXPECT_EQ(Export<NoArgument>("DllRegisterServer")(), StatusAccessDenied);
+  EXPECT_EQ(TakeErrorInfo()->strDescription, "There is no home folder to register in");
+  EXPECT_EQ(Export<NoArgument>("DllUnregisterServer")(), StatusAccessDenied);
+  EXPECT_TRUE(fs::is_empty(m_folder));
+  fs::current_path(before);
 }
 
 TEST_F(InstrumentFace, TheLibraryStaysWhileAClientHoldsSomething) {

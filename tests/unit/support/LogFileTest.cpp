@@ -1,0 +1,146 @@
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+
+#include "RecordingHost.h"
+#include "support/EventBoundary.h"
+#include "support/Host.h"
+#include "support/modErrorLog.h"
+
+namespace tarvik::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+/// A variable of the environment as the test needs it; what it was comes back.
+class Variable {
+ public:
+  Variable(const char *strName, const char *strValue) : m_strName(strName) {
+    if (const char *before = std::getenv(strName)) m_before = before;
+    Put(strValue);
+  }
+  Variable(const Variable &) = delete;
+  Variable &operator=(const Variable &) = delete;
+  ~Variable() { Put(m_before ? m_before->c_str() : nullptr); }
+
+ private:
+  void Put(const char *strValue) const { strValue ? setenv(m_strName, strValue, 1) : unsetenv(m_strName); }
+
+  const char *m_strName;
+  std::optional<std::string> m_before;
+};
+
+/// The recording host with the real files of a machine.
+class FileHost : public RecordingHost {
+ public:
+  std::string ErrorLogPath() const override { return Host::ErrorLogPath(); }
+  void AppendToFile(const std::string &strPath, std::string_view strBytes) override {
+    Host::AppendToFile(strPath, strBytes);
+  }
+};
+
+class LogFileTest : public testing::Test {
+ protected:
+  LogFileTest() { fs::create_directories(folder); }
+  ~LogFileTest() override {
+    std::error_code error;
+    fs::remove_all(folder, error);
+  }
+  static Long FailureOfThePath() {
+    try {
+      TheHost().ErrorLogPath();
+      return 0;
+    } catch (const RunTimeError &error) {
+      return error.Number();
+    }
+  }
+
+  const fs::path folder = fs::path(testing::TempDir()) / ("tarvik-log-" + std::to_string(getpid()));
+  FileHost host;
+};
+
+TEST_F(LogFileTest, TheLogStandsInTheUsersStateFolder) {
+  const Variable state("XDG_STATE_HOME", nullptr), home("HOME", "/home/user");
+  EXPECT_EQ(host.ErrorLogPath(), "/home/user/.local/state/tarvikvi/tarvikerr.txt");
+  const Variable own("XDG_STATE_HOME", "/var/state");
+  EXPECT_EQ(host.ErrorLogPath(), "/var/state/tarvikvi/tarvikerr.txt");
+}
+
+TEST_F(LogFileTest, WithoutAHomeTheLogStandsAmongTheTemporaryFiles) {
+  const Variable state("XDG_STATE_HOME", nullptr), home("HOME", nullptr), temp("TMPDIR", folder.c_str());
+  EXPECT_EQ(host.ErrorLogPath(), (folder / "tarvikvi/tarvikerr.txt").string());
+}
+
+TEST_F(LogFileTest, AHomeThatIsNoWholePathIsNoHome) {
+  const Variable state("XDG_STATE_HOME", "state"), home("HOME", "home"), temp("TMPDIR", folder.c_str());
+  EXPECT_EQ(host.ErrorLogPath(), (folder / "tarvikvi/tarvikerr.txt").string());
+}
+
+TEST_F(LogFileTest, WithoutAnyFolderThePathIsNotFound) {
+  const Variable state("XDG_STATE_HOME", nullptr), home("HOME", nullptr), temp("TMPDIR", "/nonexistent");
+  EXPECT_EQ(FailureOfThePath(), 76);
+}
+
+TEST_F(LogFileTest, WithoutAnyFolderAReportIsShownAndItsFailureEndsAtTheEventBoundary) {
+  const Variable state("XDG_STATE_HOME", nullptr), home("HOME", nullptr), temp("TMPDIR", "/nonexistent");
+  bool fWentOn = false;
+  EXPECT_FALSE(RunUserEvent("cmdUpload", "Click", [&] {
+    LogError("Mod", "Proc", 13, "Type mismatch");
+    fWentOn = true;
+  }));
+  EXPECT_FALSE(fWentOn);
+  EXPECT_THAT(host.TakeBoxes(), ElementsAre("box stop: Type mismatch", "box stop: Path not found"));
+}
+
+/// How often this thread has asked the system to write.
+long long Writes() {
+  std::ifstream io("/proc/thread-self/io");
+  std::string strKey;
+  for (long long lngCount = 0; io >> strKey >> lngCount;)
+    if (strKey == "syscw:") return lngCount;
+  return -1;
+}
+
+TEST_F(LogFileTest, ARecordOfAnyLengthIsOneWrite) {
+  const std::string strPath = (folder / "deep/er/log.txt").string();
+  std::string strExpected;
+  for (const std::size_t lngLength : {1u, 100u, 4096u, 5000u, 70001u}) {
+    const std::string strRecord(lngLength, static_cast<char>('a' + lngLength % 26));
+    const long long lngBefore = Writes();
+    ASSERT_GE(lngBefore, 0) << "this system does not count writes";
+    host.AppendToFile(strPath, strRecord);
+    EXPECT_EQ(Writes() - lngBefore, 1) << lngLength << " bytes";
+    strExpected += strRecord;
+  }
+  std::ifstream file(strPath, std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), strExpected);
+}
+
+TEST_F(LogFileTest, AFolderInPlaceOfTheLogIsAnAccessError) {
+  try {
+    host.AppendToFile(folder.string(), "record");
+    FAIL() << "written";
+  } catch (const RunTimeError &error) {
+    EXPECT_EQ(error.Number(), 75);
+  }
+}
+
+TEST_F(LogFileTest, AFullDeviceIsAnAccessError) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no such device here";
+  try {
+    host.AppendToFile("/dev/full", "record");
+    FAIL() << "written";
+  } catch (const RunTimeError &error) {
+    EXPECT_EQ(error.Number(), 75);
+  }
+}
+
+}  // namespace
+}  // namespace tarvik::test
