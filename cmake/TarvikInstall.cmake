@@ -41,9 +41,10 @@ set(TARVIK_PUBLIC_HEADERS
   controls/CboEnhanced.h controls/FrameEnhanced.h
   engrspin/DigitCursor.h engrspin/EngrNumber.h engrspin/EngrSpin.h engrspin/FieldLayout.h engrspin/NumberTextBox.h
   engrspin/ValueList.h
-  instrument/InstrCommands.h instrument/KolvenDriver.h instrument/clsInstrInterface.h instrument/udtInstrInfo.h
-  instrument/udtLevelInfo.h instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h
-  instrument/udtTrgLevelsInfo.h instrument/viInfo.h
+  instrument/InstrCommands.h instrument/KolvenDriver.h instrument/LevelFormatEnum.h instrument/PeriodPrecedence.h
+  instrument/Restrictions.h instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
+  instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
+  instrument/viInfo.h
   panel/Form.h panel/Page.h panel/PanelState.h panel/TarvikGUI.h
   platform/ConsoleHost.h platform/ControlSite.h platform/FormProperties.h platform/PictureBox.h platform/PlainControls.h platform/PropertyBag.h
   platform/QtHost.h platform/TabControl.h platform/Twips.h platform/WidgetControl.h

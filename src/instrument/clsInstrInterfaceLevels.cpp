@@ -10,7 +10,7 @@ using automation::Ref;
 Boolean clsInstrInterface::SetLevels(const udtLevelInfo &LevelInfo) {
   return SetWithin("SetLevels", [&] {
     for (Long i = 1; i <= m_NumChannels; ++i) SendLevels(LevelInfo, i);
-    if (clsInstrInterface::IsNotRestricted(LacksChannelMath))
+    if (clsInstrInterface::IsNotRestricted(eLacksChannelMath))
       Call(m_Instr, &IInstrument::SetChannelMath, LevelInfo.eChannelMath);
   });
 }
@@ -19,20 +19,20 @@ void clsInstrInterface::SendLevels(const udtLevelInfo &LevelInfo, Long lngChanne
   const auto levels = Levels(lngChannel);
   Call(levels, &IChannelLevels::SetLevel, LevelInfo.eOutputLevel[lngChannel], LevelInfo.eOutputType[lngChannel],
        LevelInfo.dblAmplOrHigh[lngChannel], LevelInfo.dblOffsetOrLow[lngChannel]);
-  if (clsInstrInterface::IsNotRestricted(LacksLoadCompensation))
+  if (clsInstrInterface::IsNotRestricted(eLacksLoadCompensation))
     Call(levels, &IChannelLevels::SetLoadCompensation, LevelInfo.dblLoadCompensation[lngChannel]);
-  if (clsInstrInterface::IsNotRestricted(LacksOutputImpedance))
+  if (clsInstrInterface::IsNotRestricted(eLacksImpedance))
     Call(levels, &IChannelLevels::SetImpedance, LevelInfo.dblOutputImpedance[lngChannel]);
   Call(levels, &IChannelLevels::SetPolarity, LevelInfo.eOutputPolarity[lngChannel]);
   Call(levels, &IChannelLevels::SetOutput, LevelInfo.fChannelOutputOn[lngChannel]);
-  if (clsInstrInterface::IsNotRestricted(LacksComplementOutput))
+  if (clsInstrInterface::IsNotRestricted(eLacksComplement))
     Call(levels, &IChannelLevels::SetComplementOutput, LevelInfo.fChannelOutputInvOn[lngChannel]);
 }
 
 Boolean clsInstrInterface::GetLevels(udtLevelInfo &LevelInfo) {
   return WhileOnline("GetLevels", [&](Boolean &fResult) {
     for (Long i = 1; i <= m_NumChannels; ++i) ReadLevels(LevelInfo, i);
-    if (clsInstrInterface::IsNotRestricted(LacksChannelMath))
+    if (clsInstrInterface::IsNotRestricted(eLacksChannelMath))
       LevelInfo.eChannelMath = Read(m_Instr, &IInstrument::GetChannelMath);
     fResult = True;
   });
@@ -46,13 +46,13 @@ void clsInstrInterface::ReadLevels(udtLevelInfo &LevelInfo, Long lngChannel) {
   LevelInfo.eOutputType[lngChannel] = eType;
   LevelInfo.dblAmplOrHigh[lngChannel] = dblAmplOrHigh;
   LevelInfo.dblOffsetOrLow[lngChannel] = dblOffsetOrLow;
-  if (clsInstrInterface::IsNotRestricted(LacksLoadCompensation))
+  if (clsInstrInterface::IsNotRestricted(eLacksLoadCompensation))
     LevelInfo.dblLoadCompensation[lngChannel] = Read(levels, &IChannelLevels::GetLoadCompensation);
-  if (clsInstrInterface::IsNotRestricted(LacksOutputImpedance))
+  if (clsInstrInterface::IsNotRestricted(eLacksImpedance))
     LevelInfo.dblOutputImpedance[lngChannel] = Read(levels, &IChannelLevels::GetImpedance);
   LevelInfo.eOutputPolarity[lngChannel] = Read(levels, &IChannelLevels::GetPolarity);
   LevelInfo.fChannelOutputOn[lngChannel] = Read(levels, &IChannelLevels::GetOutput);
-  if (clsInstrInterface::IsNotRestricted(LacksComplementOutput))
+  if (clsInstrInterface::IsNotRestricted(eLacksComplement))
     LevelInfo.fChannelOutputInvOn[lngChannel] = Read(levels, &IChannelLevels::GetComplementOutput);
 }
 
@@ -121,9 +121,9 @@ Boolean clsInstrInterface::SetTriggerLevels(const udtTrgLevelsInfo &TrgLevels) {
     const auto aux = Fetch(trigger, &ITriggerSystem::GetAuxOutputs);
     Call(aux, &IAuxOutputs::SetOutLevel, OutTrigger, TrgLevels.eTriggerOutLevel);
     Call(aux, &IAuxOutputs::SetOutLevel, OutStrobe, TrgLevels.eStrobeOutLevel);
-    if (clsInstrInterface::IsNotRestricted(LacksVxiTriggerSource))
+    if (clsInstrInterface::IsNotRestricted(eLacksVxiSource))
       Call(aux, &IAuxOutputs::SetVxiSource, TrgLevels.eVxiTriggerSource);
-    if (clsInstrInterface::IsNotRestricted(LacksVxiTriggerLine))
+    if (clsInstrInterface::IsNotRestricted(eLacksVxiEnable))
       Call(aux, &IAuxOutputs::SetVxiLine, TrgLevels.eVxiTriggerLine);
     const auto clock = Fetch(trigger, &ITriggerSystem::GetClockInput);
     Call(clock, &IClockInput::SetImpedance, TrgLevels.dblClkInInputImp);
@@ -140,9 +140,9 @@ Boolean clsInstrInterface::GetTriggerLevels(udtTrgLevelsInfo &TrgLevels) {
     const auto aux = Fetch(trigger, &ITriggerSystem::GetAuxOutputs);
     TrgLevels.eTriggerOutLevel = ReadOutLevel(aux, OutTrigger);
     TrgLevels.eStrobeOutLevel = ReadOutLevel(aux, OutStrobe);
-    if (clsInstrInterface::IsNotRestricted(LacksVxiTriggerSource))
+    if (clsInstrInterface::IsNotRestricted(eLacksVxiSource))
       TrgLevels.eVxiTriggerSource = Read(aux, &IAuxOutputs::GetVxiSource);
-    if (clsInstrInterface::IsNotRestricted(LacksVxiTriggerLine))
+    if (clsInstrInterface::IsNotRestricted(eLacksVxiEnable))
       TrgLevels.eVxiTriggerLine = Read(aux, &IAuxOutputs::GetVxiLine);
     const auto clock = Fetch(trigger, &ITriggerSystem::GetClockInput);
     TrgLevels.dblClkInInputImp = Read(clock, &IClockInput::GetImpedance);

@@ -49,7 +49,7 @@ void clsInstrInterface::SendTiming(const udtTimingInfo &TimingInfo, Long lngChan
     const auto block = Fetch(timing, &IChannelTiming::GetSinglePulse);
     CallSelected(block, &ISinglePulse::SetDelay, TimingInfo.dblDelay[lngChannel]);
   }
-  if (!clsInstrInterface::IsRestricted(LacksSeparateEdges)) {
+  if (!clsInstrInterface::IsRestricted(eLacksTrailingEdge)) {
     const auto block = edges();
     Call(block, &IEdges::SetCoupling, TimingInfo.fAutoCoupleLeTe[lngChannel] ? 1 : 0);
   }
@@ -62,7 +62,7 @@ Boolean clsInstrInterface::GetTiming(udtTimingInfo &TimingInfo) {
       const auto levels = Levels(i);
       const Boolean fOn = Read(levels, &IChannelLevels::GetOutput);
       TimingInfo.fChannelOutputOn[i] = fOn;
-      if (clsInstrInterface::IsNotRestricted(LacksComplementOutput)) {
+      if (clsInstrInterface::IsNotRestricted(eLacksComplement)) {
         const Boolean fInvOn = Read(levels, &IChannelLevels::GetComplementOutput);
         TimingInfo.fChannelOutputInvOn[i] = fInvOn;
       }
@@ -76,7 +76,7 @@ void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
   const auto edges = [&] { return Fetch(timing, &IChannelTiming::GetEdges); };
 
   const Boolean fCoupled =
-      clsInstrInterface::IsRestricted(LacksSeparateEdges) || Read(edges(), &IEdges::GetCoupling) != 0;
+      clsInstrInterface::IsRestricted(eLacksTrailingEdge) || Read(edges(), &IEdges::GetCoupling) != 0;
   TimingInfo.fAutoCoupleLeTe[lngChannel] = fCoupled;
   TimingInfo.dblLeading[lngChannel] = ReadSelected(edges(), &IEdges::GetLeading);
   TimingInfo.dblTrailing[lngChannel] = ReadSelected(edges(), &IEdges::GetTrailing);
@@ -102,7 +102,7 @@ void clsInstrInterface::SwitchOutput(Integer intChan, Boolean fState, Boolean fI
   const auto levels = Levels(intChan);
   if (!fIsComplement)
     Call(levels, &IChannelLevels::SetOutput, fState);
-  else if (clsInstrInterface::IsNotRestricted(LacksComplementOutput))
+  else if (clsInstrInterface::IsNotRestricted(eLacksComplement))
     Call(levels, &IChannelLevels::SetComplementOutput, fState);
 }
 

@@ -1,8 +1,8 @@
 #include "panel/CapabilityGate.h"
 
 #include "bitpattern/BitPattern.h"
+#include "instrument/Restrictions.h"
 #include "panel/TimingPage.h"
-#include "support/modCboTags.h"
 #include "support/modUtilsGen.h"
 
 namespace tarvik {

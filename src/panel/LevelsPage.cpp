@@ -1,5 +1,7 @@
 #include "panel/LevelsPage.h"
 
+#include "instrument/LevelFormatEnum.h"
+#include "instrument/Restrictions.h"
 #include "panel/ChannelOutputs.h"
 #include "support/Conversions.h"
 #include "support/modCboTags.h"

@@ -1,5 +1,6 @@
 #include "panel/TimingPage.h"
 
+#include "instrument/Restrictions.h"
 #include "support/modCboTags.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"

@@ -38,23 +38,10 @@ inline constexpr Long ePllRefClkIn = 0, ePllRefInternal = 1;
 inline constexpr Long ePllRef5MHz = 5'000'000, ePllRef10MHz = 10'000'000;
 
 // Levels
-enum LevelFormatEnum : Long { eFormatTTL = 0, eFormatHighLow = 1, eFormatOffsetAmpl = 2, eFormatECL = 3 };
 inline constexpr Long eLevelOffsetAmplitude = 0, eLevelHighLow = 1;
 inline constexpr Long eTypeVoltage = 0, eTypeCurrent = 1;
 
 // What goes to the VXI trigger line
 inline constexpr Long eVxiSourceTrigger = 1, eVxiSourceStrobe = 2;
-
-// Bits of the capability mask: what a set bit takes away
-inline constexpr Long eLacksTrailingEdge = 4;
-inline constexpr Long eLacksImpedance = 64;
-inline constexpr Long eLacksLoadCompensation = 128;
-inline constexpr Long eLacksChannelMath = 256;
-inline constexpr Long eLacksComplement = 512;
-inline constexpr Long eLacksVxiSource = 1024;
-inline constexpr Long eLacksVxiEnable = 2048;
-inline constexpr Long eLacksVxiLines = 4096;
-inline constexpr Long eLacksAnyVxi = eLacksVxiSource + eLacksVxiEnable + eLacksVxiLines;
-inline constexpr Long eLacksFreeLeadingEdge = 16384;
 
 }  // namespace tarvik

@@ -8,6 +8,7 @@
 #include "PanelSession.h"
 #include "WidgetEnvironment.h"
 #include "bitpattern/BitPattern.h"
+#include "instrument/Restrictions.h"
 #include "platform/CheckBox.h"
 #include "support/modCboTags.h"
 
