@@ -91,7 +91,7 @@ void InstrPage::ListInstruments() {
   lvwInstruments.Clear();
   viInfo record;
   std::string strName;
-  for (Integer Index = 1; Instr().GetViInfo(Index, record, strName); Index = CInt(Double{Index} + 1))
+  for (Integer Index = 1; Instr().GetViInfo(Index, record, strName); Index = CInt(1.0 + Index))
     if (m_state.mfWorkWithBoxes || record.HasSlot()) AddRow(Index, record, strName);
 }
 
