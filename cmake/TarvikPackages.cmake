@@ -1,71 +1,99 @@
-# Debian packages, one for each component: cpack --config build/CPackConfig.cmake
+# Debian packages, one for each component: cpack --config build/CPackConfig.cmake -B packages
+set(TARVIK_PACKAGE_CONTACT "TarvikVI maintainers <maintainers@tarvikvi.example>" CACHE STRING
+  "Who is asked about the packages; stands in each of them")
+set(TARVIK_DEBIAN_FOLDER "${CMAKE_CURRENT_LIST_DIR}/debian")
+
+# The changelog of the packages tells their revision.
+file(STRINGS "${TARVIK_DEBIAN_FOLDER}/changelog" TARVIK_NEWEST LIMIT_COUNT 1)
+string(REGEX REPLACE "^tarvikvi \\((.*)\\) .*" "\\1" TARVIK_PACKAGE_VERSION "${TARVIK_NEWEST}")
+if(NOT TARVIK_PACKAGE_VERSION MATCHES "^${PROJECT_VERSION}-([0-9]+)$")
+  message(FATAL_ERROR "cmake/debian/changelog begins with ${TARVIK_PACKAGE_VERSION}, the version is ${PROJECT_VERSION}")
+endif()
+set(CPACK_DEBIAN_PACKAGE_RELEASE "${CMAKE_MATCH_1}")
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tarvikvi)
 set(CPACK_PACKAGE_VENDOR "TarvikVI")
-set(CPACK_PACKAGE_CONTACT "The TarvikVI maintainers <tarvikvi@localhost>")
+set(CPACK_PACKAGE_CONTACT "${TARVIK_PACKAGE_CONTACT}")
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
-set(CPACK_COMPONENTS_ALL automation runtime development simulator)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 # What a program or library needs of other packages is found out from the file; our own libraries are in the build.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+set(CPACK_PROJECT_CONFIG_FILE "${TARVIK_DEBIAN_FOLDER}/BeginPackages.cmake")
+set(CPACK_PRE_BUILD_SCRIPTS "${TARVIK_DEBIAN_FOLDER}/DocumentPackages.cmake")
+set(CPACK_TARVIK_DEBIAN_FOLDER "${TARVIK_DEBIAN_FOLDER}")
+set(CPACK_TARVIK_CHANGES "${CMAKE_SOURCE_DIR}/CHANGELOG.md")
+get_property(CPACK_TARVIK_LEFT_OUT GLOBAL PROPERTY TARVIK_LEFT_OUT)
+# Behind the last file an install writes a list of its files into the build folder. Packages have theirs within.
+install(CODE "if(DEFINED ENV{TARVIK_PACKAGING})
+    return()
+  endif()" ALL_COMPONENTS)
 
-set(TARVIK_NEEDS_AUTOMATION "libtarvikautomation (= ${PROJECT_VERSION})")
+# tarvik_package(COMPONENT NAME SUMMARY TEXT [FIELD value]...): the fields are those of cpack, as SECTION or DEPENDS.
+macro(tarvik_package component name summary text)
+  list(APPEND CPACK_COMPONENTS_ALL ${component})
+  string(TOUPPER ${component} TARVIK_COMPONENT)
+  set(CPACK_DEBIAN_${TARVIK_COMPONENT}_PACKAGE_NAME ${name})
+  set(CPACK_COMPONENT_${TARVIK_COMPONENT}_DESCRIPTION "${summary}\n ${text}")
+  set(TARVIK_FIELDS ${ARGN})
+  while(TARVIK_FIELDS)
+    list(POP_FRONT TARVIK_FIELDS TARVIK_FIELD TARVIK_VALUE)
+    set(CPACK_DEBIAN_${TARVIK_COMPONENT}_PACKAGE_${TARVIK_FIELD} "${TARVIK_VALUE}")
+  endwhile()
+endmacro()
 
-set(CPACK_DEBIAN_AUTOMATION_PACKAGE_NAME libtarvikautomation)
-set(CPACK_COMPONENT_AUTOMATION_DESCRIPTION
-  "Drivers of TarvikVI and their callers\n Finds and loads instrument drivers; needs no screen and no toolkit.")
-set(CPACK_DEBIAN_AUTOMATION_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_AUTOMATION_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/debian/triggers")
+# tarvik_shared_library(COMPONENT LIBRARY PACKAGE): what makes a package one of a shared library: the linker's index is
+# renewed, and packages that use the library learn which package has it.
+macro(tarvik_shared_library component library package)
+  string(TOUPPER ${component} TARVIK_COMPONENT)
+  file(WRITE "${CMAKE_BINARY_DIR}/install/${component}/shlibs"
+    "${library} ${PROJECT_VERSION_MAJOR} ${package} (>= ${PROJECT_VERSION})\n")
+  set(CPACK_DEBIAN_${TARVIK_COMPONENT}_PACKAGE_CONTROL_EXTRA
+    "${TARVIK_DEBIAN_FOLDER}/triggers" "${CMAKE_BINARY_DIR}/install/${component}/shlibs")
+endmacro()
 
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME tarvikvi)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-  "Front panel for pulse generators\n Panel program and the library with the panel as an embeddable control.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "${TARVIK_NEEDS_AUTOMATION}, libqt6svg6")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "tarvikvi-simulator")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/debian/triggers")
-
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtarvikvi-dev)
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "Development files of the TarvikVI library\n Headers, CMake package and pkg-config files for hosts and drivers.")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "tarvikvi (= ${PROJECT_VERSION}), qt6-base-dev")
-
-set(CPACK_DEBIAN_SIMULATOR_PACKAGE_NAME tarvikvi-simulator)
-set(CPACK_COMPONENT_SIMULATOR_DESCRIPTION
-  "Simulated pulse generators for TarvikVI\n A driver without hardware: the instrument family as a simulation.")
-set(CPACK_DEBIAN_SIMULATOR_PACKAGE_DEPENDS "${TARVIK_NEEDS_AUTOMATION}")
-
-if(TARGET tarvikdesigner)
-  list(APPEND CPACK_COMPONENTS_ALL designer)
-  set(CPACK_DEBIAN_DESIGNER_PACKAGE_NAME tarvikvi-designer)
-  set(CPACK_COMPONENT_DESIGNER_DESCRIPTION
-    "TarvikVI controls in the form designer\n A plug-in that offers the controls of the library to Qt Designer.")
-  set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "tarvikvi (= ${PROJECT_VERSION})")
+set(same "(= ${TARVIK_PACKAGE_VERSION})")
+tarvik_package(automation libtarvikautomation1 "Drivers of TarvikVI and their callers"
+  "Finds and loads instrument drivers; needs no screen and no toolkit." SECTION libs)
+tarvik_shared_library(automation libtarvikautomation libtarvikautomation1)
+tarvik_package(automation_development libtarvikautomation-dev "Development files for drivers of TarvikVI"
+  "Driver contract, headers, CMake package and pkg-config file; needs no toolkit."
+  SECTION libdevel DEPENDS "libtarvikautomation1 ${same}")
+tarvik_package(library libtarvikvi1 "Panel for pulse generators as a library"
+  "The panel as an embeddable control, its parts, and the instrument interface."
+  SECTION libs DEPENDS "libtarvikautomation1 ${same}" RECOMMENDS tarvikvi-simulator)
+tarvik_shared_library(library libtarvikvi libtarvikvi1)
+tarvik_package(runtime tarvikvi "Front panel for pulse generators"
+  "A window with the panel for pulse generators with one or two channels."
+  DEPENDS "libtarvikvi1 ${same}, libtarvikautomation1 ${same}, libqt6svg6" RECOMMENDS tarvikvi-simulator)
+tarvik_package(development libtarvikvi-dev "Development files of the TarvikVI library"
+  "Headers, CMake package, pkg-config file, documents and examples for hosts."
+  SECTION libdevel DEPENDS "libtarvikvi1 ${same}, libtarvikautomation-dev ${same}, qt6-base-dev"
+  SUGGESTS tarvikvi-designer)
+tarvik_package(simulator tarvikvi-simulator "Simulated pulse generators for TarvikVI"
+  "A driver without hardware: the instrument family as a simulation." DEPENDS "libtarvikautomation1 ${same}")
+if(TARVIK_DESIGNER)
+  tarvik_package(designer tarvikvi-designer "TarvikVI controls in the form designer"
+    "A plug-in that offers the controls of the library to Qt Designer." DEPENDS "libtarvikvi1 ${same}")
 endif()
-
-if(TARGET tarvikremote)
-  list(APPEND CPACK_COMPONENTS_ALL remote server)
-  set(CPACK_DEBIAN_REMOTE_PACKAGE_NAME tarvikvi-remote)
-  set(CPACK_COMPONENT_REMOTE_DESCRIPTION
-    "Instruments on another machine for TarvikVI\n What TarvikVI needs to reach the drivers that a driver server offers.")
-  set(CPACK_DEBIAN_REMOTE_PACKAGE_DEPENDS "${TARVIK_NEEDS_AUTOMATION}")
-
-  set(CPACK_DEBIAN_SERVER_PACKAGE_NAME tarvikvi-server)
-  set(CPACK_COMPONENT_SERVER_DESCRIPTION
-    "Server for instrument drivers of TarvikVI\n Offers the drivers of this machine to named clients on the network.")
-  set(CPACK_DEBIAN_SERVER_PACKAGE_SECTION net)
-  set(CPACK_DEBIAN_SERVER_PACKAGE_DEPENDS "${TARVIK_NEEDS_AUTOMATION}")
-  set(CPACK_DEBIAN_SERVER_PACKAGE_SUGGESTS "openssl, tarvikvi-simulator")
-  set(CPACK_DEBIAN_SERVER_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/debian/server/postinst"
-    "${CMAKE_CURRENT_LIST_DIR}/debian/server/prerm" "${CMAKE_CURRENT_LIST_DIR}/debian/server/postrm")
-  set(CPACK_DEBIAN_SERVER_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+if(TARVIK_REMOTE)
+  tarvik_package(remote tarvikvi-remote "Instruments on another machine for TarvikVI"
+    "What TarvikVI needs to reach the drivers that a driver server offers." DEPENDS "libtarvikautomation1 ${same}")
+  tarvik_package(server tarvikvi-server "Server for instrument drivers of TarvikVI"
+    "Offers the drivers of this machine to named clients on the network."
+    SECTION net DEPENDS "libtarvikautomation1 ${same}" SUGGESTS "openssl, tarvikvi-simulator")
+  set(CPACK_DEBIAN_SERVER_PACKAGE_CONTROL_EXTRA "${TARVIK_DEBIAN_FOLDER}/server/postinst"
+    "${TARVIK_DEBIAN_FOLDER}/server/prerm" "${TARVIK_DEBIAN_FOLDER}/server/postrm")
 endif()
 
 include(CPack)

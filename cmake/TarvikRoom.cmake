@@ -33,6 +33,17 @@ function(tarvik_add_test name)
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
 endfunction()
 
+# tarvik_leave_out(PART OPTION what it needs): a part that is built unless OPTION says otherwise. Where it was wanted and
+# cannot be built, the packages cannot be made either.
+function(tarvik_leave_out part option needs)
+  if(${option})
+    message(WARNING "${part} is left out: it needs ${needs}. No packages can be made of this build.")
+    set_property(GLOBAL APPEND PROPERTY TARVIK_LEFT_OUT "${part} needs ${needs}")
+  else()
+    message(STATUS "${part} is left out: ${option} is off")
+  endif()
+endfunction()
+
 # A folder that may be absent from a trimmed source tree.
 function(tarvik_add_optional folder)
   if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/CMakeLists.txt")

@@ -46,6 +46,16 @@ fs::path OwnFolder() {
   return error ? fs::path() : path.parent_path();
 }
 
+/// The manifests' folder in the prefix that this library was installed to, wherever the prefix has gone since; empty
+/// where the library stands in no installed tree.
+fs::path ManifestFolderOfPrefix(const fs::path &own) {
+  const fs::path libraries = fs::path(TARVIK_LIBRARY_FOLDER).lexically_normal();
+  const auto parts = std::distance(libraries.begin(), libraries.end());
+  fs::path prefix = own;
+  for (auto i = parts; i > 0; --i) prefix = prefix.parent_path();
+  return !own.empty() && prefix / libraries == own ? prefix / TARVIK_DATA_FOLDER / FolderName : fs::path();
+}
+
 [[noreturn]] void RaiseCannotCreate(const std::string &strProgId, const std::string &strReason) {
   throw RunTimeError(ErrCannotCreateObject, "Cannot create " + strProgId + ": " + strReason);
 }
@@ -180,11 +190,16 @@ fs::path UserManifestFolder() {
 
 std::vector<fs::path> ManifestFolders() {
   std::vector<fs::path> arrFolders;
-  if (const fs::path users = UserManifestFolder(); !users.empty()) arrFolders.push_back(users);
+  const auto append = [&](const fs::path &folder) {
+    if (!folder.empty() && std::ranges::find(arrFolders, folder) == arrFolders.end()) arrFolders.push_back(folder);
+  };
+  append(UserManifestFolder());
   const char *dirs = std::getenv("XDG_DATA_DIRS");
   for (const std::string &strFolder : Split(dirs && *dirs ? dirs : "/usr/local/share:/usr/share", ':'))
-    if (!strFolder.empty() && strFolder.front() == '/') arrFolders.push_back(fs::path(strFolder) / FolderName);
-  if (const fs::path own = OwnFolder(); !own.empty()) arrFolders.push_back(own);
+    if (!strFolder.empty() && strFolder.front() == '/') append(fs::path(strFolder) / FolderName);
+  const fs::path own = OwnFolder();
+  append(ManifestFolderOfPrefix(own));
+  append(own);
   return arrFolders;
 }
 

@@ -29,8 +29,9 @@ TARVIK_AUTOMATION_EXPORT void SetRemoteActivator(RemoteActivator activator);
 /// raises a RunTimeError that says which files were tried and why each failed.
 TARVIK_AUTOMATION_EXPORT Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strServer);
 
-/// Folders in which manifests are looked for: the user's data folder, the system's data folders, the folder
-/// of this library. All are whole paths: nothing is looked for relative to the current folder.
+/// Folders in which manifests are looked for: the user's data folder, the system's data folders, the data folder of
+/// the prefix that this library is installed to, the folder of this library. All are whole paths: nothing is looked for
+/// relative to the current folder.
 TARVIK_AUTOMATION_EXPORT std::vector<std::filesystem::path> ManifestFolders();
 
 /// The folder into which a user's own manifests go; empty for a user without a home.

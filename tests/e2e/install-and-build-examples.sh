@@ -23,6 +23,8 @@ for file in bin/tarvikvi share/applications/tarvikvi.desktop share/man/man1/tarv
   share/metainfo/tarvikvi.metainfo.xml share/icons/hicolor/scalable/apps/tarvikvi.svg; do
   [ -s "$prefix/$file" ] || { echo "not installed: $file" >&2; exit 1; }
 done
+bare=$(find "$prefix"/lib* -name '*.driver')
+[ -z "$bare" ] || { echo "manifests among the libraries: $bare" >&2; exit 1; }
 if grep -rlF "$build" "$prefix" --include='*.cmake' --include='*.pc' --include='*.driver' --include='*.h'; then
   echo "installed files name the build folder" >&2
   exit 1
@@ -84,7 +86,7 @@ cd "$work/with-pkg-config"
 for example in panel-host console-session; do
   # The words of pkg-config are arguments, each for itself.
   # shellcheck disable=SC2046
-  "${CXX:-c++}" -std=c++20 -fPIC -I. "$work/examples/$example/main.cpp" $(pkg-config --cflags --libs tarvikvi) \
+  "${CXX:-c++}" -I. "$work/examples/$example/main.cpp" $(pkg-config --cflags --libs tarvikvi) \
     -Wl,-rpath,"$libraries" -o "$example"
 done
 check "$work/with-pkg-config"
@@ -94,7 +96,7 @@ grep -rL '^#pragma once' "$prefix/include/tarvikvi" > "$work/unguarded.txt" || t
 [ ! -s "$work/unguarded.txt" ] || { cat "$work/unguarded.txt" >&2; exit 1; }
 # shellcheck disable=SC2046
 (cd "$prefix/include/tarvikvi" && find . -name '*.h' -printf '%P\n' | sort) | xargs -P "$(nproc)" -I HEADER \
-  "${CXX:-c++}" -std=c++20 -fPIC -fsyntax-only -x c++ -include HEADER $(pkg-config --cflags tarvikvi) /dev/null ||
+  "${CXX:-c++}" -fsyntax-only -x c++ -include HEADER $(pkg-config --cflags tarvikvi) /dev/null ||
   { echo "an installed header needs one that is not installed" >&2; exit 1; }
 
 if [ -n "$server" ]; then
