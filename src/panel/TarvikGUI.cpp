@@ -1,12 +1,9 @@
 #include "panel/TarvikGUI.h"
 
-#include <QCoreApplication>
 #include <QHideEvent>
 #include <QPointer>
-#include <QWindow>
 #include <algorithm>
 #include <ranges>
-#include <utility>
 
 #include "panel/CapabilityGate.h"
 #include "panel/ConfigPage.h"
@@ -15,6 +12,7 @@
 #include "panel/LimitsPage.h"
 #include "panel/ModePage.h"
 #include "panel/OptionsPage.h"
+#include "panel/PanelStart.h"
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
@@ -101,11 +99,6 @@ TabControl *MakeTabs(QWidget *panel) {
   return tabs;
 }
 
-QEvent::Type StartEvent() {
-  static const auto eType = static_cast<QEvent::Type>(QEvent::registerEventType());
-  return eType;
-}
-
 QSize SizeAt(qreal dblPixelsPerTwip) {
   return {qRound(PanelWidth * dblPixelsPerTwip), qRound(PanelHeight * dblPixelsPerTwip)};
 }
@@ -118,6 +111,8 @@ std::string Setting(const char *strKey, const char *strDefault) {
 
 TarvikGUI::TarvikGUI(QWidget *parent)
     : QWidget(parent),
+      m_start(std::make_unique<PanelStart>(
+          *this, [this] { RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); }); })),
       m_face(*new QWidget(this)),
       m_tabMain(MakeTabs(&m_face)),
       m_form(m_face, Design()),
@@ -130,28 +125,22 @@ TarvikGUI::TarvikGUI(QWidget *parent)
   m_tabMain->setUsesScrollButtons(true);
   PlaceFace();
   PlaceHighlights();
-  MakeFirstPages();
+  MakePages();
   ConnectEvents();
 }
 
 TarvikGUI::~TarvikGUI() {
   // A panel that never started has read no options, and would write its design's over the user's.
-  if (m_fStarted) RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
+  if (m_start->HasRun()) RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
   if (gobjPanel() == this) gobjPanel() = nullptr;
 }
 
 QWidget &TarvikGUI::Sheet(TabNumEnum ePage) const { return *m_tabMain->widget(ePage); }
 
-void TarvikGUI::MakeFirstPages() {
+void TarvikGUI::MakePages() {
   PanelServices &panel = *this;
   m_optionsPage = std::make_unique<OptionsPage>(Sheet(ePageOptions), panel);
   m_instrPage = std::make_unique<InstrPage>(Sheet(ePageInstr), panel, *m_optionsPage);
-}
-
-void TarvikGUI::MakeOtherPages() {
-  if (m_gate) return;
-  const std::size_t lngStops = TabStops().size();
-  PanelServices &panel = *this;
   m_timingPage = std::make_unique<TimingPage>(Sheet(ePageTiming), panel);
   m_patternPage = std::make_unique<PatternPage>(Sheet(ePagePattern), panel);
   m_modePage = std::make_unique<ModePage>(Sheet(ePageMode), panel, *m_timingPage, *m_patternPage);
@@ -160,16 +149,6 @@ void TarvikGUI::MakeOtherPages() {
   m_trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
   m_configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *m_instrPage);
   m_gate = std::make_unique<CapabilityGate>(*this, panel, *m_timingPage, m_patternPage->Editor());
-  // The toolkit put the late ones behind everything in the window, what the host placed behind the panel included.
-  const std::vector<QWidget *> arrStops = TabStops();
-  for (std::size_t i = lngStops; i < arrStops.size(); ++i) setTabOrder(arrStops[i - 1], arrStops[i]);
-}
-
-std::vector<QWidget *> TarvikGUI::TabStops() const {
-  std::vector<QWidget *> arrStops;
-  for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
-    if (isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) arrStops.push_back(widget);
-  return arrStops;
 }
 
 void TarvikGUI::ConnectEvents() {
@@ -258,51 +237,15 @@ void TarvikGUI::changeEvent(QEvent *event) {
 void TarvikGUI::showEvent(QShowEvent *event) {
   QWidget::showEvent(event);
   // A window that comes back from the task bar was never hidden by its host.
-  if (event->spontaneous() || m_fStartPending) return;
-  m_fStartPending = true;
-  StartSoon();
+  if (event->spontaneous()) return;
+  gobjPanel() = this;
+  m_start->Await();
 }
 
 void TarvikGUI::hideEvent(QHideEvent *event) {
   QWidget::hideEvent(event);
-  if (event->spontaneous() || std::exchange(m_fStartPending, false)) return;
+  if (event->spontaneous() || m_start->GiveUp()) return;
   RunUserEvent("TarvikGUI", "Hide", [this] { UserControl_Hide(); });
-}
-
-void TarvikGUI::StartSoon() {
-  // The start may take long and ask questions; by then the panel has to stand on the screen. The toolkit posts its
-  // painting at low priority, and the start goes behind it.
-  QCoreApplication::postEvent(this, new QEvent(StartEvent()), Qt::LowEventPriority - 1);
-}
-
-void TarvikGUI::customEvent(QEvent *event) {
-  if (event->type() == StartEvent()) StartIfPending();
-}
-
-bool TarvikGUI::eventFilter(QObject *watched, QEvent *event) {
-  if (event->type() == QEvent::Expose) {
-    watched->removeEventFilter(this);
-    StartSoon();
-  }
-  return QWidget::eventFilter(watched, event);
-}
-
-void TarvikGUI::StartIfPending() {
-  if (!m_fStartPending) return;
-  if (QWindow *window = WindowToBeExposed()) {
-    window->installEventFilter(this);
-    return;
-  }
-  m_fStartPending = false;
-  m_fStarted = true;
-  RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); });
-}
-
-QWindow *TarvikGUI::WindowToBeExposed() const {
-  const QWidget *top = window();
-  if (top->isMinimized() || top->testAttribute(Qt::WA_DontShowOnScreen)) return nullptr;
-  QWindow *window = top->windowHandle();
-  return window && !window->isExposed() ? window : nullptr;
 }
 
 void TarvikGUI::HoldInstr() {
@@ -321,8 +264,6 @@ clsInstrInterface &TarvikGUI::ZorvaneInstr() {
 void TarvikGUI::UserControl_Show() {
   const QPointer<TarvikGUI> self(this);
   const auto hasEnded = [&self] { return !self || !self->m_zorvaneInstr; };
-  MakeOtherPages();
-  gobjPanel() = this;
   HoldInstr();
   RestoreOptions();
   InitAllPages();
@@ -403,7 +344,7 @@ TabStates &TarvikGUI::StateOf(Long lngPage) {
 }
 
 void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) {
-  if (eState == ePageIsDirty && m_state.mfDownloading) return;
+  if (eState == ePageIsDirty && (m_state.mfDownloading || m_start->IsAwaited())) return;
   if (eState != ePageSetStatus) {
     if (ePage == eAllPages)
       m_state.meTabState.fill(eState);
@@ -436,8 +377,6 @@ void TarvikGUI::ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOthe
 }
 
 void TarvikGUI::tabMain_Click() {
-  // A user can be faster than the start.
-  MakeOtherPages();
   if (Page *page = PageOf(m_tabMain->Tab()))
     page->Enter();
   else

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 #include <memory>
-#include <vector>
 
 #include "controls/FrameEnhanced.h"
 #include "panel/Page.h"
@@ -22,14 +21,15 @@ class LevelsPage;
 class LimitsPage;
 class ModePage;
 class OptionsPage;
+class PanelStart;
 class PatternPage;
 class TimingPage;
 class TrigLevPage;
 
 /// The front panel: a host places it on a form and gets a complete panel. It starts when it is shown and its
-/// first frame painted: options are restored, the driver is connected, the instruments are listed. Hiding saves the
-/// options and ends the session; a later show starts anew. All of it lives on the thread that made it; only the last
-/// panel shown is told of changes.
+/// first frame painted: options are restored, the driver is connected, the instruments are listed. Until then it takes
+/// no command. Hiding saves the options and ends the session; a later show starts anew. All of it lives on the thread
+/// that made it; only the last panel shown is told of changes.
 class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private PanelServices {
   Q_OBJECT
 
@@ -58,8 +58,6 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void hideEvent(QHideEvent *event) override;
   void changeEvent(QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
-  void customEvent(QEvent *event) override;
-  bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
   friend class PanelTestAccess;
@@ -71,10 +69,6 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void cmdDownload_Click() override;
   void EnableControlsForChannels(Long lngChannels) override;
 
-  void StartSoon();
-  void StartIfPending();
-  /// The window whose exposure will bring the first frame; null where it has been, or is not to come at all.
-  QWindow *WindowToBeExposed() const;
   void UserControl_Show();
   void UserControl_Hide();
   void UserControl_Terminate();
@@ -83,10 +77,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void InitAllPages();
   void HoldInstr();
   QWidget &Sheet(TabNumEnum ePage) const;
-  void MakeFirstPages();
-  void MakeOtherPages();
-  /// What of the panel takes the focus, in the order of the tab key.
-  std::vector<QWidget *> TabStops() const;
+  void MakePages();
   void ConnectEvents();
   void PlaceFace();
   void PlaceHighlights();
@@ -110,8 +101,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   std::shared_ptr<clsInstrInterface> m_zorvaneInstr;
   Event<const std::string &>::Connection m_statusConnection;
   Event<const std::string &>::Connection m_errorConnection;
-  bool m_fStartPending = false;  ///< shown, and the start has not run yet
-  bool m_fStarted = false;       ///< at least once
+  std::unique_ptr<PanelStart> m_start;
 
   /// Carries all controls, so that its font can be zoomed while the panel's own stays the host's.
   QWidget &m_face;
@@ -124,7 +114,6 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
 
   std::unique_ptr<OptionsPage> m_optionsPage;
   std::unique_ptr<InstrPage> m_instrPage;
-  // Made behind the first frame, which does not show them; null until the panel starts or another tab is chosen.
   std::unique_ptr<TimingPage> m_timingPage;
   std::unique_ptr<PatternPage> m_patternPage;
   std::unique_ptr<ModePage> m_modePage;

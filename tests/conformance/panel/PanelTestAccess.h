@@ -21,8 +21,6 @@ class PanelTestAccess {
   static Json PresetsLow(const TarvikGUI &panel);
 
   static Event<> &TimingDrawn(TarvikGUI &panel);
-  /// A panel makes most of its pages when it starts; the cases look at all of them before.
-  static void MakePages(TarvikGUI &panel) { panel.MakeOtherPages(); }
   static void Terminate(TarvikGUI &panel) { panel.UserControl_Terminate(); }
 
   /// Calls a procedure by its name with the arguments that follow it in the line; null where it has no result.

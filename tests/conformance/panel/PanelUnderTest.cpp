@@ -9,7 +9,6 @@ namespace tarvik::paneltest {
 void RaiseNoControl(const std::string &strName) { throw BadLine("no such control: " + strName); }
 
 PanelUnderTest::PanelUnderTest(Recorder &recorder, const Surface &surface) {
-  PanelTestAccess::MakePages(m_gui);
   // Names of inner parts repeat; the control's own one comes first.
   for (QWidget *widget : m_gui.findChildren<QWidget *>())
     if (!widget->objectName().isEmpty()) m_controls.emplace(widget->objectName().toStdString(), widget);

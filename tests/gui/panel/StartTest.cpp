@@ -1,8 +1,13 @@
 #include <gmock/gmock.h>
 
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <QWheelEvent>
+#include <QWindow>
 #include <functional>
 #include <utility>
 
@@ -10,6 +15,7 @@
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
 #include "platform/CheckBox.h"
+#include "platform/Highlight.h"
 #include "platform/PlainControls.h"
 #include "platform/TabControl.h"
 
@@ -329,7 +335,7 @@ TEST(Start, APanelThatComesToAStandingWindowIsPaintedFirst) {
   session.panel->setParent(nullptr);
 }
 
-TEST(Start, ThePagesMadeLateComeBeforeTheHostsNextControlInTheTabOrder) {
+TEST(Start, ThePagesComeBeforeTheHostsNextControlInTheTabOrder) {
   SimulatorSession session;
   session.NewPanel();
   QWidget window;
@@ -413,21 +419,185 @@ TEST(Start, APanelOutOfSightInItsHostsWindowStartsAllTheSame) {
   session.panel->setParent(nullptr);
 }
 
-TEST(Start, ATabChosenBeforeTheStartShowsItsWholePage) {
+/// A panel on its second show, with a field in front and its buttons enabled as an open session left them, that waits
+/// for its start.
+class WaitingPanel : public testing::Test {
+ protected:
+  WaitingPanel() {
+    session.Open("VP-210");
+    session->ShowPage(ePageLimits);
+    session.Hide();
+    session.host.TakeLines();
+    session.panel->show();
+    session.panel->activateWindow();
+  }
+  QLineEdit &Text() const { return *session->Field("esLimitHighVoltage(0)").findChild<QLineEdit *>(); }
+  bool IsLit(const char *strName) const { return session->Get<Highlight>(strName).Visible(); }
+  void ExpectDeaf(const char *strWhat) {
+    EXPECT_THAT(session.host.TakeLines(), IsEmpty()) << strWhat;
+    EXPECT_FALSE(IsLit("picUploadHighlight")) << strWhat;
+    EXPECT_FALSE(IsLit("picDownloadHighlight")) << strWhat;
+    EXPECT_EQ(session->Get<TabControl>("tabMain").Tab(), ePageLimits) << strWhat;
+    EXPECT_EQ(Text().text().toStdString(), m_strBefore) << strWhat;
+  }
+  void TurnWheel(QWidget &widget) {
+    const QPointF place = widget.rect().center();
+    QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(&widget, &event);
+  }
+  bool OfferDrop(QWidget &widget) {
+    QMimeData text;
+    text.setText(QStringLiteral("7"));
+    const QPoint place = widget.rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &enter);
+    QDropEvent drop(place, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &drop);
+    return enter.isAccepted();
+  }
+
   SimulatorSession session;
-  session->ShowPage(ePageLimits);
-  const auto fields = [&session] {
-    std::vector<std::string> arrVisible;
-    for (const EngrSpin *field : session.panel->findChildren<EngrSpin *>())
-      if (field->isVisible()) arrVisible.push_back(field->objectName().toStdString());
-    return arrVisible;
-  };
-  const std::vector<std::string> arrAfterStart = fields();
-  ASSERT_THAT(arrAfterStart, Not(IsEmpty()));
+
+ private:
+  const std::string m_strBefore = Text().text().toStdString();
+};
+
+TEST_F(WaitingPanel, TakesNoCommandBeforeItsStart) {
+  for (const char *strButton : {"cmdUpload", "cmdDownload", "cmdCheckErrors", "cmdCheckWarnings"}) {
+    ASSERT_TRUE(Enabled(session, strButton)) << strButton;
+    session->Click(strButton);
+    ExpectDeaf(strButton);
+    EXPECT_TRUE(Enabled(session, strButton)) << "the form's own";
+  }
+  for (const Qt::Key key : {Qt::Key_U, Qt::Key_D, Qt::Key_T}) {
+    QTest::keyClick(session.panel.get(), key, Qt::AltModifier);
+    ExpectDeaf("access key");
+  }
+  QTabBar &tabs = *session->Get<QTabWidget>("tabMain").tabBar();
+  QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(ePageTiming).center());
+  ExpectDeaf("tab");
+
+  Text().setFocus();
+  QTest::keyClicks(&Text(), QStringLiteral("3"));
+  QTest::keyClick(&Text(), Qt::Key_Return);
+  ExpectDeaf("keys in a field");
+  TurnWheel(Text());
+  ExpectDeaf("wheel");
+  EXPECT_FALSE(OfferDrop(Text()));
+  ExpectDeaf("drop");
+  QContextMenuEvent menu(QContextMenuEvent::Mouse, Text().rect().center(), QPoint(1, 1));
+  QCoreApplication::sendEvent(&Text(), &menu);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  QTest::mouseClick(&session->Get<QWidget>("optLimitsChanel(0)"), Qt::LeftButton, {}, QPoint(8, 8));
+  ExpectDeaf("option");
+
+  LetPanelsStart();
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+  EXPECT_FALSE(IsLit("picUploadHighlight"));
+  EXPECT_EQ(session->Instruments().Count(), 5);
+  session.Open("VP-210");
+  EXPECT_THAT(session->Ticked(), ElementsAre("VP-210"));
+}
+
+TEST_F(WaitingPanel, KeepsTheFocusWhereItIsWhateverIsClicked) {
+  auto &errors = session->Get<QWidget>("cmdCheckErrors");
+  errors.setFocus();
+  const QPointF place = Text().mapTo(session.panel.get(), Text().rect().center());
+  QMouseEvent press(QEvent::MouseButtonPress, place, session.panel->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                    Qt::NoModifier);
+  QCoreApplication::sendEvent(session.panel->windowHandle(), &press);
+  EXPECT_EQ(session.panel->focusWidget(), &errors);
+  LetPanelsStart();
+}
+
+TEST_F(WaitingPanel, LeavesTheRowsOfTheFormerListAlone) {
+  session->Get<QTabWidget>("tabMain").setCurrentIndex(ePageInstr);
+  session.host.TakeLines();
+  session->Tick(0);
+  session->DoubleClick(0);
+  QTest::keyClick(&session->Instruments(), Qt::Key_Return);
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty());
+  LetPanelsStart();
+  EXPECT_THAT(session->Ticked(), IsEmpty());
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
+TEST_F(WaitingPanel, IsNotMarkedByAnEditInAnotherPanel) {
+  session.panel->SetTabState(ePageIsDirty, ePageLimits);
+  EXPECT_FALSE(IsLit("picUploadHighlight"));
+  LetPanelsStart();
+  EXPECT_FALSE(IsLit("picUploadHighlight"));
+  session.panel->SetTabState(ePageIsDirty, eCurrPage);
+  EXPECT_TRUE(IsLit("picUploadHighlight"));
+}
+
+TEST(Start, TheHostsOwnControlsWorkWhileThePanelWaits) {
+  SimulatorSession session;
   session.NewPanel();
+  QWidget window;
+  QVBoxLayout layout(&window);
+  auto *button = new QPushButton(QStringLiteral("Host's"));
+  layout.addWidget(button);
+  layout.addWidget(session.panel.get());
+  int intClicks = 0;
+  QObject::connect(button, &QPushButton::clicked, [&] { ++intClicks; });
+  window.show();
+  QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_EQ(intClicks, 1);
+  LetPanelsStart();
+  session.panel->setParent(nullptr);
+}
+
+TEST(Start, AClickWithinTheYieldRuns) {
+  SimulatorSession session;
+  session.NewPanel();
+  std::vector<std::string> arrLines;
+  session.host.OnEntry = [&, fDone = false](const HostEntry &entry) mutable {
+    if (entry.kind != HostEntry::DoEvents || std::exchange(fDone, true)) return;
+    session.host.TakeLines();
+    session->Click("cmdCheckErrors");
+    arrLines = session.host.TakeLines();
+  };
+  session.Show();
+  session.host.OnEntry = {};
+  EXPECT_THAT(arrLines,
+              ElementsAre("box information: You need to be online to an instrument to perform this operation"));
+}
+
+TEST(Start, AStartThatFailedHalfwayCountsAsStarted) {
+  SimulatorSession session;
+  session.NewPanel();
+  session.host.arrGetFailures.push_back({ErrPathFileAccess, "no store", 1});
+  session.Show();
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: no store"));
+  session->Click("cmdCheckErrors");
+  EXPECT_THAT(session.host.TakeBoxes(),
+              ElementsAre("box information: You need to be online to an instrument to perform this operation"));
+  session.user.reset();
+  session.panel.reset();
+  EXPECT_EQ(Saved(session.host).size(), 7u);
+}
+
+TEST(Start, ThePanelShownLastIsTheOneThatIsToldWheneverTheStartsRun) {
+  SimulatorSession session;
+  session.NewPanel();
+  TarvikGUI second;
   session.panel->show();
-  session->ShowPage(ePageLimits);
-  EXPECT_EQ(fields(), arrAfterStart);
+  second.show();
+  EXPECT_EQ(gobjPanel(), &second);
+  int intAsked = 0;
+  session.host.OnEntry = [&](const HostEntry &) {
+    ++intAsked;
+    EXPECT_EQ(gobjPanel(), &second);
+  };
+  LetPanelsStart();
+  session.host.OnEntry = {};
+  EXPECT_GT(intAsked, 0);
+  session.Hide();
+  session.panel->show();
+  EXPECT_EQ(gobjPanel(), session.panel.get());
+  LetPanelsStart();
 }
 
 TEST(Start, APanelHiddenBeforeItsFirstFrameStartsNothing) {
@@ -507,6 +677,18 @@ TEST(End, APanelThatWasNeverStartedSavesNothing) {
   session.Hide();
   session.NewPanel();
   session.host.TakeLines();
+  session.user.reset();
+  session.panel.reset();
+  EXPECT_THAT(Saved(session.host), IsEmpty());
+}
+
+TEST(End, APanelThatWasHiddenBeforeItsStartSavesNothing) {
+  SimulatorSession session;
+  session.Hide();
+  session.NewPanel();
+  session.host.TakeLines();
+  session.panel->show();
+  session.panel->hide();
   session.user.reset();
   session.panel.reset();
   EXPECT_THAT(Saved(session.host), IsEmpty());
