@@ -330,18 +330,25 @@ void LevelsPage::DownloadLevels() {
 void LevelsPage::ShowChannel(const udtLevelInfo &levels, Long lngChannel) {
   const Long k = lngChannel - 1;
   const clsInstrInterface &instr = Instr();
-  esLevelHigh[k].SetValue(levels.dblAmplOrHigh[lngChannel]);
-  esLevelLo[k].SetValue(levels.dblOffsetOrLow[lngChannel]);
+  // The unit goes first, because choosing it converts what the level fields hold.
+  cboLevelUnits[k].SetListIndexByItemData(levels.eOutputType[lngChannel]);
   const Boolean fImpedance = instr.IsNotRestricted(eLacksImpedance);
   cboOutputImpedance[k].SetEnabled(fImpedance);
   if (fImpedance) cboOutputImpedance[k].SetListIndexByItemData(CLng(levels.dblOutputImpedance[lngChannel]));
   const Boolean fLoad = instr.IsNotRestricted(eLacksLoadCompensation);
   esLoadCompensation[k].SetEnabled(fLoad);
   if (fLoad) esLoadCompensation[k].SetValue(levels.dblLoadCompensation[lngChannel]);
+  ShowLevel(esLevelHigh[k], levels.dblAmplOrHigh[lngChannel], esLoadCompensation[k].Value());
+  ShowLevel(esLevelLo[k], levels.dblOffsetOrLow[lngChannel], esLoadCompensation[k].Value());
   grpNormalCompliment[k].SetValue(levels.eOutputPolarity[lngChannel]);
-  cboLevelUnits[k].SetListIndexByItemData(levels.eOutputType[lngChannel]);
   m_state.mfOutputOn[lngChannel] = levels.fChannelOutputOn[lngChannel];
   m_state.mfOutputInvOn[lngChannel] = levels.fChannelOutputInvOn[lngChannel];
+}
+
+void LevelsPage::ShowLevel(EngrSpin &esField, Double dblLevel, Double dblLoad) {
+  esField.SetValue(dblLevel);
+  // Volts, from which a later edit of the load works out the current.
+  if (esField.BaseUnit() == Amperes) esField.SetAuxValue(esField.Value() * dblLoad);
 }
 
 }  // namespace tarvik

@@ -39,6 +39,8 @@ class LevelsPage : public Page {
   void ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits);
   void ConvertLevelFields(Integer intChan, const std::string &strUnits);
   void ShowChannel(const udtLevelInfo &levels, Long lngChannel);
+  /// A level as the instrument told it, in the unit that the field shows.
+  static void ShowLevel(EngrSpin &esField, Double dblLevel, Double dblLoad);
 
   ControlArray<CboEnhanced> cboLevelFormat;
   ControlArray<CboEnhanced> cboLevelUnits;

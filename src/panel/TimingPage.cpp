@@ -1,5 +1,7 @@
 #include "panel/TimingPage.h"
 
+#include <algorithm>
+
 #include "instrument/Restrictions.h"
 #include "support/modCboTags.h"
 #include "support/modErrorLog.h"
@@ -17,13 +19,16 @@ constexpr const char *Locked = "Locked";
 /// The only edges that some models can make.
 constexpr const char *FixedEdges = "0.8E-9;1.6E-9";
 
+/// Seconds: what the fields of the form take before any range is known.
+constexpr Double ShortestWidthOfForm = 1.5E-9, LongestTime = 999.5;
 /// What the instruments really make; the form's own bound is a little lower.
 constexpr Double ShortestWidth = 1.515E-9;
 
 constexpr Single BoxWidth = 4080, FieldLeft = 120, FieldWidth = 3840, CaptionWidth = 1440, CaptionGap = 100;
 
 PropertyBag TimeField(Double dblMin, const char *strToolTip) {
-  return {{"BaseUnit", Seconds}, {"Min", dblMin}, {"Max", 999.5}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
+  return {
+      {"BaseUnit", Seconds}, {"Min", dblMin}, {"Max", LongestTime}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
 }
 
 PropertyBag TimeField(const char *strCaption, Double dblMin, const char *strToolTip) {
@@ -61,7 +66,7 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
                      k,
                      strBox,
                      {FieldLeft, 645, FieldWidth, 315},
-                     TimeField("Width", 1.5E-9, "Width of the pulse, leading edge included")},
+                     TimeField("Width", ShortestWidthOfForm, "Width of the pulse, leading edge included")},
                     {ControlKind::Field,
                      "esLeadingEdge",
                      k,
@@ -196,27 +201,37 @@ Boolean TimingPage::GetWidestWidth(Long lngCount, Double &dblWidth) const {
   return HasWidth(1) || HasWidth(2);
 }
 
-void TimingPage::SetTimingRanges(Boolean fCheckPeriod) {
+void TimingPage::SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues) {
   const Long lngCount = ChannelCount();
   Double dblWidth = 0;
   if (!GetWidestWidth(lngCount, dblWidth)) return;
   if (fCheckPeriod && GetPeriod() < dblWidth) GrowPeriodTo(dblWidth);
   const Double dblPeriod = GetPeriod();
-  for (Long k = 0; k < lngCount; ++k) SetChannelRanges(k, dblPeriod);
+  for (Long k = 0; k < lngCount; ++k) SetChannelRanges(k, dblPeriod, eValues);
 }
 
 void TimingPage::GrowPeriodTo(Double dblWidth) { esPeriodOrFreq.SetValue(IsFrequency() ? 1 / dblWidth : dblWidth); }
 
-void TimingPage::SetChannelRanges(Long k, Double dblPeriod) {
-  esWidth[k].SetMin(ShortestWidth);
-  if (m_state.mfDoublePulse[k + 1]) {
-    esWidth[k].SetMax(dblPeriod / 2);
-    esDelay[k].SetMin(esWidth[k].Value());
-  } else {
-    esWidth[k].SetMax(dblPeriod);
-    esDelay[k].SetMin(0);
-  }
-  esDelay[k].SetMax(dblPeriod);
+void TimingPage::SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues) {
+  const bool fStands = eValues == OutOfRange::Stands;
+  const auto setMin = [=](EngrSpin &field, Double dblMin) {
+    field.SetMin(fStands ? std::min(dblMin, field.Value()) : dblMin);
+  };
+  const auto setMax = [=](EngrSpin &field, Double dblMax) {
+    field.SetMax(fStands ? std::max(dblMax, field.Value()) : dblMax);
+  };
+  setMin(esWidth[k], ShortestWidth);
+  const bool fDouble = m_state.mfDoublePulse[k + 1];
+  setMax(esWidth[k], fDouble ? dblPeriod / 2 : dblPeriod);
+  setMin(esDelay[k], fDouble ? esWidth[k].Value() : 0);
+  setMax(esDelay[k], dblPeriod);
+}
+
+void TimingPage::OpenRanges(Long k) {
+  esWidth[k].SetMin(ShortestWidthOfForm);
+  esWidth[k].SetMax(LongestTime);
+  esDelay[k].SetMin(0);
+  esDelay[k].SetMax(LongestTime);
 }
 
 void TimingPage::cmdPeriodOrFreq_Click() { SetPeriodOrFreq(True, False); }
@@ -363,14 +378,16 @@ void TimingPage::DownloadTiming() {
     esPeriodOrFreq.SetValue(timing.dblFrequency);
   else
     esPeriodOrFreq.SetReciprocal(timing.dblFrequency);
-  // The instrument's values stand, also a width beyond the period.
-  SetTimingRanges(False);
+  // The instrument's values stand, also a width beyond the period; the next edit holds them to the ranges.
+  SetTimingRanges(False, OutOfRange::Stands);
   DrawTiming();
   m_panel.SetTabState(ePageIsCurrent, ePageTiming);
 }
 
 void TimingPage::ShowChannel(const udtTimingInfo &timing, Long lngChannel) {
   const Long k = lngChannel - 1;
+  // The ranges followed from what stood here before, and would cut what comes now.
+  OpenRanges(k);
   esDelay[k].SetValue(timing.dblDelay[lngChannel]);
   esLeadingEdge[k].SetValue(timing.dblLeading[lngChannel]);
   // Past SetTrailEdgeMode: a download neither enables nor disables.

@@ -63,9 +63,12 @@ class TimingPage : public Page {
   Boolean HasWidth(Long lngChannel) const;
   /// Widest width that the period has to hold; the answer tells whether any channel counts.
   Boolean GetWidestWidth(Long lngCount, Double &dblWidth) const;
-  void SetTimingRanges(Boolean fCheckPeriod);
+  /// What becomes of a value that lies outside a range written now.
+  enum class OutOfRange { Cut, Stands };
+  void SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues = OutOfRange::Cut);
   void GrowPeriodTo(Double dblWidth);
-  void SetChannelRanges(Long k, Double dblPeriod);
+  void SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues);
+  void OpenRanges(Long k);
   void SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency);
   udtChannelTiming TimingOf(Integer intChan) const;
   Boolean &TeEqLe(Long k) const;

@@ -23,9 +23,10 @@ void CheckBox::SetValue(Integer intValue) {
   if (intValue == Value()) return;
   m_fProgramChange = true;
   setCheckState(intValue == 0 ? Qt::Unchecked : intValue == 1 ? Qt::Checked : Qt::PartiallyChecked);
-  setTristate(false);  // a user only ever ticks and unticks
   m_fProgramChange = false;
   Click.Raise();
 }
+
+void CheckBox::nextCheckState() { setCheckState(checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked); }
 
 }  // namespace tarvik

@@ -20,6 +20,10 @@ class CheckBox : public WidgetControl<QCheckBox> {
 
   Event<> Click;
 
+ protected:
+  /// A user only ticks and unticks; a greyed box becomes ticked.
+  void nextCheckState() override;
+
  private:
   bool m_fProgramChange = false;
 };

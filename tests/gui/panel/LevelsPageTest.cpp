@@ -196,6 +196,55 @@ TEST_F(LevelsPageTest, ADownloadFillsThePage) {
   EXPECT_EQ(session.StateOf(ePageTiming), ePageNeedsDownloading);
 }
 
+TEST_F(LevelsPageTest, CurrentsOfADownloadAreNotConverted) {
+  for (const int intUnit : {0, 1}) {
+    session.Take("cboLevelUnits(0)", intUnit);
+    Channel(1).lngLevelType = 1;
+    Channel(1).dblHigh = 0.02;
+    Channel(1).dblLow = -0.01;
+    Channel(1).dblLoadCompensation = 50;
+    session.Click("cmdDownload");
+    EXPECT_EQ(session.List("cboLevelUnits(0)").Text(), "Current") << intUnit;
+    EXPECT_EQ(Shown("esLevelHigh(0)"), "20.00 mA") << intUnit;
+    EXPECT_EQ(Shown("esLevelLo(0)"), "-10.00 mA") << intUnit;
+  }
+}
+
+TEST_F(LevelsPageTest, VoltagesOfADownloadAreNotConverted) {
+  for (const int intUnit : {1, 0}) {
+    session.Take("cboLevelUnits(0)", intUnit);
+    Channel(1).lngLevelType = 0;
+    Channel(1).dblHigh = 2.5;
+    Channel(1).dblLow = 0;
+    Channel(1).dblLoadCompensation = 50;
+    session.Click("cmdDownload");
+    EXPECT_EQ(session.List("cboLevelUnits(0)").Text(), "Voltage") << intUnit;
+    EXPECT_EQ(Shown("esLevelHigh(0)"), "2.500 V") << intUnit;
+    EXPECT_EQ(Shown("esLevelLo(0)"), "0.000 V") << intUnit;
+  }
+}
+
+TEST_F(LevelsPageTest, AfterADownloadOfCurrentsAnEditOfTheLoadKeepsTheVoltage) {
+  Channel(1).lngLevelType = 1;
+  Channel(1).dblHigh = 0.04;
+  Channel(1).dblLow = -0.02;
+  Channel(1).dblLoadCompensation = 50;
+  session.Click("cmdDownload");
+  session.Type("esLoadCompensation(0)", "100Ohm");
+  EXPECT_EQ(Shown("esLevelHigh(0)"), "20.00 mA");
+  EXPECT_EQ(Shown("esLevelLo(0)"), "-10.00 mA");
+}
+
+TEST_F(LevelsPageTest, AUnitThatTheListDoesNotKnowLeavesTheOneShown) {
+  session.Take("cboLevelUnits(0)", 1);
+  Channel(1).lngLevelType = 7;
+  Channel(1).dblHigh = 0.03;
+  session.Click("cmdDownload");
+  EXPECT_EQ(session.List("cboLevelUnits(0)").Text(), "Current");
+  EXPECT_EQ(Shown("esLevelHigh(0)"), "30.00 mA");
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+}
+
 TEST_F(LevelsPageTest, AnImpedanceWithoutAnItemKeepsTheOneShown) {
   session.Take("cboOutputImpedance(0)", 1);
   Channel(1).dblImpedance = 75;

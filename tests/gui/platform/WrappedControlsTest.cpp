@@ -94,12 +94,31 @@ TEST(CheckBoxTest, TicksAndAssignments) {
   EXPECT_EQ(intClicks, 2);
   check.SetValue(0);
   EXPECT_EQ(intClicks, 2);
-  check.SetValue(2);
+  check.SetValue(1);
   EXPECT_EQ(intClicks, 3);
-  QTest::keyClick(&check, Qt::Key_Space);
-  EXPECT_NE(check.Value(), 2) << "a user only ticks and unticks";
   EXPECT_EQ(ErrorOf([&] { check.SetValue(3); }), ErrInvalidPropertyValue);
   EXPECT_EQ(ErrorOf([&] { check.SetValue(-1); }), ErrInvalidPropertyValue);
+}
+
+TEST(CheckBoxTest, AGreyBoxStaysGreyUntilTheUserTicksIt) {
+  CheckBox check;
+  check.show();
+  int intClicks;
+  CountOf(check.Click, intClicks);
+  check.SetValue(2);
+  EXPECT_EQ(check.Value(), 2);
+  EXPECT_EQ(check.checkState(), Qt::PartiallyChecked);
+  EXPECT_EQ(intClicks, 1);
+  check.SetValue(2);
+  EXPECT_EQ(intClicks, 1);
+
+  QTest::keyClick(&check, Qt::Key_Space);
+  EXPECT_EQ(check.Value(), 1);
+  QTest::keyClick(&check, Qt::Key_Space);
+  EXPECT_EQ(check.Value(), 0);
+  QTest::keyClick(&check, Qt::Key_Space);
+  EXPECT_EQ(check.Value(), 1) << "a user only ticks and unticks";
+  EXPECT_EQ(intClicks, 4);
 }
 
 TEST(CommandButtonTest, KeysAndMouseClickAndAFailureEndsTheEventInABox) {

@@ -78,14 +78,101 @@ TEST_F(TimingTransfer, ADownloadInFrequencyFormShowsTheFrequency) {
   EXPECT_EQ(session.Get<CommandButton>("cmdPeriodOrFreq").Caption(), "Frequency");
 }
 
-TEST_F(TimingTransfer, ADownloadNeverPushesThePeriod) {
+TEST_F(TimingTransfer, ADownloadNeverPushesThePeriodAndCutsNoWidth) {
   Channel(1).dblWidth = 3e-6;
-  Field("esWidth(0)").SetMax(1);
   session.Click("cmdDownload");
   EXPECT_DOUBLE_EQ(Field("esPeriodOrFreq").Value(), 5e-7);
-  // The range then holds the field to the period.
-  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 5e-7);
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 3e-6);
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 3e-6);
+  EXPECT_DOUBLE_EQ(Field("esWidth(1)").Max(), 5e-7) << "the other channel's fits";
+}
+
+TEST_F(TimingTransfer, TheRangesOfWhatStoodThereBeforeCutNothingOfADownload) {
+  session.Click("cmdDownload");
+  session.Type("esPeriodOrFreq", "1us");
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 1e-6);
+  for (const Long i : {1, 2}) {
+    Channel(i).dblFrequency = 1e3;
+    Channel(i).dblWidth = 1e-4;
+    Channel(i).dblSingleDelay = 2e-4;
+  }
+  session.Click("cmdDownload");
+  for (const char *strChannel : {"(0)", "(1)"}) {
+    EXPECT_DOUBLE_EQ(Field(("esWidth" + std::string(strChannel)).c_str()).Value(), 1e-4);
+    EXPECT_DOUBLE_EQ(Field(("esDelay" + std::string(strChannel)).c_str()).Value(), 2e-4);
+    EXPECT_DOUBLE_EQ(Field(("esWidth" + std::string(strChannel)).c_str()).Max(), 1e-3);
+    EXPECT_DOUBLE_EQ(Field(("esDelay" + std::string(strChannel)).c_str()).Max(), 1e-3);
+  }
+}
+
+TEST_F(TimingTransfer, ADownloadInFrequencyFormCutsNothingEither) {
+  session.Click("cmdDownload");
+  session.Click("cmdPeriodOrFreq");
+  session.Type("esPeriodOrFreq", "100MHz");
+  for (const Long i : {1, 2}) Channel(i).dblFrequency = 1e3;
+  Channel(1).dblWidth = 1e-4;
+  session.Click("cmdDownload");
+  EXPECT_DOUBLE_EQ(Field("esPeriodOrFreq").Value(), 1e3);
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 1e-4);
+}
+
+TEST_F(TimingTransfer, AWidthBetweenTheTwoFloorsStands) {
+  Channel(1).dblWidth = 1.51e-9;
+  session.Click("cmdDownload");
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 1.51e-9);
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Min(), 1.51e-9);
+  EXPECT_DOUBLE_EQ(Field("esWidth(1)").Min(), 1.515e-9);
+}
+
+TEST_F(TimingTransfer, ADelayBeyondThePeriodStands) {
+  Channel(2).dblSingleDelay = 2e-6;
+  session.Click("cmdDownload");
+  EXPECT_DOUBLE_EQ(Field("esDelay(1)").Value(), 2e-6);
+  EXPECT_DOUBLE_EQ(Field("esDelay(1)").Max(), 2e-6);
+}
+
+TEST_F(TimingTransfer, DoublePulsesThatTheirRangesWouldCutStand) {
+  session.State().mfDoublePulse[1] = True;
+  Channel(1).lngPulseType = 2;
+  Channel(1).dblWidth = 4e-7;
+  Channel(1).dblDoubleDelay = 3e-7;
+  session.Click("cmdDownload");
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 4e-7);
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 4e-7) << "half the period is 250 ns";
+  EXPECT_DOUBLE_EQ(Field("esDelay(0)").Value(), 3e-7);
+  EXPECT_DOUBLE_EQ(Field("esDelay(0)").Min(), 3e-7) << "the width is 400 ns";
+}
+
+TEST_F(TimingTransfer, WithNoOutputOnADownloadLeavesTheRangesOfTheForm) {
+  session.Click("cmdDownload");
   EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 5e-7);
+  for (const Long i : {1, 2}) Channel(i).fOutput = Channel(i).fComplement = False;
+  session.Click("cmdDownload");
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Min(), 1.5e-9);
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 999.5);
+  EXPECT_DOUBLE_EQ(Field("esDelay(1)").Min(), 0);
+  EXPECT_DOUBLE_EQ(Field("esDelay(1)").Max(), 999.5);
+}
+
+TEST_F(TimingTransfer, AFailingDownloadOpensNoRange) {
+  session.Click("cmdDownload");
+  session.driver.FailMatching("IChannelTiming.GetWidth", 1, {Failing, "broken"});
+  session.Click("cmdDownload");
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 5e-7);
+  EXPECT_DOUBLE_EQ(Field("esDelay(0)").Max(), 5e-7);
+}
+
+TEST_F(TimingTransfer, TheNextEditAfterADownloadLimitsAgain) {
+  Channel(1).dblWidth = 3e-6;
+  Channel(2).dblSingleDelay = 2e-6;
+  session.Click("cmdDownload");
+  session.Type("esPeriodOrFreq", "1us");
+  EXPECT_DOUBLE_EQ(Field("esPeriodOrFreq").Value(), 3e-6) << "the period has to hold the width";
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 3e-6);
+  session.Type("esWidth(0)", "100ns");
+  session.Type("esPeriodOrFreq", "1us");
+  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Max(), 1e-6);
+  EXPECT_DOUBLE_EQ(Field("esDelay(1)").Value(), 1e-6);
 }
 
 TEST_F(TimingTransfer, ADownloadedDoublePulseIsNotRead) {
