@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "support/Export.h"
@@ -8,11 +7,14 @@
 
 namespace tarvik {
 
+class SettingsFile;
+
 /// A host without any window: boxes and questions are printed to standard error and take their default answer.
-/// Settings are kept in "console.conf" in the user's configuration folder, one "section/key=value" a line.
+/// Settings are those of the panel: "TarvikVI/TarvikVI.conf" in the user's configuration folder.
 class TARVIK_EXPORT ConsoleHost : public Host {
  public:
   ConsoleHost();
+  /// Keeps the settings in a file of its own.
   explicit ConsoleHost(std::string strSettingsFile);
 
   BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) override;
@@ -29,7 +31,7 @@ class TARVIK_EXPORT ConsoleHost : public Host {
   void DoEvents() override {}
 
  private:
-  std::map<std::string, std::string> ReadSettings() const;
+  SettingsFile Settings(const std::string &strApplication) const;
 
   std::string m_strSettingsFile;
   Integer m_intPointer = PointerDefault;

@@ -5,7 +5,8 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
-#include <QSettings>
+
+#include "support/SettingsFile.h"
 
 namespace tarvik {
 
@@ -34,10 +35,6 @@ class PlainPointer {
   PlainPointer(const PlainPointer &) = delete;
   PlainPointer &operator=(const PlainPointer &) = delete;
 };
-
-QString SettingKey(const std::string &strSection, const std::string &strKey) {
-  return QString::fromStdString(strSection + "/" + strKey);
-}
 
 }  // namespace
 
@@ -82,17 +79,12 @@ void QtHost::SetMousePointer(Integer intPointer) {
 
 std::string QtHost::GetSetting(const std::string &strApplication, const std::string &strSection,
                                const std::string &strKey, const std::string &strDefault) {
-  const QSettings settings(QString::fromStdString(strApplication), QString::fromStdString(strApplication));
-  return settings.value(SettingKey(strSection, strKey), QString::fromStdString(strDefault)).toString().toStdString();
+  return SettingsFile::Of(strApplication).Value(strSection, strKey).value_or(strDefault);
 }
 
 void QtHost::SaveSetting(const std::string &strApplication, const std::string &strSection, const std::string &strKey,
                          const std::string &strValue) {
-  QSettings settings(QString::fromStdString(strApplication), QString::fromStdString(strApplication));
-  settings.setValue(SettingKey(strSection, strKey), QString::fromStdString(strValue));
-  settings.sync();
-  if (settings.status() != QSettings::NoError)
-    throw RunTimeError(ErrPathFileAccess, "Cannot write the settings file " + settings.fileName().toStdString());
+  SettingsFile::Of(strApplication).Save(strSection, strKey, strValue);
 }
 
 char QtHost::DecimalSeparator() const {

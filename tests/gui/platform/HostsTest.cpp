@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 #include "WidgetEnvironment.h"
 #include "platform/ConsoleHost.h"
@@ -57,6 +58,43 @@ TEST_F(QtHostTest, SettingsLiveInTheUsersConfigurationAndLastBeyondTheHost) {
   for (const auto &entry : std::filesystem::recursive_directory_iterator(folder.path().toStdString()))
     fHasFile = fHasFile || entry.path().filename() == "TarvikVI.conf";
   EXPECT_TRUE(fHasFile);
+}
+
+TEST_F(QtHostTest, TheStoreIsOneWithThatOfTheConsoleAndOfTheToolkit) {
+  ConsoleHost console;
+  const std::string strAddress = "tarvik://lab:1, \"x\" = \\ \xC3\xA4";
+  console.SaveSetting("TarvikVI", "LastUsed", "ServerURL", strAddress);
+  EXPECT_EQ(host.GetSetting("TarvikVI", "LastUsed", "ServerURL", "Unknown"), strAddress);
+  QSettings toolkit("TarvikVI", "TarvikVI");
+  EXPECT_EQ(toolkit.value("LastUsed/ServerURL").toString().toStdString(), strAddress);
+  toolkit.setValue("Config/Upload", QString::fromUtf8(" @ ;\xC3\xA4 "));
+  toolkit.setValue("place", QByteArray("\x01\xD9\0\"", 4));
+  toolkit.sync();
+  EXPECT_EQ(console.GetSetting("TarvikVI", "Config", "Upload", "All"), " @ ;\xC3\xA4 ");
+  host.SaveSetting("TarvikVI", "Config", "Upload", "None");
+  EXPECT_EQ(console.GetSetting("TarvikVI", "Config", "Upload", "All"), "None");
+  EXPECT_EQ(QSettings("TarvikVI", "TarvikVI").value("place").toByteArray(), QByteArray("\x01\xD9\0\"", 4));
+}
+
+TEST_F(QtHostTest, GarbageOrAFolderInPlaceOfTheStoreIsAFailureOfReadingAndNotUnknown) {
+  const std::filesystem::path file = folder.filePath("TarvikVI/TarvikVI.conf").toStdString();
+  ConsoleHost console;
+  const auto expectFailure = [&](const std::string &strWhy) {
+    for (Host *each : {static_cast<Host *>(&host), static_cast<Host *>(&console)}) {
+      try {
+        each->GetSetting("TarvikVI", "LastUsed", "ServerURL", "Unknown");
+        ADD_FAILURE() << "read";
+      } catch (const RunTimeError &error) {
+        EXPECT_EQ(error.Number(), ErrPathFileAccess);
+        EXPECT_EQ(error.Description(), "Cannot read the settings file " + file.string() + ": " + strWhy);
+      }
+    }
+  };
+  std::filesystem::create_directories(file);
+  expectFailure("it is a folder");
+  std::filesystem::remove(file);
+  std::ofstream(file) << "garbage";
+  expectFailure("line 1 is no setting");
 }
 
 TEST_F(QtHostTest, AStoreThatCannotBeWrittenIsAFailure) {
@@ -154,7 +192,7 @@ TEST(ConsoleHostTest, SettingsAreKeptLineByLine) {
   ConsoleHost second(strFile);
   EXPECT_EQ(second.GetSetting("TarvikVI", "Config", "Upload", "All"), "a=b\r\n\\c");
   EXPECT_EQ(second.GetSetting("TarvikVI", "Config", "Download", "All"), "");
-  EXPECT_EQ(second.GetSetting("Other", "Config", "Upload", "none"), "none");
+  EXPECT_EQ(second.GetSetting("TarvikVI", "Other", "Upload", "none"), "none");
 }
 
 TEST(ConsoleHostTest, ASettingThatCannotBeWrittenIsAFailure) {
