@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 
 #include "automation/Activation.h"
+#include "automation/Object.h"
 #include "instrument/KolvenDriver.h"
 #include "simulator/ClassFactory.h"
 #include "simulator/Guarded.h"
@@ -52,7 +53,7 @@ TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllGetClassObject(co
     if (!(rclsid == ClassIdOf(tarvik::kolven::DriverProgId)))
       throw CallFailure{StatusClassNotAvailable,
                         "The library has no class but " + std::string(tarvik::kolven::DriverProgId)};
-    const auto factory = Ref<ClassFactory>::Adopt(new ClassFactory(TheRack()));
+    const auto factory = MakeObject<tarvik::simulator::ClassFactory>(TheRack());
     if (Failed(factory->QueryInterface(riid, ppv)))
       throw CallFailure{StatusNoInterface, "The class factory does not have the interface asked for"};
   });

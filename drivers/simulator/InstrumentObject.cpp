@@ -1,11 +1,11 @@
 #include "simulator/InstrumentObject.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 #include "automation/AutomationArray.h"
 #include "automation/AutomationString.h"
+#include "instrument/viInfo.h"
 #include "simulator/ChannelObjects.h"
 #include "simulator/ModeSetupObject.h"
 #include "simulator/SettingsObjects.h"
@@ -15,27 +15,8 @@ namespace tarvik::simulator {
 
 namespace {
 
-using InfoRecord = std::array<Byte, kolven::ViInfoSize>;
-
-void PutWord(InfoRecord &record, std::size_t offset, Integer intValue) {
-  const auto word = static_cast<std::uint16_t>(intValue);
-  record[offset] = static_cast<Byte>(word);
-  record[offset + 1] = static_cast<Byte>(word >> 8);
-}
-
-/// The information record: 16-bit fields, low byte first; what is not told is 0.
-InfoRecord InfoOf(const InstrumentDescription &description) {
-  constexpr std::size_t Kind = 16, BoxAddress = 18, Slot = 22, SlotAddress = 24, ModelCode = 26;
-  InfoRecord record{};
-  PutWord(record, Kind, description.intKind);
-  if (description.HasSlot()) {
-    PutWord(record, Slot, description.intSlot);
-    PutWord(record, SlotAddress, description.intAddress);
-    PutWord(record, ModelCode, description.intModelCode);
-  } else {
-    PutWord(record, BoxAddress, description.intAddress);
-  }
-  return record;
+viInfo InfoOf(const InstrumentDescription &description) {
+  return viInfo::Of(description.intKind, description.intAddress, description.intSlot, description.intModelCode);
 }
 
 }  // namespace
@@ -46,7 +27,7 @@ Status InstrumentObject::GetViInfo(kolven::AutomationArray **ppBuffer) {
     if (!automation::IsByteArray(*ppBuffer) || !(*ppBuffer)->pvData ||
         (*ppBuffer)->rgsabound[0].cElements < static_cast<std::uint32_t>(kolven::ViInfoSize))
       throw CallFailure{automation::StatusInvalidArgument, "The information record needs an array of 28 bytes"};
-    const InfoRecord record = InfoOf(m_session->Description());
+    const auto record = InfoOf(m_session->Description()).arrBytes;
     std::copy(record.begin(), record.end(), static_cast<Byte *>((*ppBuffer)->pvData));
   });
 }

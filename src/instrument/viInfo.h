@@ -6,24 +6,46 @@
 
 namespace tarvik {
 
-/// The driver's own record of an instrument: 28 raw bytes of which five 16-bit words are understood.
+/// The driver's own record of an instrument: 28 raw bytes of which five 16-bit words, low byte
+/// first, are understood.
 struct viInfo {
   static constexpr Long Size = 28;
 
   std::array<Byte, Size> arrBytes{};
 
+  /// The record of an instrument; what is not understood is 0. Slot and model code count for an entry with a slot only.
+  static viInfo Of(Integer intKind, Integer intAddress, Integer intSlot = 0, Integer intModelCode = 0) {
+    viInfo record;
+    record.Put(KindAt, intKind);
+    if (!record.HasSlot()) {
+      record.Put(BoxAddressAt, intAddress);
+      return record;
+    }
+    record.Put(SlotAt, intSlot);
+    record.Put(SlotAddressAt, intAddress);
+    record.Put(ModelCodeAt, intModelCode);
+    return record;
+  }
+
   /// 2 and 3: an entry with a slot and a model code; others have a logical address only.
-  Integer Kind() const { return Word(16); }
+  Integer Kind() const { return Word(KindAt); }
   Boolean HasSlot() const { return Kind() == 2 || Kind() == 3; }
-  Integer LogicalAddress() const { return Word(HasSlot() ? 24 : 18); }
+  Integer LogicalAddress() const { return Word(HasSlot() ? SlotAddressAt : BoxAddressAt); }
   /// Only where HasSlot.
-  Integer Slot() const { return Word(22); }
+  Integer Slot() const { return Word(SlotAt); }
   /// Only where HasSlot.
-  Integer ModelCode() const { return Word(26); }
+  Integer ModelCode() const { return Word(ModelCodeAt); }
 
   bool operator==(const viInfo &) const = default;
 
  private:
+  static constexpr std::size_t KindAt = 16, BoxAddressAt = 18, SlotAt = 22, SlotAddressAt = 24, ModelCodeAt = 26;
+
+  void Put(std::size_t offset, Integer intValue) {
+    const auto word = static_cast<std::uint16_t>(intValue);
+    arrBytes[offset] = static_cast<Byte>(word);
+    arrBytes[offset + 1] = static_cast<Byte>(word >> 8);
+  }
   Integer Word(std::size_t offset) const {
     return static_cast<Integer>(static_cast<unsigned>(arrBytes[offset]) | static_cast<unsigned>(arrBytes[offset + 1])
                                                                               << 8);

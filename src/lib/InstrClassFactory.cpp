@@ -29,25 +29,7 @@ void EnsureHost() {
 
 }  // namespace
 
-Status InstrClassFactory::QueryInterface(const Guid &riid, void **ppvObject) {
-  if (!ppvObject) return StatusPointer;
-  *ppvObject = nullptr;
-  if (!(riid == IidUnknown || riid == IidClassFactory)) return StatusNoInterface;
-  AddRef();
-  *ppvObject = static_cast<IClassFactory *>(this);
-  return StatusOk;
-}
-
-std::uint32_t InstrClassFactory::Release() {
-  const std::uint32_t lngLeft = --m_lngReferences;
-  if (lngLeft == 0) delete this;
-  return lngLeft;
-}
-
-Status InstrClassFactory::CreateInstance(IUnknown *pUnkOuter, const Guid &riid, void **ppvObject) {
-  if (!ppvObject) return StatusPointer;
-  *ppvObject = nullptr;
-  if (pUnkOuter) return StatusNoAggregation;
+Status InstrClassFactory::Make(const Guid &riid, void **ppvObject) {
   try {
     EnsureHost();
     auto instr = InstrInterface();
