@@ -71,9 +71,12 @@ install(TARGETS tarvikautomation EXPORT TarvikVIAutomationTargets
 # ---- automation_development: what a driver is written with; nothing in it needs the toolkit
 tarvik_install_headers(automation_development
   automation/Abi.h automation/Activation.h automation/AutomationArray.h automation/AutomationString.h
-  automation/ErrorInfo.h automation/Export.h automation/Object.h automation/Ref.h
+  automation/ClassFactory.h automation/ErrorInfo.h automation/Export.h automation/Object.h automation/Ref.h
   instrument/KolvenDriver.h instrument/LevelFormatEnum.h instrument/PeriodPrecedence.h instrument/Restrictions.h
+  instrument/viInfo.h
   support/DynamicArray.h support/Export.h support/RunTimeError.h support/Types.h)
+install(FILES "${TARVIK_DRIVER_OBJECTS}" DESTINATION "${TARVIK_INCLUDE_FOLDER}/instrument"
+  COMPONENT automation_development)
 install(EXPORT TarvikVIAutomationTargets NAMESPACE TarvikVI:: DESTINATION "${TARVIK_CMAKE_FOLDER}"
   COMPONENT automation_development)
 configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/TarvikVIConfig.cmake.in"
@@ -85,6 +88,7 @@ install(FILES "${CMAKE_BINARY_DIR}/install/TarvikVIConfig.cmake"
   COMPONENT automation_development)
 tarvik_install_pkgconfig(automation_development tarvikautomation)
 tarvik_install_documents(automation_development driver-authors-guide.md)
+tarvik_install_examples(automation_development driver)
 
 # ---- library: the panel and the instrument interface, for hosts; clients create the interface by name
 install(TARGETS tarvikvi_lib EXPORT TarvikVITargets
@@ -115,7 +119,6 @@ tarvik_install_headers(development
   engrspin/ValueList.h
   instrument/InstrCommands.h instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
   instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
-  instrument/viInfo.h
   panel/Form.h panel/Page.h panel/PanelState.h panel/TarvikGUI.h
   platform/ConsoleHost.h platform/ControlSite.h platform/FormProperties.h platform/PictureBox.h
   platform/PlainControls.h platform/PropertyBag.h platform/QtHost.h platform/TabControl.h platform/Twips.h
