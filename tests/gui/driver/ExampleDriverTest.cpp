@@ -48,7 +48,7 @@ TEST_F(ExampleDriver, IsListedOpenedAndDownloadedWithoutABox) {
   EXPECT_THAT(host.TakeBoxes(), IsEmpty());
 }
 
-TEST_F(ExampleDriver, TakesBackAllPagesWithoutABox) {
+TEST_F(ExampleDriver, TakesBackAllPagesAndRefusesThePatternByName) {
   user->Tick(0);
   panel->SetTabState(ePageIsDirty, eAllPages);
   user->Click("cmdUpload");
