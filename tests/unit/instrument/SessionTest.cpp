@@ -77,6 +77,30 @@ TEST_F(SessionTest, OpenOnAnUnconnectedClassDoesNothing) {
   EXPECT_THAT(session.host.TakeLines(), IsEmpty());
 }
 
+TEST_F(SessionTest, ANameThatTheListDoesNotKnowAnswersFalseInSilence) {
+  Instr().Connect();
+  session.Forget();
+  EXPECT_FALSE(Instr().OpenInstrument("Omega"));
+  EXPECT_THAT(session.host.TakeLines(), IsEmpty());
+  EXPECT_THAT(session.arrEvents, ElementsAre("StatusMessage: Offline"));
+  EXPECT_FALSE(Instr().IsOnline(True));
+}
+
+TEST_F(SessionTest, AStoreThatCannotBeReadOrWrittenIsAFailureOfConnect) {
+  session.host.arrGetFailures = {ScriptedFailure{75, "Path/File access error"}};
+  EXPECT_FALSE(Instr().Connect());
+  EXPECT_FALSE(Instr().IsConnected());
+  EXPECT_THAT(
+      session.host.TakeLines(),
+      ElementsAre("get failed LastUsed/ServerURL", OfflineBox, "box stop: Path/File access error",
+                  "log: 02/03/01 04:05\r\n  Error: 75 Path/File access error\r\n  Mod: clsInstrInterface; Proc: "
+                  "Connect\r\n\r\n\r\n"));
+  session.host.arrSaveFailures = {ScriptedFailure{75, "Path/File access error"}};
+  EXPECT_FALSE(Instr().Connect());
+  EXPECT_TRUE(Instr().IsConnected());
+  EXPECT_THAT(session.arrEvents, IsEmpty());
+}
+
 TEST_F(SessionTest, AnInstrumentThatIsNotOpenedRaisesOfflineAndNothingMore) {
   session.Renew({{"opens", 0}});
   Instr().Connect();

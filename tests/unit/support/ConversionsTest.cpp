@@ -177,7 +177,40 @@ TEST_F(UtilsTest, OnlyADifferentValueIsWritten) {
   EXPECT_EQ(control.intWrites, 1);
   SetFocusIfEnabled(control);
   EXPECT_EQ(control.intFocus, 0);
-  EXPECT_THROW(SetVisible(control, True), RunTimeError);
+}
+
+TEST_F(UtilsTest, APropertyThatAControlDoesNotHaveIsError438) {
+  CountingControl control;
+  try {
+    SetVisible(control, True);
+    FAIL() << "written";
+  } catch (const RunTimeError &error) {
+    EXPECT_EQ(error.Number(), 438);
+    EXPECT_EQ(error.Description(), "Object doesn't support this property or method");
+  }
+}
+
+class TaggedButton : public OptionButtonControl {
+ public:
+  explicit TaggedButton(std::string strTag) : m_strTag(std::move(strTag)) {}
+  Integer Index() const override { return 0; }
+  const std::string &Tag() const override { return m_strTag; }
+  Boolean Value() const override { return fValue; }
+  void SetValue(Boolean fOn) override { fValue = fOn; }
+
+  Boolean fValue;
+
+ private:
+  std::string m_strTag;
+};
+
+TEST_F(UtilsTest, TheEmptyTextFindsTheFirstButtonWithATag) {
+  TaggedButton none(""), first("1"), second("2");
+  EXPECT_TRUE(SetOptionButtonToTag(std::vector<OptionButtonControl *>{&none, &first, &second}, ""));
+  EXPECT_FALSE(none.fValue);
+  EXPECT_TRUE(first.fValue);
+  EXPECT_FALSE(second.fValue);
+  EXPECT_FALSE(SetOptionButtonToTag(std::vector<OptionButtonControl *>{&none}, ""));
 }
 
 }  // namespace
