@@ -125,7 +125,11 @@ std::string EngrNumber::ConvertValue2Engr() {
   }
 }
 
-Entry EngrNumber::ReadEntry(std::string_view strText) const {
+Entry EngrNumber::ReadEntry(std::string strEntry) const {
+  // No key types them: they came along with a text from a table or a mail.
+  std::replace_if(
+      strEntry.begin(), strEntry.end(), [](char ch) { return ch == '\t' || ch == '\n' || ch == '\r'; }, ' ');
+  std::string_view strText = strEntry;
   if (strText.empty()) return {Entry::Kind::Empty, 0};
   if (const auto number = ScanNumber(strText, m_chDecimal))
     // A bare number is read in the prefix now shown.

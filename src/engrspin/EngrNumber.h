@@ -88,7 +88,7 @@ class EngrNumber {
   std::string ConvertValue2Engr();
 
   /// What the typed text means. Errors 6 and 13 where it looks like a number and does not convert.
-  Entry ReadEntry(std::string_view strText) const;
+  Entry ReadEntry(std::string strEntry) const;
 
  protected:
   virtual std::string TextOfValue();

@@ -24,10 +24,11 @@ namespace {
 /// A text that can never be a number, so that it is taken back as a bad entry is.
 constexpr const char *AbandonedText = "~";
 
-bool IsBareModifier(Integer intCode) {
-  constexpr std::array Modifiers = {KeyShift,    KeyControl,   KeyAlt,     KeyCapsLock,
-                                    KeyMetaLeft, KeyMetaRight, KeyNumLock, KeyScrollLock};
-  return std::find(Modifiers.begin(), Modifiers.end(), intCode) != Modifiers.end();
+bool TypesNothing(Integer intCode) {
+  constexpr std::array Keys = {KeyShift,   KeyControl,    KeyAlt,    KeyMetaLeft, KeyMetaRight, KeyCapsLock,
+                               KeyNumLock, KeyScrollLock, KeyInsert, KeyMenu,     KeyPrint,     KeyPause};
+  const bool fFunctionKey = intCode >= KeyF1 && intCode <= KeyF24;
+  return fFunctionKey || std::find(Keys.begin(), Keys.end(), intCode) != Keys.end();
 }
 
 /// Clears a guard when its procedure is left, by an error too: no field may stay dead.
@@ -90,8 +91,14 @@ EngrSpin::~EngrSpin() {
 void EngrSpin::SetValue(Double dblValue) {
   if (m_fLoading) return;
   m_number->Assign(dblValue);
-  if (!IsShown()) ShowValue();
-  if (m_fEditing) NotifyUpdate();
+  if (IsShown()) {
+    ShowCursor();
+  } else {
+    ShowValue();
+  }
+  if (!m_fEditing) return;
+  EndOverwrittenEntry();
+  NotifyUpdate();
 }
 
 bool EngrSpin::IsShown() const {
@@ -119,6 +126,14 @@ void EngrSpin::ShowText(const std::string &strText) {
   m_fUpdating = True;
   txtNumber->WriteText(QString::fromStdString(strText));
   m_fUpdating = False;
+  ShowCursor();
+}
+
+void EngrSpin::ShowCursor() {
+  const bool fAtRest = !m_fEditing && m_fEnabled && !m_fLocked && !m_values.ArrayMode();
+  const Long lngLength = static_cast<Long>(txtNumber->text().size());
+  if (!fAtRest || !txtNumber->hasFocus() || txtNumber->SelLength() > 0 || lngLength == 0) return;
+  m_cursor.MoveCursor(m_cursor.CursorPos() < lngLength ? curRestore : curLast);
 }
 
 void EngrSpin::NotifyUpdate() {
@@ -142,12 +157,23 @@ void EngrSpin::EndEdit() {
   txtNumber->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 }
 
+void EngrSpin::EndOverwrittenEntry() {
+  const auto end = [this, strWritten = txtNumber->text()] {
+    if (!m_fEditing || txtNumber->text() != strWritten) return;
+    EndEdit();
+    ShowCursor();
+  };
+  // The assignment itself leaves the entry open: what called it may go on with it.
+  QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+}
+
 void EngrSpin::ParseEntry() {
   if (!m_fEditing || m_fUpdating) return;
   m_fUpdating = True;
   const auto rest = [this] {
     EndEdit();
     m_fUpdating = False;
+    ShowCursor();
   };
   try {
     TakeEntry();
@@ -293,9 +319,21 @@ Integer EngrSpin::KeyCodeLeft(Integer intCode) {
       return intCode;
     default:
       if (fArrayMode) return Swallow();
-      if (!IsBareModifier(intCode)) IgnoreErrors([this] { BeginEdit(); });
+      if (!TypesNothing(intCode)) IgnoreErrors([this] { TypeKey(); });
       return intCode;
   }
+}
+
+void EngrSpin::TypeKey() {
+  if (TypingReplaces()) txtNumber->ChooseNumber();
+  BeginEdit();
+}
+
+bool EngrSpin::TypingReplaces() const {
+  if (m_fTypingReplacesNumber) return true;
+  for (const QWidget *container = parentWidget(); container; container = container->parentWidget())
+    if (container->property(TypingReplacesProperty).toBool()) return true;
+  return false;
 }
 
 bool EngrSpin::KeyPress() { return std::exchange(m_fSwallowKey, False); }
@@ -335,15 +373,10 @@ void EngrSpin::WheelTurned(int intNotches) {
 }
 
 void EngrSpin::TextEdited(const QString &strBefore) {
-  if (m_fEditing || m_fReadOnly) return;
+  if (m_fEditing) return;
   UserEvent("txtNumber_Change", [&] {
     m_strSavedText = strBefore.toStdString();
-    if (m_values.ArrayMode()) {
-      TheHost().Beep();
-      txtNumber->WriteText(strBefore);
-    } else {
-      BeginEdit();
-    }
+    BeginEdit();
   });
 }
 

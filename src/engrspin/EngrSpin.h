@@ -24,6 +24,9 @@ class SpinControl;
 /// Number of the error that a design-time mistake on a property raises, with the source "EngrSpin.ctl".
 inline constexpr Long ErrFieldProperty = static_cast<Long>(0x800401F5u);
 
+/// The property by which a container makes typing replace the number in all fields in it.
+inline constexpr const char *TypingReplacesProperty = "TypingReplacesNumber";
+
 /// A number with its unit, as an instrument shows it: a digit cursor that keys, spin button and wheel step,
 /// and free typing with prefix and unit. In engineering format the unit carries a prefix letter; without a
 /// unit, or with both exponents 0, the number goes through NumberFormat. All sizes are in twips.
@@ -44,6 +47,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   TARVIK_FORM_PROPERTY(Locked)
   TARVIK_FORM_PROPERTY(SignificantDigits)
   TARVIK_FORM_PROPERTY(SpinCtlVisible)
+  TARVIK_FORM_PROPERTY(TypingReplacesNumber)
   TARVIK_FORM_PROPERTY(ValueArray)
   TARVIK_FORM_PASSING(Value)
   TARVIK_FORM_PASSING(Reciprocal)
@@ -133,6 +137,12 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   Boolean SpinCtlVisible() const { return m_layout.fSpinVisible; }
   void SetSpinCtlVisible(Boolean fVisible);
 
+  /// Whether what is typed, or deleted, at rest takes the place of the whole number instead of the selected digit.
+  /// Keys, spin button and wheel step the digit either way. A container with a property of this name that is true
+  /// chooses for all fields in it, also for those that come later.
+  Boolean TypingReplacesNumber() const { return m_fTypingReplacesNumber; }
+  void SetTypingReplacesNumber(Boolean fReplaces);
+
   /// What the text box shows.
   std::string Text() const;
   void SetText(const std::string &) {}
@@ -181,6 +191,8 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   void TextEdited(const QString &strBefore) override;
   char DecimalCharacter() const override { return m_number->Decimal(); }
   bool IsTyping() const override { return m_fEditing; }
+  bool TakesText() const override { return !m_fReadOnly && !m_values.ArrayMode(); }
+  bool TypingReplaces() const override;
 
   void txtNumber_Validate() { ParseEntry(); }
   void txtNumber_LostFocus() { ParseEntry(); }
@@ -190,6 +202,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
 
   Integer KeyCodeLeft(Integer intCode);
   Integer Swallow();
+  void TypeKey();
   void BeginEdit();
   void EndEdit();
   void ParseEntry();
@@ -199,6 +212,10 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   bool IsShown() const;
   void ShowValue();
   void ShowText(const std::string &strText);
+  /// Selects the digit again that was selected before a text was written.
+  void ShowCursor();
+  /// Ends an entry that a program has written over, unless the user types on.
+  void EndOverwrittenEntry();
   void StepUp();
   void StepDown();
   void StepThroughList(Integer intIndex);
@@ -218,7 +235,6 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
 
   void Layout();
   void PlaceParts();
-  void UpdateLook();
   void UpdateAccessibleName();
   template <class Procedure>
   bool UserEvent(const char *strEvent, Procedure &&procedure);
@@ -255,6 +271,7 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   Boolean m_fTextLocked = False;  ///< the text box takes no typing
   Boolean m_fBlanked = False;
   Boolean m_fReadOnly = False;
+  Boolean m_fTypingReplacesNumber = False;
   Boolean m_fLoading = False;
   Boolean m_fEditing = False;
   Boolean m_fUpdating = False;

@@ -22,6 +22,7 @@ std::vector<FormProperties::Property> EngrSpin::FormTable() {
       F::Stored(*this, "Locked", False, &E::Locked, &E::SetLocked),
       F::Stored(*this, "SignificantDigits", MinDigits, &E::SignificantDigits, &E::SetSignificantDigits),
       F::Stored(*this, "SpinCtlVisible", True, &E::SpinCtlVisible, &E::SetSpinCtlVisible),
+      F::Stored(*this, "TypingReplacesNumber", False, &E::TypingReplacesNumber, &E::SetTypingReplacesNumber),
       F::Stored(*this, "ValueArray", "", &E::ValueArray, &E::SetValueArray),
       F::Passing(*this, "Value", Double{0}, &E::Value, &E::SetValue),
       F::Passing(*this, "Reciprocal", Double{0}, &E::Reciprocal, &E::SetReciprocal),

@@ -53,7 +53,7 @@ void EngrSpin::UpdateReadOnly() {
   m_fReadOnly = !m_fEnabled || m_fLocked;
   // Enabled gives a locked field its spin button back; the value stays locked all the same.
   spinCtl->SetLocked(m_fReadOnly);
-  UpdateLook();
+  txtNumber->SetLocked(m_fLocked);
 }
 
 Long EngrSpin::CheckedExponent(Long lngExponent) const {
@@ -168,6 +168,12 @@ void EngrSpin::SetSpinCtlVisible(Boolean fVisible) {
   PropChanged("SpinCtlVisible", true);
 }
 
+void EngrSpin::SetTypingReplacesNumber(Boolean fReplaces) {
+  if (fReplaces == m_fTypingReplacesNumber) return;
+  m_fTypingReplacesNumber = fReplaces;
+  PropChanged(TypingReplacesProperty, false);
+}
+
 void EngrSpin::SetEnabled(Boolean fEnabled) {
   if (fEnabled != m_fEnabled || m_fLoading) {
     m_fEnabled = fEnabled;
@@ -202,8 +208,6 @@ void EngrSpin::LockControl(Boolean fNewValue, Boolean fBlankOut) {
 Boolean EngrSpin::Visible() const { return OwnVisible(*this); }
 
 void EngrSpin::SetVisible(Boolean fShow) { setVisible(fShow); }
-
-void EngrSpin::UpdateLook() { txtNumber->SetLook(!m_fEnabled, m_fLocked); }
 
 void EngrSpin::UpdateAccessibleName() {
   QString strName = QString::fromStdString(Trim(m_strCaption)) + ' ' + txtNumber->text();
@@ -252,6 +256,7 @@ void EngrSpin::ReadProperties(const PropertyBag &bag) {
   IgnoreErrors([&] { LockControl(bag.ReadProperty("Locked", False), False); });
   read("SignificantDigits", MinDigits, &EngrSpin::SetSignificantDigits);
   read("SpinCtlVisible", True, &EngrSpin::SetSpinCtlVisible);
+  read("TypingReplacesNumber", False, &EngrSpin::SetTypingReplacesNumber);
   read("ValueArray", "", &EngrSpin::SetValueArray);
   m_fLoading = False;
   IgnoreErrors([&] { UpdateEngrMode(); });
@@ -346,6 +351,8 @@ void EngrSpin::resizeEvent(QResizeEvent *event) {
 void EngrSpin::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::FontChange && m_layout.txtNumber.fMoved) Layout();
+  // The colours that the text box sets for itself would hide the change from it.
+  if (event->type() == QEvent::PaletteChange) txtNumber->UpdateColours();
 }
 
 QSize EngrSpin::sizeHint() const {

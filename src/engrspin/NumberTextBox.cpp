@@ -1,11 +1,17 @@
 #include "engrspin/NumberTextBox.h"
 
+#include <QClipboard>
+#include <QDropEvent>
 #include <QFocusEvent>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
 #include <QWheelEvent>
 #include <algorithm>
-#include <array>
 #include <limits>
+#include <utility>
 
 #include "platform/KeyCodes.h"
 
@@ -16,23 +22,12 @@ namespace {
 /// Angle of one notch of a wheel.
 constexpr int NotchAngle = 120;
 
-/// Chords that change the text; all others leave a number at rest alone.
-constexpr std::array EditingKeys = {
-    QKeySequence::Paste,
-    QKeySequence::Cut,
-    QKeySequence::Delete,
-    QKeySequence::Backspace,
-    QKeySequence::Undo,
-    QKeySequence::Redo,
-    QKeySequence::DeleteEndOfWord,
-    QKeySequence::DeleteStartOfWord,
-    QKeySequence::DeleteEndOfLine,
-    QKeySequence::DeleteCompleteLine,
-};
+/// The grey of a disabled field is the same under every theme, and so is the text that has to be read on it.
+constexpr QColor DisabledBack(0xC0, 0xC0, 0xC0), DisabledText(0x40, 0x40, 0x40);
 
 bool MakesText(const QKeyEvent &event) { return !event.text().isEmpty() && event.text().front().isPrint(); }
 
-/// A chord such as copy, or an access key of the form: nobody has begun to type.
+/// A chord that the text box works on alone, such as copy, or an access key of the form.
 bool IsCommandChord(const QKeyEvent &event) {
   const auto modifiers = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
   if (!modifiers) return false;
@@ -40,19 +35,18 @@ bool IsCommandChord(const QKeyEvent &event) {
   if (modifiers == (Qt::ControlModifier | Qt::AltModifier) && MakesText(event)) return false;
   if (modifiers == Qt::AltModifier && MakesText(event) && event.key() == Qt::Key_unknown) return false;
   const Integer intCode = KeyCodeOf(event);
-  if (intCode == KeyTab || intCode == KeyEnter || intCode == KeyEscape || (intCode >= KeyPageUp && intCode <= KeyDown))
-    return false;
-  return std::none_of(EditingKeys.begin(), EditingKeys.end(), [&](auto key) { return event.matches(key); });
+  return intCode != KeyTab && intCode != KeyEnter && intCode != KeyEscape && (intCode < KeyPageUp || intCode > KeyDown);
+}
+
+/// The keys that take an entry or give it up.
+bool EndsEntry(const QKeyEvent &event) {
+  const Integer intCode = KeyCodeOf(event);
+  return intCode == KeyEnter || intCode == KeyEscape;
 }
 
 bool LeavesField(Qt::FocusReason reason) {
   // A menu or another window in front ends no entry.
   return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
-}
-
-QColor Blend(const QColor &first, const QColor &second) {
-  return QColor((first.red() + second.red()) / 2, (first.green() + second.green()) / 2,
-                (first.blue() + second.blue()) / 2);
 }
 
 }  // namespace
@@ -103,10 +97,11 @@ void NumberTextBox::WriteText(const QString &strText) {
   m_fAsWritten = true;
 }
 
-void NumberTextBox::OnTextEdited() {
-  const QString strBefore = std::exchange(m_strKnownText, text());
-  if (!m_fInKey) m_events.TextEdited(strBefore);
+void NumberTextBox::ChooseNumber() {
+  if (!m_events.IsTyping() && SelLength() == 1) selectAll();
 }
+
+void NumberTextBox::OnTextEdited() { m_events.TextEdited(std::exchange(m_strKnownText, text())); }
 
 bool NumberTextBox::Offered(const QKeyEvent &event) {
   const Integer intCode = KeyCodeOf(event);
@@ -118,6 +113,13 @@ bool NumberTextBox::Offered(const QKeyEvent &event) {
 }
 
 bool NumberTextBox::event(QEvent *event) {
+  if (event->type() == QEvent::ShortcutOverride && m_events.IsTyping() && EndsEntry(*static_cast<QKeyEvent *>(event))) {
+    event->accept();
+    return true;
+  }
+  // While another window was in front the focus can have moved without a word to the text box that had it.
+  if (event->type() == QEvent::WindowActivate && m_events.IsTyping() && window()->focusWidget() != this)
+    m_events.TextLeft();
   // Tab never reaches keyPressEvent: the toolkit moves the focus first.
   if (event->type() == QEvent::KeyPress) {
     auto *key = static_cast<QKeyEvent *>(event);
@@ -131,25 +133,54 @@ bool NumberTextBox::event(QEvent *event) {
 }
 
 void NumberTextBox::keyPressEvent(QKeyEvent *event) {
+  if (event->matches(QKeySequence::Paste)) {
+    Paste(event);
+    return;
+  }
   if (IsCommandChord(*event)) {
-    QLineEdit::keyPressEvent(event);
+    RunChord(event);
     return;
   }
   const bool fWasTyping = m_events.IsTyping();
-  const bool fEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (Offered(*event) || (fEnter && fWasTyping)) {
+  const bool fSwallowed = Offered(*event);
+  if (EndsEntry(*event)) {
+    // At rest they are no business of the field's: a dialog around it may wait for them.
+    event->setAccepted(fWasTyping);
+  } else if (fSwallowed) {
     event->accept();
-    return;
-  }
-  m_fInKey = true;
-  if (KeyCodeOf(*event) == KeyPadDecimal && !isReadOnly()) {
+  } else if (KeyCodeOf(*event) == KeyPadDecimal && m_events.TakesText()) {
     // The pad has one decimal key, whatever the layout prints on it.
     insert(QString(QLatin1Char(m_events.DecimalCharacter())));
     event->accept();
   } else {
     QLineEdit::keyPressEvent(event);
   }
-  m_fInKey = false;
+}
+
+void NumberTextBox::RunChord(QKeyEvent *event) {
+  if (m_events.TakesText() || event->matches(QKeySequence::Copy) || event->matches(QKeySequence::SelectAll)) {
+    QLineEdit::keyPressEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+void NumberTextBox::Paste(QKeyEvent *event) {
+  const QString strText = QGuiApplication::clipboard()->text();
+  event->setAccepted(m_events.TakesText());
+  if (!m_events.TakesText() || strText.isEmpty()) return;
+  ChooseNumber();
+  insert(strText);
+}
+
+void NumberTextBox::inputMethodEvent(QInputMethodEvent *event) {
+  if (!m_events.TakesText()) {
+    event->ignore();
+    return;
+  }
+  const bool fTypes = !event->commitString().isEmpty() || !event->preeditString().isEmpty();
+  if (fTypes && m_events.TypingReplaces()) ChooseNumber();
+  QLineEdit::inputMethodEvent(event);
 }
 
 void NumberTextBox::focusInEvent(QFocusEvent *event) {
@@ -158,7 +189,9 @@ void NumberTextBox::focusInEvent(QFocusEvent *event) {
   // Coming by Tab must not mark the whole text.
   setSelection(lngStart, lngLength);
   UpdateColours();
-  if (LeavesField(event->reason())) m_events.TextEntered();
+  // A window that comes to the front brings back neither an entry nor a piece that was marked: they are still there.
+  const bool fAtRest = !m_events.IsTyping() && SelLength() == 0;
+  if (LeavesField(event->reason()) || fAtRest) m_events.TextEntered();
 }
 
 void NumberTextBox::focusOutEvent(QFocusEvent *event) {
@@ -168,18 +201,93 @@ void NumberTextBox::focusOutEvent(QFocusEvent *event) {
   if (LeavesField(event->reason())) m_events.TextLeft();
 }
 
-void NumberTextBox::mouseReleaseEvent(QMouseEvent *event) {
-  QLineEdit::mouseReleaseEvent(event);
-  if (event->button() == Qt::LeftButton && !m_events.IsTyping() && SelLength() == 0) m_events.TextClicked();
+void NumberTextBox::mousePressEvent(QMouseEvent *event) {
+  // At rest the middle button pastes over the whole number and needs no place in it.
+  if (event->button() == Qt::MiddleButton && !m_events.IsTyping()) return;
+  QLineEdit::mousePressEvent(event);
+  // The third click of three.
+  m_fNumberClicked = event->button() == Qt::LeftButton && SelLength() == text().size();
 }
 
 void NumberTextBox::mouseDoubleClickEvent(QMouseEvent *event) {
-  // Two quick clicks on a digit mean that digit, not the word it stands in.
-  if (m_events.IsTyping()) {
-    QLineEdit::mouseDoubleClickEvent(event);
-  } else {
-    QLineEdit::mousePressEvent(event);
+  QLineEdit::mouseDoubleClickEvent(event);
+  if (event->button() != Qt::LeftButton) return;
+  selectAll();
+  m_fNumberClicked = true;
+}
+
+void NumberTextBox::mouseMoveEvent(QMouseEvent *event) {
+  // A hand that trembles shall not shrink to a piece what it has just chosen.
+  if (!m_fNumberClicked) QLineEdit::mouseMoveEvent(event);
+}
+
+void NumberTextBox::mouseReleaseEvent(QMouseEvent *event) {
+  m_fNumberClicked = false;
+  if (event->button() == Qt::MiddleButton && !m_events.IsTyping()) {
+    const QClipboard *clipboard = QGuiApplication::clipboard();
+    const QString strText = clipboard->supportsSelection() ? clipboard->text(QClipboard::Selection) : QString();
+    if (strText.isEmpty() || !m_events.TakesText()) return;
+    selectAll();
+    insert(strText);
+    return;
   }
+  QLineEdit::mouseReleaseEvent(event);
+  if (event->button() != Qt::LeftButton || m_events.IsTyping() || SelLength() != 0) return;
+  // The caret goes to the nearer side of the character; what was clicked is the character.
+  if (event->position().x() < cursorRect().center().x()) cursorBackward(false);
+  m_events.TextClicked();
+}
+
+void NumberTextBox::contextMenuEvent(QContextMenuEvent *event) {
+  const bool fDigit = !m_events.IsTyping() && SelLength() == 1;
+  ChooseNumber();
+  // A list of values has the menu of a text that cannot be changed.
+  const bool fWasReadOnly = isReadOnly();
+  setReadOnly(!m_events.TakesText());
+  QMenu *menu = createStandardContextMenu();
+  setReadOnly(fWasReadOnly);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  if (fDigit) connect(menu, &QObject::destroyed, this, [this] { OnMenuClosed(); });
+  menu->popup(event->globalPos());
+}
+
+void NumberTextBox::OnMenuClosed() {
+  if (hasFocus() && !m_events.IsTyping()) m_events.TextEntered();
+}
+
+bool NumberTextBox::CanTake(const QDropEvent &event) const {
+  return m_events.TakesText() && event.mimeData()->hasText();
+}
+
+void NumberTextBox::dragEnterEvent(QDragEnterEvent *event) { dragMoveEvent(event); }
+
+void NumberTextBox::dragMoveEvent(QDragMoveEvent *event) {
+  if (m_events.IsTyping()) {
+    QLineEdit::dragMoveEvent(event);
+  } else if (CanTake(*event)) {
+    // The text box would bring its caret here, and the digit cursor would be lost.
+    event->acceptProposedAction();
+  } else {
+    event->ignore();
+  }
+}
+
+void NumberTextBox::dropEvent(QDropEvent *event) {
+  if (!CanTake(*event)) {
+    event->ignore();
+    return;
+  }
+  // Without the focus the entry could never be left.
+  setFocus(Qt::OtherFocusReason);
+  if (m_events.IsTyping()) {
+    QLineEdit::dropEvent(event);
+    return;
+  }
+  selectAll();
+  insert(event->mimeData()->text());
+  // Where the text came from it stays.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
 }
 
 void NumberTextBox::wheelEvent(QWheelEvent *event) {
@@ -197,12 +305,11 @@ void NumberTextBox::wheelEvent(QWheelEvent *event) {
 
 void NumberTextBox::changeEvent(QEvent *event) {
   QLineEdit::changeEvent(event);
-  if (event->type() == QEvent::ParentChange || event->type() == QEvent::ApplicationPaletteChange) UpdateColours();
+  if (event->type() == QEvent::ParentChange || event->type() == QEvent::EnabledChange) UpdateColours();
 }
 
-void NumberTextBox::SetLook(bool fGrey, bool fLocked) {
-  if (fGrey == m_fGrey && fLocked == m_fLocked) return;
-  m_fGrey = fGrey;
+void NumberTextBox::SetLocked(bool fLocked) {
+  if (fLocked == m_fLocked) return;
   m_fLocked = fLocked;
   UpdateColours();
 }
@@ -211,17 +318,15 @@ void NumberTextBox::UpdateColours() {
   if (m_fInColours) return;
   m_fInColours = true;
   const QPalette plain = parentWidget() ? parentWidget()->palette() : QPalette();
+  const QColor back = isEnabled() ? plain.color(QPalette::Active, QPalette::Base) : DisabledBack;
   QPalette colours = plain;
-  QColor back = plain.color(QPalette::Active, QPalette::Base);
-  if (m_fLocked) back = Blend(back, plain.color(QPalette::Active, QPalette::Window));
-  if (m_fGrey) back = QColor(0xC0, 0xC0, 0xC0);
+  colours.setColor(QPalette::Disabled, QPalette::Text, DisabledText);
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
     colours.setColor(group, QPalette::Base, back);
-    if (hasFocus()) continue;
+    if (hasFocus() && isEnabled() && !m_fLocked) continue;
     colours.setColor(group, QPalette::Highlight, back);
-    colours.setColor(group, QPalette::HighlightedText, plain.color(group, QPalette::Text));
+    colours.setColor(group, QPalette::HighlightedText, colours.color(group, QPalette::Text));
   }
-  if (m_fGrey) colours.setColor(QPalette::Disabled, QPalette::Text, QColor(0x50, 0x50, 0x50));
   if (colours != palette()) setPalette(colours);
   m_fInColours = false;
 }

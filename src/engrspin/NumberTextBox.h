@@ -21,14 +21,19 @@ class TextBoxEvents {
   virtual void TextClicked() = 0;
   /// Notches of the wheel while the text box has the focus, up above 0.
   virtual void WheelTurned(int intNotches) = 0;
-  /// The user changed the text by other means than a key: menu, drop, input method.
+  /// The user changed the text, by a key or otherwise.
   virtual void TextEdited(const QString &strBefore) = 0;
   virtual char DecimalCharacter() const = 0;
   virtual bool IsTyping() const = 0;
+  /// Whether the user may change the text, by typing or otherwise.
+  virtual bool TakesText() const = 0;
+  /// Whether what is typed at rest takes the place of the whole number.
+  virtual bool TypingReplaces() const = 0;
 };
 
 /// The text box of a number field: keeps its selection when the focus is elsewhere, and hands keys, clicks
-/// and wheel to the field before it works on them itself.
+/// and wheel to the field before it works on them itself. What is pasted or dropped at rest takes the place of the
+/// whole number: within the number it would make another one, or none.
 class NumberTextBox : public QLineEdit, public CursorText {
  public:
   NumberTextBox(TextBoxEvents &events, QWidget *parent);
@@ -44,24 +49,39 @@ class NumberTextBox : public QLineEdit, public CursorText {
   /// The number of the latest WriteText, counted from 1; 0 once text or selection are not as it left them.
   Long StandingWrite() const { return m_fAsWritten ? m_lngWrites : 0; }
 
-  /// Colours of rest, grey or locked; the selection shows only with the focus.
-  void SetLook(bool fGrey, bool fLocked);
+  /// At rest, marks the whole number in place of the digit cursor; a piece that the user marked stays.
+  void ChooseNumber();
+
+  /// A locked or disabled text box shows no selection, any other only with the focus.
+  void SetLocked(bool fLocked);
+  /// Takes its colours from the palette of the field anew.
+  void UpdateColours();
 
  protected:
   bool event(QEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
+  void inputMethodEvent(QInputMethodEvent *event) override;
   void focusInEvent(QFocusEvent *event) override;
   void focusOutEvent(QFocusEvent *event) override;
+  void mousePressEvent(QMouseEvent *event) override;
+  void mouseMoveEvent(QMouseEvent *event) override;
   void mouseReleaseEvent(QMouseEvent *event) override;
   void mouseDoubleClickEvent(QMouseEvent *event) override;
+  void contextMenuEvent(QContextMenuEvent *event) override;
+  void dragEnterEvent(QDragEnterEvent *event) override;
+  void dragMoveEvent(QDragMoveEvent *event) override;
+  void dropEvent(QDropEvent *event) override;
   void wheelEvent(QWheelEvent *event) override;
   void changeEvent(QEvent *event) override;
 
  private:
   /// Whether the field swallowed the key.
   bool Offered(const QKeyEvent &event);
+  void RunChord(QKeyEvent *event);
+  void Paste(QKeyEvent *event);
+  bool CanTake(const QDropEvent &event) const;
+  void OnMenuClosed();
   void HideCaret();
-  void UpdateColours();
   void OnTextEdited();
 
   TextBoxEvents &m_events;
@@ -69,9 +89,8 @@ class NumberTextBox : public QLineEdit, public CursorText {
   int m_intWheelAngle = 0;
   Long m_lngWrites = 0;
   bool m_fAsWritten = false;
-  bool m_fInKey = false;
-  bool m_fGrey = false;
   bool m_fLocked = false;
+  bool m_fNumberClicked = false;  ///< by the button that is still down
   bool m_fInColours = false;
 };
 

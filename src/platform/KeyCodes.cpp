@@ -22,6 +22,7 @@ constexpr KeyRow KeyTable[] = {
     {Qt::Key_Control, KeyControl},
     {Qt::Key_Alt, KeyAlt},
     {Qt::Key_AltGr, KeyAlt},
+    {Qt::Key_Pause, KeyPause},
     {Qt::Key_CapsLock, KeyCapsLock},
     {Qt::Key_Escape, KeyEscape},
     {Qt::Key_Space, 32},
@@ -33,10 +34,14 @@ constexpr KeyRow KeyTable[] = {
     {Qt::Key_Up, KeyUp},
     {Qt::Key_Right, KeyRight},
     {Qt::Key_Down, KeyDown},
+    {Qt::Key_Print, KeyPrint},
+    {Qt::Key_SysReq, KeyPrint},
+    {Qt::Key_Insert, KeyInsert},
     {Qt::Key_Delete, KeyDelete},
     {Qt::Key_Meta, KeyMetaLeft},
     {Qt::Key_Super_L, KeyMetaLeft},
     {Qt::Key_Super_R, KeyMetaRight},
+    {Qt::Key_Menu, KeyMenu},
     {Qt::Key_NumLock, KeyNumLock},
     {Qt::Key_ScrollLock, KeyScrollLock},
     {Qt::Key_Plus, 187},
@@ -55,7 +60,7 @@ Integer KeyCodeOf(const QKeyEvent &event) {
   }
   if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z))
     return static_cast<Integer>(key);
-  if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<Integer>(112 + key - Qt::Key_F1);
+  if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<Integer>(KeyF1 + key - Qt::Key_F1);
   const auto *row = std::find_if(std::begin(KeyTable), std::end(KeyTable),
                                  [&](const KeyRow &entry) { return entry.intToolkitKey == key; });
   if (row != std::end(KeyTable)) return row->intCode;
