@@ -6,8 +6,6 @@ set -euo pipefail
 folder=$(realpath "$1")
 loader=$(realpath "$2")
 source=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")
-# shellcheck source=tests/e2e/server-session.sh
-. "$source/tests/e2e/server-session.sh"
 # shellcheck source=tests/e2e/package-root.sh
 . "$source/tests/e2e/package-root.sh"
 work=$(mktemp -d)
@@ -72,6 +70,8 @@ for file in user-guide.md pictures/1-instr.png embedding.md driver-authors-guide
   [ -s "$root/usr/share/doc/tarvikvi/$file" ] || fail "no $file among the documents"
 done
 gzip -dc "$root/usr/share/man/man1/tarvikvi.1.gz" | grep -q '^\.TH TARVIKVI 1 ' || fail "no manual"
+grep -q '^ExecStart=/usr/bin/tarvik-driver-server ' "$root/usr/lib/systemd/system/tarvik-driver-server.service" ||
+  fail "the service does not start the installed program"
 # Beside the libraries stand only libraries; what is loaded by name has a folder of its own, and the toolkit's folder of
 # plug-ins is that of its other plug-ins.
 bare=$(find "$libraries" -maxdepth 1 -not -type d -not -name 'libtarvikautomation.so*' -not -name 'libtarvikvi.so*')
@@ -88,17 +88,6 @@ done
 say "run"
 timeout 120 "$root/usr/bin/tarvikvi" --tour "$work/tour" > "$work/tour.txt"
 grep -q ' steps, 0 went wrong$' "$work/tour.txt" || fail "$(cat "$work/tour.txt")"
-
-say "a program built with the development files, and a session over the server"
-grep -q '^ExecStart=/usr/bin/tarvik-driver-server ' "$root/usr/lib/systemd/system/tarvik-driver-server.service"
-# What pkg-config says is all that a compiler needs; only the root is no folder that it knows.
-export PKG_CONFIG_PATH="$libraries/pkgconfig"
-# The words of pkg-config are arguments, each for itself.
-# shellcheck disable=SC2046
-"${CXX:-c++}" "$source/examples/console-session/main.cpp" $(pkg-config --cflags --libs tarvikvi) \
-  -Wl,-rpath,"$libraries" -o "$work/console-session"
-session_over_server "$root/usr/bin/tarvik-driver-server" "$work/console-session" "$work"
-grep -q '^frequency 100000 Hz, width 2\.5e-06 s$' "$work/client.out" || fail "$(cat "$work/client.out")"
 
 say "load a form with the plug-in of the form designer"
 "$loader" "$root$plugins/designer" "$source/tests/gui/designer/SavedForm.ui" > "$work/form.txt"

@@ -20,9 +20,9 @@ dpkg_in_root() {
 # The folder of libraries, and an environment in which the root's files stand where the distribution's do.
 use_root() { # HOME_FOLDER
   libraries="$root$(dirname "$(dpkg -L libqt6widgets6 | grep -m 1 '/libQt6Widgets\.so\.6$')")"
-  export HOME="$1" XDG_CONFIG_HOME="$1/config" XDG_STATE_HOME="$1/state" XDG_DATA_HOME="$1/data"
-  export XDG_RUNTIME_DIR="$1/run" QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8
-  export XDG_DATA_DIRS="$root/usr/share"
+  unset XDG_CONFIG_HOME XDG_STATE_HOME XDG_DATA_HOME
+  export HOME="$1" XDG_RUNTIME_DIR="$1/run" XDG_DATA_DIRS="$root/usr/share"
+  export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8
   mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
   chmod 700 "$XDG_RUNTIME_DIR"
 }

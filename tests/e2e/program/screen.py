@@ -5,6 +5,7 @@ import shutil
 import struct
 import subprocess
 import time
+from contextlib import nullcontext
 from pathlib import Path
 
 # How long anything may take on a busy machine before it counts as not happening, in seconds.
@@ -123,7 +124,8 @@ class Program:
     # Boxes are smaller than the panel.
     PANEL_WIDTH = 560
 
-    def __init__(self, screen, path, home):
+    def __init__(self, screen, path, home, folder=None, output=None):
+        """Starts in the folder, or in its home; what it prints goes into the file `output`."""
         self.screen, self.home = screen, Path(home)
         self.home.chmod(0o700)
         environment = {**os.environ, "HOME": str(home), "DISPLAY": screen.display, "QT_QPA_PLATFORM": "xcb",
@@ -133,7 +135,9 @@ class Program:
                      "XDG_CURRENT_DESKTOP", "DBUS_SESSION_BUS_ADDRESS"):
             environment.pop(name, None)
         environment["XDG_DATA_HOME"] = str(self.home / "data")
-        self.process = subprocess.Popen([path], env=environment, cwd=home, stdin=subprocess.DEVNULL)
+        with open(output, "wb") if output else nullcontext() as stdout:
+            self.process = subprocess.Popen([path], env=environment, cwd=folder or home, stdin=subprocess.DEVNULL,
+                                            stdout=stdout)
 
     def windows(self):
         numbers = self.screen.xdotool("search", "--onlyvisible", "--pid", self.process.pid, "--name", ".").split()
