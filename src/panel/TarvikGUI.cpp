@@ -3,8 +3,10 @@
 #include <QHideEvent>
 #include <QPointer>
 #include <algorithm>
+#include <cmath>
 #include <ranges>
 
+#include "engrspin/EngrSpin.h"
 #include "panel/CapabilityGate.h"
 #include "panel/ConfigPage.h"
 #include "panel/InstrPage.h"
@@ -99,6 +101,21 @@ TabControl *MakeTabs(QWidget *panel) {
   return tabs;
 }
 
+/// Warnings are not polled while the object lives.
+class WarningsHeldBack {
+ public:
+  explicit WarningsHeldBack(clsInstrInterface &instr) : m_instr(instr), m_fBefore(instr.GetWarningsEnabled()) {
+    m_instr.LetWarningsEnabled(False);
+  }
+  WarningsHeldBack(const WarningsHeldBack &) = delete;
+  WarningsHeldBack &operator=(const WarningsHeldBack &) = delete;
+  ~WarningsHeldBack() { m_instr.LetWarningsEnabled(m_fBefore); }
+
+ private:
+  clsInstrInterface &m_instr;
+  const Boolean m_fBefore;
+};
+
 QSize SizeAt(qreal dblPixelsPerTwip) {
   return {qRound(PanelWidth * dblPixelsPerTwip), qRound(PanelHeight * dblPixelsPerTwip)};
 }
@@ -176,6 +193,11 @@ Page *TarvikGUI::PageOf(Long lngPage) const {
   }
 }
 
+// The fields ask what they stand in.
+void TarvikGUI::SetTypingReplacesNumber(Boolean fReplaces) { setProperty(TypingReplacesProperty, bool{fReplaces}); }
+
+Boolean TarvikGUI::TypingReplacesNumber() const { return property(TypingReplacesProperty).toBool(); }
+
 // ---- Size and zoom ----
 
 QSize TarvikGUI::sizeHint() const { return SizeAt(PixelsPerTwip(m_face)); }
@@ -188,14 +210,18 @@ void TarvikGUI::SetZoom(Long lngPercent) {
 }
 
 Long TarvikGUI::ZoomToFit(const QSize &room) const {
+  const auto scale = [this](Long lngPercent) { return PixelsPerTwip(ZoomedFont(lngPercent)); };
   const auto fits = [&](Long lngPercent) {
-    const QSize size = SizeAt(PixelsPerTwip(ZoomedFont(lngPercent)));
+    const QSize size = SizeAt(scale(lngPercent));
     return size.width() <= room.width() && size.height() <= room.height();
   };
   // A line of text never gets lower as the font grows, so that the percentages that fit come before those that do not.
-  const auto percentages = std::views::iota(MinZoom, MaxZoom + 1);
-  const auto tooLarge = std::ranges::partition_point(percentages, fits);
-  return std::max(Long{MinZoom}, *tooLarge - 1);
+  const auto percentages = std::views::iota(Long{MinZoom}, Long{MaxZoom} + 1);
+  const Long lngLargest = *std::ranges::partition_point(percentages, fits) - 1;
+  if (lngLargest <= MinZoom) return MinZoom;
+  // Lines grow by whole pixels, so several percentages have one size; the letters suit the one that the size stands
+  // for.
+  return std::clamp(static_cast<Long>(std::lround(100 * scale(lngLargest) / scale(100))), Long{MinZoom}, lngLargest);
 }
 
 QFont TarvikGUI::ZoomedFont(Long lngPercent) const {
@@ -462,6 +488,45 @@ void TarvikGUI::cmdDownload_Click() {
 }
 
 void TarvikGUI::EnableControlsForChannels(Long lngChannels) { m_gate->EnableControlsForChannels(lngChannels); }
+
+// ---- All outputs off ----
+
+Boolean TarvikGUI::AllOutputsOff() {
+  Boolean fAllOff = False;
+  RunUserEvent("TarvikGUI", "AllOutputsOff", [&] { fAllOff = TurnOutputsOff(); });
+  return fAllOff;
+}
+
+Boolean TarvikGUI::TurnOutputsOff() {
+  const std::shared_ptr<clsInstrInterface> instr = m_zorvaneInstr;
+  if (!instr || !instr->IsOnline(True)) return False;
+  const QPointer<TarvikGUI> self(this);
+  Boolean fAllOff = True;
+  {
+    // The box of a warning would keep the outputs behind it on until somebody has read it.
+    const WarningsHeldBack heldBack(*instr);
+    for (const Boolean fIsComplement : {False, True}) {
+      for (Integer intChan = 1; intChan <= instr->ChannelCount().value_or(0); ++intChan) {
+        const Boolean fOff = instr->Output(intChan, False, fIsComplement);
+        fAllOff = fAllOff && fOff;
+        if (fOff && self) (fIsComplement ? m_state.mfOutputInvOn : m_state.mfOutputOn)[intChan] = False;
+      }
+    }
+  }
+  if (self) ShowOutputs();
+  instr->CheckWarnings(False);
+  return fAllOff;
+}
+
+void TarvikGUI::ShowOutputs() {
+  // The switches only follow here: their clicks neither send what the instrument has already nor mark a page.
+  const Boolean fAuto = std::exchange(m_state.mfAutoOutputOnOff, False);
+  const Boolean fDownloading = std::exchange(m_state.mfDownloading, True);
+  m_timingPage->ShowTimingOutputs();
+  m_levelsPage->ShowLevelOutputs();
+  m_state.mfAutoOutputOnOff = fAuto;
+  m_state.mfDownloading = fDownloading;
+}
 
 // ---- Errors, warnings and events of the instrument ----
 

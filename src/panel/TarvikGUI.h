@@ -41,13 +41,24 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   /// shows the highlights anew. A dirty mark during a download is dropped. Another page number is error 9.
   void SetTabState(TabStates eState, TabNumEnum ePage) override;
 
+  /// Turns the normal and the inverse output of each channel off at once, also where the output switches wait for an
+  /// upload; asks nothing, changes no mark, and the pages follow. False without an open instrument, in silence, and
+  /// when an output failed, whose box the user has seen; the others are off then all the same.
+  Boolean AllOutputsOff();
+
+  /// Whether what is typed into a number field at rest takes the place of the whole number instead of the selected
+  /// digit; in all fields of the panel alike. False at first.
+  void SetTypingReplacesNumber(Boolean fReplaces);
+  Boolean TypingReplacesNumber() const;
+
   static constexpr Long MinZoom = 50, MaxZoom = 400;
   /// Shows the panel larger or smaller than its font asks for, in percent (MinZoom to MaxZoom, 100 at first); its size
   /// hints follow. Another percentage is error 380, and nothing changes. Where a style sheet gives the controls a font
   /// of their own, that font stands.
   void SetZoom(Long lngPercent);
   Long Zoom() const { return m_lngZoom; }
-  /// The largest zoom at which the whole panel has room in this many pixels; MinZoom where even that is cut off.
+  /// The zoom at which the whole panel is as large as it can be in this many pixels; MinZoom where even that is cut
+  /// off.
   Long ZoomToFit(const QSize &room) const;
 
   QSize sizeHint() const override;
@@ -88,6 +99,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void UploadPages();
   void cmdCheckErrors_Click();
   void cmdCheckWarnings_Click();
+  Boolean TurnOutputsOff();
+  void ShowOutputs();
   void ZorvaneInstr_StatusMessage(const std::string &strStatus);
   void ZorvaneInstr_InstrError();
 

@@ -107,17 +107,26 @@ TEST_F(Zoom, KeepsSessionMarksAndWhatIsBeingTyped) {
   EXPECT_TRUE(session.Instr().IsOnline(True));
 }
 
-TEST_F(Zoom, TheLargestZoomThatFitsLeavesLessThanAStepFree) {
+TEST_F(Zoom, TheZoomThatFitsIsThatOfTheLargestPanelWithRoom) {
   for (const QSize room : {QSize(700, 560), QSize(1280, 960), QSize(1920, 1000), QSize(1000, 2000)}) {
     const Long lngZoom = session.panel->ZoomToFit(room);
     ZoomTo(lngZoom);
     const QSize size = session.panel->sizeHint();
     EXPECT_LE(size.width(), room.width());
     EXPECT_LE(size.height(), room.height());
-    ZoomTo(lngZoom + 1);
+    Long lngNext = lngZoom;
+    do ZoomTo(++lngNext);
+    while (session.panel->sizeHint() == size);
     const QSize next = session.panel->sizeHint();
     EXPECT_TRUE(next.width() > room.width() || next.height() > room.height()) << lngZoom;
   }
+}
+
+TEST_F(Zoom, ThePlaceOfThePanelAtAZoomLeadsBackToThatZoom) {
+  const QSize size = session.panel->sizeHint();
+  EXPECT_EQ(session.panel->ZoomToFit(size), 100) << "though a font that is a little larger has lines as high";
+  ZoomTo(200);
+  EXPECT_NEAR(session.panel->ZoomToFit(session.panel->sizeHint()), 200, 4);
 }
 
 TEST_F(Zoom, WhatFitsNowhereGetsTheBoundsOfTheZoom) {
