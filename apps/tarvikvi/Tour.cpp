@@ -66,6 +66,7 @@ class Tour {
 
   int Run() {
     ListAndOpen();
+    FirstPulse();
     PllReference();
     Timing();
     Modes();
@@ -121,6 +122,35 @@ class Tour {
     Show(QStringLiteral("status"), QString::fromStdString(Status()));
     Expect(Status().starts_with("Online with "), "the session is open");
     Picture(QStringLiteral("1-instr"));
+  }
+
+  void FirstPulse() {
+    Step(QStringLiteral("A first pulse: every 10 us, 2 us long, from 0 to 1 V"));
+    m_user.ClickTab(TabTiming);
+    m_user.Enter(QStringLiteral("esPeriodOrFreq"), QStringLiteral("10u"));
+    m_user.Enter(QStringLiteral("esWidth(0)"), QStringLiteral("2u"));
+    Picture(QStringLiteral("first-1-timing"));
+    m_user.ClickTab(TabLevels);
+    m_user.Enter(QStringLiteral("esLevelHigh(0)"), QStringLiteral("1"));
+    Picture(QStringLiteral("first-2-levels"));
+    Upload();
+    Step(QStringLiteral("The output on, which acts at once; all is read back"));
+    m_user.Click(QStringLiteral("optChannel1Output(2)"));
+    Download();
+    Picture(QStringLiteral("first-3-output"));
+    const auto value = [this](const char *strName) {
+      return m_user.Find<EngrSpin>(QString::fromLatin1(strName)).Value();
+    };
+    const auto isOn = [this] { return m_user.Find<QRadioButton>(QStringLiteral("optChannel1Output(2)")).isChecked(); };
+    Expect(value("esPeriodOrFreq") == 10e-6, "the period came back");
+    Expect(value("esWidth(0)") == 2e-6, "the width came back");
+    Expect(value("esLevelHigh(0)") == 1, "the level came back");
+    Expect(isOn(), "the output is on");
+    Step(QStringLiteral("All outputs off; then the instrument as after power-up"));
+    Expect(m_panel.AllOutputsOff() && !isOn(), "the outputs are off");
+    m_user.ClickTab(TabConfig);
+    m_user.Click(QStringLiteral("cmdResetInstr"));
+    Show(QStringLiteral("width"), Field(QStringLiteral("esWidth(0)")));
   }
 
   void PllReference() {
