@@ -1,29 +1,67 @@
 #pragma once
 
 #include <QMainWindow>
+#include <optional>
+#include <string>
+
+#include "ServerList.h"
+#include "support/Event.h"
+
+class QAction;
+class QLabel;
 
 namespace tarvik {
 
+class PanelArea;
 class TarvikGUI;
 
-/// A host as any other: a window with the control on it, a menu, and a memory of its place on the screen.
+/// A host as any other: a window with the control on it, a menu, a list of servers to connect to, and a memory of its
+/// place on the screen and of its view.
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  MainWindow();
+  /// With an address it connects there until the program ends, without storing it; empty is this machine.
+  explicit MainWindow(const std::optional<QString> &strServerForThisRun = {});
 
-  TarvikGUI &Panel() const { return *m_panel; }
+  TarvikGUI &Panel() const;
+
+  void ConnectAgain();
+  void AskForServer();
+  void AllOutputsOff();
   void ShowAbout();
 
  protected:
   void closeEvent(QCloseEvent *event) override;
+  bool event(QEvent *event) override;
 
  private:
   void MakeMenus();
-  void RestorePlace();
+  void MakeInstrumentsMenu();
+  void MakeViewMenu();
+  QAction *AddAction(QMenu &menu, const char *strName, const QString &text, void (MainWindow::*slot)());
+  QSize SizeOfPanel() const;
+  void RestoreView();
+  void Larger();
+  void Smaller();
+  void FitToWindow();
+  void TakeZoom();
+  void TakeTyping();
 
-  TarvikGUI *m_panel;
+  bool MayEndSession();
+  void Reconnect();
+  void HandServerOver();
+  void TakeStatus(const std::string &strStatus);
+  void ShowConnection(bool fConnected);
+  void TellIfNotConnected();
+  void Tell(const QString &text);
+
+  ServerList m_servers;
+  PanelArea *m_area;
+  QLabel *m_lblMessage;
+  QAction *m_actFit = nullptr;
+  QAction *m_actTyping = nullptr;
+  Event<const std::string &>::Connection m_statusConnection;
 };
 
 }  // namespace tarvik

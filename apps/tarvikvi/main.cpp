@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 
 #include "MainWindow.h"
@@ -58,6 +59,11 @@ int main(int argc, char *argv[]) {
       QStringLiteral("Walk through a session, print its steps and write pictures into <folder>."),
       QStringLiteral("folder"));
   parser.addOption(tour);
+  const QCommandLineOption server(
+      QStringLiteral("server"),
+      QStringLiteral("Connect to the driver server at <address> this time; \"\" is this machine."),
+      QStringLiteral("address"));
+  parser.addOption(server);
   parser.process(app);
   if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty()) {
     std::fprintf(stderr, "tarvikvi: \"%s\" is not understood; tarvikvi --help tells what is\n",
@@ -66,7 +72,7 @@ int main(int argc, char *argv[]) {
   }
 
   if (parser.isSet(tour)) return tarvik::RunTour(parser.value(tour));
-  tarvik::MainWindow window;
+  tarvik::MainWindow window(parser.isSet(server) ? std::optional(parser.value(server)) : std::nullopt);
   window.show();
   return QApplication::exec();
 }

@@ -8,7 +8,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from screen import PANEL_HEIGHT, SKIPPED, Program as Started, Screen, tools_missing, wait_for
+from screen import (SKIPPED, STATUS_HEIGHT, Program as Started, Screen, panel_top, settings_file, tools_missing,
+                    wait_for)
 
 RACK = """
 [Bench]
@@ -41,8 +42,14 @@ class Program(unittest.TestCase):
         self.addCleanup(screen.close)
         return self.start_on(screen)
 
-    def start_on(self, screen):
-        program = Started(screen, self.path, self.home)
+    def start_managed(self, *arguments, **variables):
+        screen = Screen(self.folder / "managed", 1600, 1000)
+        self.addCleanup(screen.close)
+        screen.manage()
+        return self.start_on(screen, *arguments, **variables)
+
+    def start_on(self, screen, *arguments, **variables):
+        program = Started(screen, self.path, self.home, arguments, **variables)
         self.addCleanup(program.close)
         return program
 
@@ -50,11 +57,11 @@ class Program(unittest.TestCase):
 
     @staticmethod
     def shown(panel, left, top, width, height):
-        return panel.picture(left, panel.height - PANEL_HEIGHT - 2 + top, width, height)
+        return panel.picture(left, panel_top(panel) + top, width, height)
 
     @staticmethod
     def click(panel, left, top):
-        panel.click(left, panel.height - PANEL_HEIGHT - 2 + top)
+        panel.click(left, panel_top(panel) + top)
 
     def page(self, panel):
         return self.shown(panel, 0, 0, 616, 344)
@@ -92,7 +99,7 @@ class Program(unittest.TestCase):
     def test_starts_with_a_window_that_lists_the_instruments(self):
         program = self.start()
         panel = program.panel()
-        self.assertEqual(panel.title, "TarvikVI")
+        wait_for("the title tells of the connection", lambda: program.panel().title == "TarvikVI - this machine")
         wait_for("two rows", lambda: self.row(panel, 0).dark() > 20 and self.row(panel, 1).dark() > 20)
         self.assertEqual(self.row(panel, 2).dark(), 0, "the rack holds two instruments")
         self.assertEqual(program.quit(), 0)
@@ -172,15 +179,18 @@ class Program(unittest.TestCase):
         self.assertIsNone(program.process.poll())
         self.assertEqual(program.quit(), 0)
 
+    def take_menu(self, program, menu, letter):
+        """Opens a menu by its letter and takes an entry by its own, which brings a box."""
+        program.panel().key(f"alt+{menu}")
+        # The menu is a window of its own without a name.
+        def opened():
+            program.screen.xdotool("key", letter)
+            return program.find_box()
+        return wait_for("the entry's box", opened, 10)
+
     def test_about_box_opens_and_closes(self):
         program = self.start()
-        panel = program.panel()
-        panel.key("alt+h")
-        # The menu is a window of its own without a name; its first entry is taken by its letter.
-        def about():
-            program.screen.xdotool("key", "a")
-            return program.find_box()
-        box = wait_for("the About box", about, 10)
+        box = self.take_menu(program, "h", "a")
         self.assertEqual(box.title, "About TarvikVI")
         program.close_box(box, "Escape")
         self.assertEqual(program.quit(), 0)
@@ -193,7 +203,7 @@ class Program(unittest.TestCase):
         screen.xdotool("windowmove", "--sync", panel.number, 333, 222)
         wait_for("the window is there", lambda: (program.panel().left, program.panel().top) == (333, 222))
         self.assertEqual(program.quit(), 0)
-        self.assertIn("Geometry=", program.settings())
+        self.assertIn("[Window]\nPlace=", program.settings())
 
         again = self.start_on(screen).panel()
         self.assertEqual((again.left, again.top, again.width, again.height), (333, 222, panel.width, panel.height))
@@ -228,16 +238,134 @@ class Program(unittest.TestCase):
     def test_a_broken_driver_is_told_in_a_stop_box_and_the_program_runs_on(self):
         (self.drivers / "KolvenAtl.Kolven.driver").write_text("/nowhere/libmissing.so\n", encoding="utf-8")
         program = self.start()
-        # Being offline is told first, then the fault; the record is written when the fault was read.
-        for _ in range(3):
-            program.close_box(program.box())
-            if "Proc: Connect" in program.log():
-                break
+        self.close_boxes_of_the_start(program)
         self.assertIn("Mod: clsInstrInterface; Proc: Connect\r\n", program.log())
         self.assertIn("libmissing.so", program.log())
         panel = program.panel()
         self.change_page(panel, "alt+t")
         self.assertEqual(program.quit(), 0)
+
+    def store(self, text):
+        path = settings_file(self.home)
+        path.parent.mkdir(parents=True)
+        path.write_text(text, encoding="utf-8")
+
+    def title(self, program):
+        return program.panel().title
+
+    def close_boxes_of_the_start(self, program):
+        """Being offline is told first, then the fault; the record is written when the fault was read."""
+        for _ in range(3):
+            program.close_box(program.box())
+            if "Proc: Connect" in program.log():
+                break
+
+    def choose_server(self, program, address):
+        box = self.take_menu(program, "s", "a")
+        self.assertEqual(box.title, "Server Address")
+        box.key("ctrl+a", "Delete")
+        if address:
+            box.type(address)
+        program.close_box(box)
+
+    def test_a_dead_server_address_is_changed_from_the_menu(self):
+        self.store("[LastUsed]\nServerURL=tarvik+insecure://localhost:1\n")
+        program = self.start()
+        self.close_boxes_of_the_start(program)
+        panel = program.panel()
+        wait_for("the title tells that nothing is connected", lambda: self.title(program)
+                 == "TarvikVI - tarvik+insecure://localhost:1 (not connected)")
+        wait_for("the status bar says how to go on", lambda: self.status_bar(panel).dark() > 100)
+        self.assertEqual(self.row(panel, 0).dark(), 0)
+
+        self.choose_server(program, "")
+        wait_for("two rows", lambda: self.row(panel, 0).dark() > 20 and self.row(panel, 1).dark() > 20)
+        self.assertEqual(self.title(program), "TarvikVI - this machine")
+        self.assertEqual(program.quit(), 0)
+
+        program = self.start_on(program.screen)
+        wait_for("the choice is kept", lambda: self.title(program) == "TarvikVI - this machine")
+
+    def test_a_server_on_the_command_line_counts_for_one_run(self):
+        program = self.start_managed("--server", "tarvik+insecure://localhost:1")
+        self.close_boxes_of_the_start(program)
+        wait_for("the title names the server", lambda: self.title(program)
+                 == "TarvikVI - tarvik+insecure://localhost:1 (not connected)")
+        self.assertEqual(program.quit(), 0)
+        program = self.start_on(program.screen)
+        wait_for("the next run is as before", lambda: self.title(program) == "TarvikVI - this machine")
+
+    def status_bar(self, panel):
+        return panel.picture(0, panel.height - STATUS_HEIGHT + 2, 500, STATUS_HEIGHT - 4)
+
+    def test_one_key_switches_all_outputs_off(self):
+        program = self.start()
+        panel = program.panel()
+        wait_for("the list", lambda: self.row(panel, 1).dark() > 20)
+        empty = self.status_bar(panel).dark()
+        panel.key("F12")
+        wait_for("it says that no instrument is open", lambda: self.status_bar(panel).dark() > empty + 100)
+        self.open_first(panel)
+        self.change_page(panel, "alt+t")
+        offline = self.status_bar(panel)
+
+        def off():
+            return self.shown(panel, 88, 299, 14, 14).dark()
+        before = off()
+        self.click(panel, 35, 306)
+        wait_for("output 1 is on", lambda: off() < before - 5)
+        panel.key("F12")
+        wait_for("the switch is off again", lambda: off() == before)
+        self.assertGreater(self.status_bar(panel).differs_from(offline), 0.01, "it tells what it did")
+        self.assertIsNone(program.find_box())
+        self.assertEqual(program.log(), "")
+
+    def test_larger_and_smaller_by_key_on_keyboards_whose_plus_needs_shift(self):
+        program = self.start_managed()
+        panel = program.panel()
+        width = panel.width
+        for keys, expected in (("ctrl+plus", 1.2), ("ctrl+equal", 1.4), ("ctrl+KP_Add", 1.7), ("ctrl+minus", 1.4),
+                               ("ctrl+KP_Subtract", 1.2)):
+            program.panel().key(keys)
+            wait_for(f"{keys} leads to {expected}", lambda: abs(program.panel().width / width - expected) < 0.06)
+        self.assertEqual(program.quit(), 0)
+        self.assertIn("[View]\nZoom=120\n", program.settings())
+        again = self.start_on(program.screen)
+        self.assertAlmostEqual(again.panel().width / width, 1.2, delta=0.06)
+        again.panel().key("ctrl+0")
+        wait_for("fitting is kept, too", lambda: "Zoom=0\n" in again.settings())
+
+    def test_a_maximized_window_shows_a_large_panel_in_its_middle(self):
+        program = self.start_managed()
+        panel = program.panel()
+        wait_for("the list", lambda: self.row(panel, 1).dark() > 20)
+        small = self.extent(panel)
+        panel.key("super+m")
+        wait_for("the window is maximized", lambda: program.panel().width > 1500)
+        panel = program.panel()
+
+        def is_large_and_in_the_middle():
+            left, top, right, bottom = self.extent(panel)
+            return (bottom - top > 1.6 * (small[3] - small[1]) and bottom - top > 0.85 * panel.height
+                    and abs(left - (panel.width - right)) < 0.05 * panel.width)
+        wait_for("the panel has grown and stands in the middle", is_large_and_in_the_middle)
+
+    def extent(self, panel):
+        """Left, top, right and bottom of what is drawn below the menu and above the status bar."""
+        top = 30
+        picture = panel.picture(0, top, panel.width, panel.height - STATUS_HEIGHT - top)
+        ground = picture.pixels[0]
+        drawn = [(i % picture.width, i // picture.width) for i, pixel in enumerate(picture.pixels)
+                 if abs(pixel - ground) > 24]
+        columns, rows = [x for x, _ in drawn], [y for _, y in drawn]
+        return min(columns), min(rows) + top, max(columns), max(rows) + top
+
+    def test_ctrl_q_quits_under_every_desktop(self):
+        screen = Screen(self.folder / "screen")
+        self.addCleanup(screen.close)
+        for desktop in ("", "KDE", "GNOME", "XFCE"):
+            program = self.start_on(screen, XDG_CURRENT_DESKTOP=desktop)
+            self.assertEqual(program.quit(), 0, desktop)
 
 
 if __name__ == "__main__":

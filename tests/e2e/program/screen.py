@@ -14,12 +14,13 @@ PATIENCE = 30
 # What a program of cases ends with when the tools are missing.
 SKIPPED = 77
 
-# The panel's own size at the design font; the menu bar stands above it.
+# The panel's own size at the design font. The menu bar stands above it, the status bar below.
 PANEL_HEIGHT = 453
+STATUS_HEIGHT = 22
 
 
 def tools_missing():
-    return [tool for tool in ("Xvfb", "xdotool") if not shutil.which(tool)]
+    return [tool for tool in ("Xvfb", "xdotool", "openbox") if not shutil.which(tool)]
 
 
 def wait_for(what, condition, seconds=PATIENCE):
@@ -71,8 +72,25 @@ class Screen:
         if not number:
             raise AssertionError("the X server did not start")
         self.display = f":{number}"
+        self._manager = None
+
+    def manage(self):
+        """Gives the windows a manager, with a key to maximize them."""
+        # Without frames, of which xdotool counts the title bar twice.
+        settings = self._file.with_name("openbox.xml")
+        settings.write_text("""<openbox_config xmlns="http://openbox.org/3.4/rc">
+            <keyboard><keybind key="W-m"><action name="ToggleMaximize"/></keybind></keyboard>
+            <applications><application class="*"><decor>no</decor></application></applications>
+            </openbox_config>""", encoding="utf-8")
+        self._manager = subprocess.Popen(["openbox", "--sm-disable", "--config-file", settings], env={**os.environ, "DISPLAY": self.display},
+                                         stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                         stderr=subprocess.DEVNULL)
+        wait_for("the window manager", lambda: self.xdotool("get_num_desktops"))
 
     def close(self):
+        if self._manager:
+            self._manager.terminate()
+            self._manager.wait(timeout=PATIENCE)
         self._server.terminate()
         self._server.wait(timeout=PATIENCE)
 
@@ -92,6 +110,11 @@ class Screen:
             line = data[first + y * row + left * 4:first + y * row + (left + width) * 4]
             pixels += [(30 * line[i + 2] + 59 * line[i + 1] + 11 * line[i]) // 100 for i in range(0, len(line), 4)]
         return Picture(width, height, pixels)
+
+
+def panel_top(window):
+    """Where the panel begins in the program's window."""
+    return window.height - STATUS_HEIGHT - PANEL_HEIGHT
 
 
 class Window:
@@ -118,14 +141,19 @@ class Window:
                                    height or self.height - top)
 
 
+def settings_file(home):
+    return Path(home) / ".config/TarvikVI/TarvikVI.conf"
+
+
 class Program:
     """The program in a home of its own."""
 
     # Boxes are smaller than the panel.
     PANEL_WIDTH = 560
 
-    def __init__(self, screen, path, home, folder=None, output=None):
-        """Starts in the folder, or in its home; what it prints goes into the file `output`."""
+    def __init__(self, screen, path, home, arguments=(), folder=None, output=None, **variables):
+        """Starts in the folder, or in its home, with these variables of the environment; what it prints goes into the file
+        `output`."""
         self.screen, self.home = screen, Path(home)
         self.home.chmod(0o700)
         environment = {**os.environ, "HOME": str(home), "DISPLAY": screen.display, "QT_QPA_PLATFORM": "xcb",
@@ -135,9 +163,10 @@ class Program:
                      "XDG_CURRENT_DESKTOP", "DBUS_SESSION_BUS_ADDRESS"):
             environment.pop(name, None)
         environment["XDG_DATA_HOME"] = str(self.home / "data")
+        environment.update(variables)
         with open(output, "wb") if output else nullcontext() as stdout:
-            self.process = subprocess.Popen([path], env=environment, cwd=folder or home, stdin=subprocess.DEVNULL,
-                                            stdout=stdout)
+            self.process = subprocess.Popen([path, *arguments], env=environment, cwd=folder or home,
+                                            stdin=subprocess.DEVNULL, stdout=stdout)
 
     def windows(self):
         numbers = self.screen.xdotool("search", "--onlyvisible", "--pid", self.process.pid, "--name", ".").split()
@@ -165,7 +194,7 @@ class Program:
         wait_for("the box goes", lambda: all(window.number != box.number for window in self.windows()))
 
     def settings(self):
-        path = self.home / ".config/TarvikVI/TarvikVI.conf"
+        path = settings_file(self.home)
         return path.read_text(encoding="utf-8") if path.exists() else ""
 
     def log(self):

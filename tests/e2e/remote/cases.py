@@ -14,7 +14,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "program"))
-from screen import PANEL_HEIGHT, SKIPPED, Program, Screen, tools_missing, wait_for
+from screen import SKIPPED, Program, Screen, panel_top, tools_missing, wait_for
 
 RACK = """
 [Bench]
@@ -99,7 +99,7 @@ class Remote(unittest.TestCase):
 
     @staticmethod
     def shown(panel, left, top, width, height):
-        return panel.picture(left, panel.height - PANEL_HEIGHT - 2 + top, width, height)
+        return panel.picture(left, panel_top(panel) + top, width, height)
 
     def wait_for_the_rack(self, panel):
         """One instrument is listed, and no other."""
@@ -112,7 +112,7 @@ class Remote(unittest.TestCase):
         self.answer(program, self.url)
         panel = program.panel()
         self.wait_for_the_rack(panel)
-        panel.click(26, panel.height - PANEL_HEIGHT - 2 + 65)
+        panel.click(26, panel_top(panel) + 65)
         wait_for("the server has opened it", lambda: "bench at ipv4:127.0.0.1:" in self.server.log()
                  and ": opened Bench\n" in self.server.log())
         wait_for("the status", lambda: self.shown(panel, 67, 355, 540, 46).dark() > 150)
