@@ -156,6 +156,17 @@ TEST(Entry, IsReadAsTyped) {
   }
 }
 
+TEST(Entry, LineBreaksAndTabsCountAsBlanks) {
+  const EngrNumber number = Volts();
+  for (const char *strPasted : {"3.5\n", "\t3.5", "\r\n3.5\r\n", "3.5\tV", "3.5 V\n"}) {
+    const Entry entry = number.ReadEntry(strPasted);
+    EXPECT_EQ(entry.kind, Entry::Kind::Number) << strPasted;
+    EXPECT_EQ(entry.dblValue, 3.5) << strPasted;
+  }
+  for (const char *strPasted : {"3\n5", "3.\t5", "\n"})
+    EXPECT_EQ(number.ReadEntry(strPasted).kind, Entry::Kind::Bad) << strPasted;
+}
+
 TEST(Entry, FailsWhereTheHeadIsNoNumberOrTheNumberIsTooLarge) {
   const EngrNumber number = Volts();
   for (const char *strTyped : {"3.0.5uV", "abc5m", "3e5m", "1e400", "1e400m"})
