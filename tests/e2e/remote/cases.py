@@ -62,7 +62,7 @@ class Remote(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
-        certificates = self.folder / "certificates"
+        certificates = self.certificates = self.folder / "certificates"
         subprocess.run([self.script, certificates], check=True)
         self.server = Server(self.server_path, self.folder / "server", certificates)
         self.addCleanup(self.server.close)
@@ -122,12 +122,32 @@ class Remote(unittest.TestCase):
         wait_for("the server has closed it", lambda: ": closed Bench\n" in self.server.log())
         self.assertEqual(program.log(), "")
 
-        # The stored address is used once without a question, and is blank from then on.
-        program = self.start()
+        # The instrument interface blanks its address at a start without a question; the program keeps its own.
+        for _ in range(2):
+            program = self.start()
+            self.wait_for_the_rack(program.panel())
+            self.assertIsNone(program.find_box())
+            self.assertEqual(program.panel().title, f"TarvikVI - {self.url}")
+            self.assertEqual(program.quit(), 0)
+            self.assertIn("[LastUsed]\nServerURL=\n", program.settings())
+
+    def test_connecting_again_finds_a_server_that_was_away(self):
+        self.server.close()
+        program = Program(self.screen, self.path, self.home, ("--server", self.url))
+        self.addCleanup(program.close)
+        while "Proc: Connect" not in program.log():
+            program.close_box(program.box())
+        wait_for("the title tells that nothing is connected",
+                 lambda: program.panel().title == f"TarvikVI - {self.url} (not connected)")
+        self.server = Server(self.server_path, self.folder / "server", self.certificates, self.server.port)
+        self.addCleanup(self.server.close)
+        program.panel().key("alt+s")
+        # The menu is a window of its own without a name; the entry answers once it is open.
+        def connected():
+            self.screen.xdotool("key", "c")
+            return program.panel().title == f"TarvikVI - {self.url}"
+        wait_for("the connection is back", connected)
         self.wait_for_the_rack(program.panel())
-        self.assertIsNone(program.find_box())
-        self.assertEqual(program.quit(), 0)
-        self.assertIn("[LastUsed]\nServerURL=\n", program.settings())
 
     def test_a_bad_address_is_told_and_asked_for_again_at_the_next_start(self):
         program = self.start()
