@@ -8,8 +8,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from screen import (SKIPPED, STATUS_HEIGHT, Program as Started, Screen, panel_top, settings_file, tools_missing,
-                    wait_for)
+from screen import (BUTTONS_TOP, PAGES_BOTTOM, SKIPPED, STATUS_HEIGHT, STATUS_TOP, Program as Started, Screen, panel_top,
+                    settings_file, tools_missing, wait_for)
 
 RACK = """
 [Bench]
@@ -64,10 +64,10 @@ class Program(unittest.TestCase):
         panel.click(left, panel_top(panel) + top)
 
     def page(self, panel):
-        return self.shown(panel, 0, 0, 616, 344)
+        return self.shown(panel, 0, 0, 616, PAGES_BOTTOM)
 
     def status(self, panel):
-        return self.shown(panel, 67, 355, 540, 46)
+        return self.shown(panel, 67, STATUS_TOP, 540, 46)
 
     def row(self, panel, number):
         return self.shown(panel, 36, 58 + 14 * number, 250, 14)
@@ -76,7 +76,7 @@ class Program(unittest.TestCase):
         self.click(panel, 26, 65 + 14 * number)
 
     def upload_shadow(self, panel):
-        return self.shown(panel, 222, 443, 180, 8).dark() > 180
+        return self.shown(panel, 222, BUTTONS_TOP + 28, 180, 8).dark() > 180
 
     def change_page(self, panel, key):
         before = self.page(panel)

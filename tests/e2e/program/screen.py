@@ -14,8 +14,12 @@ PATIENCE = 30
 # What a program of cases ends with when the tools are missing.
 SKIPPED = 77
 
-# The panel's own size at the design font. The menu bar stands above it, the status bar below.
+# The panel at the design font, in pixels: its height, and where its pages end and its status box and buttons begin. The
+# menu bar stands above it, the status bar below.
 PANEL_HEIGHT = 453
+PAGES_BOTTOM = 344
+STATUS_TOP = 355
+BUTTONS_TOP = 415
 STATUS_HEIGHT = 22
 
 
@@ -82,9 +86,9 @@ class Screen:
             <keyboard><keybind key="W-m"><action name="ToggleMaximize"/></keybind></keyboard>
             <applications><application class="*"><decor>no</decor></application></applications>
             </openbox_config>""", encoding="utf-8")
-        self._manager = subprocess.Popen(["openbox", "--sm-disable", "--config-file", settings], env={**os.environ, "DISPLAY": self.display},
-                                         stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                         stderr=subprocess.DEVNULL)
+        self._manager = subprocess.Popen(["openbox", "--sm-disable", "--config-file", settings],
+                                         env={**os.environ, "DISPLAY": self.display}, stdin=subprocess.DEVNULL,
+                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         wait_for("the window manager", lambda: self.xdotool("get_num_desktops"))
 
     def close(self):

@@ -14,7 +14,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "program"))
-from screen import SKIPPED, Program, Screen, panel_top, tools_missing, wait_for
+from screen import SKIPPED, STATUS_TOP, Program, Screen, panel_top, tools_missing, wait_for
 
 RACK = """
 [Bench]
@@ -115,7 +115,7 @@ class Remote(unittest.TestCase):
         panel.click(26, panel_top(panel) + 65)
         wait_for("the server has opened it", lambda: "bench at ipv4:127.0.0.1:" in self.server.log()
                  and ": opened Bench\n" in self.server.log())
-        wait_for("the status", lambda: self.shown(panel, 67, 355, 540, 46).dark() > 150)
+        wait_for("the status", lambda: self.shown(panel, 67, STATUS_TOP, 540, 46).dark() > 150)
         self.keep("session")
         self.assertIn("[LastUsed]\nServerURL=" + self.url + "\n", program.settings())
         self.assertEqual(program.quit(), 0)
