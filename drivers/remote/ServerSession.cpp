@@ -114,7 +114,7 @@ std::string ServerSession::Greet(Reader &in) {
   Failure failure;
   try {
     if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "The driver server is sent no ProgID");
-    static_cast<void>(automation::TakeErrorInfo());
+    automation::ForgetErrorInfo();
     Ref<IUnknown> root = m_creator(strProgId);
     const auto &iid = Contract()[ThePlaces().intRoot].iid;
     Ref<IUnknown> narrowed;

@@ -15,6 +15,9 @@ std::filesystem::path WholePath(const char *strVariable) {
 
 std::filesystem::path FolderOr(const char *strVariable, const char *strBelowHome) {
   if (auto folder = WholePath(strVariable); !folder.empty()) return folder;
+#ifdef _WIN32
+  if (auto folder = WholePath("APPDATA"); !folder.empty()) return folder;
+#endif
   const auto home = WholePath("HOME");
   return home.empty() ? home : home / strBelowHome;
 }
