@@ -95,6 +95,16 @@ mkdir -p "$work/driver-with-pkg-config"
 echo libexample-driver.so > "$work/driver-with-pkg-config/KolvenAtl.Kolven.driver"
 work_example_driver "$work/driver-with-pkg-config"
 
+say "the public vocabulary"
+# shellcheck disable=SC2046
+"${CXX:-c++}" -fsyntax-only -x c++ $(pkg-config --cflags tarvikautomation) - << 'EOF'
+#include "instrument/LevelFormatEnum.h"
+#include "instrument/PeriodPrecedence.h"
+#include "instrument/Restrictions.h"
+static_assert(tarvik::LevelFormatEnum::eFormatECL == 3 && tarvik::PeriodPrecedence::ePreDelay == 3);
+static_assert(tarvik::eLacksAnyVxi == 7168);
+EOF
+
 say "every installed header alone, with what is installed"
 grep -rL '^#pragma once' "$prefix/include/tarvikvi" > "$work/unguarded.txt" || true
 [ ! -s "$work/unguarded.txt" ] || { cat "$work/unguarded.txt" >&2; exit 1; }
