@@ -77,6 +77,13 @@ expect session.txt '^frequency 100000 Hz, width 2\.5e-06 s$'
 expect server.log ' bench at .*: opened '
 cd "$here"
 
+say "a driver of one's own, worked by the panel"
+follow driver/build.sh
+tarvikvi --tour "$work/tour" > "$work/driver.txt" 2> "$work/driver.err" || true
+expect "$work/driver.txt" 'status: Online with Pulser 1 \(Pulser 1\)$'
+expect "$work/driver.txt" 'width read back: 2\.500 us$'
+rm "$HOME"/.local/share/tarvikvi/drivers/*
+
 say "hosts in their windows"
 python3 -B "$here/windows.py" "$work/texts" "$work/windows"
 say "done"
