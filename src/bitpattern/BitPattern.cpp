@@ -53,6 +53,9 @@ BitPattern::BitPattern(QWidget *parent, ControlSite &site, const BitPatternForm 
   CreateControls();
   m_store.SetLength(CLng(esLast->Value()));
   m_view = std::make_unique<WaveformView>(*picWave, m_store, m_form.sngScrollHeight);
+  picWave->Place = [this] {
+    return WavePicture::PlaceInPattern{QString::fromStdString(PlaceInWords()), ActualAddress(), m_store.Length()};
+  };
   ConnectControls();
   SetWaveformRange();
   // The first picture is drawn without the mark that every later one makes.
@@ -126,8 +129,23 @@ Long BitPattern::ToolIndexToChannel(Long lngIndex) {
 
 Long BitPattern::ActualAddress() const { return CLng(esAddress->Value()); }
 
+std::string BitPattern::PlaceInWords() const {
+  const std::string strAddress =
+      "address " + std::to_string(ActualAddress()) + " of " + std::to_string(m_store.Length());
+  const Long lngCode = m_view->Selected();
+  if (!m_store.RowOf(lngCode)) return "no row selected, " + strAddress;
+  Long lngValue = 0;
+  m_store.ReadChannelBit(lngCode, ActualAddress(), lngValue);
+  if (lngCode == eBoth)
+    return "Both channels, " + strAddress + ", channel 1 bit " + std::to_string(lngValue & 1) + ", channel 2 bit " +
+           std::to_string(lngValue >> 1);
+  const std::string strRow = lngCode == eStrobe ? "Strobe" : lngCode == eChan1 ? "Channel 1" : "Channel 2";
+  return strRow + ", " + strAddress + ", bit " + std::to_string(lngValue);
+}
+
 void BitPattern::RedrawPattern() {
   m_view->Draw(ActualAddress());
+  picWave->TellPlace();
   if (PanelReference *panel = gobjPanel()) panel->SetTabState(ePageIsDirty, eCurrPage);
 }
 

@@ -114,6 +114,8 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   void UpdateRange();
   Boolean DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits);
   Long ActualAddress() const;
+  /// "Channel 1, address 5 of 128, bit 1", for those who do not see the picture.
+  std::string PlaceInWords() const;
   void MoveTo(Double dblAddress);
   void SelectAndRedraw(Long lngCode);
   void StepSelection(Long lngCode);

@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "bitpattern/PictureAccessible.h"
+#include "platform/Accessibility.h"
 #include "platform/KeyCodes.h"
 #include "support/EventBoundary.h"
 
@@ -29,7 +31,17 @@ Integer ButtonNumber(Qt::MouseButton button) {
 
 }  // namespace
 
-WavePicture::WavePicture(QWidget *parent) : PictureBox(parent) { setFocusPolicy(Qt::StrongFocus); }
+WavePicture::WavePicture(QWidget *parent) : PictureBox(parent) {
+  setFocusPolicy(Qt::StrongFocus);
+  OfferAccessible<WavePicture, PictureAccessible>();
+}
+
+void WavePicture::TellPlace() {
+  if (!QAccessible::isActive()) return;
+  TellNameChanged(*this);
+  QAccessibleValueChangeEvent event(this, Place ? QVariant(Place().lngAddress) : QVariant());
+  QAccessible::updateAccessibility(&event);
+}
 
 void WavePicture::keyPressEvent(QKeyEvent *event) {
   const Integer intKeyCode = KeyCodeOf(*event);

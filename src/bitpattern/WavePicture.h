@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QString>
+#include <functional>
+
 #include "platform/PictureBox.h"
 #include "support/Event.h"
 
@@ -11,6 +14,17 @@ class WavePicture : public PictureBox {
 
  public:
   explicit WavePicture(QWidget *parent = nullptr);
+
+  /// The selected cell: "Channel 1, address 5 of 128, bit 1", with address and length in numbers.
+  struct PlaceInPattern {
+    QString strWords;
+    Long lngAddress = 0;
+    Long lngLength = 0;
+  };
+  /// Asked when assistive technology wants to know the place; empty until the editor gives it.
+  std::function<PlaceInPattern()> Place;
+  /// The place or what stands there changed.
+  void TellPlace();
 
   /// Key code of a key that went down; a handler that uses the key sets the code to 0, and no KeyPress follows.
   Event<Integer &> KeyDown;

@@ -5,6 +5,8 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "controls/ListAccessible.h"
+#include "platform/Accessibility.h"
 #include "platform/QtHost.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
@@ -22,7 +24,7 @@ constexpr QRgb DisabledBack = 0xFFC0C0C0;
 /// A list that leaves the wheel to the page unless it has the focus.
 class DropDownList : public QComboBox {
  public:
-  using QComboBox::QComboBox;
+  explicit DropDownList(QWidget *parent) : QComboBox(parent) { OfferAccessible<DropDownList, ListAccessible>(); }
 
  protected:
   void wheelEvent(QWheelEvent *event) override {
@@ -207,8 +209,7 @@ void CboEnhanced::NoteUserChange() {
 
 void CboEnhanced::SetCaption(const std::string &strCaption) {
   m_lblCaption->setText(QString::fromStdString(strCaption));
-  const std::string strName = Trim(Replace(strCaption, "&", ""));
-  if (!strName.empty()) m_cbo->setAccessibleName(QString::fromStdString(strName));
+  TellNameChanged(*m_cbo);
   if (strCaption.empty()) SetCaptionWidth(0);
   PropChanged("Caption");
 }

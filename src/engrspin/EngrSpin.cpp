@@ -7,8 +7,10 @@
 #include <cstdlib>
 
 #include "engrspin/EngrFormat.h"
+#include "engrspin/FieldAccessible.h"
 #include "engrspin/FieldLabel.h"
 #include "engrspin/SpinControl.h"
+#include "platform/Accessibility.h"
 #include "platform/KeyCodes.h"
 #include "platform/QtHost.h"
 #include "platform/WidgetControl.h"
@@ -76,6 +78,7 @@ EngrSpin::EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlS
   lblUnits->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   spinCtl->SetFocusHome(txtNumber);
   setFocusProxy(txtNumber);
+  OfferAccessible<EngrSpin, FieldBoxAccessible>();
   EndEdit();
 }
 
@@ -113,7 +116,7 @@ void EngrSpin::ShowValue() {
   ShowText(m_number->ConvertValue2Engr());
   if (OwnVisible(*lblUnits))
     lblUnits->setText(QString::fromStdString(m_number->ExponentToPrefix(m_number->Exponent()) + BaseUnit()));
-  UpdateAccessibleName();
+  TellAccessible();
   m_shown = {Value(), lngFormatVersion, m_fBlanked ? 0 : txtNumber->StandingWrite()};
 }
 
@@ -377,6 +380,15 @@ void EngrSpin::TextEdited(const QString &strBefore) {
   UserEvent("txtNumber_Change", [&] {
     m_strSavedText = strBefore.toStdString();
     BeginEdit();
+  });
+}
+
+void EngrSpin::ValueAssigned(Double dblValue) {
+  if (m_fReadOnly || m_values.ArrayMode()) return;
+  UserEvent("txtNumber_Assign", [&] {
+    if (m_fEditing) EndEdit();
+    SetValue(dblValue);
+    NotifyUpdate();
   });
 }
 

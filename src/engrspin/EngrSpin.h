@@ -193,6 +193,8 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   bool IsTyping() const override { return m_fEditing; }
   bool TakesText() const override { return !m_fReadOnly && !m_values.ArrayMode(); }
   bool TypingReplaces() const override;
+  void ValueAssigned(Double dblValue) override;
+  QString ValueInWords() const override;
 
   void txtNumber_Validate() { ParseEntry(); }
   void txtNumber_LostFocus() { ParseEntry(); }
@@ -235,7 +237,8 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
 
   void Layout();
   void PlaceParts();
-  void UpdateAccessibleName();
+  /// Tells assistive technology that the number, its unit or what can be done with it changed.
+  void TellAccessible();
   template <class Procedure>
   bool UserEvent(const char *strEvent, Procedure &&procedure);
 

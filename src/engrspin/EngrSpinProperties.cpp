@@ -9,6 +9,7 @@
 #include "engrspin/FieldDefaults.h"
 #include "engrspin/FieldLabel.h"
 #include "engrspin/SpinControl.h"
+#include "platform/Accessibility.h"
 #include "platform/Twips.h"
 #include "platform/WidgetControl.h"
 #include "support/Conversions.h"
@@ -139,7 +140,7 @@ void EngrSpin::SetCaption(const std::string &strCaption) {
   m_strCaption = strCaption;
   lblCaption->setText(QString::fromStdString(strCaption));
   if (strCaption.empty()) SetCaptionWidth(0);
-  UpdateAccessibleName();
+  TellNameChanged(*txtNumber);
   PropChanged("Caption", false);
 }
 
@@ -199,7 +200,7 @@ void EngrSpin::LockControl(Boolean fNewValue, Boolean fBlankOut) {
     m_fTextLocked = fNewValue;
     txtNumber->setReadOnly(fNewValue);
     spinCtl->setEnabled(!fNewValue);
-    UpdateAccessibleName();
+    TellAccessible();
   }
   PropChanged("Locked", false);
   UpdateReadOnly();
@@ -209,12 +210,17 @@ Boolean EngrSpin::Visible() const { return OwnVisible(*this); }
 
 void EngrSpin::SetVisible(Boolean fShow) { setVisible(fShow); }
 
-void EngrSpin::UpdateAccessibleName() {
-  QString strName = QString::fromStdString(Trim(m_strCaption)) + ' ' + txtNumber->text();
-  if (OwnVisible(*lblUnits)) strName += ' ' + lblUnits->text();
-  strName = strName.trimmed();
-  setAccessibleName(strName);
-  txtNumber->setAccessibleName(strName);
+void EngrSpin::TellAccessible() {
+  if (!QAccessible::isActive()) return;
+  QAccessibleValueChangeEvent value(txtNumber, Value());
+  QAccessible::updateAccessibility(&value);
+  QAccessibleEvent words(txtNumber, QAccessible::DescriptionChanged);
+  QAccessible::updateAccessibility(&words);
+}
+
+QString EngrSpin::ValueInWords() const {
+  const QString strUnit = OwnVisible(*lblUnits) ? lblUnits->text() : QString();
+  return strUnit.isEmpty() ? txtNumber->text() : txtNumber->text() + QLatin1Char(' ') + strUnit;
 }
 
 // ---- persistence

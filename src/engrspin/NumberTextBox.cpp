@@ -13,6 +13,8 @@
 #include <limits>
 #include <utility>
 
+#include "engrspin/FieldAccessible.h"
+#include "platform/Accessibility.h"
 #include "platform/KeyCodes.h"
 
 namespace tarvik {
@@ -52,6 +54,8 @@ bool LeavesField(Qt::FocusReason reason) {
 }  // namespace
 
 NumberTextBox::NumberTextBox(TextBoxEvents &events, QWidget *parent) : QLineEdit(parent), m_events(events) {
+  // Before anything asks for the interface: what the toolkit made once, it keeps.
+  OfferAccessible<NumberTextBox, FieldAccessible>();
   // Cutting what was pasted could turn it into another number.
   setMaxLength(std::numeric_limits<int>::max());
   setFocusPolicy(Qt::StrongFocus);

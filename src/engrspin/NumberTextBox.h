@@ -29,6 +29,10 @@ class TextBoxEvents {
   virtual bool TakesText() const = 0;
   /// Whether what is typed at rest takes the place of the whole number.
   virtual bool TypingReplaces() const = 0;
+  /// Assistive technology entered a number, in the base unit.
+  virtual void ValueAssigned(Double dblValue) = 0;
+  /// The number as it is shown, with prefix and unit.
+  virtual QString ValueInWords() const = 0;
 };
 
 /// The text box of a number field: keeps its selection when the focus is elsewhere, and hands keys, clicks
@@ -43,6 +47,8 @@ class NumberTextBox : public QLineEdit, public CursorText {
   Long SelLength() const override;
   void SetSelStart(Long lngStart) override;
   void SetSelLength(Long lngLength) override;
+
+  TextBoxEvents &Events() const { return m_events; }
 
   /// The program's write: selection to the start, no user event.
   void WriteText(const QString &strText);

@@ -7,6 +7,7 @@
 #include "controls/CboEnhanced.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
+#include "platform/Accessibility.h"
 #include "platform/CheckBox.h"
 #include "platform/CommandButton.h"
 #include "platform/Highlight.h"
@@ -128,11 +129,25 @@ Maker MakerFor(ControlKind eKind) {
   return nullptr;
 }
 
-/// What a screen reader says: the caption, or the tool tip where there is none.
-QString AccessibleName(const PropertyBag &bag) {
-  const std::string strCaption = Trim(Replace(bag.ReadProperty("Caption", ""), "&", ""));
-  return QString::fromStdString(
-      bag.ReadProperty("AccessibleName", strCaption.empty() ? bag.ReadProperty("ToolTip", "") : strCaption));
+/// What a screen reader says. Fields, lists and buttons, whose captions change, find their captions themselves; what a
+/// form gives them is a name in place of a caption.
+void GiveAccessibleName(QWidget &widget, const ControlDesign &design) {
+  const PropertyBag &bag = design.properties;
+  const QString strGiven = Text(bag, "AccessibleName");
+  switch (design.eKind) {
+    case ControlKind::Field:
+    case ControlKind::List:
+    case ControlKind::Button:
+      if (!strGiven.isEmpty()) widget.setAccessibleName(strGiven);
+      return;
+    case ControlKind::Frame:
+    case ControlKind::Container:
+    case ControlKind::Text: return;
+    default: break;
+  }
+  const QString strCaption = PlainCaption(Text(bag, "Caption"));
+  const QString strOwn = !strGiven.isEmpty() ? strGiven : !strCaption.isEmpty() ? strCaption : Text(bag, "ToolTip");
+  widget.setAccessibleName(NameInBoxes(strOwn, widget));
 }
 
 }  // namespace
@@ -158,11 +173,7 @@ QWidget *Form::Make(const ControlDesign &design) {
   const PropertyBag &bag = design.properties;
   widget->setObjectName(QString::fromStdString(ControlName(design.strName, design.intIndex)));
   widget->setToolTip(Text(bag, "ToolTip"));
-  if (const QString name = AccessibleName(bag); !name.isEmpty() && widget->accessibleName().isEmpty())
-    widget->setAccessibleName(name);
-  // A screen reader asks whatever takes the focus for the control.
-  if (QWidget *proxy = widget->focusProxy(); proxy && proxy->accessibleName().isEmpty())
-    proxy->setAccessibleName(widget->accessibleName());
+  GiveAccessibleName(*widget, design);
   auto *control = dynamic_cast<Control *>(widget);
   if (!bag.ReadProperty("Enabled", True)) control->SetEnabled(False);
   if (!bag.ReadProperty("Visible", True)) control->SetVisible(False);

@@ -31,7 +31,7 @@ constexpr Double CaptionWidth = 1500;
 constexpr Single ListLeft = 3180, ListWidth = 5000;
 
 ControlDesign List(const char *strName, Single sngTop, const char *strCaption, const char *strMask,
-                   const char *strToolTip) {
+                   const char *strToolTip, const char *strSpokenName = "") {
   return {ControlKind::List,
           strName,
           NoIndex,
@@ -41,7 +41,8 @@ ControlDesign List(const char *strName, Single sngTop, const char *strCaption, c
            {"CaptionWidth", CaptionWidth},
            {"CaptionAlignment", Long{1}},
            {"TagX", strMask},
-           {"ToolTip", strToolTip}}};
+           {"ToolTip", strToolTip},
+           {"AccessibleName", strSpokenName}}};
 }
 
 void AddOption(std::vector<ControlDesign> &arrDesign, const char *strName, Integer intIndex, const char *strBox,
@@ -68,36 +69,38 @@ std::vector<ControlDesign> MakeDesign() {
   AddOption(arr, "optPulseMode", 0, "grpPulseMode", "Pulse Stream", "Single or double pulses, one each period");
   AddOption(arr, "optPulseMode", 1, "grpPulseMode", "Burst", "A counted number of pulses");
   AddOption(arr, "optPulseMode", 2, "grpPulseMode", "Pattern", "The bits of the pattern page");
-  arr.insert(arr.end(),
-             {{ControlKind::Field,
-               "esBurstLength",
-               NoIndex,
-               "",
-               {ListLeft, 150, ListWidth, 315},
-               {{"Caption", " Burst Length"},
-                {"CaptionWidth", CaptionWidth},
-                {"Min", 2.0},
-                {"Max", 65536.0},
-                {"MinExponent", Long{0}},
-                {"MaxExponent", Long{0}},
-                {"NumberFormat", "#"},
-                {"ToolTip", "Number of pulses in a burst"}}},
-              List("cboPulseType1", 630, "Pulse Type", PulseTypeMask, "Kind of pulses of channel 1"),
-              List("cboPulseType2", 1080, "", PulseTypeMask, "Kind of pulses of channel 2"),
-              List("cboPeriodSource", 1560, "Period Source", PeriodSourceMask, "Where the period comes from"),
-              List("cboTriggerSlope", 2010, "Clock Edge", PeriodSourceMask, "Active edge of the clock input"),
-              List("cboArmingSource", 2490, "Arming Source", ArmingSourceMask, "What arms the trigger or the gate"),
-              List("cboArmingLevel", 2940, "Arming Level", ArmingLevelMask, "Slope or level of the arming source"),
-              {ControlKind::Field,
-               "esPllPeriodOrFreq",
-               NoIndex,
-               "",
-               {ListLeft, 3405, ListWidth, 315},
-               {{"Caption", " Freq."},
-                {"CaptionWidth", CaptionWidth},
-                {"BaseUnit", "Hz"},
-                {"MinExponent", Long{0}},
-                {"ToolTip", "Period or frequency of the internal PLL"}}}});
+  arr.insert(
+      arr.end(),
+      {{ControlKind::Field,
+        "esBurstLength",
+        NoIndex,
+        "",
+        {ListLeft, 150, ListWidth, 315},
+        {{"Caption", " Burst Length"},
+         {"CaptionWidth", CaptionWidth},
+         {"Min", 2.0},
+         {"Max", 65536.0},
+         {"MinExponent", Long{0}},
+         {"MaxExponent", Long{0}},
+         {"NumberFormat", "#"},
+         {"ToolTip", "Number of pulses in a burst"}}},
+       List("cboPulseType1", 630, "Pulse Type", PulseTypeMask, "Kind of pulses of channel 1", "Pulse Type, Channel 1"),
+       List("cboPulseType2", 1080, "", PulseTypeMask, "Kind of pulses of channel 2", "Pulse Type, Channel 2"),
+       List("cboPeriodSource", 1560, "Period Source", PeriodSourceMask, "Where the period comes from"),
+       List("cboTriggerSlope", 2010, "Clock Edge", PeriodSourceMask, "Active edge of the clock input"),
+       List("cboArmingSource", 2490, "Arming Source", ArmingSourceMask, "What arms the trigger or the gate"),
+       List("cboArmingLevel", 2940, "Arming Level", ArmingLevelMask, "Slope or level of the arming source"),
+       {ControlKind::Field,
+        "esPllPeriodOrFreq",
+        NoIndex,
+        "",
+        {ListLeft, 3405, ListWidth, 315},
+        {{"Caption", " Freq."},
+         {"CaptionWidth", CaptionWidth},
+         {"BaseUnit", "Hz"},
+         {"MinExponent", Long{0}},
+         {"ToolTip", "Period or frequency of the internal PLL"},
+         {"AccessibleName", "PLL period or frequency"}}}});
   return arr;
 }
 

@@ -61,8 +61,15 @@ const std::vector<ControlDesign> &Design() {
        NoIndex,
        "",
        DownloadPlace,
-       {{"BackColor", Long{0x00A0A000}}, {"Visible", False}}},
-      {ControlKind::Highlight, "picUploadHighlight", NoIndex, "", UploadPlace, {{"Visible", False}}},
+       {{"BackColor", Long{0x00A0A000}},
+        {"Visible", False},
+        {"AccessibleName", "This page has not been read from the instrument yet"}}},
+      {ControlKind::Highlight,
+       "picUploadHighlight",
+       NoIndex,
+       "",
+       UploadPlace,
+       {{"Visible", False}, {"AccessibleName", "There are changes to upload"}}},
       {ControlKind::Button,
        "cmdDownload",
        NoIndex,
@@ -377,7 +384,17 @@ void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) {
     else
       StateOf(ePage == eCurrPage ? m_tabMain->Tab() : ePage) = eState;
   }
+  TellPageStates();
   ShowStateOfVisiblePage();
+}
+
+void TarvikGUI::TellPageStates() {
+  for (Long lngPage = 0; lngPage < m_tabMain->Tabs(); ++lngPage) {
+    const TabStates eState = StateOf(lngPage);
+    m_tabMain->SetSpokenNote(lngPage, eState == ePageIsDirty            ? "changed, not uploaded"
+                                      : eState == ePageNeedsDownloading ? "not read from the instrument yet"
+                                                                        : "");
+  }
 }
 
 void TarvikGUI::ShowStateOfVisiblePage() {

@@ -108,6 +108,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   TabStates &StateOf(Long lngPage);
   void ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage);
   void ShowStateOfVisiblePage();
+  /// The states in words, for those who do not see the highlights.
+  void TellPageStates();
   Page *PageOf(Long lngPage) const;
 
   PanelState m_state;

@@ -47,7 +47,7 @@ void AddInput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char 
                       {"Max", 10.0},
                       {"MinExponent", Long{-9}},
                       {"ToolTip", tip("threshold")},
-                      {"AccessibleName", strInput + " threshold"}}},
+                      {"AccessibleName", "Threshold"}}},
                     {ControlKind::Frame,
                      strImpedance,
                      NoIndex,

@@ -1,5 +1,6 @@
 #include "platform/ListView.h"
 
+#include <QAccessible>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <utility>
@@ -87,7 +88,20 @@ ListItem *ListView::SelectedItem() const {
   return items.isEmpty() ? nullptr : static_cast<ListItem *>(items.first());
 }
 
+void ListView::TellTick(const QModelIndex &index) {
+  QAccessibleInterface *list = QAccessible::isActive() ? QAccessible::queryAccessibleInterface(this) : nullptr;
+  QAccessibleTableInterface *table = list ? list->tableInterface() : nullptr;
+  QAccessibleInterface *cell = table ? table->cellAt(index.row(), index.column()) : nullptr;
+  if (!cell) return;
+  // The toolkit tells that the row changed, but not what of it.
+  QAccessible::State changed;
+  changed.checked = true;
+  QAccessibleStateChangeEvent event(cell, changed);
+  QAccessible::updateAccessibility(&event);
+}
+
 void ListView::NoteCheckChange(QTreeWidgetItem *item, int intColumn) {
+  if (intColumn == 0) TellTick(indexFromItem(item));
   if (m_fProgramChange || intColumn != 0) return;
   auto *row = static_cast<ListItem *>(item);
   const bool fChecked = row->checkState(0) == Qt::Checked;

@@ -63,6 +63,8 @@ class ListView : public WidgetControl<QTreeWidget> {
 
  private:
   friend class ListItem;
+  /// Tells assistive technology that the tick of the row came or went.
+  void TellTick(const QModelIndex &index);
   void NoteCheckChange(QTreeWidgetItem *item, int intColumn);
   void WidenColumns();
   std::vector<ListItem *> m_arrItems;

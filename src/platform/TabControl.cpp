@@ -1,7 +1,9 @@
 #include "platform/TabControl.h"
 
+#include <QTabBar>
 #include <utility>
 
+#include "platform/Accessibility.h"
 #include "support/EventBoundary.h"
 
 namespace tarvik {
@@ -23,6 +25,14 @@ void TabControl::SetTab(Long lngPage) {
   setCurrentIndex(lngPage);
   m_fProgramChange = false;
   Click.Raise(lngBefore);
+}
+
+void TabControl::SetSpokenNote(Long lngPage, const std::string &strNote) {
+  QString strName = PlainCaption(tabText(lngPage));
+  if (!strNote.empty()) strName += QStringLiteral(", ") + QString::fromStdString(strNote);
+  const QString strSaid = tabBar()->accessibleTabName(lngPage);
+  if (strName == (strSaid.isEmpty() ? PlainCaption(tabText(lngPage)) : strSaid)) return;
+  tabBar()->setAccessibleTabName(lngPage, strName);
 }
 
 }  // namespace tarvik

@@ -18,6 +18,8 @@ class TabControl : public WidgetControl<QTabWidget> {
   /// Brings the page to the front; raises Click when that is another one than before.
   void SetTab(Long lngPage);
   Long Tabs() const { return count(); }
+  /// What a screen reader says behind the caption of a tab; the tab itself does not change.
+  void SetSpokenNote(Long lngPage, const std::string &strNote);
   std::string Tag() const { return m_strTag; }
   void SetTag(const std::string &strTag) { m_strTag = strTag; }
 

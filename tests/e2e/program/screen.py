@@ -155,16 +155,21 @@ class Program:
     # Boxes are smaller than the panel.
     PANEL_WIDTH = 560
 
-    def __init__(self, screen, path, home, arguments=(), folder=None, output=None, **variables):
+    def __init__(self, screen, path, home, arguments=(), folder=None, output=None, accessible=False, **variables):
         """Starts in the folder, or in its home, with these variables of the environment; what it prints goes into the file
-        `output`."""
+        `output`. With `accessible` it joins the accessibility bus of the session that this process runs in."""
         self.screen, self.home = screen, Path(home)
         self.home.chmod(0o700)
         environment = {**os.environ, "HOME": str(home), "DISPLAY": screen.display, "QT_QPA_PLATFORM": "xcb",
                        "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": str(home), "QT_ACCESSIBILITY": "0"}
+        if accessible:
+            environment.pop("QT_ACCESSIBILITY")
+            environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        else:
+            environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
         for name in ("XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_DIRS", "WAYLAND_DISPLAY",
                      "QT_SCALE_FACTOR", "QT_FONT_DPI", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
-                     "XDG_CURRENT_DESKTOP", "DBUS_SESSION_BUS_ADDRESS"):
+                     "XDG_CURRENT_DESKTOP"):
             environment.pop(name, None)
         environment["XDG_DATA_HOME"] = str(self.home / "data")
         environment.update(variables)
