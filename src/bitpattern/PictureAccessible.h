@@ -7,8 +7,8 @@
 
 namespace tarvik {
 
-/// The picture of the pattern for those who do not see it: its name tells row, address and bit of the selected cell, its
-/// value is the address.
+/// The picture of the pattern for those who do not see it: its name tells row, address and bit of the selected cell,
+/// its value is the address.
 class PictureAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
   explicit PictureAccessible(WavePicture &picWave);

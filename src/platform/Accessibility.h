@@ -6,8 +6,8 @@
 
 namespace tarvik {
 
-/// What a control is called for a screen reader: its own name, then the captions of the boxes that it stands in, from the
-/// innermost out, which tell like controls of two channels apart. "Width, Channel 1".
+/// What a control is called for a screen reader: its own name, then the captions of the boxes that it stands in, from
+/// the innermost out, which tell like controls of two channels apart. "Width, Channel 1".
 QString NameInBoxes(const QString &strOwnName, const QWidget &widget);
 
 /// A caption without its blanks at the ends and without the mark of its access key.
