@@ -66,7 +66,7 @@ for name in "${names[@]}"; do
   done
 done
 for file in user-guide.md pictures/1-instr.png embedding.md driver-authors-guide.md remote.md simulator.md \
-  examples/panel-host/Bench.ui examples/console-session/main.cpp; do
+  examples/panel-host/Bench.ui examples/console-session/main.cpp examples/driver/Library.cpp; do
   [ -s "$root/usr/share/doc/tarvikvi/$file" ] || fail "no $file among the documents"
 done
 gzip -dc "$root/usr/share/man/man1/tarvikvi.1.gz" | grep -q '^\.TH TARVIKVI 1 ' || fail "no manual"

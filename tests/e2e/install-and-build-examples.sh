@@ -72,29 +72,6 @@ expect "$work/console.txt" '^Online with '
 expect "$work/console.txt" '^frequency 100000 Hz, width 2\.5e-06 s$'
 [ "$(tail -1 "$work/console.txt")" = Offline ]
 
-say "build the example driver with CMake and with pkg-config, and work it"
-drivers="$XDG_DATA_HOME/tarvikvi/drivers"
-mkdir -p "$drivers"
-cmake -S "$work/examples/driver" -B "$work/cmake/driver" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-  -DCMAKE_PREFIX_PATH="$prefix" > "$work/driver.log" || { cat "$work/driver.log"; exit 1; }
-cmake --build "$work/cmake/driver" >> "$work/driver.log" || { cat "$work/driver.log"; exit 1; }
-work_example_driver() { # FOLDER WITH LIBRARY AND MANIFEST
-  cp "$1/libexample-driver.so" "$1/KolvenAtl.Kolven.driver" "$drivers"
-  timeout 60 "$work/with-cmake/panel-host" "$work/panel.png" > "$work/panel.txt" 2> "$work/panel.err"
-  expect "$work/panel.txt" '^instruments: 1$'
-  timeout 60 "$work/with-cmake/console-session" > "$work/console.txt" 2> "$work/console.err"
-  expect "$work/console.txt" '^Online with Pulser 1 \(Pulser 1\)$'
-  expect "$work/console.txt" '^frequency 100000 Hz, width 2\.5e-06 s$'
-  rm -f "$drivers"/* "$work"/panel.png
-}
-work_example_driver "$work/cmake/driver"
-mkdir -p "$work/driver-with-pkg-config"
-# shellcheck disable=SC2046
-"${CXX:-c++}" -shared -fPIC "$work"/examples/driver/*.cpp $(pkg-config --cflags --libs tarvikautomation) \
-  -Wl,-rpath,"$libraries" -o "$work/driver-with-pkg-config/libexample-driver.so"
-echo libexample-driver.so > "$work/driver-with-pkg-config/KolvenAtl.Kolven.driver"
-work_example_driver "$work/driver-with-pkg-config"
-
 say "the public vocabulary"
 # shellcheck disable=SC2046
 "${CXX:-c++}" -fsyntax-only -x c++ $(pkg-config --cflags tarvikautomation) - << 'EOF'

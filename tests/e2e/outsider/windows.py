@@ -1,6 +1,8 @@
 """The hosts that the documents show, worked in their windows.
 
-usage: windows.py FOLDER_OF_HOSTS FOLDER_FOR_HOMES
+usage: windows.py FOLDER_OF_HOSTS FOLDER_FOR_HOMES PROGRAM
+
+The home of the process has the driver that the documents show.
 """
 
 import sys
@@ -8,11 +10,12 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "program"))
+from panel import PanelPlaces
 from screen import Program, Screen, wait_for
 
 
-class Hosts(unittest.TestCase):
-    hosts = work = None
+class Hosts(PanelPlaces, unittest.TestCase):
+    hosts = work = program = None
 
     def start(self, name, program, folder):
         home = self.work / name
@@ -52,7 +55,25 @@ class Hosts(unittest.TestCase):
         self.wait_until_told("the delay is 2.5e-07 s")
         self.assertEqual(host.log(), "")
 
+    def test_the_driver_is_worked_by_the_panel(self):
+        screen = Screen(self.work / "panel/screen")
+        self.addCleanup(screen.close)
+        program = Program(screen, self.program, Path.home())
+        self.addCleanup(program.close)
+        panel = program.panel()
+        wait_for("the driver's instrument is listed", lambda: self.row(panel, 0).dark() > 20)
+        self.assertEqual(self.row(panel, 1).dark(), 0, "the driver has one instrument")
+        self.open_first(panel)
+        self.change_page(panel, "alt+t")
+        self.enter(panel, 200, 204, "250n")
+        wait_for("the Upload button casts a shadow", lambda: self.upload_shadow(panel))
+        panel.key("alt+u")
+        wait_for("the shadow goes", lambda: not self.upload_shadow(panel))
+        self.assertIsNone(program.find_box())
+        self.assertEqual(program.quit(), 0)
+        self.assertEqual(program.log(), "")
+
 
 if __name__ == "__main__":
-    Hosts.hosts, Hosts.work = Path(sys.argv[1]), Path(sys.argv[2])
-    unittest.main(argv=sys.argv[:1] + sys.argv[3:])
+    Hosts.hosts, Hosts.work, Hosts.program = map(Path, sys.argv[1:4])
+    unittest.main(argv=sys.argv[:1] + sys.argv[4:])

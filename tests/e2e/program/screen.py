@@ -171,7 +171,6 @@ class Program:
                      "QT_SCALE_FACTOR", "QT_FONT_DPI", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
                      "XDG_CURRENT_DESKTOP"):
             environment.pop(name, None)
-        environment["XDG_DATA_HOME"] = str(self.home / "data")
         environment.update(variables)
         with open(output, "wb") if output else nullcontext() as stdout:
             self.process = subprocess.Popen([path, *arguments], env=environment, cwd=folder or home,

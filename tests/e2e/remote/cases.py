@@ -69,7 +69,7 @@ class Remote(unittest.TestCase):
         self.url = f"tarvik://127.0.0.1:{self.server.port}"
 
         self.home = self.folder / "home"
-        drivers = self.home / "data/tarvikvi/drivers"
+        drivers = self.home / ".local/share/tarvikvi/drivers"
         drivers.mkdir(parents=True)
         (drivers / "KolvenAtl.Kolven.driver").write_text(f"{self.library}\n", encoding="utf-8")
         configuration = self.home / ".config/tarvikvi"
