@@ -164,6 +164,8 @@ void NumberTextBox::keyPressEvent(QKeyEvent *event) {
 void NumberTextBox::RunChord(QKeyEvent *event) {
   if (m_events.TakesText() || event->matches(QKeySequence::Copy) || event->matches(QKeySequence::SelectAll)) {
     QLineEdit::keyPressEvent(event);
+    // Some that find nothing to change still move the caret.
+    if (!m_events.IsTyping() && SelLength() == 0) m_events.TextEntered();
   } else {
     event->ignore();
   }

@@ -83,6 +83,16 @@ TEST_F(Field, AChordThatChangesTheTextBeginsTyping) {
   }
 }
 
+TEST_F(Field, AChordThatFindsNothingToChangeLeavesTheDigitChosen) {
+  MakeVolts(1.5);
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_Right);
+  QTest::keyClick(txt, Qt::Key_Backspace, Qt::ControlModifier);
+  EXPECT_FALSE(IsTyping());
+  EXPECT_EQ(field->Text(), "1.500");
+  EXPECT_EQ(Selected(), "5");
+}
+
 TEST_F(Field, UndoWhileTypingTakesTheTypedBack) {
   MakeVolts(1.5);
   field->SetFocus();
