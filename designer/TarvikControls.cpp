@@ -12,14 +12,32 @@ namespace tarvik {
 
 namespace {
 
+/// On a form that is being edited the panel shows how it looks and leaves the driver alone.
+class PanelOnForm : public TarvikGUI {
+ public:
+  PanelOnForm(QWidget *parent, const ControlSite &site) : TarvikGUI(parent), m_site(site) {}
+
+ protected:
+  void showEvent(QShowEvent *event) override {
+    if (m_site.UserMode())
+      TarvikGUI::showEvent(event);
+    else
+      QWidget::showEvent(event);
+  }
+
+ private:
+  const ControlSite &m_site;
+};
+
 template <class Control>
 QWidget *Make(QWidget *parent, ControlSite &site) {
-  EnsureQtHost();
   auto *control = new Control(parent, site);
-  // What the form's file does not tell has the default of a stored property.
-  control->ReadProperties({});
+  control->BeginForm();
   return control;
 }
+
+/// Only what comes from the widget box says so: what is read from a file is not new.
+constexpr const char *NewOnForm = "<property name=\"NewOnForm\" stdset=\"0\"><bool>true</bool></property>";
 
 const std::vector<ControlClass> &Controls() {
   static const std::vector<ControlClass> arrControls{
@@ -32,7 +50,7 @@ const std::vector<ControlClass> &Controls() {
        465,
        "",
        {},
-       [](QWidget *parent, ControlSite &) -> QWidget * { return new TarvikGUI(parent); }},
+       [](QWidget *parent, ControlSite &site) -> QWidget * { return new PanelOnForm(parent, site); }},
       {"tarvik::EngrSpin",
        "engrspin/EngrSpin.h",
        "esField",
@@ -40,8 +58,7 @@ const std::vector<ControlClass> &Controls() {
        false,
        242,
        21,
-       // A new field takes no value but one until its limits are set; a stored one is open downwards.
-       "<property name=\"Min\" stdset=\"0\"><double>1000000000000.0</double></property>",
+       NewOnForm,
        {{"BaseUnit", "Returns/sets the abbreviation for the base unit (i.e. s for seconds)"},
         {"Caption", "Returns/sets the name to be displayed to the left of the value"},
         {"CaptionAlignment", "Returns/sets the text alignment of the caption"},
@@ -64,7 +81,7 @@ const std::vector<ControlClass> &Controls() {
        false,
        240,
        21,
-       "",
+       NewOnForm,
        {},
        Make<CboEnhanced>},
       {"tarvik::FrameEnhanced",

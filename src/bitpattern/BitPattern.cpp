@@ -116,6 +116,12 @@ Boolean BitPattern::DeliverPattern(Long eChannel, const ByteArray &arr, Long lng
   return True;
 }
 
+Boolean BitPattern::Enabled() const { return OwnEnabled(*this); }
+
+Boolean BitPattern::Visible() const { return OwnVisible(*this); }
+
+void BitPattern::SetFocus() { GiveFocus(*this); }
+
 void BitPattern::SetEnabled(Boolean fEnable) {
   setEnabled(fEnable);
   m_site.PropertyChanged("Enabled");

@@ -64,12 +64,12 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   /// 1 to 2048 bytes.
   Boolean SetPattern(Long eChannel, const ByteArray &arr, Long lngNumBits);
 
-  Boolean Enabled() const override { return OwnEnabled(*this); }
+  Boolean Enabled() const override;
   void SetEnabled(Boolean fEnable) override;
-  Boolean Visible() const override { return OwnVisible(*this); }
+  Boolean Visible() const override;
   void SetVisible(Boolean fShow) override { setVisible(fShow); }
   /// The keyboard always works on the picture.
-  void SetFocus() override { GiveFocus(*this); }
+  void SetFocus() override;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }

@@ -7,7 +7,7 @@
 
 #include "controls/ListAccessible.h"
 #include "platform/Accessibility.h"
-#include "platform/QtHost.h"
+#include "platform/FieldLabel.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
 #include "support/Host.h"
@@ -39,22 +39,22 @@ bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
 
 }  // namespace
 
-CboEnhanced::CboEnhanced(QWidget *parent) : CboEnhanced(parent, RunTimeSite()) {
-  EnsureQtHost();
-  ReadProperties({});
-}
+CboEnhanced::CboEnhanced(QWidget *parent) : CboEnhanced(parent, RunTimeSite()) { BeginForm(); }
 
 CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
     : QWidget(parent),
       m_site(site),
       m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
       m_cbo(new DropDownList(this)),
-      m_lblCaption(new QLabel(this)) {
+      m_lblCaption(new FieldLabel(this)) {
   m_cbo->setObjectName(QStringLiteral("cbo"));
   m_lblCaption->setObjectName(QStringLiteral("lblCaption"));
   m_lblCaption->setBuddy(m_cbo);
+  m_lblCaption->lower();
   m_cbo->setFocusPolicy(Qt::StrongFocus);
   setFocusProxy(m_cbo);
+  // The label of a row in a form gives the focus only to what takes it itself.
+  setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   connect(m_cbo, &QComboBox::currentIndexChanged, this, [this](int intIndex) {
     m_lngListIndex = intIndex;
@@ -125,6 +125,10 @@ Long CboEnhanced::GetCurrGroupData(Long lngDefault) const {
 Long CboEnhanced::GetCurrItemData(Long lngDefault) const {
   return m_fListEnabled && ListIndex() >= 0 ? ItemData(ListIndex()) : lngDefault;
 }
+
+Boolean CboEnhanced::Enabled() const { return OwnEnabled(*this); }
+
+Boolean CboEnhanced::Visible() const { return OwnVisible(*this); }
 
 void CboEnhanced::SetEnabled(Boolean fEnable) {
   if (m_fListEnabled != fEnable) {
@@ -207,8 +211,14 @@ void CboEnhanced::NoteUserChange() {
   RunUserEvent(ObjectName(*this), "Click", [this] { cbo_Click(); });
 }
 
+bool CboEnhanced::LabelVisible() const { return OwnVisible(*m_lblCaption); }
+
+std::string CboEnhanced::Caption() const { return m_lblCaption->text().toStdString(); }
+
 void CboEnhanced::SetCaption(const std::string &strCaption) {
+  const bool fHadRoom = HasCaptionRoom();
   m_lblCaption->setText(QString::fromStdString(strCaption));
+  NoteCaption(HasCaptionRoom() && !fHadRoom);
   TellNameChanged(*m_cbo);
   if (strCaption.empty()) SetCaptionWidth(0);
   PropChanged("Caption");
@@ -224,9 +234,11 @@ void CboEnhanced::SetCaptionAlignment(Long lngAlignment) {
 }
 
 void CboEnhanced::SetCaptionWidth(Single sngWidth) {
+  const bool fHadRoom = HasCaptionRoom();
   m_sngCaptionWidth = sngWidth;
   SetOwnVisible(*m_lblCaption, sngWidth > 1);
   if (sngWidth > 1) m_sngLabelWidth = sngWidth;
+  NoteCaption(HasCaptionRoom() && !fHadRoom);
   IgnoreErrors([&] { PropChanged("CaptionWidth", true); });
 }
 
@@ -247,6 +259,7 @@ std::vector<FormProperties::Property> CboEnhanced::FormTable() {
 
 bool CboEnhanced::event(QEvent *event) {
   m_form.NoteEvent(*event);
+  if (event->type() == QEvent::LayoutRequest) updateGeometry();
   return QWidget::event(event);
 }
 
@@ -258,14 +271,16 @@ void CboEnhanced::InitProperties() {
 }
 
 void CboEnhanced::ReadProperties(const PropertyBag &bag) {
-  // Left set when a value is refused: the control then takes no part in change reports any more.
   m_fReadingProperties = True;
-  SetCaption(bag.ReadProperty("Caption", ""));
-  SetCaptionAlignment(bag.ReadProperty("CaptionAlignment", Long{0}));
-  SetCaptionWidth(bag.ReadProperty("CaptionWidth", Single{1215}));
-  SetEnabled(bag.ReadProperty("Enabled", True));
-  SetTagX(bag.ReadProperty("TagX", ""));
-  m_fReadingProperties = False;
+  // A value that is none ends the reading, and the flag stays: the control takes no part in change reports any more.
+  IgnoreErrors([&] {
+    SetCaption(bag.ReadProperty("Caption", ""));
+    SetCaptionAlignment(bag.ReadProperty("CaptionAlignment", Long{0}));
+    SetCaptionWidth(bag.ReadProperty("CaptionWidth", Single{1215}));
+    SetEnabled(bag.ReadProperty("Enabled", True));
+    SetTagX(bag.ReadProperty("TagX", ""));
+    m_fReadingProperties = False;
+  });
 }
 
 void CboEnhanced::WriteProperties(PropertyBag &bag) const {
@@ -301,50 +316,71 @@ void CboEnhanced::TakeWidthOfForm() {
 
 void CboEnhanced::SetListHeight(Single sngHeight) { m_sngListHeight = sngHeight; }
 
-void CboEnhanced::LayOut() {
-  m_layout.sngHeight = m_sngListHeight;
-  if (m_sngCaptionWidth < 1) {
-    m_layout.list = {0, 0, m_sngWidth, m_sngListHeight};
-  } else {
-    const Single sngLeft = m_sngLabelWidth + CaptionGap;
-    m_layout.list = {sngLeft, 0, m_sngWidth - sngLeft, m_sngListHeight};
-  }
-  m_layout.label = {0, LabelTop, m_sngLabelWidth, m_sngListHeight - LabelTop};
-  ShowLayout();
+bool CboEnhanced::HasCaptionRoom() const {
+  if (m_sngCaptionWidth < 1) return false;
+  // On a form of fixed places an empty caption keeps lists in line; in a layout the rows see to that.
+  return !(m_lblCaption->text().isEmpty() && StandsInLayout(*this));
 }
 
-void CboEnhanced::ShowLayout() {
+Single CboEnhanced::CaptionRoom() const { return HasCaptionRoom() ? m_sngLabelWidth + CaptionGap : 0; }
+
+void CboEnhanced::NoteCaption(bool fAppears) {
+  updateGeometry();
+  const bool fLaidOut = m_layout.sngHeight > 0;
+  // While the control runs the list waits for the next layout. The label has its width at once, and what has just
+  // appeared may not be covered until then.
+  if (fLaidOut && fAppears && !m_fReadingProperties)
+    ShowLayout(Arranged());
+  else
+    m_lblCaption->resize(TwipsToPixels(*this, m_sngLabelWidth), m_lblCaption->height());
+}
+
+CboEnhanced::Layout CboEnhanced::Arranged() const {
+  const Single sngLeft = CaptionRoom();
+  return {m_sngListHeight,
+          {sngLeft, 0, m_sngWidth - sngLeft, m_sngListHeight},
+          {0, LabelTop, m_sngLabelWidth, m_sngListHeight - LabelTop}};
+}
+
+void CboEnhanced::LayOut() {
+  m_layout = Arranged();
+  ShowLayout(m_layout);
+}
+
+void CboEnhanced::ShowLayout(const Layout &layout) {
   // The label begins lower than the list; the margin below brings its text to the same line.
   m_lblCaption->setContentsMargins(0, 0, 0, TwipsToPixels(*this, LabelTop));
-  m_cbo->setGeometry(TwipsToPixels(*this, m_layout.list));
-  m_lblCaption->setGeometry(TwipsToPixels(*this, m_layout.label));
+  m_cbo->setGeometry(TwipsToPixels(*this, layout.list));
+  m_lblCaption->setGeometry(TwipsToPixels(*this, layout.label));
 }
 
 void CboEnhanced::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
   if (m_fInResize) return;
   if (m_intWidthAtResize == width())
-    ShowLayout();
+    ShowLayout(m_layout);
   else
     TakeWidthOfForm();
 }
 
 void CboEnhanced::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m_fListEnabled)
+    m_form.Write("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
   if (event->type() != QEvent::FontChange) return;
   if (m_intWidthAtResize)
-    ShowLayout();
+    ShowLayout(m_layout);
   else
     TakeWidthOfForm();
 }
 
 QSize CboEnhanced::sizeHint() const {
-  return {TwipsToPixels(*this, m_sngWidth), TwipsToPixels(*this, m_sngListHeight)};
+  return {TwipsToPixels(*this, CaptionRoom()) + m_cbo->sizeHint().width(), TwipsToPixels(*this, m_sngListHeight)};
 }
 
 QSize CboEnhanced::minimumSizeHint() const {
-  const Single sngCaption = m_sngCaptionWidth < 1 ? 0 : m_sngLabelWidth + CaptionGap;
-  return {TwipsToPixels(*this, sngCaption + m_sngListHeight), TwipsToPixels(*this, m_sngListHeight)};
+  return {TwipsToPixels(*this, CaptionRoom()) + m_cbo->minimumSizeHint().width(),
+          TwipsToPixels(*this, m_sngListHeight)};
 }
 
 }  // namespace tarvik

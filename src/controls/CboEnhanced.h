@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QComboBox>
-#include <QLabel>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,11 +15,14 @@
 
 namespace tarvik {
 
+class FieldLabel;
+
 /// A drop-down list with a caption at its left. Each item carries two numbers, item data and group data, by which
 /// the selection can be set and read; selections can be saved by position and recalled; and a choice of the user
 /// marks the panel's visible page as changed.
 class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Q_OBJECT
+  TARVIK_FORM_NEW
   TARVIK_FORM_PROPERTY(Caption)
   TARVIK_FORM_PROPERTY(CaptionAlignment)
   TARVIK_FORM_PROPERTY(CaptionWidth)
@@ -36,6 +38,9 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   /// In a container, which calls InitProperties or ReadProperties.
   CboEnhanced(QWidget *parent, ControlSite &site);
 
+  /// On a form that sets properties by name: stands with the defaults of the stored ones before the first.
+  void BeginForm() { m_form.Begin(); }
+
   /// Adds an item at the end.
   void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0, Boolean fGroupDefault = False);
   void Clear();
@@ -47,10 +52,10 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Boolean SetListIndexByItemData(Long lngItemData);
   Long GetCurrItemData(Long lngDefault = 0) const;
 
-  Boolean Enabled() const override { return OwnEnabled(*this); }
+  Boolean Enabled() const override;
   /// A disabled list shows no selection; the one it had is lost.
   void SetEnabled(Boolean fEnable) override;
-  Boolean Visible() const override { return OwnVisible(*this); }
+  Boolean Visible() const override;
   void SetVisible(Boolean fShow) override { setVisible(fShow); }
   void SetFocus() override;
 
@@ -73,7 +78,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Long ItemData(Long lngIndex) const;
   std::string Text() const;
 
-  std::string Caption() const { return m_lblCaption->text().toStdString(); }
+  std::string Caption() const;
   void SetCaption(const std::string &strCaption);
   /// 0 left, 1 right, 2 centre.
   Long CaptionAlignment() const { return m_lngCaptionAlignment; }
@@ -99,7 +104,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
     bool operator==(const Layout &) const = default;
   };
   const Layout &CurrentLayout() const { return m_layout; }
-  bool LabelVisible() const { return OwnVisible(*m_lblCaption); }
+  bool LabelVisible() const;
   /// The saved list indexes, each followed by a blank.
   const std::string &SavedIndexes() const { return m_strSavedIndexes; }
   const QComboBox &List() const { return *m_cbo; }
@@ -122,15 +127,20 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void cbo_Click();
   void NoteUserChange();
   void PropChanged(const char *strProperty, bool fResize = false);
+  /// Whether the list leaves room for the caption.
+  bool HasCaptionRoom() const;
+  Single CaptionRoom() const;
+  void NoteCaption(bool fAppears);
   void TakeWidthOfForm();
+  Layout Arranged() const;
   void LayOut();
-  void ShowLayout();
+  void ShowLayout(const Layout &layout);
   static std::size_t Slot(Long lngIndex) { return static_cast<std::size_t>(lngIndex); }
 
   ControlSite &m_site;
   FormProperties m_form;
   QComboBox *m_cbo;
-  QLabel *m_lblCaption;
+  FieldLabel *m_lblCaption;
   // What a transfer asks for most stands here and not only in the list's model.
   Long m_lngListIndex = -1;
   std::vector<Long> m_ItemData;

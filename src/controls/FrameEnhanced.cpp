@@ -7,7 +7,6 @@
 #include "controls/ForeignControl.h"
 #include "controls/ForeignOption.h"
 #include "platform/OptionButton.h"
-#include "platform/QtHost.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
@@ -28,10 +27,7 @@ void Reported(const char *strProc, Step &&step) {
 
 }  // namespace
 
-FrameEnhanced::FrameEnhanced(QWidget *parent) : FrameEnhanced(parent, RunTimeSite()) {
-  EnsureQtHost();
-  ReadProperties({});
-}
+FrameEnhanced::FrameEnhanced(QWidget *parent) : FrameEnhanced(parent, RunTimeSite()) { BeginForm(); }
 
 FrameEnhanced::FrameEnhanced(QWidget *parent, ControlSite &site)
     : QWidget(parent),
@@ -79,6 +75,7 @@ bool FrameEnhanced::ChangesControls(const QEvent &event) const {
 
 bool FrameEnhanced::eventFilter(QObject *watched, QEvent *event) {
   if (ChangesControls(*event)) m_fControlsKnown = false;
+  if (watched == m_fra && event->type() == QEvent::LayoutRequest) updateGeometry();
   return QWidget::eventFilter(watched, event);
 }
 
@@ -141,6 +138,7 @@ std::string FrameEnhanced::Caption() const { return m_fra->title().toStdString()
 
 void FrameEnhanced::SetCaption(const std::string &strCaption) {
   m_fra->setTitle(QString::fromStdString(strCaption));
+  updateGeometry();
   KeepContentsWithin();
 }
 
@@ -164,6 +162,8 @@ void FrameEnhanced::KeepContentsWithin() {
   // A layout that a form gives the frame begins below the caption.
   setContentsMargins(m_fra->contentsMargins());
 }
+
+Boolean FrameEnhanced::Visible() const { return OwnVisible(*this); }
 
 void FrameEnhanced::SetEnabled(Boolean fEnable) {
   if (fEnable != m_fEnabled) {
@@ -216,5 +216,15 @@ void FrameEnhanced::resizeEvent(QResizeEvent *event) {
   m_fra->setGeometry(rect());
   KeepContentsWithin();
 }
+
+void FrameEnhanced::changeEvent(QEvent *event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m_fEnabled)
+    m_form.Write("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
+}
+
+QSize FrameEnhanced::sizeHint() const { return QWidget::sizeHint().expandedTo(m_fra->sizeHint()); }
+
+QSize FrameEnhanced::minimumSizeHint() const { return QWidget::minimumSizeHint().expandedTo(m_fra->minimumSizeHint()); }
 
 }  // namespace tarvik

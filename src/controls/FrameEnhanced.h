@@ -30,6 +30,9 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   /// In a container, which calls ReadProperties.
   FrameEnhanced(QWidget *parent, ControlSite &site);
 
+  /// On a form that sets properties by name: stands with the defaults of the stored ones before the first.
+  void BeginForm() { m_form.Begin(); }
+
   /// The parent of whatever a program puts into the frame.
   QWidget *Container() const { return m_fra; }
 
@@ -61,7 +64,7 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   Boolean Enabled() const override { return m_fEnabled; }
   /// The frame and everything that stands in it. A control without an Enabled property raises 438.
   void SetEnabled(Boolean fEnable) override;
-  Boolean Visible() const override { return OwnVisible(*this); }
+  Boolean Visible() const override;
   void SetVisible(Boolean fShow) override { setVisible(fShow); }
   void SetFocus() override { SetFocusOnOpt(); }
 
@@ -70,6 +73,10 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
 
   void ReadProperties(const PropertyBag &bag);
   void WriteProperties(PropertyBag &bag) const;
+
+  /// Room for the caption and for what stands in a layout, of Container() or of the frame itself.
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
   const std::vector<Control *> &ContainedControls() const {
     if (!m_fControlsKnown) FindControls();
@@ -84,6 +91,7 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   bool event(QEvent *event) override;
   bool eventFilter(QObject *watched, QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
+  void changeEvent(QEvent *event) override;
 
  private:
   std::vector<FormProperties::Property> FormTable();

@@ -8,11 +8,10 @@
 
 #include "engrspin/EngrFormat.h"
 #include "engrspin/FieldAccessible.h"
-#include "engrspin/FieldLabel.h"
 #include "engrspin/SpinControl.h"
 #include "platform/Accessibility.h"
+#include "platform/FieldLabel.h"
 #include "platform/KeyCodes.h"
-#include "platform/QtHost.h"
 #include "platform/WidgetControl.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
@@ -52,10 +51,7 @@ bool EngrSpin::UserEvent(const char *strEvent, Procedure &&procedure) {
   return RunUserEvent(ObjectName(*this), strEvent, std::forward<Procedure>(procedure));
 }
 
-EngrSpin::EngrSpin(QWidget *parent) : EngrSpin(parent, RunTimeSite()) {
-  EnsureQtHost();
-  ReadProperties({});
-}
+EngrSpin::EngrSpin(QWidget *parent) : EngrSpin(parent, RunTimeSite()) { BeginForm(); }
 
 EngrSpin::EngrSpin(QWidget *parent, ControlSite &site) : EngrSpin(std::make_unique<EngrNumber>(), parent, site) {}
 
@@ -79,6 +75,9 @@ EngrSpin::EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlS
   spinCtl->SetFocusHome(txtNumber);
   setFocusProxy(txtNumber);
   OfferAccessible<EngrSpin, FieldBoxAccessible>();
+  // The label of a row in a form gives the focus only to what takes it itself.
+  setFocusPolicy(Qt::StrongFocus);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   EndEdit();
 }
 

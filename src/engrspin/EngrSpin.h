@@ -32,6 +32,7 @@ inline constexpr const char *TypingReplacesProperty = "TypingReplacesNumber";
 /// unit, or with both exponents 0, the number goes through NumberFormat. All sizes are in twips.
 class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEvents {
   Q_OBJECT
+  TARVIK_FORM_NEW
   // In the order in which the field reads them: exponents before limits, the value last.
   TARVIK_FORM_PROPERTY(MaxExponent)
   TARVIK_FORM_PROPERTY(MinExponent)
@@ -63,6 +64,9 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   /// In a container, which calls InitProperties or ReadProperties.
   EngrSpin(QWidget *parent, ControlSite &site);
   ~EngrSpin() override;
+
+  /// On a form that sets properties by name: stands with the defaults of the stored ones before the first.
+  void BeginForm() { m_form.Begin(); }
 
   /// The user changed the value, or the host did while the user was typing.
   Event<> AfterUpdate;
@@ -163,7 +167,8 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   /// Exponents, limits and value in one call; the value comes last and is held to the new limits.
   void SetDataParameters(Double dblValue, Double dblMin, Double dblMax, Long lngMinExponent, Long lngMaxExponent);
 
-  /// Size in twips, held to the bounds of a field; runs the layout.
+  /// Size in twips, held to the bounds of a field; runs the layout. In a layout of the toolkit the field takes the room
+  /// that it gets, and its parts stand at the left within those bounds.
   void Resize(Single sngWidth, Single sngHeight);
   /// Place on the container and size, in twips; runs the layout.
   void Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngHeight);
@@ -236,7 +241,13 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   Long CheckedExponent(Long lngExponent) const;
 
   void Layout();
-  void PlaceParts();
+  bool IsLaidOut() const { return m_layout.txtNumber.fMoved; }
+  void TakeSizeOfForm();
+  void PlaceParts(const FieldLayout &layout);
+  /// One of the parts came or went.
+  void NotePart(bool fAppears);
+  /// Width of a text box that shows all digits.
+  Single RoomForDigits() const;
   /// Tells assistive technology that the number, its unit or what can be done with it changed.
   void TellAccessible();
   template <class Procedure>

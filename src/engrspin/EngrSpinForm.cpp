@@ -29,8 +29,8 @@ std::vector<FormProperties::Property> EngrSpin::FormTable() {
       F::Passing(*this, "AuxUnits", "", &E::AuxUnits, &E::SetAuxUnits),
       F::Passing(*this, "AuxValue", Double{0}, &E::AuxValue, &E::SetAuxValue),
       F::Reading(*this, "OldValue", Double{0}, &E::OldValue),
-      F::Passing(*this, "Text", "", &E::Text, &E::SetText),
-      F::Passing(*this, "TextBoxWidth", Single{0}, &E::TextBoxWidth, &E::SetTextBoxWidth),
+      F::Deaf(*this, "Text", "", &E::Text),
+      F::Deaf(*this, "TextBoxWidth", Single{0}, &E::TextBoxWidth),
   };
 }
 

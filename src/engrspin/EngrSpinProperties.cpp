@@ -1,15 +1,12 @@
 #include <QAccessible>
-#include <QEvent>
-#include <QResizeEvent>
 #include <algorithm>
-#include <cmath>
 
 #include "engrspin/EngrFormat.h"
 #include "engrspin/EngrSpin.h"
 #include "engrspin/FieldDefaults.h"
-#include "engrspin/FieldLabel.h"
 #include "engrspin/SpinControl.h"
 #include "platform/Accessibility.h"
+#include "platform/FieldLabel.h"
 #include "platform/Twips.h"
 #include "platform/WidgetControl.h"
 #include "support/Conversions.h"
@@ -26,9 +23,6 @@ constexpr Long AlignCaptionCenter = 2;
 
 /// Shown where a locked field has nothing to tell.
 constexpr const char *BlankText = "----";
-
-/// Further than any form reaches; keeps the arithmetic of pixels in range.
-constexpr Single FarAway = 1e6F;
 
 }  // namespace
 
@@ -96,6 +90,7 @@ void EngrSpin::SetMin(Double dblMin) {
 void EngrSpin::SetSignificantDigits(Long lngDigits) {
   if (lngDigits < MinDigits || lngDigits > MaxDigits) RaiseFieldError("Significant Digits must be between 4 and 10");
   m_number->SetSignificantDigits(lngDigits);
+  updateGeometry();
   if (m_fLoading) return;
   PropChanged("SignificantDigits", false);
   SetValue(Value());
@@ -109,6 +104,7 @@ void EngrSpin::SetBaseUnit(const std::string &strUnit) {
     lblUnits->setVisible(fShow);
     m_layout.lblUnits.fVisible = fShow;
     m_layout.lblUnits.place.sngWidth = fShow ? UnitsWidth : NoUnitsWidth;
+    NotePart(fShow);
   }
   UpdateEngrMode();
   SetValue(Value());
@@ -155,10 +151,12 @@ void EngrSpin::SetCaptionAlignment(Long lngAlignment) {
 void EngrSpin::SetCaptionWidth(Single sngWidth) {
   if (sngWidth == m_sngCaptionWidth && !m_fLoading) return;
   m_sngCaptionWidth = sngWidth;
-  const bool fShow = sngWidth != 0;
+  const bool fShow = sngWidth != 0, fAppears = fShow && !m_layout.lblCaption.fVisible;
   SetOwnVisible(*lblCaption, fShow);
   m_layout.lblCaption.fVisible = fShow;
   if (sngWidth > 0) m_layout.lblCaption.place.sngWidth = sngWidth;
+  lblCaption->resize(TwipsToPixels(*this, m_layout.lblCaption.place.sngWidth), lblCaption->height());
+  NotePart(fAppears);
   PropChanged("CaptionWidth", true);
 }
 
@@ -166,6 +164,7 @@ void EngrSpin::SetSpinCtlVisible(Boolean fVisible) {
   if (fVisible == SpinCtlVisible() && !m_fLoading) return;
   SetOwnVisible(*spinCtl, fVisible);
   m_layout.fSpinVisible = fVisible;
+  NotePart(fVisible);
   PropChanged("SpinCtlVisible", true);
 }
 
@@ -301,70 +300,5 @@ void EngrSpin::WriteProperties(PropertyBag &bag) const {
   write("SpinCtlVisible", SpinCtlVisible(), True);
   write("ValueArray", ValueArray(), strNone);
 }
-
-// ---- layout
-
-void EngrSpin::Resize(Single sngWidth, Single sngHeight) {
-  if (!std::isfinite(sngWidth) || !std::isfinite(sngHeight)) return;
-  m_layout.sngWidth = sngWidth;
-  m_layout.sngHeight = sngHeight;
-  Layout();
-}
-
-void EngrSpin::Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngHeight) {
-  Resize(sngWidth, sngHeight);
-  const TwipsRect place{sngLeft, sngTop, m_layout.sngWidth, m_layout.sngHeight};
-  const QWidget &container = parentWidget() ? *parentWidget() : *this;
-  m_fInResize = True;
-  setGeometry(TwipsToPixels(container, place));
-  m_fInResize = False;
-  PlaceParts();
-}
-
-void EngrSpin::Layout() {
-  if (m_fInResize) return;
-  m_fInResize = True;
-  m_layout.Arrange(m_site.UserMode());
-  resize(TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight));
-  m_fInResize = False;
-  PlaceParts();
-}
-
-void EngrSpin::PlaceParts() {
-  const auto put = [this](QWidget *part, const FieldPart &where) {
-    if (!where.fMoved) return;
-    const FieldPlace &p = where.place;
-    const auto held = [](Single sngTwips) { return std::clamp(sngTwips, -FarAway, FarAway); };
-    part->setGeometry(
-        TwipsToPixels(*this, TwipsRect{held(p.sngLeft), held(p.sngTop), held(p.sngWidth), held(p.sngHeight)}));
-  };
-  put(lblCaption, m_layout.lblCaption);
-  put(txtNumber, m_layout.txtNumber);
-  put(spinCtl, m_layout.spinCtl);
-  put(lblUnits, m_layout.lblUnits);
-  // Labels begin lower than the text box; the margin below brings their text to the same line.
-  for (FieldLabel *label : {lblCaption, lblUnits})
-    label->setContentsMargins(0, 0, 0, TwipsToPixels(*this, m_layout.lblCaption.place.sngTop));
-}
-
-void EngrSpin::resizeEvent(QResizeEvent *event) {
-  QWidget::resizeEvent(event);
-  if (m_fInResize) return;
-  const QSize known(TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight));
-  if (event->size() != known) Resize(PixelsToTwips(*this, width()), PixelsToTwips(*this, height()));
-}
-
-void EngrSpin::changeEvent(QEvent *event) {
-  QWidget::changeEvent(event);
-  if (event->type() == QEvent::FontChange && m_layout.txtNumber.fMoved) Layout();
-  // The colours that the text box sets for itself would hide the change from it.
-  if (event->type() == QEvent::PaletteChange) txtNumber->UpdateColours();
-}
-
-QSize EngrSpin::sizeHint() const {
-  return {TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight)};
-}
-
-QSize EngrSpin::minimumSizeHint() const { return sizeHint(); }
 
 }  // namespace tarvik

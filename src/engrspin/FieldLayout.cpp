@@ -1,10 +1,12 @@
 #include "engrspin/FieldLayout.h"
 
+#include <algorithm>
+
 namespace tarvik {
 
 namespace {
 
-constexpr Single MinHeight = 300, MaxHeight = 1000, MaxWidth = 5000, DesignWidth = 2000;
+constexpr Single MaxHeight = 1000, MaxWidth = 5000, DesignWidth = 2000;
 constexpr Single LabelTop = 50, UnitsGap = 40, SpinGap = 10, CaptionGap = 100;
 /// Room that the rest of the field needs beside the unit.
 constexpr Single RoomBesideUnits = 1000;
@@ -17,21 +19,30 @@ void FieldPart::Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngH
   fMoved = true;
 }
 
-void FieldLayout::HoldSize(bool fUserMode) {
-  // What a designer drags far out of shape comes back to the usual size.
-  if (!fUserMode && !(sngHeight < MaxHeight && sngWidth < MaxWidth)) {
+Single FieldLayout::MinWidth() const { return lblUnits.place.sngWidth + RoomBesideUnits; }
+
+Single FieldLayout::WidthAround(Single sngTextBox) const {
+  Single sngNeeded = sngTextBox;
+  if (lblCaption.fVisible) sngNeeded += lblCaption.place.sngWidth + CaptionGap;
+  if (fSpinVisible) sngNeeded += SpinGap + spinCtl.place.sngWidth;
+  if (lblUnits.fVisible) sngNeeded += UnitsGap + lblUnits.place.sngWidth;
+  return std::clamp(sngNeeded, MinWidth(), MaxWidth);
+}
+
+void FieldLayout::HoldSize(bool fDesignTime) {
+  if (fDesignTime && !(sngHeight < MaxHeight && sngWidth < MaxWidth)) {
     sngHeight = MinHeight;
     sngWidth = DesignWidth;
   }
-  const Single sngMinWidth = lblUnits.place.sngWidth + RoomBesideUnits;
+  const Single sngMinWidth = MinWidth();
   if (sngHeight > MaxHeight) sngHeight = MaxHeight;
   if (sngHeight < MinHeight) sngHeight = MinHeight;
   if (sngWidth > MaxWidth) sngWidth = MaxWidth;
   if (sngWidth < sngMinWidth) sngWidth = sngMinWidth;
 }
 
-void FieldLayout::Arrange(bool fUserMode) {
-  HoldSize(fUserMode);
+void FieldLayout::Arrange(bool fDesignTime) {
+  HoldSize(fDesignTime);
   Single x = sngWidth;
   if (lblUnits.fVisible) {
     const Single sngUnits = lblUnits.place.sngWidth;

@@ -36,11 +36,17 @@ struct FieldLayout {
   /// Width of text box and spin button together, counted even when the button is hidden.
   Single sngTextBoxWidth = 0;
 
-  /// Holds the size to its bounds and places the parts.
-  void Arrange(bool fUserMode);
+  /// Holds the size to its bounds and places the parts. At design time what was dragged far out of shape comes back to
+  /// a usual size.
+  void Arrange(bool fDesignTime);
+
+  /// Width of a field whose text box has this width, held to the bounds of a field.
+  Single WidthAround(Single sngTextBox) const;
+  static constexpr Single MinHeight = 300, UsualHeight = 315, UsualTextBox = 1815;
 
  private:
-  void HoldSize(bool fUserMode);
+  void HoldSize(bool fDesignTime);
+  Single MinWidth() const;
 };
 
 }  // namespace tarvik

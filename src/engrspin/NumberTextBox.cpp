@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QStyle>
+#include <QStyleOptionFrame>
 #include <QWheelEvent>
 #include <algorithm>
 #include <limits>
@@ -26,6 +28,9 @@ constexpr int NotchAngle = 120;
 
 /// The grey of a disabled field is the same under every theme, and so is the text that has to be read on it.
 constexpr QColor DisabledBack(0xC0, 0xC0, 0xC0), DisabledText(0x40, 0x40, 0x40);
+
+/// Pixels that the toolkit leaves at each side of the text, the caret's included.
+constexpr int TextMargin = 3;
 
 bool MakesText(const QKeyEvent &event) { return !event.text().isEmpty() && event.text().front().isPrint(); }
 
@@ -312,6 +317,13 @@ void NumberTextBox::wheelEvent(QWheelEvent *event) {
 void NumberTextBox::changeEvent(QEvent *event) {
   QLineEdit::changeEvent(event);
   if (event->type() == QEvent::ParentChange || event->type() == QEvent::EnabledChange) UpdateColours();
+}
+
+int NumberTextBox::WidthFor(const QString &strText) const {
+  QStyleOptionFrame option;
+  initStyleOption(&option);
+  const QSize text(fontMetrics().horizontalAdvance(strText) + 2 * TextMargin, fontMetrics().height());
+  return style()->sizeFromContents(QStyle::CT_LineEdit, &option, text, this).width();
 }
 
 void NumberTextBox::SetLocked(bool fLocked) {

@@ -63,6 +63,9 @@ class NumberTextBox : public QLineEdit, public CursorText {
   /// Takes its colours from the palette of the field anew.
   void UpdateColours();
 
+  /// Width of a box that shows the whole text.
+  int WidthFor(const QString &strText) const;
+
  protected:
   bool event(QEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;

@@ -61,6 +61,35 @@ QVariant FormProperties::Read(const char *strKey) const {
   return property ? std::visit(ToQVariant{}, property->Get()) : QVariant();
 }
 
+void FormProperties::Begin() {
+  EnsureQtHost();
+  m_readAll({});
+  m_arrStanding = Standing();
+}
+
+void FormProperties::BeginNew(const std::function<void()> &init) {
+  init();
+  m_fLoading = false;
+  if (m_site.UserMode()) return;
+  for (const Property &property : m_arrProperties)
+    if (property.fStored && property.Get() != property.vDefault) m_site.PropertyChanged(property.strKey);
+}
+
+std::vector<Variant> FormProperties::Standing() const {
+  std::vector<Variant> arrValues;
+  for (const Property &property : m_arrProperties)
+    arrValues.push_back(property.Assign && !property.fDeaf ? property.Get() : Variant());
+  return arrValues;
+}
+
+bool FormProperties::ChangedByHost(const Property &besides) const {
+  if (m_arrStanding.empty()) return false;
+  const std::vector<Variant> arrNow = Standing();
+  for (std::size_t i = 0; i < arrNow.size(); ++i)
+    if (&m_arrProperties[i] != &besides && arrNow[i] != m_arrStanding[i]) return true;
+  return false;
+}
+
 void FormProperties::Write(const char *strKey, const QVariant &value) {
   const Property *property = Find(strKey);
   if (!property || !property->Assign) return;
@@ -73,22 +102,32 @@ void FormProperties::Write(const char *strKey, const QVariant &value) {
   }
   PropertyBag single;
   single.Set(strKey, *vValue);
-  if (!m_fLoading || !property->fStored) {
-    if (m_fLoading) {
-      std::erase_if(m_arrPassed, [&](const auto &passed) { return passed.first == property; });
-      m_arrPassed.emplace_back(property, single);
-    }
+  // To read all anew would undo what the host assigned.
+  if (m_fLoading && ChangedByHost(*property)) m_fLoading = false;
+  if (!m_fLoading) {
     Assign(*property, single);
     m_site.PropertyAssigned(strKey, property->Get() == property->vDefault);
     return;
   }
+  Load(*property, single);
+  m_arrStanding = Standing();
+}
+
+void FormProperties::Load(const Property &property, const PropertyBag &single) {
+  if (!property.fStored) {
+    std::erase_if(m_arrPassed, [&](const auto &passed) { return passed.first == &property; });
+    m_arrPassed.emplace_back(&property, single);
+    Assign(property, single);
+    return;
+  }
   // A value that the property refuses keeps its default when the control reads it, and only an assignment says why.
-  if (m_site.UserMode()) Assign(*property, single);
-  m_loaded.Set(strKey, *vValue);
+  if (m_site.UserMode()) Assign(property, single);
+  const Variant vValue = single.Values().at(property.strKey);
+  m_loaded.Set(property.strKey, vValue);
   m_readAll(m_loaded);
   for (const auto &[passed, bag] : m_arrPassed) Assign(*passed, bag);
-  if (!m_site.UserMode() && property->Get() != *vValue)
-    Tell(std::string("the property ") + strKey + " was refused and has its default");
+  if (!m_site.UserMode() && property.Get() != vValue)
+    Tell(std::string("the property ") + property.strKey + " was refused and has its default");
 }
 
 void FormProperties::Assign(const Property &property, const PropertyBag &bag) {

@@ -21,9 +21,9 @@ namespace tarvik {
 /// A form sets properties one by one, in the order of its file, which need not be the order that the control needs;
 /// compiled forms set the texts after all others.
 /// So until the control is shown for the first time each property that comes in joins what came before, and the control
-/// reads all of it anew, in its own order. Afterwards an assignment goes to the control's property alone. What a value
-/// cannot be made of leaves the default, and a message tells of it; at design time a refused assignment shows its
-/// message in a box.
+/// reads all of it anew, in its own order. Afterwards, and as soon as the host has changed a property by the control's
+/// own operations, an assignment goes to the control's property alone. What a value cannot be made of leaves the
+/// default, and a message tells of it; at design time a refused assignment shows its message in a box.
 class TARVIK_EXPORT FormProperties {
  public:
   struct Property {
@@ -33,8 +33,10 @@ class TARVIK_EXPORT FormProperties {
     std::function<Variant()> Get;
     /// Empty for a property that is only read.
     std::function<void(const PropertyBag &)> Assign;
-    /// Not among the stored properties of the control.
+    /// Among the stored properties of the control.
     bool fStored = true;
+    /// An assignment is taken and does nothing.
+    bool fDeaf = false;
   };
 
   /// A stored property of a control, by the control's own operations.
@@ -52,6 +54,16 @@ class TARVIK_EXPORT FormProperties {
     property.fStored = false;
     return property;
   }
+  /// One whose assignment does nothing.
+  template <class Control, class Default, class Get>
+  static Property Deaf(Control &control, const char *strKey, Default vDefault, Get get) {
+    return {strKey,
+            AsVariant(vDefault),
+            [&control, get] { return AsVariant((control.*get)()); },
+            [](const PropertyBag &) {},
+            false,
+            true};
+  }
   /// One that is only read.
   template <class Control, class Default, class Get>
   static Property Reading(Control &control, const char *strKey, Default vDefault, Get get) {
@@ -60,6 +72,12 @@ class TARVIK_EXPORT FormProperties {
 
   FormProperties(QWidget &widget, ControlSite &site, std::vector<Property> arrProperties,
                  std::function<void(const PropertyBag &)> ReadAll);
+
+  /// On a form that has told nothing yet: the control reads its defaults.
+  void Begin();
+
+  /// A control that was newly placed on a form: init gives it the state of one, which the container is told of.
+  void BeginNew(const std::function<void()> &init);
 
   QVariant Read(const char *strKey) const;
   void Write(const char *strKey, const QVariant &value);
@@ -81,6 +99,9 @@ class TARVIK_EXPORT FormProperties {
   }
 
   const Property *Find(const char *strKey) const;
+  std::vector<Variant> Standing() const;
+  bool ChangedByHost(const Property &besides) const;
+  void Load(const Property &property, const PropertyBag &single);
   void Assign(const Property &property, const PropertyBag &bag);
   void Tell(const std::string &strWhat) const;
 
@@ -91,6 +112,8 @@ class TARVIK_EXPORT FormProperties {
   PropertyBag m_loaded;
   /// What a form assigned besides, in the order of assignment: reading anew undoes it.
   std::vector<std::pair<const Property *, PropertyBag>> m_arrPassed;
+  /// The properties as the latest one of the form left them; empty before that.
+  std::vector<Variant> m_arrStanding;
   bool m_fLoading = true;
 };
 
@@ -105,6 +128,15 @@ class TARVIK_EXPORT FormProperties {
 #define TARVIK_FORM_PASSING(key)                                                               \
   Q_PROPERTY(QVariant key READ Form##key WRITE SetForm##key RESET ResetForm##key STORED false) \
   TARVIK_FORM_ACCESS(key)
+
+/// Declares the property by which the form designer says that the control was newly placed on a form. It never goes
+/// into a file, so a control that is read from one is not new.
+#define TARVIK_FORM_NEW                                                                                       \
+  Q_PROPERTY(bool NewOnForm READ FormIsNew WRITE SetFormIsNew DESIGNABLE false SCRIPTABLE false STORED false) \
+  bool FormIsNew() const { return false; }                                                                    \
+  void SetFormIsNew(bool fNew) {                                                                              \
+    if (fNew) m_form.BeginNew([this] { InitProperties(); });                                                  \
+  }
 
 #define TARVIK_FORM_ACCESS(key)                                           \
   QVariant Form##key() const { return m_form.Read(#key); }                \

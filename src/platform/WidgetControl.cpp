@@ -1,6 +1,20 @@
 #include "platform/WidgetControl.h"
 
+#include <QLayout>
+
 namespace tarvik {
+
+namespace {
+
+bool Holds(const QLayout &layout, const QWidget &widget) {
+  for (int i = 0; i < layout.count(); ++i) {
+    QLayoutItem *item = layout.itemAt(i);
+    if (item->widget() == &widget || (item->layout() && Holds(*item->layout(), widget))) return true;
+  }
+  return false;
+}
+
+}  // namespace
 
 Event<const std::string &> &FocusRequested() {
   static Event<const std::string &> event;
@@ -20,6 +34,11 @@ Boolean OwnVisible(const QWidget &widget) {
 
 void SetOwnVisible(QWidget &widget, Boolean fShow) {
   if (OwnVisible(widget) != fShow) widget.setVisible(fShow);
+}
+
+bool StandsInLayout(const QWidget &widget) {
+  const QWidget *container = widget.parentWidget();
+  return container && container->layout() && Holds(*container->layout(), widget);
 }
 
 std::string ObjectName(const QObject &object) { return object.objectName().toStdString(); }

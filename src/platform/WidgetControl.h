@@ -21,6 +21,9 @@ Boolean OwnVisible(const QWidget &widget);
 /// screen on which its page may never come.
 void SetOwnVisible(QWidget &widget, Boolean fShow);
 
+/// Whether a layout of the toolkit gives the widget its place.
+bool StandsInLayout(const QWidget &widget);
+
 std::string ObjectName(const QObject &object);
 
 /// A widget of the toolkit as a control with the common properties.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engrspin/EngrSpin.h"
-#include "engrspin/FieldLabel.h"
+#include "platform/FieldLabel.h"
 #include "engrspin/SpinControl.h"
 
 namespace tarvik {

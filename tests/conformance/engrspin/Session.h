@@ -46,6 +46,10 @@ class AdapterField : public EngrSpin {
     auto *text = findChild<QLineEdit *>(QStringLiteral("txtNumber"));
     QObject::disconnect(text, &QLineEdit::textEdited, nullptr, nullptr);
   }
+
+ protected:
+  // The commands are the container: no layout before they ask for one.
+  void resizeEvent(QResizeEvent *event) override { QWidget::resizeEvent(event); }
 };
 
 /// One field and the scripted surroundings: host, container, panel and instrument. Whatever happens goes

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractItemView>
+#include <QLabel>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -228,6 +229,38 @@ TEST_F(CboEnhancedTest, AListThatAFormOnlyMakesHasTheDefaultsOfAStoredOne) {
   EXPECT_EQ(made.Caption(), "");
   EXPECT_EQ(made.CaptionWidth(), 1215);
   EXPECT_TRUE(made.Enabled());
+}
+
+TEST_F(CboEnhancedTest, TheLabelHasItsNewWidthAtOnceAndTheListWaitsForTheLayout) {
+  QCoreApplication::processEvents();
+  const QRect box = Box().geometry();
+  list.SetCaptionWidth(700);
+  EXPECT_EQ(list.findChild<QLabel *>()->width(), TwipsToPixels(list, 700));
+  EXPECT_EQ(Box().geometry(), box);
+  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{1315, 0, 1685, 315}));
+}
+
+TEST_F(CboEnhancedTest, ACaptionThatAppearsIsNotCovered) {
+  list.SetCaption("");
+  list.Resize(3000);
+  EXPECT_EQ(Box().geometry().left(), 0);
+  list.SetCaption("Source");
+  list.SetCaptionWidth(1215);
+  EXPECT_GT(Box().geometry().left(), list.findChild<QLabel *>()->geometry().right());
+  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{0, 0, 3000, 315}));
+}
+
+TEST_F(CboEnhancedTest, AListThatTheToolkitDisablesIsDisabled) {
+  list.SetListIndex(1);
+  list.setEnabled(false);
+  EXPECT_FALSE(list.Enabled());
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(list.GetCurrItemData(7), 7);
+  EXPECT_EQ(Box().palette().color(QPalette::Base), QColor(0xC0, 0xC0, 0xC0));
+  list.setEnabled(true);
+  list.SetListIndex(1);
+  EXPECT_EQ(list.GetCurrItemData(7), 0);
+  EXPECT_FALSE(Box().palette().color(QPalette::Base) == QColor(0xC0, 0xC0, 0xC0));
 }
 
 TEST_F(CboEnhancedTest, ItemsKeepTheOrderOfAdding) {

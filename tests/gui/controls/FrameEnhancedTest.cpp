@@ -252,6 +252,15 @@ TEST_F(FrameEnhancedTest, TheFrameFillsTheControl) {
   EXPECT_EQ(frame.BorderStyle(), 1);
 }
 
+TEST_F(FrameEnhancedTest, AFrameThatTheToolkitDisablesIsDisabled) {
+  frame.setEnabled(false);
+  EXPECT_FALSE(frame.Enabled());
+  EXPECT_FALSE(first.Enabled());
+  frame.setEnabled(true);
+  EXPECT_TRUE(frame.Enabled());
+  EXPECT_TRUE(first.Enabled());
+}
+
 TEST_F(FrameEnhancedTest, OnlyBorderAndCaptionAreSaved) {
   PropertyBag bag;
   frame.SetEnabled(False);

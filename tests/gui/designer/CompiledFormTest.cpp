@@ -135,5 +135,48 @@ TEST_F(CompiledForm, WhatTheHostAssignsBeforeTheFirstShowingStays) {
   EXPECT_EQ(m_names.cboPlain->Caption(), "Slope");
 }
 
+TEST_F(CompiledForm, WhatTheHostAssignedIsNotUndoneByAPropertySetByName) {
+  m_names.esWidth->SetValue(0.5);
+  m_names.esWidth->setProperty("Max", 3.0);
+  m_names.esWidth->setProperty("Caption", QStringLiteral("Width"));
+  m_names.esPlain->SetMin(5);
+  m_names.esPlain->setProperty("BaseUnit", QStringLiteral("V"));
+  m_names.cboPlain->SetCaption("Slope");
+  m_names.cboPlain->setProperty("TagX", QStringLiteral("12"));
+  m_names.grpPlain->SetCaption("Slope");
+  m_names.grpPlain->setProperty("BorderStyle", 0);
+  Show();
+  EXPECT_EQ(m_names.esWidth->Value(), 0.5);
+  EXPECT_EQ(m_names.esWidth->Max(), 3.0);
+  EXPECT_EQ(m_names.esPlain->Min(), 5);
+  EXPECT_EQ(m_names.esPlain->Value(), 5);
+  EXPECT_EQ(m_names.esPlain->BaseUnit(), "V");
+  EXPECT_EQ(m_names.cboPlain->Caption(), "Slope");
+  EXPECT_EQ(m_names.cboPlain->TagX(), "12");
+  EXPECT_EQ(m_names.grpPlain->Caption(), "Slope");
+}
+
+TEST_F(CompiledForm, AControlMadeInCodeKeepsWhatWasAssignedBeforeItsFirstProperty) {
+  EngrSpin field;
+  field.SetValue(3);
+  field.setProperty("Caption", QStringLiteral("Delay"));
+  EXPECT_EQ(field.Value(), 3);
+  EXPECT_EQ(field.Caption(), "Delay");
+}
+
+TEST_F(CompiledForm, DisabledByTheToolkitsPropertyItStaysSoWhateverComesBehind) {
+  EngrSpin field;
+  field.setEnabled(false);
+  field.setProperty("DefaultValue", 4.0);
+  field.setProperty("BaseUnit", QStringLiteral("V"));
+  EXPECT_FALSE(field.Enabled());
+  EXPECT_FALSE(field.isEnabled());
+  EXPECT_EQ(field.Value(), 4) << "the form is still being read";
+  CboEnhanced list;
+  list.setEnabled(false);
+  list.setProperty("Caption", QStringLiteral("Slope"));
+  EXPECT_FALSE(list.Enabled());
+}
+
 }  // namespace
 }  // namespace tarvik::test

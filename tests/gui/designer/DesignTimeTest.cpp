@@ -1,8 +1,18 @@
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
+#include <QDesignerFormWindowManagerInterface>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPluginLoader>
 #include <QRegularExpression>
+#include <QTimer>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
+#include <QtUiPlugin/QDesignerCustomWidgetInterface>
 
 #include "DesignerFixture.h"
 
@@ -78,6 +88,67 @@ TEST_F(DesignTimeTest, AHiddenSpinButtonRunsTheLayoutAnew) {
   const int intBefore = field->findChild<QLineEdit *>(QStringLiteral("txtNumber"))->width();
   Assign(field, "SpinCtlVisible", false);
   EXPECT_GT(field->findChild<QLineEdit *>(QStringLiteral("txtNumber"))->width(), intBefore);
+}
+
+TEST_F(DesignTimeTest, APanelOnAFormThatIsEditedDoesNotStart) {
+  QStringList boxes;
+  QTimer closer;
+  QObject::connect(&closer, &QTimer::timeout, &closer, [&boxes] {
+    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (!box) return;
+    boxes << box->text();
+    box->accept();
+  });
+  closer.start(0);
+  QWidget *panel = Open("tarvik::TarvikGUI", {});
+  ASSERT_TRUE(panel);
+  ASSERT_STREQ(panel->metaObject()->className(), "tarvik::TarvikGUI");
+  Settle();
+  EXPECT_TRUE(panel->isVisible());
+  // Without a driver the start brings boxes, with one a text into the status line.
+  EXPECT_EQ(boxes.join('\n').toStdString(), "");
+  EXPECT_EQ(panel->findChild<QPlainTextEdit *>(QStringLiteral("txtStatus"))->toPlainText().toStdString(), "");
+  EXPECT_FALSE(panel->findChild<QWidget *>(QStringLiteral("cmdRefresh"))->isEnabled());
+}
+
+/// What the widget box of the designer holds for the class, as it is dropped on a form: within a widget that is left
+/// out.
+QString BoxEntry(const char *strClass) {
+  QPluginLoader loader(QStringLiteral(TARVIK_PLUGIN));
+  auto *collection = qobject_cast<QDesignerCustomWidgetCollectionInterface *>(loader.instance());
+  for (auto *control : collection->customWidgets())
+    if (control->name() == QLatin1String(strClass)) {
+      const QString strXml = control->domXml();
+      const qsizetype lngFirst = strXml.indexOf(QStringLiteral("<widget")),
+                      lngBehind = strXml.indexOf(QStringLiteral("<customwidgets>"));
+      return QStringLiteral(
+                 "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"__qt_fake_top_level\">%1</widget></ui>")
+          .arg(strXml.mid(lngFirst, lngBehind - lngFirst));
+    }
+  return {};
+}
+
+TEST_F(DesignTimeTest, AFieldThatIsNewlyPlacedIsANewOneAndItsFileSaysWhatItHas) {
+  ASSERT_TRUE(Open("tarvik::EngrSpin", {}));
+  // A drop from the widget box puts the entry's markup on the form as a paste does.
+  QApplication::clipboard()->setText(BoxEntry("tarvik::EngrSpin"));
+  m_form->clearSelection(false);
+  m_form->selectWidget(m_form->mainContainer());
+  QAction *paste = m_core->formWindowManager()->action(QDesignerFormWindowManagerInterface::PasteAction);
+  Settle();
+  ASSERT_TRUE(paste->isEnabled());
+  paste->trigger();
+  Settle();
+  auto *field = m_form->findChild<QWidget *>(QStringLiteral("esField"));
+  ASSERT_TRUE(field);
+  EXPECT_EQ(field->property("Min").toDouble(), 1e12);
+  EXPECT_EQ(field->property("Max").toDouble(), 1e12);
+  EXPECT_EQ(field->property("Value").toDouble(), 0) << "nothing is limited before the designer chooses the limits";
+  EXPECT_THAT(Contents(), HasSubstr("name=\"Min\""));
+  EXPECT_THAT(Contents(), testing::Not(HasSubstr("NewOnForm")));
+  const auto form = Load(QByteArray::fromStdString(Contents()));
+  EXPECT_EQ(form->findChild<QWidget *>(QStringLiteral("esField"))->property("Min").toDouble(), 1e12);
+  EXPECT_EQ(form->findChild<QWidget *>(QStringLiteral("control"))->property("Min").toDouble(), -1e12);
 }
 
 TEST_F(DesignTimeTest, EachControlIsSavedAndLoadsWithTheSameProperties) {

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "FieldFixture.h"
+#include "platform/Twips.h"
 
 namespace tarvik {
 namespace {
@@ -217,6 +218,56 @@ TEST_F(Field, AValueAssignedAgainReplacesWhatWasTyped) {
   QTest::keyClicks(txt, "77");
   field->SetValue(1);
   EXPECT_EQ(field->Text(), "1.000");
+}
+
+QRect Place(const QWidget &field, const char *strPart) {
+  return field.findChild<QWidget *>(QString::fromLatin1(strPart))->geometry();
+}
+
+TEST_F(Field, ALabelHasItsNewWidthAtOnceAndTheOthersWaitForTheLayout) {
+  Make({{"BaseUnit", std::string("V")}, {"Caption", std::string("Level")}, {"CaptionWidth", 740.0}});
+  const QRect number = txt->geometry();
+  const Single sngTextBox = field->TextBoxWidth();
+  field->SetCaptionWidth(400);
+  EXPECT_EQ(Place(*field, "lblCaption").width(), TwipsToPixels(*field, 400));
+  EXPECT_EQ(txt->geometry(), number);
+  field->SetCaption("");
+  EXPECT_EQ(txt->geometry(), number);
+  EXPECT_EQ(field->TextBoxWidth(), sngTextBox);
+  field->Resize(3630, 315);
+  EXPECT_EQ(txt->geometry().left(), 0);
+}
+
+TEST_F(Field, WhatIsSwitchedOnStandsInItsPlaceAndCoversNothing) {
+  Make({{"SpinCtlVisible", False}});
+  const Single sngTextBox = field->TextBoxWidth();
+  field->SetBaseUnit("V");
+  field->SetSpinCtlVisible(True);
+  field->SetCaption("Level");
+  field->SetCaptionWidth(740);
+  const QRect caption = Place(*field, "lblCaption"), number = txt->geometry(), button = spin->geometry(),
+              unit = Place(*field, "lblUnits");
+  EXPECT_EQ(caption.left(), 0);
+  EXPECT_LT(caption.right(), number.left());
+  EXPECT_LT(number.right(), button.left());
+  EXPECT_LT(button.right(), unit.left());
+  EXPECT_EQ(unit.right(), field->width() - 1);
+  EXPECT_EQ(unit.width(), TwipsToPixels(*field, 3630) - TwipsToPixels(*field, 3130));
+  EXPECT_EQ(field->TextBoxWidth(), sngTextBox) << "the width that the latest layout found";
+}
+
+TEST_F(Field, AFieldThatTheToolkitDisablesIsDisabled) {
+  MakeVolts(1);
+  const QRgb rgbWhite = txt->palette().color(QPalette::Base).rgb();
+  field->setEnabled(false);
+  EXPECT_FALSE(field->Enabled());
+  EXPECT_EQ(txt->palette().color(QPalette::Base), QColor(0xC0, 0xC0, 0xC0));
+  EXPECT_FALSE(txt->focusPolicy() & Qt::TabFocus);
+  field->setEnabled(true);
+  EXPECT_TRUE(field->Enabled());
+  EXPECT_EQ(txt->palette().color(QPalette::Base).rgb(), rgbWhite);
+  form.setEnabled(false);
+  EXPECT_TRUE(field->Enabled()) << "a container around it is disabled, not the field";
 }
 
 }  // namespace

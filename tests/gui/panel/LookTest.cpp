@@ -13,7 +13,7 @@
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
 #include "bitpattern/BitPattern.h"
-#include "engrspin/FieldLabel.h"
+#include "platform/FieldLabel.h"
 #include "platform/PictureBox.h"
 #include "platform/PlainControls.h"
 

@@ -222,7 +222,7 @@ TEST(ValueList, StepsRoundBothWaysAndFailsOnWhatIsNoNumber) {
 
 TEST(FieldLayout, PlacesCaptionTextSpinAndUnit) {
   FieldLayout layout;
-  layout.Arrange(true);
+  layout.Arrange(false);
   EXPECT_EQ(layout.lblUnits.place, (FieldPlace{3130, 50, 500, 265}));
   EXPECT_EQ(layout.spinCtl.place, (FieldPlace{2850, 0, 240, 315}));
   EXPECT_EQ(layout.txtNumber.place, (FieldPlace{840, 0, 2000, 315}));
@@ -235,7 +235,7 @@ TEST(FieldLayout, HoldsTheSizeAndLeavesOutNegativeWidths) {
   layout.sngWidth = 100;
   layout.sngHeight = 5000;
   layout.lblCaption.place.sngWidth = 9000;
-  layout.Arrange(true);
+  layout.Arrange(false);
   EXPECT_EQ(layout.sngWidth, 1500);
   EXPECT_EQ(layout.sngHeight, 1000);
   EXPECT_FALSE(layout.txtNumber.fMoved);
