@@ -24,6 +24,12 @@ class PanelOnForm : public TarvikGUI {
     else
       QWidget::showEvent(event);
   }
+  void hideEvent(QHideEvent *event) override {
+    if (m_site.UserMode())
+      TarvikGUI::hideEvent(event);
+    else
+      QWidget::hideEvent(event);
+  }
 
  private:
   const ControlSite &m_site;

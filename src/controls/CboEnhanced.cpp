@@ -58,7 +58,9 @@ CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   connect(m_cbo, &QComboBox::currentIndexChanged, this, [this](int intIndex) {
     m_lngListIndex = intIndex;
-    if (!m_fProgramChange) NoteUserChange();
+    if (m_fProgramChange) return;
+    TellIndex();
+    NoteUserChange();
   });
 }
 
@@ -81,6 +83,7 @@ void CboEnhanced::Clear() {
   m_ItemData.clear();
   m_GroupData.clear();
   m_fGroupDefault.clear();
+  TellIndex();
 }
 
 void CboEnhanced::SetListIndexQuietly(Long lngIndex) {
@@ -91,6 +94,7 @@ void CboEnhanced::SetListIndexQuietly(Long lngIndex) {
     m_fProgramChange = true;
     m_cbo->setCurrentIndex(lngIndex);
     m_fProgramChange = false;
+    TellIndex();
     try {
       cbo_Click();
     } catch (const RunTimeError &) {
@@ -205,6 +209,17 @@ void CboEnhanced::cbo_Click() {
   if (ListIndex() == -1) return;
   if (gobjPanel() && !m_fInternalChange) gobjPanel()->SetTabState(ePageIsDirty, eCurrPage);
   Click.Raise();
+}
+
+void CboEnhanced::TellIndex() {
+  if (m_lngListIndex == m_lngToldIndex) return;
+  m_lngToldIndex = m_lngListIndex;
+  Q_EMIT currentIndexChanged(m_lngListIndex);
+  Q_EMIT currentTextChanged(currentText());
+}
+
+void CboEnhanced::setCurrentIndex(int intIndex) {
+  RunUserEvent(ObjectName(*this), "setCurrentIndex", [&] { SetListIndex(intIndex); });
 }
 
 void CboEnhanced::NoteUserChange() {

@@ -28,9 +28,13 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   TARVIK_FORM_PROPERTY(CaptionWidth)
   TARVIK_FORM_PROPERTY(Enabled)
   TARVIK_FORM_PROPERTY(TagX)
-  TARVIK_FORM_PASSING(ListIndex)
+  TARVIK_FORM_PASSING(ListIndex, NOTIFY currentIndexChanged)
   TARVIK_FORM_READING(ListCount)
-  TARVIK_FORM_READING(Text)
+  TARVIK_FORM_READING(Text, NOTIFY currentTextChanged)
+  // By the names that the toolkit's own lists have.
+  Q_PROPERTY(
+      int currentIndex READ ListIndex WRITE setCurrentIndex NOTIFY currentIndexChanged DESIGNABLE false STORED false)
+  Q_PROPERTY(QString currentText READ currentText NOTIFY currentTextChanged DESIGNABLE false STORED false USER true)
 
  public:
   /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
@@ -112,8 +116,21 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
-  /// The selection changed, by whomever.
+  /// An item was chosen that was not chosen before, by whomever.
   Event<> Click;
+
+  /// The text of the selected item, in the toolkit's own kind.
+  QString currentText() const { return m_cbo->currentText(); }
+
+ public Q_SLOTS:
+  /// SetListIndex for connections: a failure of a handler that it calls ends here, with box and record.
+  void setCurrentIndex(int intIndex);
+
+ Q_SIGNALS:
+  /// Another item is selected, or none (-1), by whomever. Comes before Click, which does not tell of none. A slot must
+  /// let no exception out.
+  void currentIndexChanged(int intIndex);
+  void currentTextChanged(const QString &strText);
 
  protected:
   bool event(QEvent *event) override;
@@ -126,6 +143,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void SetListIndexQuietly(Long lngIndex);
   void cbo_Click();
   void NoteUserChange();
+  void TellIndex();
   void PropChanged(const char *strProperty, bool fResize = false);
   /// Whether the list leaves room for the caption.
   bool HasCaptionRoom() const;
@@ -143,6 +161,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   FieldLabel *m_lblCaption;
   // What a transfer asks for most stands here and not only in the list's model.
   Long m_lngListIndex = -1;
+  Long m_lngToldIndex = -1;  ///< by the latest currentIndexChanged
   std::vector<Long> m_ItemData;
   std::vector<Long> m_GroupData;
   std::vector<Boolean> m_fGroupDefault;

@@ -73,6 +73,7 @@ EngrSpin::EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlS
   lblCaption->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   lblUnits->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   spinCtl->SetFocusHome(txtNumber);
+  connect(txtNumber, &QLineEdit::textChanged, this, &EngrSpin::textChanged);
   setFocusProxy(txtNumber);
   OfferAccessible<EngrSpin, FieldBoxAccessible>();
   // The label of a row in a form gives the focus only to what takes it itself.
@@ -98,9 +99,17 @@ void EngrSpin::SetValue(Double dblValue) {
   } else {
     ShowValue();
   }
+  if (Value() != m_dblToldValue) {
+    m_dblToldValue = Value();
+    Q_EMIT valueChanged(Value());
+  }
   if (!m_fEditing) return;
   EndOverwrittenEntry();
   NotifyUpdate();
+}
+
+void EngrSpin::setValue(double dblValue) {
+  UserEvent("setValue", [&] { SetValue(dblValue); });
 }
 
 bool EngrSpin::IsShown() const {
@@ -121,7 +130,9 @@ void EngrSpin::ShowValue() {
 
 void EngrSpin::SetReciprocal(Double dblReciprocal) { SetValue(m_number->ValueOfReciprocal(dblReciprocal)); }
 
-std::string EngrSpin::Text() const { return txtNumber->text().toStdString(); }
+std::string EngrSpin::Text() const { return text().toStdString(); }
+
+QString EngrSpin::text() const { return txtNumber->text(); }
 
 void EngrSpin::ShowText(const std::string &strText) {
   if (m_fBlanked) return;

@@ -50,13 +50,16 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   TARVIK_FORM_PROPERTY(SpinCtlVisible)
   TARVIK_FORM_PROPERTY(TypingReplacesNumber)
   TARVIK_FORM_PROPERTY(ValueArray)
-  TARVIK_FORM_PASSING(Value)
-  TARVIK_FORM_PASSING(Reciprocal)
+  TARVIK_FORM_PASSING(Value, NOTIFY valueChanged)
+  TARVIK_FORM_PASSING(Reciprocal, NOTIFY valueChanged)
   TARVIK_FORM_PASSING(AuxUnits)
   TARVIK_FORM_PASSING(AuxValue)
-  TARVIK_FORM_READING(OldValue)
-  TARVIK_FORM_PASSING(Text)
+  TARVIK_FORM_READING(OldValue, NOTIFY valueChanged)
+  TARVIK_FORM_PASSING(Text, NOTIFY textChanged)
   TARVIK_FORM_PASSING(TextBoxWidth)
+  // By the names that the toolkit's own controls have.
+  Q_PROPERTY(double value READ Value WRITE setValue NOTIFY valueChanged DESIGNABLE false STORED false USER true)
+  Q_PROPERTY(QString text READ text NOTIFY textChanged DESIGNABLE false STORED false)
 
  public:
   /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
@@ -176,6 +179,20 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
+  /// The text of the text box, in the toolkit's own kind.
+  QString text() const;
+
+ public Q_SLOTS:
+  /// SetValue for connections: a failure of a handler that it calls ends here, with box and record.
+  void setValue(double dblValue);
+
+ Q_SIGNALS:
+  /// The value has another number now, by whomever: it is shown and held to its limits. Comes before AfterUpdate, which
+  /// tells of the user's changes only. A slot must let no exception out.
+  void valueChanged(double dblValue);
+  /// The text box shows another text, also while the user types.
+  void textChanged(const QString &strText);
+
  protected:
   /// With a number model of the caller's.
   EngrSpin(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site);
@@ -272,6 +289,8 @@ class TARVIK_EXPORT EngrSpin : public QWidget, public Control, private TextBoxEv
     Long lngWrite = 0;  ///< of the text box; 0 while it shows something else
   };
   Shown m_shown;
+
+  Double m_dblToldValue = 0;  ///< by the latest valueChanged
 
   std::string m_strCaption;
   std::string m_strAuxUnits;

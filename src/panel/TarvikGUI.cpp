@@ -559,7 +559,10 @@ void TarvikGUI::cmdCheckWarnings_Click() {
     TheHost().MsgBox("No Instrument Warnings", BoxIcon::Information, BoxButtons::Ok, AppTitle);
 }
 
-void TarvikGUI::ZorvaneInstr_StatusMessage(const std::string &strStatus) { txtStatus.SetText(strStatus); }
+void TarvikGUI::ZorvaneInstr_StatusMessage(const std::string &strStatus) {
+  txtStatus.SetText(strStatus);
+  Q_EMIT statusMessage(QString::fromStdString(strStatus));
+}
 
 void TarvikGUI::ZorvaneInstr_InstrError() {
   if (m_optionsPage->chkAutoDownOnError.Value() != 1) return;

@@ -64,6 +64,10 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
+ Q_SIGNALS:
+  /// A text came into the status line; comes from within the operation that tells it. A slot must let no exception out.
+  void statusMessage(const QString &strStatus);
+
  protected:
   void showEvent(QShowEvent *event) override;
   void hideEvent(QHideEvent *event) override;

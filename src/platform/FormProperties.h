@@ -124,9 +124,9 @@ class TARVIK_EXPORT FormProperties {
   Q_PROPERTY(QVariant key READ Form##key WRITE SetForm##key RESET ResetForm##key) \
   TARVIK_FORM_ACCESS(key)
 
-/// The same for one that does not go into the file.
-#define TARVIK_FORM_PASSING(key)                                                               \
-  Q_PROPERTY(QVariant key READ Form##key WRITE SetForm##key RESET ResetForm##key STORED false) \
+/// The same for one that does not go into the file; behind the name whatever else the toolkit is to know of it.
+#define TARVIK_FORM_PASSING(key, ...)                                                                      \
+  Q_PROPERTY(QVariant key READ Form##key WRITE SetForm##key RESET ResetForm##key STORED false __VA_ARGS__) \
   TARVIK_FORM_ACCESS(key)
 
 /// Declares the property by which the form designer says that the control was newly placed on a form. It never goes
@@ -144,6 +144,6 @@ class TARVIK_EXPORT FormProperties {
   void ResetForm##key() { m_form.Reset(#key); }
 
 /// The same for one that is only read.
-#define TARVIK_FORM_READING(key)                       \
-  Q_PROPERTY(QVariant key READ Form##key STORED false) \
+#define TARVIK_FORM_READING(key, ...)                              \
+  Q_PROPERTY(QVariant key READ Form##key STORED false __VA_ARGS__) \
   QVariant Form##key() const { return m_form.Read(#key); }

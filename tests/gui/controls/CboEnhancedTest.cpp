@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QLabel>
+#include <QMetaProperty>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -261,6 +262,42 @@ TEST_F(CboEnhancedTest, AListThatTheToolkitDisablesIsDisabled) {
   list.SetListIndex(1);
   EXPECT_EQ(list.GetCurrItemData(7), 0);
   EXPECT_FALSE(Box().palette().color(QPalette::Base) == QColor(0xC0, 0xC0, 0xC0));
+}
+
+TEST_F(CboEnhancedTest, CurrentIndexChangedTellsOfEveryNewSelectionByWhomever) {
+  std::vector<std::string> arrTold;
+  QObject::connect(&list, &CboEnhanced::currentIndexChanged, &list, [&](int intIndex) {
+    arrTold.push_back(std::to_string(intIndex));
+    EXPECT_EQ(list.ListIndex(), intIndex);
+  });
+  QObject::connect(&list, &CboEnhanced::currentTextChanged, &list,
+                   [&](const QString &strText) { arrTold.push_back(strText.toStdString()); });
+  list.Click.Connect([&] { arrTold.push_back("Click"); });
+  const auto told = [&] { return std::exchange(arrTold, {}); };
+  list.SetListIndex(1);
+  EXPECT_THAT(told(), ElementsAre("1", "CLK-IN", "Click"));
+  list.SetListIndex(1);
+  list.AddItemData("Other", 8);
+  EXPECT_THAT(told(), IsEmpty());
+  QTest::keyClick(&Box(), Qt::Key_Down);
+  EXPECT_THAT(told(), ElementsAre("2", "PLL", "Click"));
+  list.setProperty("currentIndex", 0);
+  EXPECT_THAT(told(), ElementsAre("0", "Internal", "Click"));
+  list.SetListIndex(-1);
+  EXPECT_THAT(told(), ElementsAre("-1", ""));
+  list.SetListIndex(2);
+  told();
+  list.Clear();
+  EXPECT_THAT(told(), ElementsAre("-1", ""));
+  const QMetaObject &meta = CboEnhanced::staticMetaObject;
+  EXPECT_EQ(meta.property(meta.indexOfProperty("ListIndex")).notifySignal().name(), "currentIndexChanged");
+}
+
+TEST_F(CboEnhancedTest, AValueThatIsNoneEndsTheReadingInSilence) {
+  EXPECT_NO_THROW(list.ReadProperties({{"Caption", "Slope"}, {"CaptionWidth", "wide"}, {"TagX", "12"}}));
+  EXPECT_EQ(list.Caption(), "Slope");
+  EXPECT_EQ(list.TagX(), "") << "what comes behind is not read any more";
+  EXPECT_THAT(host.TakeBoxes(), IsEmpty());
 }
 
 TEST_F(CboEnhancedTest, ItemsKeepTheOrderOfAdding) {

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "panel/TarvikGUI.h"
+#include "ui_LaidOutForm.h"
 #include "ui_SavedForm.h"
 
 namespace tarvik::test {
@@ -176,6 +177,38 @@ TEST_F(CompiledForm, DisabledByTheToolkitsPropertyItStaysSoWhateverComesBehind) 
   list.setEnabled(false);
   list.setProperty("Caption", QStringLiteral("Slope"));
   EXPECT_FALSE(list.Enabled());
+}
+
+TEST_F(CompiledForm, AFormOfLayoutsIsLaidOutCompiledAndLoadedAlike) {
+  QWidget compiled;
+  Ui::LaidOutForm names;
+  names.setupUi(&compiled);
+  QUiLoader loader;
+  loader.addPluginPath(QStringLiteral(TARVIK_PLUGIN_PATH "/designer"));
+  QFile file(QStringLiteral(TARVIK_LAID_OUT_FORM));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const std::unique_ptr<QWidget> loaded(loader.load(&file));
+  ASSERT_TRUE(loaded);
+  for (QWidget *form : {&compiled, loaded.get()}) {
+    form->resize(form->sizeHint());
+    form->show();
+    QCoreApplication::processEvents();
+    const QWidget &field = *form->findChild<QWidget *>(QStringLiteral("esWidth"));
+    const QRect number = field.findChild<QWidget *>(QStringLiteral("txtNumber"))->geometry(),
+                button = field.findChild<QWidget *>(QStringLiteral("spinCtl"))->geometry(),
+                unit = field.findChild<QWidget *>(QStringLiteral("lblUnits"))->geometry();
+    EXPECT_GT(number.width(), 60);
+    EXPECT_GT(button.left(), number.right());
+    EXPECT_GT(unit.left(), button.right());
+    EXPECT_TRUE(field.rect().contains(unit));
+  }
+  EXPECT_EQ(compiled.size(), loaded->size());
+  for (const char *strName : {"esWidth", "cboSource", "grpSlope"}) {
+    const auto &one = *compiled.findChild<QWidget *>(QString::fromLatin1(strName));
+    const auto &other = *loaded->findChild<QWidget *>(QString::fromLatin1(strName));
+    EXPECT_EQ(one.geometry(), other.geometry()) << strName;
+    EXPECT_EQ(Looks(one), Looks(other)) << strName;
+  }
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include <QAccessible>
+#include <QMetaProperty>
 #include <random>
 
 #include "FieldFixture.h"
 #include "platform/Twips.h"
+#include "support/Conversions.h"
 
 namespace tarvik {
 namespace {
@@ -268,6 +270,58 @@ TEST_F(Field, AFieldThatTheToolkitDisablesIsDisabled) {
   EXPECT_EQ(txt->palette().color(QPalette::Base).rgb(), rgbWhite);
   form.setEnabled(false);
   EXPECT_TRUE(field->Enabled()) << "a container around it is disabled, not the field";
+}
+
+TEST_F(Field, ValueChangedTellsOfEveryNewNumberByWhomever) {
+  MakeVolts(1);
+  std::vector<std::string> arrTold;
+  QObject::connect(field, &EngrSpin::valueChanged, field, [&](double dblValue) {
+    arrTold.push_back("value " + CStr(Variant(dblValue)) + " " + field->Text());
+  });
+  QObject::connect(field, &EngrSpin::textChanged, field,
+                   [&](const QString &strText) { arrTold.push_back("text " + strText.toStdString()); });
+  field->AfterUpdate.Connect([&] { arrTold.push_back("AfterUpdate"); });
+  const auto told = [&] { return std::exchange(arrTold, {}); };
+  using Told = std::vector<std::string>;
+  field->SetValue(2);
+  EXPECT_EQ(told(), (Told{"text 2.000", "value 2 2.000"}));
+  field->SetValue(2);
+  EXPECT_EQ(told(), Told{}) << "the same number is no news";
+  field->SetMax(1.5);
+  EXPECT_EQ(told(), (Told{"text 1.500", "value 1.5 1.500"})) << "a limit moves the value";
+  field->SetFocus();
+  field->findChild<QLineEdit *>()->setCursorPosition(2);
+  QTest::keyClick(txt, Qt::Key_Home);
+  told();
+  QTest::keyClick(txt, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(txt, "1");
+  EXPECT_EQ(told(), (Told{"text 1"})) << "typing shows another text, and no number yet";
+  QTest::keyClick(txt, Qt::Key_Return);
+  EXPECT_EQ(told(), (Told{"text 1.000", "value 1 1.000", "AfterUpdate"}));
+  field->setProperty("value", 0.5);
+  EXPECT_EQ(told(), (Told{"text 500.0", "value 0.5 500.0"}));
+}
+
+TEST_F(Field, ItsPropertiesTellOfTheirChanges) {
+  const QMetaObject &meta = EngrSpin::staticMetaObject;
+  for (const auto &[strProperty, strSignal] :
+       std::vector<std::pair<const char *, const char *>>{{"Value", "valueChanged"},
+                                                          {"Reciprocal", "valueChanged"},
+                                                          {"value", "valueChanged"},
+                                                          {"Text", "textChanged"}})
+    EXPECT_EQ(meta.property(meta.indexOfProperty(strProperty)).notifySignal().name().toStdString(), strSignal);
+  EXPECT_STREQ(meta.userProperty().name(), "value");
+}
+
+TEST_F(Field, AValueThatASlotSetsEndsItsFailuresAtTheBoundary) {
+  MakeVolts(1);
+  field->AfterUpdate.Connect([] { RaiseError(ErrTypeMismatch); });
+  field->SetFocus();
+  QTest::keyClick(txt, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(txt, "3");
+  EXPECT_NO_THROW(field->setValue(2));
+  EXPECT_EQ(host.intBoxes, 1);
+  EXPECT_EQ(field->Value(), 2);
 }
 
 }  // namespace

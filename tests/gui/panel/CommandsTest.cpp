@@ -57,6 +57,19 @@ const Question Questions[] = {
      "TarvikVI: Confirm Instrument Reset", ".Calibrate("},
 };
 
+TEST_F(Commands, TheHostHearsWhatTheStatusLineShows) {
+  std::vector<std::string> arrTold;
+  auto *status = session.panel->findChild<QPlainTextEdit *>(QStringLiteral("txtStatus"));
+  QObject::connect(session.panel.get(), &TarvikGUI::statusMessage, status, [&](const QString &strStatus) {
+    EXPECT_EQ(status->toPlainText(), strStatus);
+    arrTold.push_back(strStatus.toStdString());
+  });
+  session.ShowPage(ePageInstr);
+  session.Click("cmdRefresh");
+  ASSERT_FALSE(arrTold.empty());
+  EXPECT_EQ(arrTold.back(), status->toPlainText().toStdString());
+}
+
 TEST_F(Commands, EachAsksItsQuestionAndSendsOnYes) {
   for (const Question &question : Questions) {
     session.Forget();
