@@ -154,6 +154,8 @@ TarvikGUI::TarvikGUI(QWidget *parent)
 }
 
 TarvikGUI::~TarvikGUI() {
+  // Closing the session tells what it does, and what the host's slots would touch may be gone by now.
+  blockSignals(true);
   // A panel that never started has read no options, and would write its design's over the user's.
   if (m_start->HasRun()) RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
   if (gobjPanel() == this) gobjPanel() = nullptr;
