@@ -1,8 +1,8 @@
 #pragma once
 
 #include "engrspin/EngrSpin.h"
-#include "platform/FieldLabel.h"
 #include "engrspin/SpinControl.h"
+#include "platform/FieldLabel.h"
 
 namespace tarvik {
 
