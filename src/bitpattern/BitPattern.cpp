@@ -8,6 +8,7 @@
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
+#include "platform/ControlEvent.h"
 #include "platform/KeyCodes.h"
 #include "platform/OptionButton.h"
 #include "platform/QtHost.h"
@@ -32,18 +33,6 @@ constexpr Integer MinScrollLength = 5;
 constexpr Integer LeftButton = 1;
 
 constexpr Long ToolChannels[] = {eChan1, eChan2, eBoth, eStrobe};
-
-/// A handler that is not entered again while it runs, also when a failure leaves it.
-class EntryGuard {
- public:
-  explicit EntryGuard(bool &fInside) : m_fInside(fInside) { m_fInside = true; }
-  ~EntryGuard() { m_fInside = false; }
-  EntryGuard(const EntryGuard &) = delete;
-  EntryGuard &operator=(const EntryGuard &) = delete;
-
- private:
-  bool &m_fInside;
-};
 
 }  // namespace
 
@@ -250,14 +239,14 @@ void BitPattern::KeyDownOnRow(Integer intKeyCode) {
 
 void BitPattern::picWave_KeyDown(Integer &intKeyCode) {
   if (m_fInKeyDown) return;
-  const EntryGuard guard(m_fInKeyDown);
+  const EntryGuard guard(*this, m_fInKeyDown);
   if (m_view->Selected() != 0) KeyDownOnRow(intKeyCode);
   if (intKeyCode >= KeyPageUp && intKeyCode <= KeyDown) intKeyCode = 0;
 }
 
 void BitPattern::picWave_KeyPress(char32_t character) {
   if (m_fInKeyPress || m_view->Selected() == 0) return;
-  const EntryGuard guard(m_fInKeyPress);
+  const EntryGuard guard(*this, m_fInKeyPress);
   const bool fDigit = character >= U'0' && character <= U'3';
   const bool fSign = character == U'+' || character == U'-';
   if (!fDigit && !fSign) return;

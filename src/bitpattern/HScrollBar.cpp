@@ -3,7 +3,7 @@
 #include <QFocusEvent>
 #include <limits>
 
-#include "support/EventBoundary.h"
+#include "platform/ControlEvent.h"
 
 namespace tarvik {
 
@@ -12,7 +12,7 @@ HScrollBar::HScrollBar(QWidget *parent) : WidgetControl(Qt::Horizontal, parent) 
   // The Tab key passes it by: whoever comes here is sent on at once.
   setFocusPolicy(Qt::ClickFocus);
   connect(this, &QScrollBar::valueChanged, this, [this] {
-    if (!m_fProgramChange) RunUserEvent(ObjectName(*this), "Change", [this] { Change.Raise(); });
+    if (!m_fProgramChange) RunUserEvent(*this, "Change", [this] { Change.Raise(); });
   });
 }
 
@@ -47,7 +47,7 @@ void HScrollBar::SetValue(Integer intValue) {
 
 void HScrollBar::focusInEvent(QFocusEvent *event) {
   QScrollBar::focusInEvent(event);
-  RunUserEvent(ObjectName(*this), "GotFocus", [this] { GotFocus.Raise(); });
+  RunUserEvent(*this, "GotFocus", [this] { GotFocus.Raise(); });
 }
 
 }  // namespace tarvik

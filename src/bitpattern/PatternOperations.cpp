@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
 #include "support/modErrorLog.h"
@@ -31,7 +32,7 @@ std::optional<Long> AskForNumber(const char *strTitle, Long lngMin, Long lngMax)
   std::string strEntry;
   Boolean fOk;
   do {
-    strEntry = TheHost().InputBox("Enter the value for 'n': ", strTitle, "");
+    strEntry = AskForText("Enter the value for 'n': ", strTitle, "");
     PatternOperations::ValidateNumber(strEntry, lngMin, lngMax, fOk);
   } while (!fOk);
   if (strEntry.empty()) return std::nullopt;

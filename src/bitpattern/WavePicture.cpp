@@ -6,8 +6,8 @@
 
 #include "bitpattern/PictureAccessible.h"
 #include "platform/Accessibility.h"
+#include "platform/ControlEvent.h"
 #include "platform/KeyCodes.h"
-#include "support/EventBoundary.h"
 
 namespace tarvik {
 
@@ -46,10 +46,10 @@ void WavePicture::TellPlace() {
 void WavePicture::keyPressEvent(QKeyEvent *event) {
   const Integer intKeyCode = KeyCodeOf(*event);
   Integer intCodeAfter = intKeyCode;
-  RunUserEvent(ObjectName(*this), "KeyDown", [&] { KeyDown.Raise(intCodeAfter); });
+  RunUserEvent(*this, "KeyDown", [&] { KeyDown.Raise(intCodeAfter); });
   const bool fUsed = intKeyCode != 0 && intCodeAfter == 0;
   const char32_t character = CharacterOf(*event);
-  if (!fUsed && character != 0) RunUserEvent(ObjectName(*this), "KeyPress", [&] { KeyPress.Raise(character); });
+  if (!fUsed && character != 0) RunUserEvent(*this, "KeyPress", [&] { KeyPress.Raise(character); });
   // Tab, Enter and Escape belong to the form.
   event->setAccepted(fUsed || character > U' ');
 }
@@ -60,7 +60,7 @@ void WavePicture::mousePressEvent(QMouseEvent *event) {
   const QPointF place = event->position() - area.topLeft();
   const auto sngX = static_cast<Single>(place.x() / area.width()) * ScaleWidth();
   const auto sngY = static_cast<Single>(place.y() / area.height()) * ScaleHeight();
-  RunUserEvent(ObjectName(*this), "MouseDown", [&] { MouseDown.Raise(ButtonNumber(event->button()), sngX, sngY); });
+  RunUserEvent(*this, "MouseDown", [&] { MouseDown.Raise(ButtonNumber(event->button()), sngX, sngY); });
 }
 
 void WavePicture::focusInEvent(QFocusEvent *event) {

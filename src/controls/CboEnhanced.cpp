@@ -7,10 +7,10 @@
 
 #include "controls/ListAccessible.h"
 #include "platform/Accessibility.h"
+#include "platform/ControlEvent.h"
 #include "platform/FieldLabel.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/EventBoundary.h"
-#include "support/Host.h"
 #include "support/modGlobals.h"
 
 namespace tarvik {
@@ -87,22 +87,14 @@ void CboEnhanced::Clear() {
 }
 
 void CboEnhanced::SetListIndexQuietly(Long lngIndex) {
-  const Boolean fBefore = m_fInternalChange;
-  m_fInternalChange = True;
+  const EntryGuard guard(*this, m_fInternalChange);
   const bool fChanges = lngIndex != ListIndex() && lngIndex >= -1 && lngIndex < ListCount();
-  if (fChanges) {
-    m_fProgramChange = true;
-    m_cbo->setCurrentIndex(lngIndex);
-    m_fProgramChange = false;
-    TellIndex();
-    try {
-      cbo_Click();
-    } catch (const RunTimeError &) {
-      m_fInternalChange = fBefore;
-      throw;
-    }
-  }
-  m_fInternalChange = fBefore;
+  if (!fChanges) return;
+  m_fProgramChange = true;
+  m_cbo->setCurrentIndex(lngIndex);
+  m_fProgramChange = false;
+  TellIndex();
+  cbo_Click();
 }
 
 Boolean CboEnhanced::SetListIndexByGroupData(Long lngGroupData) {
@@ -111,7 +103,7 @@ Boolean CboEnhanced::SetListIndexByGroupData(Long lngGroupData) {
       IgnoreErrors([&] { SetListIndexQuietly(i); });
       return True;
     }
-  IgnoreErrors([&] { TheHost().MsgBox("Group not found", BoxIcon::Stop, BoxButtons::Ok, AppTitle); });
+  IgnoreErrors([&] { ShowBox("Group not found", BoxIcon::Stop); });
   return False;
 }
 
@@ -219,11 +211,11 @@ void CboEnhanced::TellIndex() {
 }
 
 void CboEnhanced::setCurrentIndex(int intIndex) {
-  RunUserEvent(ObjectName(*this), "setCurrentIndex", [&] { SetListIndex(intIndex); });
+  RunUserEvent(*this, "setCurrentIndex", [&] { SetListIndex(intIndex); });
 }
 
 void CboEnhanced::NoteUserChange() {
-  RunUserEvent(ObjectName(*this), "Click", [this] { cbo_Click(); });
+  RunUserEvent(*this, "Click", [this] { cbo_Click(); });
 }
 
 bool CboEnhanced::LabelVisible() const { return OwnVisible(*m_lblCaption); }

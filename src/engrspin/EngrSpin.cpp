@@ -10,11 +10,12 @@
 #include "engrspin/FieldAccessible.h"
 #include "engrspin/SpinControl.h"
 #include "platform/Accessibility.h"
+#include "platform/ControlEvent.h"
 #include "platform/FieldLabel.h"
 #include "platform/KeyCodes.h"
 #include "platform/WidgetControl.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/EventBoundary.h"
 #include "support/Host.h"
 #include "support/modGlobals.h"
 
@@ -33,22 +34,11 @@ bool TypesNothing(Integer intCode) {
 }
 
 /// Clears a guard when its procedure is left, by an error too: no field may stay dead.
-class Guard {
- public:
-  explicit Guard(Boolean &fGuard) : m_fGuard(fGuard) { m_fGuard = True; }
-  ~Guard() { m_fGuard = False; }
-  Guard(const Guard &) = delete;
-  Guard &operator=(const Guard &) = delete;
-
- private:
-  Boolean &m_fGuard;
-};
-
 }  // namespace
 
 template <class Procedure>
 bool EngrSpin::UserEvent(const char *strEvent, Procedure &&procedure) {
-  return RunUserEvent(ObjectName(*this), strEvent, std::forward<Procedure>(procedure));
+  return RunUserEvent(*this, strEvent, std::forward<Procedure>(procedure));
 }
 
 EngrSpin::EngrSpin(QWidget *parent) : EngrSpin(parent, RunTimeSite()) { BeginForm(); }
@@ -158,7 +148,7 @@ void EngrSpin::NotifyUpdate() {
 
 void EngrSpin::BeginEdit() {
   if (m_fReadOnly) {
-    TheHost().MsgBox("Value is locked and cannot be edited", BoxIcon::Information, BoxButtons::Ok, AppTitle);
+    ShowBox("Value is locked and cannot be edited", BoxIcon::Information);
     return;
   }
   m_fEditing = True;
@@ -226,7 +216,7 @@ Double EngrSpin::GetStepSize() {
 
 Double EngrSpin::GetArrayValue(Integer intIndex) {
   if (m_values.ArrayMode()) return m_values.GetArrayValue(intIndex);
-  TheHost().MsgBox("Illegal Mode for call", BoxIcon::Critical, BoxButtons::Ok, AppTitle);
+  ShowBox("Illegal Mode for call", BoxIcon::Critical);
   return 0;
 }
 
@@ -273,7 +263,7 @@ void EngrSpin::StepDown() {
 
 void EngrSpin::spinCtl_Change() {
   if (m_fInSpinChange) return;
-  const Guard guard(m_fInSpinChange);
+  const EntryGuard guard(*this, m_fInSpinChange);
   m_cursor.MoveCursor(curRestore);
   if (spinCtl->Value() < 0) {
     StepDown();
@@ -293,7 +283,7 @@ Integer EngrSpin::Swallow() {
 Integer EngrSpin::KeyDown(Integer intCode) {
   m_fSwallowKey = False;
   if (m_fInKeyDown || m_fReadOnly) return intCode;
-  const Guard guard(m_fInKeyDown);
+  const EntryGuard guard(*this, m_fInKeyDown);
   if (!m_fEditing) m_strSavedText = Text();
   return KeyCodeLeft(intCode);
 }
@@ -373,7 +363,7 @@ void EngrSpin::TextClicked() {
 void EngrSpin::WheelTurned(int intNotches) {
   if (m_fReadOnly || m_fEditing || m_fInKeyDown) return;
   UserEvent("txtNumber_Wheel", [&] {
-    const Guard guard(m_fInKeyDown);
+    const EntryGuard guard(*this, m_fInKeyDown);
     m_cursor.MoveCursor(curRestore);
     for (int i = std::abs(intNotches); i > 0; --i) {
       if (intNotches > 0) {

@@ -15,6 +15,7 @@
 #include "automation/Ref.h"
 #include "support/RunTimeError.h"
 #include "support/Types.h"
+#include "support/UserEvent.h"
 
 namespace tarvik {
 
@@ -35,6 +36,7 @@ template <class Interface, class... Parameters, class... Arguments>
 void Call(const automation::Ref<Interface> &object,
           automation::Status (TARVIK_CALL Interface::*operation)(Parameters...), Arguments &&...arguments) {
   if (!object) RaiseError(ErrObjectNotSet);
+  UserEvent::BeforeDriverCall();
   automation::ForgetErrorInfo();
   automation::Check(((*object).*operation)(drivercall::Outgoing(std::forward<Arguments>(arguments))...));
 }

@@ -16,7 +16,7 @@ inline constexpr const char *InstrModule = "clsInstrInterface";
 
 /// The one way in which a reporting operation ends: a RunTimeError becomes a report and the result stays
 /// as the operation had set it. What has to be put in order after a failure follows the report, also when
-/// the report itself cannot be written and its failure goes on to the caller.
+/// the report itself cannot be written, or the host ended the event while its box stood.
 template <class Result = Boolean, class Operation, class Afterwards>
 Result Reported(const char *strProc, Operation &&operation, Afterwards &&afterwards) {
   Result result{};
@@ -25,7 +25,7 @@ Result Reported(const char *strProc, Operation &&operation, Afterwards &&afterwa
   } catch (const RunTimeError &error) {
     try {
       LogError(InstrModule, strProc, error.Number(), error.Description());
-    } catch (const RunTimeError &) {
+    } catch (...) {
       afterwards();
       throw;
     }

@@ -5,8 +5,10 @@
 #include "automation/Activation.h"
 #include "instrument/DriverCall.h"
 #include "instrument/OperationFrames.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
+#include "support/UserEvent.h"
 #include "support/modUtils.h"
 
 namespace tarvik {
@@ -56,9 +58,9 @@ Boolean clsInstrInterface::Connect() {
     SetHourglass(False);
 
     if (!m_Root) {
-      strEntered = host.InputBox(
-          "Please enter the complete URL of the network server.\r\nLeave this blank if the server is local", AppTitle,
-          strStored);
+      strEntered =
+          AskForText("Please enter the complete URL of the network server.\r\nLeave this blank if the server is local",
+                     AppTitle, strStored);
       CreateDriver(strEntered);
     }
     if (!m_Root) {
@@ -73,6 +75,7 @@ Boolean clsInstrInterface::Connect() {
 }
 
 void clsInstrInterface::CreateDriver(const std::string &strServer) {
+  UserEvent::BeforeDriverCall();
   m_Root = Narrowed<IDriverRoot>(automation::CreateObject(DriverProgId, strServer));
 }
 
@@ -80,9 +83,7 @@ Boolean clsInstrInterface::IsConnected() const { return static_cast<bool>(m_Root
 
 Boolean clsInstrInterface::IsOnline(Boolean fSilent) const {
   if (m_Instr) return True;
-  if (!fSilent)
-    TheHost().MsgBox("You need to be online to an instrument to perform this operation", BoxIcon::Information,
-                     BoxButtons::Ok, AppTitle);
+  if (!fSilent) ShowBox("You need to be online to an instrument to perform this operation", BoxIcon::Information);
   return False;
 }
 

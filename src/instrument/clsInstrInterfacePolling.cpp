@@ -1,7 +1,7 @@
 #include "instrument/DriverCall.h"
 #include "instrument/OperationFrames.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/Host.h"
 
 namespace tarvik {
 
@@ -13,7 +13,7 @@ namespace {
 std::string InLines(const std::string &strText) { return Replace(Replace(strText, "\"", ""), ";", "\r\n"); }
 
 void ShowUnderHeading(const char *strHeading, const std::string &strLines) {
-  TheHost().MsgBox(std::string(strHeading) + "\r\n" + strLines, BoxIcon::Exclamation, BoxButtons::Ok, AppTitle);
+  ShowBox(std::string(strHeading) + "\r\n" + strLines, BoxIcon::Exclamation);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "instrument/DriverCall.h"
 #include "instrument/Reported.h"
 #include "instrument/clsInstrInterface.h"
+#include "support/UserEvent.h"
 
 namespace tarvik {
 
@@ -57,10 +58,15 @@ Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
 }
 
 void clsInstrInterface::TransactionCancel() {
-  if (clsInstrInterface::IsOnline(False))
-    IgnoreErrors([&] { Call(m_Instr, &IInstrument::Transaction, TransactionAbort); });
-  m_TransActive = False;
-  m_GlobalTrans = False;
+  const auto forget = [this] { m_TransActive = m_GlobalTrans = False; };
+  try {
+    if (clsInstrInterface::IsOnline(False))
+      IgnoreErrors([&] { Call(m_Instr, &IInstrument::Transaction, TransactionAbort); });
+  } catch (const EventEnded &) {
+    forget();
+    throw;
+  }
+  forget();
 }
 
 }  // namespace tarvik

@@ -1,8 +1,8 @@
 #include "panel/ConfigPage.h"
 
 #include "panel/InstrPage.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/Host.h"
 #include "support/modCboTags.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"
@@ -103,7 +103,7 @@ const std::vector<ControlDesign> &Design() {
 }
 
 bool UserAgrees(const std::string &strQuestion, const char *strTitleTail) {
-  return TheHost().MsgBox(strQuestion, BoxIcon::Question, BoxButtons::YesNo, std::string(AppTitle) + strTitleTail) ==
+  return ShowBox(strQuestion, BoxIcon::Question, BoxButtons::YesNo, std::string(AppTitle) + strTitleTail) ==
          BoxAnswer::Yes;
 }
 
@@ -213,8 +213,7 @@ void ConfigPage::cmdSelfTest_Click() {
   std::string strResult;
   Instr().InstrumentCommands(ICSelftest, &strResult);
   if (strResult.empty()) strResult = "Selftest failed!";
-  TheHost().MsgBox("Result: \r\n" + strResult, BoxIcon::Information, BoxButtons::Ok,
-                   std::string(AppTitle) + ": Selftest");
+  ShowBox("Result: \r\n" + strResult, BoxIcon::Information, BoxButtons::Ok, std::string(AppTitle) + ": Selftest");
 }
 
 void ConfigPage::cmdCalibrate_Click() {

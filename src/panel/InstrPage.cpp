@@ -1,6 +1,7 @@
 #include "panel/InstrPage.h"
 
 #include "panel/OptionsPage.h"
+#include "platform/ControlEvent.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
 #include "support/modErrorLog.h"
@@ -125,14 +126,8 @@ Boolean InstrPage::GetCheckedInstrNum(Long &lngInstrNum) const {
 
 void InstrPage::lvwInstruments_ItemCheck(ListItem *Item) {
   if (m_fInItemCheck) return;
-  m_fInItemCheck = true;
-  try {
-    InstrStartStop(Item, Item->Checked());
-  } catch (const RunTimeError &) {
-    m_fInItemCheck = false;
-    throw;
-  }
-  m_fInItemCheck = false;
+  const EntryGuard guard(lvwInstruments, m_fInItemCheck);
+  InstrStartStop(Item, Item->Checked());
 }
 
 void InstrPage::lvwInstruments_DblClick() {

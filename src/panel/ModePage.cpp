@@ -2,8 +2,8 @@
 
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/Host.h"
 #include "support/modCboTags.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
@@ -322,7 +322,7 @@ void ModePage::UpdatePllField() {
 void ModePage::CheckPllConflict(Boolean &fConflict) const {
   fConflict = False;
   if (cboArmingSource.GetCurrItemData() != eArmPll || cboPeriodSource.GetCurrItemData() != eSourcePll) return;
-  TheHost().MsgBox("Pll source already in use!", BoxIcon::Exclamation, BoxButtons::Ok, AppTitle);
+  ShowBox("Pll source already in use!", BoxIcon::Exclamation);
   fConflict = True;
 }
 

@@ -1,7 +1,6 @@
 #include "panel/TarvikGUI.h"
 
 #include <QHideEvent>
-#include <QPointer>
 #include <algorithm>
 #include <cmath>
 #include <ranges>
@@ -21,6 +20,7 @@
 #include "platform/CommandButton.h"
 #include "platform/Highlight.h"
 #include "platform/QtHost.h"
+#include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
 #include "support/Host.h"
@@ -135,8 +135,11 @@ std::string Setting(const char *strKey, const char *strDefault) {
 
 TarvikGUI::TarvikGUI(QWidget *parent)
     : QWidget(parent),
-      m_start(std::make_unique<PanelStart>(
-          *this, [this] { RunUserEvent("TarvikGUI", "Show", [this] { UserControl_Show(); }); })),
+      m_start(std::make_unique<PanelStart>(*this,
+                                           [this] {
+                                             RunUserEvent(
+                                                 "TarvikGUI", "Show", [this] { UserControl_Show(); }, this);
+                                           })),
       m_face(*new QWidget(this)),
       m_tabMain(MakeTabs(&m_face)),
       m_form(m_face, Design()),
@@ -156,8 +159,12 @@ TarvikGUI::TarvikGUI(QWidget *parent)
 TarvikGUI::~TarvikGUI() {
   // Closing the session tells what it does, and what the host's slots would touch may be gone by now.
   blockSignals(true);
+  EndEvents();
+  const UserEvent::Waiting waiting;
   // A panel that never started has read no options, and would write its design's over the user's.
-  if (m_start->HasRun()) RunUserEvent("TarvikGUI", "Terminate", [this] { UserControl_Terminate(); });
+  if (m_start->HasRun())
+    RunUserEvent(
+        "TarvikGUI", "Terminate", [this] { UserControl_Terminate(); }, this);
   if (gobjPanel() == this) gobjPanel() = nullptr;
 }
 
@@ -280,7 +287,21 @@ void TarvikGUI::showEvent(QShowEvent *event) {
 void TarvikGUI::hideEvent(QHideEvent *event) {
   QWidget::hideEvent(event);
   if (event->spontaneous() || m_start->GiveUp()) return;
-  RunUserEvent("TarvikGUI", "Hide", [this] { UserControl_Hide(); });
+  EndEvents();
+  const UserEvent::Waiting waiting;
+  RunUserEvent(
+      "TarvikGUI", "Hide", [this] { UserControl_Hide(); }, this);
+}
+
+void TarvikGUI::EndEvents() {
+  const auto arrParts = findChildren<const QObject *>();
+  const auto isPart = [&](const void *owner) {
+    return owner == this || std::find(arrParts.begin(), arrParts.end(), owner) != arrParts.end();
+  };
+  if (!UserEvent::EndAllOf(isPart)) return;
+  // They cannot put back what they had set.
+  m_state.mfDownloading = False;
+  m_state.mfForceDownloadAll = False;
 }
 
 void TarvikGUI::HoldInstr() {
@@ -297,21 +318,14 @@ clsInstrInterface &TarvikGUI::ZorvaneInstr() {
 }
 
 void TarvikGUI::UserControl_Show() {
-  const QPointer<TarvikGUI> self(this);
-  const auto hasEnded = [&self] { return !self || !self->m_zorvaneInstr; };
   HoldInstr();
   RestoreOptions();
   InitAllPages();
-  const Boolean fConnected = ZorvaneInstr().Connect();
-  // While the search asks something, and in the yield below, the host can hide the panel or end it.
-  if (hasEnded()) return;
-  if (fConnected) {
+  if (ZorvaneInstr().Connect()) {
     m_tabMain->SetTab(ePageInstr);
     m_instrPage->cmdRefresh.SetEnabled(True);
-    TheHost().DoEvents();
-    if (hasEnded()) return;
+    YieldToEvents();
     m_instrPage->cmdRefresh_Click();
-    if (hasEnded()) return;
   }
   EnableControlsForChannels(0);
 }
@@ -353,7 +367,7 @@ void TarvikGUI::UserControl_Terminate() {
     m_errorConnection.Disconnect();
     m_zorvaneInstr.reset();
   } catch (const RunTimeError &error) {
-    TheHost().MsgBox("Unable to save settings: " + error.Description(), BoxIcon::Information, BoxButtons::Ok, AppTitle);
+    ShowBox("Unable to save settings: " + error.Description(), BoxIcon::Information);
   }
 }
 
@@ -437,10 +451,15 @@ Boolean TarvikGUI::NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage) {
 }
 
 void TarvikGUI::cmdUpload_Click() {
+  const auto instr = m_zorvaneInstr;
   try {
     UploadPages();
   } catch (const RunTimeError &) {
     ZorvaneInstr().TransactionCancel();
+  } catch (const EventEnded &) {
+    // The panel may be gone; the instrument interface is not, and must not believe in a transaction.
+    instr->TransactionCancel();
+    throw;
   }
   SetHourglass(False);
 }
@@ -551,14 +570,12 @@ void TarvikGUI::ShowOutputs() {
 
 void TarvikGUI::cmdCheckErrors_Click() {
   if (!ZorvaneInstr().IsOnline(False)) return;
-  if (!ZorvaneInstr().CheckErrors(True))
-    TheHost().MsgBox("No Instrument Errors", BoxIcon::Information, BoxButtons::Ok, AppTitle);
+  if (!ZorvaneInstr().CheckErrors(True)) ShowBox("No Instrument Errors", BoxIcon::Information);
 }
 
 void TarvikGUI::cmdCheckWarnings_Click() {
   if (!ZorvaneInstr().IsOnline(False)) return;
-  if (!ZorvaneInstr().CheckWarnings(True))
-    TheHost().MsgBox("No Instrument Warnings", BoxIcon::Information, BoxButtons::Ok, AppTitle);
+  if (!ZorvaneInstr().CheckWarnings(True)) ShowBox("No Instrument Warnings", BoxIcon::Information);
 }
 
 void TarvikGUI::ZorvaneInstr_StatusMessage(const std::string &strStatus) {

@@ -84,6 +84,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void cmdDownload_Click() override;
   void EnableControlsForChannels(Long lngChannels) override;
 
+  /// None of the panel's events that wait behind a box goes on.
+  void EndEvents();
   void UserControl_Show();
   void UserControl_Hide();
   void UserControl_Terminate();

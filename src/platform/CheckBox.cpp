@@ -1,12 +1,12 @@
 #include "platform/CheckBox.h"
 
-#include "support/EventBoundary.h"
+#include "platform/ControlEvent.h"
 
 namespace tarvik {
 
 CheckBox::CheckBox(QWidget *parent) : WidgetControl(parent) {
   connect(this, &QCheckBox::stateChanged, this, [this] {
-    if (!m_fProgramChange) RunUserEvent(ObjectName(*this), "Click", [this] { Click.Raise(); });
+    if (!m_fProgramChange) RunUserEvent(*this, "Click", [this] { Click.Raise(); });
   });
 }
 

@@ -5,9 +5,9 @@
 #include <QKeyEvent>
 #include <utility>
 
+#include "platform/ControlEvent.h"
 #include "platform/KeyCodes.h"
 #include "platform/Twips.h"
-#include "support/EventBoundary.h"
 
 namespace tarvik {
 
@@ -107,18 +107,36 @@ void ListView::NoteCheckChange(QTreeWidgetItem *item, int intColumn) {
   const bool fChecked = row->checkState(0) == Qt::Checked;
   if (fChecked == row->m_fChecked) return;
   row->m_fChecked = fChecked;
-  RunUserEvent(ObjectName(*this), "ItemCheck", [&] { ItemCheck.Raise(row); });
+  m_turned = row;
+  if (!m_fServing) RaiseItemCheck();
+}
+
+void ListView::RaiseItemCheck() {
+  if (ListItem *row = std::exchange(m_turned, nullptr)) RunUserEvent(*this, "ItemCheck", [&] { ItemCheck.Raise(row); });
+}
+
+/// The event is raised when the toolkit is done: the list may be gone when its handlers are.
+template <class Serve>
+void ListView::ServeThenRaise(Serve &&serve) {
+  m_fServing = true;
+  serve();
+  m_fServing = false;
+  RaiseItemCheck();
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent *event) {
+  ServeThenRaise([&] { WidgetControl::mouseReleaseEvent(event); });
 }
 
 void ListView::keyPressEvent(QKeyEvent *event) {
   if (const Integer intCode = KeyCodeOf(*event); intCode != 0)
-    RunUserEvent(ObjectName(*this), "KeyDown", [&] { KeyDown.Raise(intCode); });
+    RunUserEvent(*this, "KeyDown", [&] { KeyDown.Raise(intCode); });
   const bool fEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (fEnter) {
     event->accept();
     return;
   }
-  WidgetControl::keyPressEvent(event);
+  ServeThenRaise([&] { WidgetControl::keyPressEvent(event); });
 }
 
 void ListView::mouseDoubleClickEvent(QMouseEvent *event) {
@@ -132,7 +150,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent *event) {
       mousePressEvent(event);
       return;
     }
-    RunUserEvent(ObjectName(*this), "DblClick", [this] { DblClick.Raise(); });
+    RunUserEvent(*this, "DblClick", [this] { DblClick.Raise(); });
     event->accept();
     return;
   }

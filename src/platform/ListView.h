@@ -58,6 +58,7 @@ class ListView : public WidgetControl<QTreeWidget> {
 
  protected:
   void keyPressEvent(QKeyEvent *event) override;
+  void mouseReleaseEvent(QMouseEvent *event) override;
   void mouseDoubleClickEvent(QMouseEvent *event) override;
   void changeEvent(QEvent *event) override;
 
@@ -66,9 +67,14 @@ class ListView : public WidgetControl<QTreeWidget> {
   /// Tells assistive technology that the tick of the row came or went.
   void TellTick(const QModelIndex &index);
   void NoteCheckChange(QTreeWidgetItem *item, int intColumn);
+  void RaiseItemCheck();
+  template <class Serve>
+  void ServeThenRaise(Serve &&serve);
   void WidenColumns();
   std::vector<ListItem *> m_arrItems;
   std::vector<Single> m_arrWidths;
+  ListItem *m_turned = nullptr;  ///< its ItemCheck is still to be raised
+  bool m_fServing = false;       ///< the toolkit is at work on an event of the user
   bool m_fProgramChange = false;
 };
 

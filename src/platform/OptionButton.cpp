@@ -2,14 +2,14 @@
 
 #include <QCoreApplication>
 
-#include "support/EventBoundary.h"
+#include "platform/ControlEvent.h"
 
 namespace tarvik {
 
 OptionButton::OptionButton(QWidget *parent, std::optional<Integer> intIndex)
     : WidgetControl(parent), m_intIndex(intIndex) {
   connect(this, &QRadioButton::toggled, this, [this](bool fOn) {
-    if (fOn && !m_fProgramChange) RunUserEvent(ObjectName(*this), "Click", [this] { Click.Raise(); });
+    if (fOn && !m_fProgramChange) RunUserEvent(*this, "Click", [this] { Click.Raise(); });
   });
 }
 

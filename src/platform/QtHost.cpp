@@ -1,11 +1,18 @@
 #include "platform/QtHost.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QInputDialog>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
+#include <QTimer>
+#include <QWindow>
+#include <ranges>
+#include <utility>
+#include <vector>
 
+#include "platform/DroppedInput.h"
 #include "support/SettingsFile.h"
 
 namespace tarvik {
@@ -27,22 +34,75 @@ QString ShownText(const std::string &strText) {
   return QString::fromStdString(strText).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
 
-/// While a box asks the user something the busy pointer would be a lie.
-class PlainPointer {
+/// Somebody else's pointer; which one does not matter.
+constexpr Integer PointerOfAnother = 99;
+
+constexpr int MaxWaitForScreen = 250;  // milliseconds
+
+bool ShowsHourglass() {
+  const QCursor *cursor = QGuiApplication::overrideCursor();
+  return cursor && cursor->shape() == Qt::WaitCursor;
+}
+
+/// Takes the topmost hourglass away and leaves what others have set above it.
+void RemoveHourglass() {
+  std::vector<QCursor> arrAbove;
+  while (QGuiApplication::overrideCursor() && !ShowsHourglass()) {
+    arrAbove.push_back(*QGuiApplication::overrideCursor());
+    QGuiApplication::restoreOverrideCursor();
+  }
+  QGuiApplication::restoreOverrideCursor();
+  for (const QCursor &cursor : std::views::reverse(arrAbove)) QGuiApplication::setOverrideCursor(cursor);
+}
+
+/// Reads what the window system has sent. Timers and sockets of the program wait.
+void ReadWindowEvents() {
+  QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::X11ExcludeTimers);
+}
+
+/// What stands around a box. While it asks the user something the busy pointer would be a lie, and the driver may be
+/// called as soon as it is answered, so it has to be gone from the screen by then.
+class AroundBox {
  public:
-  PlainPointer() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
-  ~PlainPointer() { QApplication::restoreOverrideCursor(); }
-  PlainPointer(const PlainPointer &) = delete;
-  PlainPointer &operator=(const PlainPointer &) = delete;
+  explicit AroundBox(QtHost &host)
+      : Beneath(QApplication::activeWindow()), m_host(host), m_fBusy(host.MousePointer() == PointerHourglass) {
+    if (m_fBusy) host.SetMousePointer(PointerDefault);
+  }
+  ~AroundBox() {
+    WaitUntilGone();
+    if (m_fBusy && m_host.MousePointer() == PointerDefault) m_host.SetMousePointer(PointerHourglass);
+  }
+  AroundBox(const AroundBox &) = delete;
+  AroundBox &operator=(const AroundBox &) = delete;
+
+  const QPointer<QWidget> Beneath;
+
+ private:
+  /// The window manager takes the box away in its own time, and then gives the window beneath the focus back.
+  void WaitUntilGone() const {
+    const DroppedInput dropped;
+    ReadWindowEvents();
+    if (Beneath && Beneath->isVisible() && !Beneath->isActiveWindow()) {
+      QEventLoop loop;
+      QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &loop, &QEventLoop::quit);
+      QTimer::singleShot(MaxWaitForScreen, &loop, &QEventLoop::quit);
+      loop.exec();
+    }
+    ReadWindowEvents();
+    m_host.Repaint();
+  }
+
+  QtHost &m_host;
+  const bool m_fBusy;
 };
 
 }  // namespace
 
 BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) {
-  const PlainPointer pointer;
+  const AroundBox around(*this);
   // A host may end the window while the box asks, and the box with it.
   const QPointer<QMessageBox> box = new QMessageBox(ToQIcon(icon), QString::fromStdString(strTitle), ShownText(strText),
-                                                    QMessageBox::NoButton, QApplication::activeWindow());
+                                                    QMessageBox::NoButton, around.Beneath);
   box->setObjectName(QStringLiteral("MsgBox"));
   // Texts of drivers are shown as they are, whatever they look like.
   box->setTextFormat(Qt::PlainText);
@@ -61,20 +121,31 @@ BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons bu
 }
 
 std::string QtHost::InputBox(const std::string &strPrompt, const std::string &strTitle, const std::string &strDefault) {
-  const PlainPointer pointer;
+  const AroundBox around(*this);
   bool fAccepted = false;
-  const QString text =
-      QInputDialog::getText(QApplication::activeWindow(), QString::fromStdString(strTitle), ShownText(strPrompt),
-                            QLineEdit::Normal, QString::fromStdString(strDefault), &fAccepted);
+  const QString text = QInputDialog::getText(around.Beneath, QString::fromStdString(strTitle), ShownText(strPrompt),
+                                             QLineEdit::Normal, QString::fromStdString(strDefault), &fAccepted);
   return fAccepted ? text.toStdString() : std::string{};
 }
 
 void QtHost::Beep() { QApplication::beep(); }
 
+Integer QtHost::MousePointer() const {
+  if (!QGuiApplication::overrideCursor()) {
+    m_fHourglass = false;
+    return PointerDefault;
+  }
+  if (m_fHourglass && ShowsHourglass()) return PointerHourglass;
+  // There is one pointer only: what somebody set over the hourglass has replaced it, and nothing comes back from below.
+  if (std::exchange(m_fHourglass, false)) RemoveHourglass();
+  return PointerOfAnother;
+}
+
 void QtHost::SetMousePointer(Integer intPointer) {
-  if (m_intPointer == PointerHourglass) QApplication::restoreOverrideCursor();
-  m_intPointer = intPointer;
-  if (m_intPointer == PointerHourglass) QApplication::setOverrideCursor(Qt::WaitCursor);
+  if (std::exchange(m_fHourglass, false)) RemoveHourglass();
+  if (intPointer != PointerHourglass) return;
+  m_fHourglass = true;
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
 }
 
 std::string QtHost::GetSetting(const std::string &strApplication, const std::string &strSection,
@@ -93,6 +164,16 @@ char QtHost::DecimalSeparator() const {
 }
 
 void QtHost::DoEvents() { QCoreApplication::processEvents(); }
+
+void QtHost::Repaint() {
+  // Of all that the program has posted only what paints: nothing else of it may run before the driver answers.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
+}
+
+void QtHost::DropInput() {
+  const DroppedInput dropped;
+  ReadWindowEvents();
+}
 
 void EnsureQtHost() {
   static QtHost host;

@@ -12,7 +12,7 @@ class TARVIK_EXPORT QtHost : public Host {
   std::string InputBox(const std::string &strPrompt, const std::string &strTitle,
                        const std::string &strDefault) override;
   void Beep() override;
-  Integer MousePointer() const override { return m_intPointer; }
+  Integer MousePointer() const override;
   void SetMousePointer(Integer intPointer) override;
   std::string GetSetting(const std::string &strApplication, const std::string &strSection, const std::string &strKey,
                          const std::string &strDefault) override;
@@ -20,9 +20,12 @@ class TARVIK_EXPORT QtHost : public Host {
                    const std::string &strValue) override;
   char DecimalSeparator() const override;
   void DoEvents() override;
+  void Repaint() override;
+  void DropInput() override;
 
  private:
-  Integer m_intPointer = PointerDefault;
+  /// The hourglass is among the pointers that were set over the program's own.
+  mutable bool m_fHourglass = false;
 };
 
 /// Installs a QtHost for this process where no host is installed yet.

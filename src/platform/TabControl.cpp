@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/Accessibility.h"
-#include "support/EventBoundary.h"
+#include "platform/ControlEvent.h"
 
 namespace tarvik {
 
@@ -13,7 +13,7 @@ TabControl::TabControl(QWidget *parent) : WidgetControl(parent) {
     const Long lngBefore = std::exchange(m_lngTab, intPage);
     // The first page that is added comes to the front without anybody's doing.
     if (m_fProgramChange || lngBefore < 0) return;
-    RunUserEvent(ObjectName(*this), "Click", [&] { Click.Raise(lngBefore); });
+    RunUserEvent(*this, "Click", [&] { Click.Raise(lngBefore); });
   });
 }
 

@@ -3,8 +3,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include "platform/ControlEvent.h"
 #include "support/Conversions.h"
-#include "support/EventBoundary.h"
 
 namespace tarvik {
 
@@ -14,7 +14,7 @@ ToolPopup::ToolPopup(QWidget *parent, Face face) : WidgetControl(parent) {
   setPopupMode(face == Face::MenuOnly ? InstantPopup : MenuButtonPopup);
   setMenu(new QMenu(this));
   connect(this, &QToolButton::clicked, this,
-          [this] { RunUserEvent(ObjectName(*this), "ButtonClick", [this] { ButtonClick.Raise(); }); });
+          [this] { RunUserEvent(*this, "ButtonClick", [this] { ButtonClick.Raise(); }); });
 }
 
 void ToolPopup::SetCaption(const std::string &strCaption) {
@@ -30,9 +30,8 @@ void ToolPopup::SetEntries(std::vector<Entry> arrEntries) {
   for (const auto &[strKey, strText] : m_arrEntries) {
     QAction *action = menu()->addAction(QString::fromStdString(strText));
     action->setObjectName(QString::fromStdString(strKey));
-    connect(action, &QAction::triggered, this, [this, key = strKey] {
-      RunUserEvent(ObjectName(*this), "ButtonMenuClick", [&] { ButtonMenuClick.Raise(key); });
-    });
+    connect(action, &QAction::triggered, this,
+            [this, key = strKey] { RunUserEvent(*this, "ButtonMenuClick", [&] { ButtonMenuClick.Raise(key); }); });
   }
 }
 

@@ -24,9 +24,17 @@ void ReportUnhandledError(const std::string &strControl, const std::string &strE
     Handler()(strControl, strEvent, error);
     return;
   }
-  ShowStopMessage(error.Description());
   // With the log gone as well there is nobody left to tell.
-  IgnoreErrors([&] { WriteLogRecord(strControl, strEvent, error.Number(), error.Description()); });
+  const auto log = [&] {
+    IgnoreErrors([&] { WriteLogRecord(strControl, strEvent, error.Number(), error.Description()); });
+  };
+  try {
+    ShowStopMessage(error.Description());
+  } catch (const EventEnded &) {
+    log();
+    throw;
+  }
+  log();
 }
 
 }  // namespace tarvik

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "support/RunTimeError.h"
+#include "support/UserEvent.h"
+#include "support/modUtils.h"
 
 namespace tarvik {
 
@@ -21,16 +23,29 @@ void ReportUnhandledError(const std::string &strControl, const std::string &strE
 /// The place where a user's event enters the system, and where a run-time error that no procedure
 /// handled ends it: the state stays as the steps had left it and the program runs on. Events that
 /// the program raises itself do not pass here, so a failure in them reaches the step that raised them.
+/// An event that was ended while its box stood ends here in silence; its control may be gone by then.
 /// Returns whether the event ran to its end.
 template <class Procedure>
-bool RunUserEvent(const std::string &strControl, const std::string &strEvent, Procedure &&procedure) {
-  try {
-    std::forward<Procedure>(procedure)();
-    return true;
-  } catch (const RunTimeError &error) {
-    ReportUnhandledError(strControl, strEvent, error);
+bool RunUserEvent(const std::string &strControl, const std::string &strEvent, Procedure &&procedure,
+                  const void *owner = nullptr) {
+  const auto run = [&] {
+    const UserEvent event(owner);
+    try {
+      try {
+        std::forward<Procedure>(procedure)();
+        return true;
+      } catch (const RunTimeError &error) {
+        ReportUnhandledError(strControl, strEvent, error);
+      }
+    } catch (const EventEnded &) {
+      IgnoreErrors([] { SetHourglass(False); });
+    }
     return false;
-  }
+  };
+  const bool fDone = run();
+  // The event from which the program came here may have been ended with it.
+  UserEvent::LeaveIfEnded();
+  return fDone;
 }
 
 }  // namespace tarvik

@@ -66,6 +66,8 @@ Host &TheHost() {
   return *g_host;
 }
 
+Host *InstalledHost() { return g_host; }
+
 Host *SetHost(Host *host) {
   Host *before = g_host;
   g_host = host;

@@ -55,10 +55,17 @@ class TARVIK_EXPORT Host {
   virtual void AppendToFile(const std::string &strPath, std::string_view strBytes);
   /// Serves pending paint and input events once.
   virtual void DoEvents() = 0;
+  /// Brings to the screen what was written to the controls; called before each call of the driver. Serves no input.
+  virtual void Repaint() {}
+  /// Forgets clicks and keys that nobody was served yet.
+  virtual void DropInput() {}
 };
 
 /// The host in force. Before SetHost there is none and the call is a programming fault.
 TARVIK_EXPORT Host &TheHost();
+
+/// The same; null before SetHost.
+Host *InstalledHost();
 
 /// Installs a host, which has to outlive its use; returns the one before (may be null).
 TARVIK_EXPORT Host *SetHost(Host *host);

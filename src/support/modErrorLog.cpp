@@ -2,8 +2,11 @@
 
 #include <cstdio>
 
+#include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
+#include "support/RunTimeError.h"
+#include "support/UserEvent.h"
 #include "support/modGlobals.h"
 
 namespace tarvik {
@@ -44,7 +47,12 @@ void LogError(const std::string &strModule, const std::string &strProc, Long lng
               const std::string &strDescription) {
   std::string strText;
   if (WantsVerboseForm()) strText = strModule + "\r\n" + strProc + "\r\n\r\n";
-  ShowStopMessage(strText + strDescription);
+  try {
+    ShowStopMessage(strText + strDescription);
+  } catch (const EventEnded &) {
+    IgnoreErrors([&] { WriteLogRecord(strModule, strProc, lngErrNum, strDescription); });
+    throw;
+  }
   WriteLogRecord(strModule, strProc, lngErrNum, strDescription);
 }
 
@@ -59,6 +67,6 @@ void WriteLogRecord(const std::string &strModule, const std::string &strProc, Lo
 
 void ShowIllegalCase() { ShowStopMessage("Illegal case"); }
 
-void ShowStopMessage(const std::string &strText) { TheHost().MsgBox(strText, BoxIcon::Stop, BoxButtons::Ok, AppTitle); }
+void ShowStopMessage(const std::string &strText) { ShowBox(strText, BoxIcon::Stop); }
 
 }  // namespace tarvik

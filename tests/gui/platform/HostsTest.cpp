@@ -16,6 +16,7 @@
 #include "platform/ConsoleHost.h"
 #include "platform/QtHost.h"
 #include "support/RunTimeError.h"
+#include "support/modUtils.h"
 
 namespace tarvik::test {
 namespace {
@@ -35,7 +36,7 @@ class QtHostTest : public testing::Test {
       strText = box->text().toStdString();
       strTitle = box->windowTitle().toStdString();
       icon = box->icon();
-      shape = QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : Qt::BlankCursor;
+      shape = QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : Qt::ArrowCursor;
       QTest::keyClick(box, key);
     });
   }
@@ -148,6 +149,35 @@ TEST_F(QtHostTest, TheBusyPointerGivesWayWhileABoxAsks) {
   EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
   host.SetMousePointer(PointerDefault);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(QtHostTest, APointerThatTheProgramSetStaysWhateverTheHourglassDoes) {
+  Host *before = SetHost(&host);
+  QApplication::setOverrideCursor(Qt::CrossCursor);
+  SetHourglass(True);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::CrossCursor);
+  SetHourglass(False);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::CrossCursor);
+  QApplication::restoreOverrideCursor();
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  SetHost(before);
+}
+
+TEST_F(QtHostTest, AnHourglassThatTheProgramsPointerReplacedNeverComesBack) {
+  Host *before = SetHost(&host);
+  SetHourglass(True);
+  QApplication::setOverrideCursor(Qt::CrossCursor);
+  SetHourglass(False);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::CrossCursor);
+  QApplication::restoreOverrideCursor();
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+
+  SetHourglass(True);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+  QApplication::restoreOverrideCursor();
+  SetHourglass(False);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  SetHost(before);
 }
 
 TEST_F(QtHostTest, AnEntryIsTakenAndACancelledOneIsEmpty) {

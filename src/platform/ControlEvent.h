@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <utility>
+
+#include "platform/WidgetControl.h"
+#include "support/EventBoundary.h"
+
+namespace tarvik {
+
+/// A user's event of the control enters the system here.
+template <class Procedure>
+bool RunUserEvent(const QObject &control, const char *strEvent, Procedure &&procedure) {
+  return RunUserEvent(ObjectName(control), strEvent, std::forward<Procedure>(procedure), &control);
+}
+
+/// A handler's flag that is set while the handler runs and then as it was before, also when a failure leaves the
+/// handler. The control that has the flag may be gone by then.
+template <class Flag>
+class EntryGuard {
+ public:
+  EntryGuard(QObject &control, Flag &fInside) : m_control(&control), m_fInside(fInside), m_fBefore(fInside) {
+    m_fInside = Flag(true);
+  }
+  ~EntryGuard() {
+    if (m_control) m_fInside = m_fBefore;
+  }
+  EntryGuard(const EntryGuard &) = delete;
+  EntryGuard &operator=(const EntryGuard &) = delete;
+
+ private:
+  const QPointer<QObject> m_control;
+  Flag &m_fInside;
+  const Flag m_fBefore;
+};
+
+}  // namespace tarvik
