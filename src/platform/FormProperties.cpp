@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "platform/QtHost.h"
-#include "support/Host.h"
+#include "support/Boxes.h"
 
 namespace tarvik {
 
@@ -137,7 +137,7 @@ void FormProperties::Assign(const Property &property, const PropertyBag &bag) {
     if (m_site.UserMode())
       Tell(error.Description());
     else
-      TheHost().MsgBox(error.Description(), BoxIcon::Stop, BoxButtons::Ok, AppTitle);
+      ShowBox(error.Description(), BoxIcon::Stop);
   }
 }
 

@@ -24,6 +24,10 @@ slot = 4
 opens = no
 """
 
+# The middle of buttons, counted as the places below, and the share of the page that the pressed one takes.
+SELFTEST, ERRORS = (502, 144), (430, 400)
+SELFTEST_BUTTON_SHARE = 0.02
+
 
 class Program(PanelPlaces, unittest.TestCase):
     path = ""
@@ -191,6 +195,31 @@ class Program(PanelPlaces, unittest.TestCase):
         self.assertEqual(program.quit(), 0)
         for line in ("Upload=All", "Download=All", "AutoErrors=1", "AutoDownOnError=1", "AutoOutputOnOff=1"):
             self.assertIn(line + "\n", program.settings())
+
+    def test_an_answered_question_is_gone_and_clicks_are_dropped_while_the_instrument_works(self):
+        # Longer than everything that is looked at meanwhile takes on a busy machine.
+        slow = RACK.replace("slot = 3\n", "slot = 3\nself test delay = 20000 ms\n", 1)
+        (self.drivers / "KolvenAtl.Kolven.rack").write_text(slow, encoding="utf-8")
+        program = self.start()
+        panel = program.panel()
+        wait_for("the list", lambda: self.row(panel, 1).dark() > 20)
+        self.open_first(panel)
+        self.change_page(panel, "alt+n")
+        page = self.page(panel)
+        self.click(panel, *SELFTEST)
+        program.close_box(program.box())
+        wait_for("the page as it was before the question",
+                 lambda: self.page(panel).differs_from(page) < SELFTEST_BUTTON_SHARE)
+        self.assertIsNone(program.find_box(), "the self-test still runs")
+
+        for _ in range(3):
+            self.click(panel, *ERRORS)
+        result = program.box()
+        self.assertEqual(result.title, "TarvikVI: Selftest")
+        program.close_box(result)
+        self.change_page(panel, "alt+o")
+        self.assertIsNone(program.find_box(), "the clicks on Errors are gone")
+        self.assertEqual(program.log(), "")
 
     def test_a_broken_driver_is_told_in_a_stop_box_and_the_program_runs_on(self):
         (self.drivers / "KolvenAtl.Kolven.driver").write_text("/nowhere/libmissing.so\n", encoding="utf-8")

@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "PanelSession.h"
+#include "PanelUser.h"
 #include "WidgetEnvironment.h"
 #include "platform/CheckBox.h"
 
@@ -112,6 +113,24 @@ const Way Ways[] = {
     {"opening, call 9", FailingOpening<9>},
     {"opening, call 20", FailingOpening<20>},
     {"opening, call 60", FailingOpening<60>},
+    {"tick by the mouse",
+     [](PanelSession &session) {
+       session.Open();
+       session.driver.FailAt(3, TheFailure);
+       PanelUser(*session.panel).Tick(0);
+     }},
+    {"tick by the space bar",
+     [](PanelSession &session) {
+       session.Open();
+       session.driver.FailAt(3, TheFailure);
+       QTest::keyClick(&session.Get<ListView>("lvwInstruments"), Qt::Key_Space);
+     }},
+    {"double click",
+     [](PanelSession &session) {
+       session.Open();
+       session.driver.FailAt(3, TheFailure);
+       PanelUser(*session.panel).DoubleClick(0);
+     }},
     {"refresh, call 2", FailingRefresh<2>},
     {"refresh, call 5", FailingRefresh<5>},
     {"reset question", [](PanelSession &session) { OnConfig(session, "cmdResetInstr"); }},

@@ -109,11 +109,10 @@ TEST_F(Painting, ASessionStartIsSeenStepByStepBeforeEachCallOfTheDriver) {
   session.Open();
   session.driver.OnTrace = {};
   EXPECT_GT(intCalls, 100);
-  EXPECT_THAT(arrSeen,
-              ElementsAre("selected, Offline, dark, busy",
-                          // The options are read by a command, which takes its hourglass away.
-                          "selected, Offline, dark", "selected ticked, Online with Alpha (StandIn), dark, busy",
-                          "selected ticked, Online with Alpha (StandIn), dark"));
+  EXPECT_THAT(arrSeen, ElementsAre("selected, Offline, dark, busy",
+                                   // The options are read by a command, which takes its hourglass away.
+                                   "selected, Offline, dark", "selected ticked, Online with Alpha (Alpha), dark, busy",
+                                   "selected ticked, Online with Alpha (Alpha), dark"));
 }
 
 TEST_F(Painting, TheHighlightsGoOffPageByPageWhileADownloadRuns) {
