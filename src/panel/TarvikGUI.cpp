@@ -531,7 +531,8 @@ void TarvikGUI::EnableControlsForChannels(Long lngChannels) { m_gate->EnableCont
 
 Boolean TarvikGUI::AllOutputsOff() {
   Boolean fAllOff = False;
-  RunUserEvent("TarvikGUI", "AllOutputsOff", [&] { fAllOff = TurnOutputsOff(); });
+  RunUserEvent(
+      "TarvikGUI", "AllOutputsOff", [&] { fAllOff = TurnOutputsOff(); }, this);
   return fAllOff;
 }
 
