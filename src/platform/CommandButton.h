@@ -7,7 +7,7 @@
 
 namespace tarvik {
 
-/// A push button.
+/// A push button. However it is pressed, it has the focus before its click, and Enter presses it as Space does.
 class CommandButton : public WidgetControl<QPushButton> {
   Q_OBJECT
 
@@ -18,6 +18,10 @@ class CommandButton : public WidgetControl<QPushButton> {
   void SetCaption(const std::string &strCaption);
 
   Event<> Click;
+
+ protected:
+  bool event(QEvent *event) override;
+  void keyPressEvent(QKeyEvent *event) override;
 
  private:
   std::string m_strCaption;  ///< spares the pages a conversion each time they ask

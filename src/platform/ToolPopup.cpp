@@ -13,8 +13,9 @@ ToolPopup::ToolPopup(QWidget *parent, Face face) : WidgetControl(parent) {
   setToolButtonStyle(Qt::ToolButtonTextOnly);
   setPopupMode(face == Face::MenuOnly ? InstantPopup : MenuButtonPopup);
   setMenu(new QMenu(this));
-  connect(this, &QToolButton::clicked, this,
-          [this] { RunUserEvent(*this, "ButtonClick", [this] { ButtonClick.Raise(); }); });
+  connect(this, &QToolButton::clicked, this, [this] {
+    if (TakeFocusForClick(*this)) RunUserEvent(*this, "ButtonClick", [this] { ButtonClick.Raise(); });
+  });
 }
 
 void ToolPopup::SetCaption(const std::string &strCaption) {

@@ -26,6 +26,12 @@ void GiveFocus(QWidget &widget) {
   widget.setFocus(Qt::OtherFocusReason);
 }
 
+bool TakeFocusForClick(QWidget &button) {
+  if (button.hasFocus() || !(button.focusPolicy() & Qt::ClickFocus)) return true;
+  button.setFocus(Qt::ShortcutFocusReason);
+  return button.isEnabled();
+}
+
 Boolean OwnEnabled(const QWidget &widget) { return !widget.testAttribute(Qt::WA_ForceDisabled); }
 
 Boolean OwnVisible(const QWidget &widget) {

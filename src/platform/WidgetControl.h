@@ -14,6 +14,10 @@ Event<const std::string &> &FocusRequested();
 /// Gives the widget the focus and tells FocusRequested.
 void GiveFocus(QWidget &widget);
 
+/// Gives a button the focus before its click, so that an entry that is being typed elsewhere is taken over first and
+/// counts for the click. False when that has disabled the button: there is nothing left to click.
+bool TakeFocusForClick(QWidget &button);
+
 /// The widget's own flags, whatever is around it.
 Boolean OwnEnabled(const QWidget &widget);
 Boolean OwnVisible(const QWidget &widget);
