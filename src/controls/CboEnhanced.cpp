@@ -8,6 +8,7 @@
 #include "controls/ListAccessible.h"
 #include "platform/Accessibility.h"
 #include "platform/ControlEvent.h"
+#include "platform/DisabledLook.h"
 #include "platform/FieldLabel.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
@@ -19,7 +20,6 @@ namespace {
 
 constexpr Single CaptionGap = 100;  // between label and list
 constexpr Single LabelTop = 50;     // brings the label's line down to the list's text
-constexpr QRgb DisabledBack = 0xFFC0C0C0;
 
 /// A list that leaves the wheel to the page unless it has the focus.
 class DropDownList : public QComboBox {
@@ -128,19 +128,25 @@ Boolean CboEnhanced::Visible() const { return OwnVisible(*this); }
 
 void CboEnhanced::SetEnabled(Boolean fEnable) {
   if (m_fListEnabled != fEnable) {
-    QPalette colours = palette();
-    if (!fEnable) {
-      colours.setColor(QPalette::Base, QColor(DisabledBack));
-      colours.setColor(QPalette::Button, QColor(DisabledBack));
-    }
-    m_cbo->setPalette(colours);
     if (!fEnable) IgnoreErrors([&] { SetListIndexQuietly(-1); });
     m_fListEnabled = fEnable;
+    ShowColours();
     m_cbo->setEnabled(fEnable);
     m_lblCaption->setEnabled(fEnable);
   }
   if (OwnEnabled(*this) != fEnable) setEnabled(fEnable);
   IgnoreErrors([&] { PropChanged("Enabled"); });
+}
+
+void CboEnhanced::ShowColours() {
+  QPalette colours = palette();
+  if (!m_fListEnabled) {
+    const DisabledLook look = DisabledLookOf(colours);
+    for (const auto role : {QPalette::Base, QPalette::Button}) colours.setColor(role, look.back);
+    for (const auto role : {QPalette::Text, QPalette::ButtonText})
+      colours.setColor(QPalette::Disabled, role, look.text);
+  }
+  m_cbo->setPalette(colours);
 }
 
 void CboEnhanced::SetFocus() { GiveFocus(*this); }
@@ -372,6 +378,7 @@ void CboEnhanced::resizeEvent(QResizeEvent *event) {
 
 void CboEnhanced::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowColours();
   if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m_fListEnabled)
     m_form.Write("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
   if (event->type() != QEvent::FontChange) return;

@@ -153,6 +153,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Layout Arranged() const;
   void LayOut();
   void ShowLayout(const Layout &layout);
+  void ShowColours();
   static std::size_t Slot(Long lngIndex) { return static_cast<std::size_t>(lngIndex); }
 
   ControlSite &m_site;

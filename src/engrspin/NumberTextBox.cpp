@@ -17,6 +17,7 @@
 
 #include "engrspin/FieldAccessible.h"
 #include "platform/Accessibility.h"
+#include "platform/DisabledLook.h"
 #include "platform/KeyCodes.h"
 
 namespace tarvik {
@@ -25,9 +26,6 @@ namespace {
 
 /// Angle of one notch of a wheel.
 constexpr int NotchAngle = 120;
-
-/// The grey of a disabled field is the same under every theme, and so is the text that has to be read on it.
-constexpr QColor DisabledBack(0xC0, 0xC0, 0xC0), DisabledText(0x40, 0x40, 0x40);
 
 /// Pixels that the toolkit leaves at each side of the text, the caret's included.
 constexpr int TextMargin = 3;
@@ -336,9 +334,10 @@ void NumberTextBox::UpdateColours() {
   if (m_fInColours) return;
   m_fInColours = true;
   const QPalette plain = parentWidget() ? parentWidget()->palette() : QPalette();
-  const QColor back = isEnabled() ? plain.color(QPalette::Active, QPalette::Base) : DisabledBack;
+  const DisabledLook disabled = DisabledLookOf(plain);
+  const QColor back = isEnabled() ? plain.color(QPalette::Active, QPalette::Base) : disabled.back;
   QPalette colours = plain;
-  colours.setColor(QPalette::Disabled, QPalette::Text, DisabledText);
+  colours.setColor(QPalette::Disabled, QPalette::Text, disabled.text);
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
     colours.setColor(group, QPalette::Base, back);
     if (hasFocus() && isEnabled() && !m_fLocked) continue;

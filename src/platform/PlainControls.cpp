@@ -7,10 +7,21 @@ namespace tarvik {
 
 DisplayField::DisplayField(QWidget *parent) : WidgetControl(parent) {
   setReadOnly(true);
+  TakeColours();
+}
+
+void DisplayField::TakeColours() {
   // Nobody types here, and it shows.
   QPalette colours = palette();
-  colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+  const QColor back = colours.color(QPalette::Window);
+  if (colours.color(QPalette::Base) == back) return;
+  colours.setColor(QPalette::Base, back);
   setPalette(colours);
+}
+
+void DisplayField::changeEvent(QEvent *event) {
+  WidgetControl::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) TakeColours();
 }
 
 void DisplayField::SetText(const std::string &strText) {

@@ -30,8 +30,11 @@ class DisplayField : public WidgetControl<QLineEdit> {
 
  protected:
   bool event(QEvent *event) override;
+  void changeEvent(QEvent *event) override;
 
  private:
+  void TakeColours();
+
   std::string m_strText;  ///< spares a comparison in the toolkit's own characters
 };
 

@@ -1,24 +1,14 @@
-#include <cmath>
 #include <functional>
 
+#include "Contrast.h"
 #include "FieldFixture.h"
 
 namespace tarvik {
 namespace {
 
+using test::Contrast;
 using test::Field;
-
-/// Contrast of two colours from 1 to 21; a text of usual size is readable from 4.5.
-double Contrast(const QColor &one, const QColor &other) {
-  const auto luminance = [](const QColor &colour) {
-    const auto linear = [](double dblPart) {
-      return dblPart <= 0.04045 ? dblPart / 12.92 : std::pow((dblPart + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-  };
-  const double dblOne = luminance(one) + 0.05, dblOther = luminance(other) + 0.05;
-  return dblOne > dblOther ? dblOne / dblOther : dblOther / dblOne;
-}
+using test::Readable;
 
 QPalette DarkPalette() {
   QPalette dark(QColor(0x30, 0x30, 0x30));
@@ -79,12 +69,14 @@ TEST_F(FieldLook, ALockedFieldKeepsTheColoursOfAnEnabledOne) {
 TEST_F(FieldLook, TheTextOfADisabledFieldIsReadableOnItsGreyInLightAndDark) {
   MakeBurstLength();
   field->SetEnabled(False);
-  for (const QPalette &palette : {QPalette(), DarkPalette()}) {
+  const std::pair<QPalette, QColor> Backs[] = {{QPalette(), QColor(0xC0, 0xC0, 0xC0)},
+                                               {DarkPalette(), QColor(0x20, 0x20, 0x20)}};
+  for (const auto &[palette, grey] : Backs) {
     SetColours(palette);
     const QColor back = txt->palette().color(QPalette::Disabled, QPalette::Base);
-    EXPECT_EQ(back, QColor(0xC0, 0xC0, 0xC0));
+    EXPECT_EQ(back, grey);
     for (const auto role : {QPalette::Text, QPalette::HighlightedText})
-      EXPECT_GE(Contrast(txt->palette().color(QPalette::Disabled, role), back), 4.5);
+      EXPECT_GE(Contrast(txt->palette().color(QPalette::Disabled, role), back), Readable);
     EXPECT_EQ(txt->palette().color(QPalette::Disabled, QPalette::Highlight), back);
   }
 }
@@ -99,7 +91,7 @@ TEST_F(FieldLook, AFieldFollowsAPaletteThatItsHostChangesLater) {
       form.setPalette(DarkPalette());
     }
     EXPECT_EQ(txt->palette().color(QPalette::Base), QColor(0x20, 0x20, 0x20));
-    EXPECT_GE(Contrast(txt->palette().color(QPalette::Text), txt->palette().color(QPalette::Base)), 4.5);
+    EXPECT_GE(Contrast(txt->palette().color(QPalette::Text), txt->palette().color(QPalette::Base)), Readable);
   }
 }
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QPalette>
+
+namespace tarvik {
+
+/// What is disabled looks the same everywhere: fields, lists, buttons and labels have one grey behind them and one text
+/// colour on it, which stays readable.
+struct DisabledLook {
+  QColor back;
+  QColor text;
+};
+
+/// Text on a back of its own: paler than that of what is enabled.
+QColor DisabledText(const QColor &enabledText, const QColor &back);
+
+/// 0xC0C0C0 and the text on it; in a dark theme a back that is no brighter than that of an enabled control.
+DisabledLook DisabledLookOf(const QPalette &theme);
+
+/// Gives the palette's disabled colours this look.
+void SetDisabledLook(QPalette &colours);
+
+}  // namespace tarvik
