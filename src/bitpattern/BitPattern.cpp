@@ -177,10 +177,20 @@ void BitPattern::SelectAndRedraw(Long lngCode) {
   RedrawPattern();
 }
 
-void BitPattern::toolPopup_ButtonClick(Long lngIndex) { SelectAndRedraw(ToolIndexToChannel(lngIndex)); }
+void BitPattern::HandKeysToPicture() {
+  // A row is selected to work on it. The button has had the focus first, so that an address that was being typed
+  // counts.
+  picWave->setFocus(Qt::OtherFocusReason);
+}
+
+void BitPattern::toolPopup_ButtonClick(Long lngIndex) {
+  HandKeysToPicture();
+  SelectAndRedraw(ToolIndexToChannel(lngIndex));
+}
 
 void BitPattern::toolPopup_ButtonMenuClick(Long lngIndex, const std::string &strKey) {
   const Long lngCode = ToolIndexToChannel(lngIndex);
+  HandKeysToPicture();
   m_view->Select(lngCode);
   m_operations.RunByKey(strKey, lngCode, ActualAddress());
   RedrawPattern();

@@ -103,6 +103,8 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   Boolean InRange() const { return fInRange; }
 
   void changeEvent(QEvent *event) override;
+  /// Hands the focus on to the picture. As its proxy the picture would draw the tab key past what stands before it.
+  void focusInEvent(QFocusEvent *event) override;
 
  private:
   void CreateControls();
@@ -117,6 +119,7 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   /// "Channel 1, address 5 of 128, bit 1", for those who do not see the picture.
   std::string PlaceInWords() const;
   void MoveTo(Double dblAddress);
+  void HandKeysToPicture();
   void SelectAndRedraw(Long lngCode);
   void StepSelection(Long lngCode);
   void KeyDownOnRow(Integer intKeyCode);

@@ -1,5 +1,6 @@
 // The form of the editor: which controls stand where, and what they look like.
 #include <QEvent>
+#include <QFocusEvent>
 #include <QGroupBox>
 
 #include "bitpattern/BitPattern.h"
@@ -8,6 +9,7 @@
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
+#include "platform/DisabledLook.h"
 #include "platform/OptionButton.h"
 #include "platform/PlainControls.h"
 #include "platform/ToolPopup.h"
@@ -17,7 +19,6 @@ namespace tarvik {
 namespace {
 
 constexpr Colour FormColour = 0xC0C0C0;
-constexpr Colour DisabledTextColour = 0x707070;
 constexpr Colour PictureColour = 0x000000;
 constexpr Colour TraceColour = 0xC7D863;
 
@@ -76,9 +77,10 @@ QString Indexed(const char *strName, int intIndex) {
 void BitPattern::CreateControls() {
   // The grey is fixed, so the texts on it may not follow a dark theme.
   QPalette colours = palette();
-  colours.setColor(QPalette::Window, ToQColor(FormColour));
+  const QColor grey = ToQColor(FormColour);
+  colours.setColor(QPalette::Window, grey);
   colours.setColor(QPalette::WindowText, Qt::black);
-  colours.setColor(QPalette::Disabled, QPalette::WindowText, ToQColor(DisabledTextColour));
+  colours.setColor(QPalette::Disabled, QPalette::WindowText, DisabledText(Qt::black, grey));
   setPalette(colours);
   setAutoFillBackground(true);
 
@@ -100,7 +102,6 @@ void BitPattern::CreateControls() {
   lblTip->setText(QStringLiteral("Label1"));
   lblTip->hide();
 
-  setFocusProxy(picWave);
   PlaceControls();
 }
 
@@ -124,7 +125,7 @@ void BitPattern::CreatePicture() {
   picWave->SetForeColor(TraceColour);
   picWave->SetScale(m_form.sngPictureWidth, m_form.sngPictureHeight);
   picWave->setAccessibleName(QStringLiteral("Pattern"));
-  picWave->setToolTip(QStringLiteral("Click a cell to go to its address; keys write bits there"));
+  picWave->setToolTip(QStringLiteral("A click selects the row; keys write bits at the actual address"));
   picWave->setAccessibleDescription(
       QStringLiteral("Left, Right, Home and End move the address, Up and Down select the row, "
                      "0 to 3 write bits, plus and minus toggle them"));
@@ -192,6 +193,8 @@ void BitPattern::PlaceControls() {
     place(optChannelRzNrz[i], OptionPlaces[i % 2]);
   }
 }
+
+void BitPattern::focusInEvent(QFocusEvent *event) { picWave->setFocus(event->reason()); }
 
 QSize BitPattern::sizeHint() const { return TwipsToPixels(*this, TwipsRect{0, 0, FormWidth, FormHeight}).size(); }
 

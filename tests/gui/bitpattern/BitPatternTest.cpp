@@ -151,6 +151,46 @@ TEST_F(BitPatternTest, RowButtonSelectsItsRow) {
   }
 }
 
+TEST_F(BitPatternTest, KeysWorkOnThePictureAfterARowButton) {
+  Deliver(0x00, 0x00, 0x00);
+  Click(Tool(0), QPoint(10, 10));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_1);
+  EXPECT_EQ(FirstByte(1), 0x80);
+  Tool(1).setFocus();
+  QTest::keyClick(&Tool(1), Qt::Key_Space);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_1);
+  EXPECT_EQ(FirstByte(2), 0x40);
+  EXPECT_TRUE(picWave().hasFocus());
+}
+
+TEST_F(BitPatternTest, KeysWorkOnThePictureAfterAnOperationAlsoOneThatWasGivenUp) {
+  for (const char *strKey : {"Invert", "Clock/n"}) {
+    Tool(3).setFocus();
+    Menu(3, strKey);
+    EXPECT_TRUE(picWave().hasFocus()) << strKey;
+  }
+}
+
+TEST_F(BitPatternTest, AnAddressThatIsBeingTypedCountsForTheRowButton) {
+  Deliver(0x00, 0x00, 0x00);
+  auto *txtNumber = esAddress().findChild<QLineEdit *>(QStringLiteral("txtNumber"));
+  txtNumber->setFocus();
+  txtNumber->selectAll();
+  QTest::keyClicks(txtNumber, "3");
+  Click(Tool(0), QPoint(10, 10));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_1);
+  EXPECT_EQ(FirstByte(1), 0x20);
+}
+
+TEST_F(BitPatternTest, AClickSelectsTheRowKeepsTheAddressAndTheToolTipSaysSo) {
+  Deliver(0x00, 0x00, 0x00);
+  for (const int intX : {20, 200, picWave().width() - 20}) {
+    Click(picWave(), QPoint(intX, picWave().height() / 8));
+    EXPECT_EQ(esAddress().Value(), 1) << intX;
+  }
+  EXPECT_EQ(picWave().toolTip(), QStringLiteral("A click selects the row; keys write bits at the actual address"));
+}
+
 TEST_F(BitPatternTest, MenuOpensAndRunsFromTheKeyboard) {
   Deliver(0x00, 0x00, 0x00);
   bool fShown = false;
@@ -257,18 +297,27 @@ TEST_F(BitPatternTest, HostsFocusGoesToThePicture) {
   EXPECT_TRUE(picWave().hasFocus());
 }
 
-TEST_F(BitPatternTest, TabReachesEveryControlAndLeavesThePicture) {
-  QSet<QString> names;
+TEST_F(BitPatternTest, TabLeadsThroughTheControlsAsTheyAreReadBothWays) {
+  const auto name = [] {
+    const QWidget *widget = QApplication::focusWidget();
+    return (widget->objectName() == "txtNumber" ? widget->parentWidget() : widget)->objectName().toStdString();
+  };
+  QTest::mouseClick(&Option(3), Qt::LeftButton, {}, QPoint(8, Option(3).height() / 2));
+  const std::vector<std::string> arrExpected = {
+      "cmdNumOrGraph", "esAddress",    "esLast",  "toolPopup(0)",       "toolPopup(1)",
+      "toolPopup(2)",  "toolPopup(3)", "picWave", "optChannelRzNrz(0)", "optChannelRzNrz(3)"};
+  std::vector<std::string> arrForward, arrBack;
   Find<CommandButton>("cmdNumOrGraph").setFocus();
-  for (int i = 0; i < 12; ++i) {
-    QWidget *widget = QApplication::focusWidget();
-    ASSERT_NE(widget, nullptr);
-    names << (widget->objectName() == "txtNumber" ? widget->parentWidget()->objectName() : widget->objectName());
-    QTest::keyClick(widget, Qt::Key_Tab);
+  for (std::size_t i = 0; i < arrExpected.size(); ++i) {
+    arrForward.push_back(name());
+    if (i + 1 < arrExpected.size()) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
   }
-  for (const char *strName : {"cmdNumOrGraph", "esAddress", "esLast", "toolPopup(0)", "toolPopup(3)", "picWave",
-                              "optChannelRzNrz(0)", "optChannelRzNrz(2)"})
-    EXPECT_TRUE(names.contains(QString::fromLatin1(strName))) << strName;
+  for (std::size_t i = 0; i < arrExpected.size(); ++i) {
+    arrBack.insert(arrBack.begin(), name());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+  }
+  EXPECT_EQ(arrForward, arrExpected);
+  EXPECT_EQ(arrBack, arrExpected);
 }
 
 TEST_F(BitPatternTest, NumericalPressedTwiceBringsTheWaveformBack) {
