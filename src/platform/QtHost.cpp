@@ -2,10 +2,13 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
+#include <QSpacerItem>
 #include <QTimer>
 #include <QWindow>
 #include <ranges>
@@ -32,6 +35,24 @@ QMessageBox::Icon ToQIcon(BoxIcon icon) {
 
 QString ShownText(const std::string &strText) {
   return QString::fromStdString(strText).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+/// What a title bar needs so that no window manager cuts the title: the text in bold, and a sign or button as wide as
+/// the bar is high at each end and in between.
+int WidthForTitle(const QString &strTitle) {
+  constexpr int Signs = 6;
+  QFont bold = QApplication::font();
+  bold.setBold(true);
+  const QFontMetrics metrics(bold);
+  return metrics.horizontalAdvance(strTitle) + Signs * 3 * metrics.height() / 2;
+}
+
+/// A message box takes no width but that of what stands in it.
+void MakeRoomForTitle(QMessageBox &box) {
+  auto *grid = qobject_cast<QGridLayout *>(box.layout());
+  if (!grid) return;
+  auto *room = new QSpacerItem(WidthForTitle(box.windowTitle()), 0, QSizePolicy::Minimum, QSizePolicy::Fixed);
+  grid->addItem(room, grid->rowCount(), 0, 1, grid->columnCount());
 }
 
 /// Somebody else's pointer; which one does not matter.
@@ -114,6 +135,7 @@ BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons bu
     box->setDefaultButton(QMessageBox::Yes);
     box->setEscapeButton(QMessageBox::No);
   }
+  MakeRoomForTitle(*box);
   const int intButton = box->exec();
   delete box;
   if (buttons == BoxButtons::Ok) return BoxAnswer::Ok;
@@ -122,10 +144,17 @@ BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons bu
 
 std::string QtHost::InputBox(const std::string &strPrompt, const std::string &strTitle, const std::string &strDefault) {
   const AroundBox around(*this);
-  bool fAccepted = false;
-  const QString text = QInputDialog::getText(around.Beneath, QString::fromStdString(strTitle), ShownText(strPrompt),
-                                             QLineEdit::Normal, QString::fromStdString(strDefault), &fAccepted);
-  return fAccepted ? text.toStdString() : std::string{};
+  // A host may end the window while the box asks, and the box with it.
+  const QPointer<QInputDialog> box = new QInputDialog(around.Beneath);
+  box->setObjectName(QStringLiteral("InputBox"));
+  box->setWindowTitle(QString::fromStdString(strTitle));
+  box->setLabelText(ShownText(strPrompt));
+  box->setTextValue(QString::fromStdString(strDefault));
+  box->resize(box->sizeHint().expandedTo(QSize(WidthForTitle(box->windowTitle()), 0)));
+  const bool fAccepted = box->exec() == QDialog::Accepted;
+  const std::string strEntry = fAccepted && box ? box->textValue().toStdString() : std::string();
+  delete box;
+  return strEntry;
 }
 
 void QtHost::Beep() { QApplication::beep(); }

@@ -194,6 +194,35 @@ TEST_F(QtHostTest, AnEntryIsTakenAndACancelledOneIsEmpty) {
   EXPECT_EQ(host.InputBox("Base", "TarvikVI", "7"), "");
 }
 
+TEST_F(QtHostTest, AnEntryWhoseWindowIsEndedUnderItIsEmpty) {
+  auto *window = new QWidget;
+  window->show();
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+  QTimer::singleShot(0, [window] { delete window; });
+  EXPECT_EQ(host.InputBox("Base", "TarvikVI", "7"), "");
+}
+
+TEST_F(QtHostTest, BoxesHaveRoomForTheirTitleBetweenTheSignsOfATitleBar) {
+  const std::string strLong = "TarvikVI: Confirm Instrument Selftest";
+  QFont bold = QApplication::font();
+  bold.setBold(true);
+  // A sign at the left and three buttons at the right, 24 pixels each.
+  const int intNeeded = QFontMetrics(bold).horizontalAdvance(QString::fromStdString(strLong)) + 4 * 24;
+  int intWidth = 0;
+  const auto close = [&intWidth] {
+    auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    intWidth = box->width();
+    box->reject();
+  };
+  QTimer::singleShot(0, close);
+  host.MsgBox("Done", BoxIcon::Information, BoxButtons::Ok, strLong);
+  EXPECT_GE(intWidth, intNeeded);
+  QTimer::singleShot(0, close);
+  host.InputBox("n", strLong, "7");
+  EXPECT_GE(intWidth, intNeeded);
+}
+
 TEST_F(QtHostTest, TheSeparatorIsThatOfTheLocale) {
   EXPECT_EQ(host.DecimalSeparator(), '.');
   QLocale::setDefault(QLocale(QLocale::German));
