@@ -8,7 +8,9 @@ namespace tarvik {
 
 OptionButton::OptionButton(QWidget *parent, std::optional<Integer> intIndex)
     : WidgetControl(parent), m_intIndex(intIndex) {
+  PassTabStop();
   connect(this, &QRadioButton::toggled, this, [this](bool fOn) {
+    PassTabStop();
     if (fOn && !m_fProgramChange) RunUserEvent(*this, "Click", [this] { Click.Raise(); });
   });
 }
@@ -45,6 +47,28 @@ void OptionButton::Choose(bool fValue) {
   setChecked(fValue);
   if (!fValue) setAutoExclusive(true);
   m_fProgramChange = false;
+}
+
+void OptionButton::PassTabStop() {
+  if (!parentWidget()) return;
+  const auto arrButtons = parentWidget()->findChildren<OptionButton *>(QString(), Qt::FindDirectChildrenOnly);
+  OptionButton *stop = nullptr;
+  for (OptionButton *button : arrButtons) {
+    if (!button->Enabled() || !button->Visible()) continue;
+    if (!stop || button->isChecked()) stop = button;
+  }
+  for (OptionButton *button : arrButtons) button->setFocusPolicy(button == stop ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+void OptionButton::focusInEvent(QFocusEvent *event) {
+  WidgetControl::focusInEvent(event);
+  // The toolkit lets the tab key come to the button that had the focus last, chosen or not.
+  PassTabStop();
+}
+
+void OptionButton::changeEvent(QEvent *event) {
+  WidgetControl::changeEvent(event);
+  if (event->type() == QEvent::EnabledChange) PassTabStop();
 }
 
 }  // namespace tarvik

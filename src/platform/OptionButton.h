@@ -9,7 +9,8 @@
 
 namespace tarvik {
 
-/// An option button. Among the buttons of one container at most one is on.
+/// An option button. Among the buttons of one container at most one is on; the tab key comes to that one, and the arrow
+/// keys lead to the others.
 class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
   Q_OBJECT
 
@@ -30,8 +31,15 @@ class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
 
   Event<> Click;
 
+ protected:
+  void focusInEvent(QFocusEvent *event) override;
+  void changeEvent(QEvent *event) override;
+
  private:
   void Choose(bool fValue);
+  /// Makes the chosen button of the container the one to which the tab key comes; without a choice the first that can
+  /// be reached.
+  void PassTabStop();
 
   std::optional<Integer> m_intIndex;
   std::string m_strTag;

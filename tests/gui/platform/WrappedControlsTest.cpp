@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <QHelpEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QStyle>
 #include <QTabBar>
@@ -25,6 +26,7 @@
 namespace tarvik::test {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -79,6 +81,69 @@ TEST(OptionButtonTest, AnAssignmentRaisesExactlyWhenTheValueChanges) {
 TEST(OptionButtonTest, OutsideOfAnArrayThereIsNoIndex) {
   OptionButton alone;
   EXPECT_EQ(ErrorOf([&] { alone.Index(); }), ErrNotAnArray);
+}
+
+/// Three options between two entries, with the focus in the first entry.
+class OptionTabTest : public testing::Test {
+ protected:
+  OptionTabTest() {
+    for (QWidget *part : {static_cast<QWidget *>(&m_before), &m_group, static_cast<QWidget *>(&m_behind)})
+      part->setParent(&m_window);
+    int intTop = 0;
+    for (OptionButton *button : {&m_first, &m_second, &m_third}) button->setGeometry(0, 20 * intTop++, 100, 20);
+    QWidget *const Order[] = {&m_before, &m_first, &m_second, &m_third, &m_behind};
+    for (std::size_t i = 1; i < std::size(Order); ++i) QWidget::setTabOrder(Order[i - 1], Order[i]);
+    m_window.show();
+    m_window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+  }
+  /// Where the tab key leads from the first entry, and back from the last one.
+  std::vector<QWidget *> ReachedByTab() {
+    std::vector<QWidget *> arrReached;
+    m_before.setFocus();
+    QTest::keyClick(&m_before, Qt::Key_Tab);
+    arrReached.push_back(QApplication::focusWidget());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(m_behind.hasFocus()) << "the group takes the tab key once";
+    m_behind.setFocus();
+    QTest::keyClick(&m_behind, Qt::Key_Backtab);
+    arrReached.push_back(QApplication::focusWidget());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    EXPECT_TRUE(m_before.hasFocus()) << "the group takes the tab key once on the way back";
+    return arrReached;
+  }
+
+  QWidget m_window;
+  QLineEdit m_before, m_behind;
+  QWidget m_group;
+  OptionButton m_first{&m_group, Integer{0}}, m_second{&m_group, Integer{1}}, m_third{&m_group, Integer{2}};
+};
+
+TEST_F(OptionTabTest, TheTabKeyEntersOnTheChosenOptionBothWays) {
+  m_second.SetDesignValue(True);
+  EXPECT_THAT(ReachedByTab(), Each(&m_second));
+  m_third.SetValue(True);
+  EXPECT_THAT(ReachedByTab(), Each(&m_third));
+  m_third.setFocus();
+  QTest::keyClick(&m_third, Qt::Key_Up);
+  EXPECT_TRUE(m_second.Value());
+  EXPECT_THAT(ReachedByTab(), Each(&m_second));
+}
+
+TEST_F(OptionTabTest, AnOptionThatOnlyHadTheFocusIsNotEntered) {
+  m_second.SetDesignValue(True);
+  m_first.SetFocus();
+  EXPECT_THAT(ReachedByTab(), Each(&m_second));
+}
+
+TEST_F(OptionTabTest, WithoutAChoiceTheTabKeyEntersOnTheFirst) { EXPECT_THAT(ReachedByTab(), Each(&m_first)); }
+
+TEST_F(OptionTabTest, AChosenOptionThatIsDisabledLeavesTheGroupInReach) {
+  m_first.SetDesignValue(True);
+  m_first.SetEnabled(False);
+  EXPECT_THAT(ReachedByTab(), Each(&m_second));
+  m_first.SetEnabled(True);
+  EXPECT_THAT(ReachedByTab(), Each(&m_first));
 }
 
 TEST(CheckBoxTest, TicksAndAssignments) {
