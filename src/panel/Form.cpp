@@ -200,7 +200,9 @@ void Form::Place(const Made &made) {
     field->move(rect.topLeft());
     field->Resize(made.place.sngWidth, made.place.sngHeight);
   } else if (auto *list = dynamic_cast<CboEnhanced *>(made.widget)) {
-    list->setGeometry(rect);
+    // Not the rounded edges: a list that is a pixel too low loses its lower border.
+    list->move(rect.topLeft());
+    list->resize(TwipsToPixels(*list, made.place.sngWidth), TwipsToPixels(*list, made.place.sngHeight));
     list->SetListHeight(made.place.sngHeight);
     list->Resize(made.place.sngWidth);
   } else {

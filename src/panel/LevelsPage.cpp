@@ -34,38 +34,38 @@ void AddFormatBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLe
                      "grpLevelFormat",
                      k,
                      "",
-                     {sngLeft, 30, 4080, 1890},
+                     {sngLeft, 120, 4050, 1890},
                      {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
                     // Lists keep their choice while the box around them is disabled: they stand on a plain container.
-                    {ControlKind::Container, "picLevelFormat", k, strBox, {60, 240, 3960, 795}, {}},
+                    {ControlKind::Container, "picLevelFormat", k, strBox, {60, 300, 3930, 735}, {}},
                     {ControlKind::List,
                      "cboLevelFormat",
                      k,
                      strHolder,
-                     {90, 30, 3720, 345},
+                     {60, 0, 3810, 345},
                      List("Level Format", "How the two levels below are told")},
                     {ControlKind::List,
                      "cboLevelUnits",
                      k,
                      strHolder,
-                     {90, 420, 3720, 345},
+                     {60, 390, 3810, 345},
                      List("Voltage/Current", "Quantity in which the levels are shown")},
                     {ControlKind::Field,
                      "esLevelHigh",
                      k,
                      strBox,
-                     {150, 1065, 3720, 315},
+                     {120, 1080, 3810, 315},
                      LevelField("TTL-High", "High level or offset")},
                     {ControlKind::Field,
                      "esLevelLo",
                      k,
                      strBox,
-                     {150, 1455, 3720, 315},
+                     {120, 1455, 3810, 315},
                      LevelField("TTL-Low", "Low level or amplitude")}});
 }
 
 OutputSwitchPlace SwitchPlace(Single sngLeft) {
-  return {{sngLeft, 975, 1230, 795}, {120, 225, 990, 270}, {120, 495, 990, 270}};
+  return {{sngLeft, 1080, 1200, 870}, {120, 255, 990, 270}, {120, 525, 990, 270}};
 }
 
 void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
@@ -79,20 +79,20 @@ void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLe
         "grpChannelOutput",
         k,
         "",
-        {sngLeft, 1920, 4080, 1800},
+        {sngLeft, 2100, 4050, 2070},
         {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
-       {ControlKind::Container, "picChannelOutput", k, strBox, {60, 210, 3960, 375}, {}},
+       {ControlKind::Container, "picChannelOutput", k, strBox, {60, 300, 3930, 345}, {}},
        {ControlKind::List,
         "cboOutputImpedance",
         k,
         strHolder,
-        {90, 15, 3720, 345},
+        {60, 0, 3810, 345},
         List("Output Imp.", "Source impedance of the output")},
        {ControlKind::Field,
         "esLoadCompensation",
         k,
         strBox,
-        {150, 615, 3720, 315},
+        {120, 690, 3810, 315},
         {{"Caption", "Load Compens."},
          {"CaptionWidth", CaptionWidth},
          {"BaseUnit", "Ohm"},
@@ -101,18 +101,18 @@ void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLe
          {"MinExponent", Long{0}},
          {"MaxExponent", Long{6}},
          {"ToolTip", "Resistance of the load, for which the levels hold"}}},
-       {ControlKind::Frame, "grpNormalCompliment", k, strBox, {120, 975, 1230, 795}, {{"Caption", "Polarity"}}},
+       {ControlKind::Frame, "grpNormalCompliment", k, strBox, {120, 1080, 1200, 870}, {{"Caption", "Polarity"}}},
        {ControlKind::Option,
         "optNormalCompliment",
         option,
         strPolarity,
-        {120, 225, 1050, 270},
+        {120, 255, 990, 270},
         {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
        {ControlKind::Option,
         "optNormalCompliment",
         static_cast<Integer>(option + 1),
         strPolarity,
-        {120, 495, 1050, 270},
+        {120, 525, 990, 270},
         {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
   AddOutputSwitch(arrDesign, intChan, False, ThisPage, strBox, SwitchPlace(1425));
   AddOutputSwitch(arrDesign, intChan, True, ThisPage, strBox, SwitchPlace(2730));
@@ -122,23 +122,23 @@ const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign = [] {
     std::vector<ControlDesign> arr;
     for (const Integer k : {Integer{0}, Integer{1}}) {
-      const Single sngLeft = k == 0 ? 60 : 4230;
+      const Single sngLeft = k == 0 ? 120 : 4290;
       AddFormatBox(arr, k, sngLeft);
       AddOutputBox(arr, k, sngLeft);
     }
     arr.insert(arr.end(),
-               {{ControlKind::Frame, "grpOutputs", NoIndex, "", {60, 3750, 8250, 600}, {{"Caption", "Outputs"}}},
+               {{ControlKind::Frame, "grpOutputs", NoIndex, "", {120, 4260, 8220, 660}, {{"Caption", "Outputs"}}},
                 {ControlKind::Option,
                  "optOutputs",
                  0,
                  "grpOutputs",
-                 {180, 240, 3600, 300},
+                 {120, 270, 3600, 315},
                  {{"Caption", "Separate Outputs"}, {"Value", True}, {"ToolTip", "Each channel has its own output"}}},
                 {ControlKind::Option,
                  "optOutputs",
                  1,
                  "grpOutputs",
-                 {4290, 240, 3600, 300},
+                 {4290, 270, 3600, 315},
                  {{"Caption", "Outputs Added At Output 1"}, {"ToolTip", "Channel 2 is added to output 1"}}}});
     return arr;
   }();

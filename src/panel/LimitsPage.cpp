@@ -31,7 +31,7 @@ PropertyBag CurrentField(const char *strCaption, Double dblDefault, const char *
 void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
   // Boxes and fields of both channels stand side by side, with the same rows.
   const std::string strBox = ControlName("grpLimitsChanel", k);
-  const Single sngLeft = k == 0 ? 120 : 4260;
+  const Single sngLeft = k == 0 ? 120 : 4290;
   const auto option = static_cast<Integer>(2 * k);
   arrDesign.insert(
       arrDesign.end(),
@@ -39,43 +39,43 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
         "grpLimitsChanel",
         k,
         "",
-        {sngLeft, 120, 4020, 2940},
+        {sngLeft, 120, 4050, 2550},
         {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
        {ControlKind::Option,
         "optLimitsChanel",
         option,
         strBox,
-        {180, 330, 1650, 315},
+        {120, 345, 1650, 315},
         {{"Caption", "Limits On"}, {"Tag", "True"}, {"ToolTip", "Hold the outputs within the limits below"}}},
        {ControlKind::Option,
         "optLimitsChanel",
         static_cast<Integer>(option + 1),
         strBox,
-        {1980, 330, 1650, 315},
+        {1980, 345, 1650, 315},
         {{"Caption", "Limits Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", "Let the outputs go unlimited"}}},
        {ControlKind::Field,
         "esLimitHighVoltage",
         k,
         strBox,
-        {180, 840, 3630, 315},
+        {120, 825, 3810, 315},
         VoltageField("High Voltage", 0.5, "Highest voltage at the output")},
        {ControlKind::Field,
         "esLimitLowVoltage",
         k,
         strBox,
-        {180, 1305, 3630, 315},
+        {120, 1230, 3810, 315},
         VoltageField("Low Voltage", -0.5, "Lowest voltage at the output")},
        {ControlKind::Field,
         "esLimitHighCurrent",
         k,
         strBox,
-        {180, 1890, 3630, 315},
+        {120, 1695, 3810, 315},
         CurrentField("High Current", 0.01, "Highest current at the output")},
        {ControlKind::Field,
         "esLimitLowCurrent",
         k,
         strBox,
-        {180, 2355, 3630, 315},
+        {120, 2100, 3810, 315},
         CurrentField("Low Current", -0.01, "Lowest current at the output")}});
 }
 

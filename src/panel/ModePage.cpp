@@ -28,15 +28,23 @@ constexpr const char *Period = "Period", *Frequency = "Frequency";
 constexpr Long NoSlope = 3;
 
 constexpr Double CaptionWidth = 1500;
-constexpr Single ListLeft = 3180, ListWidth = 5000;
+constexpr Single BoxWidth = 2970;
+constexpr Single RowsLeft = 3210, RowsTop = 360, RowPitch = 440, RowWidth = 5130;
 
-ControlDesign List(const char *strName, Single sngTop, const char *strCaption, const char *strMask,
-                   const char *strToolTip, const char *strSpokenName = "") {
+/// Place of a row beside the boxes, counted from 0. Fields are a little lower than lists and stand in their middle.
+TwipsRect ListPlace(int intRow) { return {RowsLeft, RowsTop + RowPitch * static_cast<Single>(intRow), RowWidth, 345}; }
+
+TwipsRect FieldPlace(int intRow) {
+  return {RowsLeft, RowsTop + RowPitch * static_cast<Single>(intRow) + 15, RowWidth, 315};
+}
+
+ControlDesign List(const char *strName, int intRow, const char *strCaption, const char *strMask, const char *strToolTip,
+                   const char *strSpokenName = "") {
   return {ControlKind::List,
           strName,
           NoIndex,
           "",
-          {ListLeft, sngTop, ListWidth, 345},
+          ListPlace(intRow),
           {{"Caption", strCaption},
            {"CaptionWidth", CaptionWidth},
            {"CaptionAlignment", Long{1}},
@@ -51,21 +59,21 @@ void AddOption(std::vector<ControlDesign> &arrDesign, const char *strName, Integ
                        strName,
                        intIndex,
                        strBox,
-                       {180, static_cast<Single>(330 + 390 * intIndex), 2520, 330},
+                       {180, static_cast<Single>(330 + 390 * intIndex), 2640, 330},
                        {{"Caption", strCaption}, {"Value", Boolean(intIndex == 0)}, {"ToolTip", strToolTip}}});
 }
 
 std::vector<ControlDesign> MakeDesign() {
   std::vector<ControlDesign> arr;
   arr.push_back(
-      {ControlKind::Frame, "grpTriggerMode", NoIndex, "", {120, 90, 2850, 1980}, {{"Caption", "Trigger Mode"}}});
+      {ControlKind::Frame, "grpTriggerMode", NoIndex, "", {120, 120, BoxWidth, 1980}, {{"Caption", "Trigger Mode"}}});
   AddOption(arr, "optTriggerMode", 0, "grpTriggerMode", "Continuous", "Pulses without end");
   AddOption(arr, "optTriggerMode", 1, "grpTriggerMode", "Triggered",
             "Each trigger starts a pulse, a burst or a pattern");
   AddOption(arr, "optTriggerMode", 2, "grpTriggerMode", "Gated", "Pulses as long as the gate is open");
   AddOption(arr, "optTriggerMode", 3, "grpTriggerMode", "Ext-Width", "The external signal gives the pulse's width");
   arr.push_back(
-      {ControlKind::Frame, "grpPulseMode", NoIndex, "", {120, 2220, 2850, 1590}, {{"Caption", "Pulse Mode"}}});
+      {ControlKind::Frame, "grpPulseMode", NoIndex, "", {120, 2220, BoxWidth, 1590}, {{"Caption", "Pulse Mode"}}});
   AddOption(arr, "optPulseMode", 0, "grpPulseMode", "Pulse Stream", "Single or double pulses, one each period");
   AddOption(arr, "optPulseMode", 1, "grpPulseMode", "Burst", "A counted number of pulses");
   AddOption(arr, "optPulseMode", 2, "grpPulseMode", "Pattern", "The bits of the pattern page");
@@ -75,7 +83,7 @@ std::vector<ControlDesign> MakeDesign() {
         "esBurstLength",
         NoIndex,
         "",
-        {ListLeft, 150, ListWidth, 315},
+        FieldPlace(0),
         {{"Caption", " Burst Length"},
          {"CaptionWidth", CaptionWidth},
          {"Min", 2.0},
@@ -84,17 +92,17 @@ std::vector<ControlDesign> MakeDesign() {
          {"MaxExponent", Long{0}},
          {"NumberFormat", "#"},
          {"ToolTip", "Number of pulses in a burst"}}},
-       List("cboPulseType1", 630, "Pulse Type", PulseTypeMask, "Kind of pulses of channel 1", "Pulse Type, Channel 1"),
-       List("cboPulseType2", 1080, "", PulseTypeMask, "Kind of pulses of channel 2", "Pulse Type, Channel 2"),
-       List("cboPeriodSource", 1560, "Period Source", PeriodSourceMask, "Where the period comes from"),
-       List("cboTriggerSlope", 2010, "Clock Edge", PeriodSourceMask, "Active edge of the clock input"),
-       List("cboArmingSource", 2490, "Arming Source", ArmingSourceMask, "What arms the trigger or the gate"),
-       List("cboArmingLevel", 2940, "Arming Level", ArmingLevelMask, "Slope or level of the arming source"),
+       List("cboPulseType1", 1, "Pulse Type", PulseTypeMask, "Kind of pulses of channel 1", "Pulse Type, Channel 1"),
+       List("cboPulseType2", 2, "", PulseTypeMask, "Kind of pulses of channel 2", "Pulse Type, Channel 2"),
+       List("cboPeriodSource", 3, "Period Source", PeriodSourceMask, "Where the period comes from"),
+       List("cboTriggerSlope", 4, "Clock Edge", PeriodSourceMask, "Active edge of the clock input"),
+       List("cboArmingSource", 5, "Arming Source", ArmingSourceMask, "What arms the trigger or the gate"),
+       List("cboArmingLevel", 6, "Arming Level", ArmingLevelMask, "Slope or level of the arming source"),
        {ControlKind::Field,
         "esPllPeriodOrFreq",
         NoIndex,
         "",
-        {ListLeft, 3405, ListWidth, 315},
+        FieldPlace(7),
         {{"Caption", " Freq."},
          {"CaptionWidth", CaptionWidth},
          {"BaseUnit", "Hz"},

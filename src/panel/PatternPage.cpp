@@ -18,7 +18,7 @@ const std::vector<ControlDesign> &Design() {
                                                      "BitPattern1",
                                                      NoIndex,
                                                      "",
-                                                     {720, 225, 6945, 3735},
+                                                     {757.5F, 630, 6945, 3735},
                                                      {{"AccessibleName", "Bit pattern editor"}}}};
   return arrDesign;
 }

@@ -18,6 +18,7 @@
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
 #include "platform/CommandButton.h"
+#include "platform/DisabledLook.h"
 #include "platform/Highlight.h"
 #include "platform/QtHost.h"
 #include "support/Boxes.h"
@@ -33,8 +34,11 @@ namespace {
 
 constexpr const char *SettingsSection = "Config";
 
-constexpr Single PanelWidth = 8640, PanelHeight = 6330;
-constexpr TwipsRect TabPlace{60, 60, 8520, 4770};
+constexpr Single PanelWidth = 8640, PanelHeight = 6990;
+/// The Levels page needs the most room of all.
+constexpr TwipsRect TabPlace{60, 60, 8520, 5430};
+/// Tops of what stands below the pages.
+constexpr Single StatusTop = 5580, ButtonTop = 6450;
 /// How far a highlight looks out from under its button.
 constexpr Single Shadow = 50;
 
@@ -44,16 +48,16 @@ constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 2
 constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
 
-constexpr TwipsRect DownloadPlace{120, 5790, 2700, 420}, UploadPlace{2970, 5790, 2700, 420};
+constexpr TwipsRect DownloadPlace{120, ButtonTop, 2700, 420}, UploadPlace{2970, ButtonTop, 2700, 420};
 
 const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign{
-      {ControlKind::Text, "lblStatus", NoIndex, "", {120, 4950, 780, 315}, {{"Caption", "Status"}}},
+      {ControlKind::Text, "lblStatus", NoIndex, "", {120, StatusTop + 30, 780, 315}, {{"Caption", "Status"}}},
       {ControlKind::DisplayBox,
        "txtStatus",
        NoIndex,
        "",
-       {900, 4920, 7620, 735},
+       {900, StatusTop, 7620, 735},
        {{"AccessibleName", "Status"}, {"ToolTip", "The last message of the instrument connection"}}},
       // The highlights are made before the buttons, so that they lie behind them.
       {ControlKind::Highlight,
@@ -86,13 +90,13 @@ const std::vector<ControlDesign> &Design() {
        "cmdCheckErrors",
        NoIndex,
        "",
-       {5820, 5790, 1275, 420},
+       {5820, ButtonTop, 1275, 420},
        {{"Caption", "Errors"}, {"ToolTip", "Check instrument for errors"}}},
       {ControlKind::Button,
        "cmdCheckWarnings",
        NoIndex,
        "",
-       {7245, 5790, 1275, 420},
+       {7245, ButtonTop, 1275, 420},
        {{"Caption", "Warnings"}, {"ToolTip", "Check instrument for warnings"}}},
   };
   return arrDesign;
@@ -101,10 +105,7 @@ const std::vector<ControlDesign> &Design() {
 TabControl *MakeTabs(QWidget *panel) {
   auto *tabs = new TabControl(panel);
   tabs->setObjectName(QStringLiteral("tabMain"));
-  for (const char *strCaption : TabCaptions) {
-    auto *page = new QWidget;
-    tabs->addTab(page, QString::fromLatin1(strCaption));
-  }
+  for (int i = 0; i < eNumPages; ++i) tabs->addTab(new QWidget, QString());
   return tabs;
 }
 
@@ -147,6 +148,7 @@ TarvikGUI::TarvikGUI(QWidget *parent)
       picDownloadHighlight(m_form.Get<Highlight>("picDownloadHighlight")),
       picUploadHighlight(m_form.Get<Highlight>("picUploadHighlight")) {
   EnsureQtHost();
+  TakeDisabledLook();
   m_face.setObjectName(QStringLiteral("face"));
   m_tabMain->setDocumentMode(false);
   m_tabMain->setUsesScrollButtons(true);
@@ -182,6 +184,25 @@ void TarvikGUI::MakePages() {
   m_trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
   m_configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *m_instrPage);
   m_gate = std::make_unique<CapabilityGate>(*this, panel, *m_timingPage, m_patternPage->Editor());
+  NameTabs();
+  PutCommandsBehindPages();
+}
+
+void TarvikGUI::NameTabs() {
+  // Behind the pages: of what shares an access key, the one named first comes first. So R presses Refresh on its page
+  // before it leads away to the tab of the trigger levels.
+  for (int i = 0; i < eNumPages; ++i) m_tabMain->setTabText(i, QString::fromLatin1(TabCaptions[i]));
+}
+
+void TarvikGUI::PutCommandsBehindPages() {
+  QWidget *last = m_tabMain;
+  for (QWidget *next = last->nextInFocusChain(); next != m_tabMain; next = next->nextInFocusChain())
+    if (m_tabMain->isAncestorOf(next)) last = next;
+  for (const char *strName : {"txtStatus", "cmdDownload", "cmdUpload", "cmdCheckErrors", "cmdCheckWarnings"}) {
+    auto &command = m_form.Get<QWidget>(strName);
+    setTabOrder(last, &command);
+    last = &command;
+  }
 }
 
 void TarvikGUI::ConnectEvents() {
@@ -269,8 +290,15 @@ void TarvikGUI::PlaceHighlights() {
   picUploadHighlight.setGeometry(m_form.Get<CommandButton>("cmdUpload").geometry().translated(offset, offset));
 }
 
+void TarvikGUI::TakeDisabledLook() {
+  QPalette colours = palette();
+  SetDisabledLook(colours);
+  if (colours != palette()) setPalette(colours);
+}
+
 void TarvikGUI::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) TakeDisabledLook();
   if (event->type() == QEvent::FontChange) PlaceFace();
 }
 

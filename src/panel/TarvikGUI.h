@@ -95,9 +95,14 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void HoldInstr();
   QWidget &Sheet(TabNumEnum ePage) const;
   void MakePages();
+  void NameTabs();
+  /// In the order of the tab key, in which they were made before the pages.
+  void PutCommandsBehindPages();
   void ConnectEvents();
   void PlaceFace();
   void PlaceHighlights();
+  /// Anew with each theme.
+  void TakeDisabledLook();
   QFont ZoomedFont(Long lngPercent) const;
   void tabMain_Click();
 

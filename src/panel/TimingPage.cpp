@@ -24,7 +24,7 @@ constexpr Double ShortestWidthOfForm = 1.5E-9, LongestTime = 999.5;
 /// What the instruments really make; the form's own bound is a little lower.
 constexpr Double ShortestWidth = 1.515E-9;
 
-constexpr Single BoxWidth = 4080, FieldLeft = 120, FieldWidth = 3840, CaptionWidth = 1440, CaptionGap = 100;
+constexpr Single BoxWidth = 4050, FieldLeft = 120, FieldWidth = 3810, CaptionWidth = 1440, CaptionGap = 100;
 
 PropertyBag TimeField(Double dblMin, const char *strToolTip) {
   return {
@@ -39,7 +39,7 @@ PropertyBag TimeField(const char *strCaption, Double dblMin, const char *strTool
 }
 
 OutputSwitchPlace SwitchPlace(Single sngLeft) {
-  return {{sngLeft, 1815, 1890, 705}, {120, 300, 810, 315}, {960, 300, 810, 315}};
+  return {{sngLeft, 2115, 1845, 765}, {120, 330, 780, 315}, {945, 330, 780, 315}};
 }
 
 void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
@@ -53,31 +53,31 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
                      strBox,
                      NoIndex,
                      "",
-                     {k == 0 ? Single{60} : Single{4260}, 1590, BoxWidth, 2595},
+                     {k == 0 ? Single{120} : Single{4290}, 1890, BoxWidth, 3000},
                      {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
                     {ControlKind::Field,
                      "esDelay",
                      k,
                      strBox,
-                     {FieldLeft, 270, FieldWidth, 315},
+                     {FieldLeft, 345, FieldWidth, 315},
                      TimeField("Delay", 0, "Delay of the pulse; of the second pulse of a pair")},
                     {ControlKind::Field,
                      "esWidth",
                      k,
                      strBox,
-                     {FieldLeft, 645, FieldWidth, 315},
+                     {FieldLeft, 765, FieldWidth, 315},
                      TimeField("Width", ShortestWidthOfForm, "Width of the pulse, leading edge included")},
                     {ControlKind::Field,
                      "esLeadingEdge",
                      k,
                      strBox,
-                     {FieldLeft, 1020, FieldWidth, 315},
+                     {FieldLeft, 1185, FieldWidth, 315},
                      TimeField("Leading Edge", 1E-12, "Leading edge of the pulse")},
                     {ControlKind::Menu,
                      "toolPopupTEdge",
                      k,
                      strBox,
-                     {FieldLeft, 1395, CaptionWidth + 40, 315},
+                     {FieldLeft, 1605, CaptionWidth + 40, 315},
                      {{"Caption", "Trailing Edge"},
                       {"Menu", "TeEqLe=Trail Edge = Lead Edge|TeAbs=Trail Edge Absolute"},
                       {"ToolTip", "Let the trailing edge follow the leading edge or set it by itself"}}},
@@ -85,10 +85,10 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
                      "esTrailingEdge",
                      k,
                      strBox,
-                     {sngEdgeLeft, 1395, FieldLeft + FieldWidth - sngEdgeLeft, 315},
+                     {sngEdgeLeft, 1605, FieldLeft + FieldWidth - sngEdgeLeft, 315},
                      trailing}});
   AddOutputSwitch(arrDesign, intChan, False, 0, strBox, SwitchPlace(120));
-  AddOutputSwitch(arrDesign, intChan, True, 0, strBox, SwitchPlace(2070));
+  AddOutputSwitch(arrDesign, intChan, True, 0, strBox, SwitchPlace(2085));
 }
 
 const std::vector<ControlDesign> &Design() {
@@ -97,13 +97,13 @@ const std::vector<ControlDesign> &Design() {
                                     "cmdPeriodOrFreq",
                                     NoIndex,
                                     "",
-                                    {720, 60, 1560, 345},
+                                    {742.5F, 135, 1560, 375},
                                     {{"Caption", Period}, {"ToolTip", "Set Instrument Period or Frequency"}}},
                                    {ControlKind::Field,
                                     "esPeriodOrFreq",
                                     NoIndex,
                                     "",
-                                    {2400, 75, 2640, 315},
+                                    {2400, 165, 2640, 315},
                                     {{"BaseUnit", Seconds},
                                      {"DefaultValue", 1.0},
                                      {"Min", 1E-12},
@@ -114,7 +114,7 @@ const std::vector<ControlDesign> &Design() {
                                     "picTiming",
                                     NoIndex,
                                     "",
-                                    {712.5F, 450, 6975, 1095},
+                                    {742.5F, 630, 6975, 1095},
                                     {{"BackColor", Long{0}},
                                      {"ForeColor", Long{0x00C7D863}},
                                      {"ToolTip", "Two periods of each channel"},

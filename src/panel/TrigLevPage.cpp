@@ -17,30 +17,30 @@ void AddInput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char 
   const std::string strInput = strTitle;
   const auto tip = [&](const char *strText) { return strInput + ": " + strText; };
   arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame, strPreset, NoIndex, "", {sngLeft, 60, 2610, 1965}, {{"Caption", strTitle}}},
+                   {{ControlKind::Frame, strPreset, NoIndex, "", {sngLeft, 120, 2660, 1890}, {{"Caption", strTitle}}},
                     {ControlKind::Option,
                      strPresetOption,
                      0,
                      strPreset,
-                     {150, 300, 2300, 315},
+                     {150, 330, 2300, 315},
                      {{"Caption", "TTL"}, {"Value", True}, {"ToolTip", tip("threshold for TTL levels, 2.5 V")}}},
                     {ControlKind::Option,
                      strPresetOption,
                      1,
                      strPreset,
-                     {150, 660, 2300, 315},
+                     {150, 705, 2300, 315},
                      {{"Caption", "ECL"}, {"ToolTip", tip("threshold for ECL levels, -1.3 V")}}},
                     {ControlKind::Option,
                      strPresetOption,
                      2,
                      strPreset,
-                     {150, 1020, 2300, 315},
+                     {150, 1080, 2300, 315},
                      {{"Caption", "Custom"}, {"ToolTip", tip("the threshold typed below")}}},
                     {ControlKind::Field,
                      strField,
                      NoIndex,
                      strPreset,
-                     {150, 1440, 2310, 315},
+                     {150, 1455, 2360, 315},
                      {{"BaseUnit", "V"},
                       {"DefaultValue", 2.5},
                       {"Min", -10.0},
@@ -52,7 +52,7 @@ void AddInput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char 
                      strImpedance,
                      NoIndex,
                      "",
-                     {sngLeft, 2130, 2610, 1170},
+                     {sngLeft, 2130, 2660, 1170},
                      {{"Caption", strInput + " Impedance"}}},
                     {ControlKind::Option,
                      strImpedanceOption,
@@ -71,7 +71,7 @@ void AddInput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char 
 void AddOutput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char *strTitle, const char *strBox,
                const char *strOption) {
   arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame, strBox, NoIndex, "", {sngLeft, 60, 1290, 1170}, {{"Caption", strTitle}}},
+                   {{ControlKind::Frame, strBox, NoIndex, "", {sngLeft, 120, 1270, 1890}, {{"Caption", strTitle}}},
                     {ControlKind::Option,
                      strOption,
                      0,
@@ -89,22 +89,22 @@ void AddOutput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char
 const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign = [] {
     std::vector<ControlDesign> arr;
-    AddInput(arr, 60, "External Input", "grpTrigLevelExtIn", "optTrigLevelExtIn", "esTrgLevExtInThreshold",
+    AddInput(arr, 120, "External Input", "grpTrigLevelExtIn", "optTrigLevelExtIn", "esTrgLevExtInThreshold",
              "grpTrigLevelExtInImp", "optTrigLevelExtInImp");
-    AddInput(arr, 2760, "Clock Input", "grpTrigLevelClkIn", "optTrigLevelClkIn", "esTrgLevClkInThreshold",
+    AddInput(arr, 2900, "Clock Input", "grpTrigLevelClkIn", "optTrigLevelClkIn", "esTrgLevClkInThreshold",
              "grpTrigLevelClkInImp", "optTrigLevelClkInImp");
-    AddOutput(arr, 5490, "Trigger Out", "grpTrigLevelTrigOut", "optTrigLevelTrigOut");
-    AddOutput(arr, 6930, "Strobe Out", "grpTrigLevelStrobeOut", "optTrigLevelStrobeOut");
+    AddOutput(arr, 5680, "Trigger Out", "grpTrigLevelTrigOut", "optTrigLevelTrigOut");
+    AddOutput(arr, 7070, "Strobe Out", "grpTrigLevelStrobeOut", "optTrigLevelStrobeOut");
     // The lists stand on a plain container: while the box is disabled it is out of reach, and they keep their choice.
     arr.insert(
         arr.end(),
-        {{ControlKind::Frame, "grpVxiTrigger", NoIndex, "", {5490, 1335, 2730, 1200}, {{"Caption", "VXI Trigger"}}},
-         {ControlKind::Container, "picVxiTrigger", NoIndex, "grpVxiTrigger", {60, 270, 2610, 855}, {}},
+        {{ControlKind::Frame, "grpVxiTrigger", NoIndex, "", {5680, 2130, 2660, 1170}, {{"Caption", "VXI Trigger"}}},
+         {ControlKind::Container, "picVxiTrigger", NoIndex, "grpVxiTrigger", {60, 300, 2540, 735}, {}},
          {ControlKind::List,
           "cboVxiTriggerEnable",
           NoIndex,
           "picVxiTrigger",
-          {60, 30, 2490, 345},
+          {60, 0, 2420, 345},
           {{"Caption", "Enable"},
            {"CaptionWidth", Double{750}},
            {"CaptionAlignment", Long{1}},
@@ -113,7 +113,7 @@ const std::vector<ControlDesign> &Design() {
           "cboVxiTriggerSource",
           NoIndex,
           "picVxiTrigger",
-          {60, 450, 2490, 345},
+          {60, 390, 2420, 345},
           {{"Caption", "Source"},
            {"CaptionWidth", Double{750}},
            {"CaptionAlignment", Long{1}},

@@ -107,16 +107,16 @@ class Program(PanelPlaces, unittest.TestCase):
         self.assertFalse(self.upload_shadow(panel))
 
         def width():
-            return self.shown(panel, 190, 197, 40, 14)
+            return self.shown(panel, 190, 224, 40, 14)
 
-        self.enter(panel, 200, 204, "250n")
+        self.enter(panel, 200, 231, "250n")
         wait_for("the Upload button casts a shadow", lambda: self.upload_shadow(panel))
         panel.key("alt+u")
         wait_for("the shadow goes", lambda: not self.upload_shadow(panel))
         self.assertIsNone(program.find_box())
         sent = width()
 
-        self.enter(panel, 200, 204, "700n")
+        self.enter(panel, 200, 231, "700n")
         wait_for("the Upload button casts a shadow", lambda: self.upload_shadow(panel))
         self.assertGreater(width().differs_from(sent), 0.06)
         panel.key("alt+d")
@@ -188,9 +188,9 @@ class Program(PanelPlaces, unittest.TestCase):
         wait_for("the list", lambda: self.row(panel, 1).dark() > 20)
         self.change_page(panel, "alt+o")
         def box():
-            return self.shown(panel, 26, 145, 14, 14)
+            return self.shown(panel, 26, 147, 14, 14)
         before = box().dark()
-        self.click(panel, 33, 152)
+        self.click(panel, 33, 154)
         wait_for("the box is ticked", lambda: box().dark() > before + 5)
         self.assertEqual(program.quit(), 0)
         for line in ("Upload=All", "Download=All", "AutoErrors=1", "AutoDownOnError=1", "AutoOutputOnOff=1"):
@@ -298,9 +298,9 @@ class Program(PanelPlaces, unittest.TestCase):
         offline = self.status_bar(panel)
 
         def off():
-            return self.shown(panel, 88, 299, 14, 14).dark()
+            return self.shown(panel, 91, 345, 14, 14).dark()
         before = off()
-        self.click(panel, 35, 306)
+        self.click(panel, 40, 352)
         wait_for("output 1 is on", lambda: off() < before - 5)
         panel.key("F12")
         wait_for("the switch is off again", lambda: off() == before)

@@ -16,10 +16,10 @@ SKIPPED = 77
 
 # The panel at the design font, in pixels: its height, and where its pages end and its status box and buttons begin. The
 # menu bar stands above it, the status bar below.
-PANEL_HEIGHT = 453
-PAGES_BOTTOM = 344
-STATUS_TOP = 355
-BUTTONS_TOP = 415
+PANEL_HEIGHT = 501
+PAGES_BOTTOM = 391
+STATUS_TOP = 402
+BUTTONS_TOP = 462
 STATUS_HEIGHT = 22
 
 

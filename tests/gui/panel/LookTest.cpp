@@ -281,69 +281,89 @@ std::string ControlOf(const QWidget *widget) {
   return strName;
 }
 
-/// Among the options of a group the one that had the focus last takes the tab key for all; arrows lead to the others.
-bool InReachByKeys(const QWidget &widget) {
-  return (widget.focusPolicy() & Qt::TabFocus) || dynamic_cast<const OptionButton *>(&widget);
-}
+class TabOrder : public Look, public testing::WithParamInterface<OrderRow> {
+ protected:
+  /// The controls that a key leads through until it comes to the last one.
+  static std::vector<std::string> Walk(QWidget *first, const std::string &strLast, Qt::Key key) {
+    first->setFocus();
+    std::vector<std::string> arrWalked{ControlOf(first)};
+    constexpr int MoreThanAnyPage = 50;
+    for (int i = 0; i < MoreThanAnyPage && arrWalked.back() != strLast; ++i) {
+      QTest::keyClick(QApplication::focusWidget(), key);
+      arrWalked.push_back(ControlOf(QApplication::focusWidget()));
+    }
+    return arrWalked;
+  }
+};
 
-class TabOrder : public Look, public testing::WithParamInterface<OrderRow> {};
-
-TEST_P(TabOrder, GoesThroughThePageFromTopToBottom) {
+TEST_P(TabOrder, LeadsThroughThePageAndTheCommandsAsTheyAreReadBothWays) {
   session.panel->activateWindow();
   session->ShowPage(GetParam().ePage);
-  QWidget *page = session->Get<QTabWidget>("tabMain").currentWidget();
-  std::vector<std::string> arrOrder;
-  for (QWidget *widget = page->nextInFocusChain(); widget && widget != page; widget = widget->nextInFocusChain()) {
-    if (!page->isAncestorOf(widget) || !InReachByKeys(*widget) || widget->focusProxy()) continue;
-    if (!widget->isEnabled() || !widget->isVisible()) continue;
-    const std::string strName = ControlOf(widget);
-    if (arrOrder.empty() || arrOrder.back() != strName) arrOrder.push_back(strName);
-  }
-  EXPECT_EQ(arrOrder, GetParam().arrControls);
+  const std::vector<std::string> &arrPage = GetParam().arrControls;
+  std::vector<std::string> arrExpected{""};  // the tabs
+  arrExpected.insert(arrExpected.end(), arrPage.begin(), arrPage.end());
+  for (const char *strCommand : {"txtStatus", "cmdDownload", "cmdUpload", "cmdCheckErrors", "cmdCheckWarnings"})
+    arrExpected.emplace_back(strCommand);
+  EXPECT_EQ(Walk(session->Get<QTabWidget>("tabMain").tabBar(), "cmdCheckWarnings", Qt::Key_Tab), arrExpected);
+  std::reverse(arrExpected.begin(), arrExpected.end());
+  EXPECT_EQ(Walk(&session->Get<QWidget>("cmdCheckWarnings"), "", Qt::Key_Backtab), arrExpected);
 }
 
+// Of each group of options the one that is chosen.
 INSTANTIATE_TEST_SUITE_P(
     Pages, TabOrder,
     testing::Values(
         OrderRow{ePageInstr, {"lvwInstruments", "cmdRefresh"}},
         OrderRow{ePageMode,
-                 {"optTriggerMode(0)", "optTriggerMode(1)", "optTriggerMode(2)", "optTriggerMode(3)", "optPulseMode(0)",
-                  "optPulseMode(1)", "optPulseMode(2)", "cboPulseType1", "cboPulseType2", "cboPeriodSource"}},
-        OrderRow{
-            ePageTiming,
-            {"cmdPeriodOrFreq", "esPeriodOrFreq", "esDelay(0)", "esWidth(0)", "esLeadingEdge(0)", "toolPopupTEdge(0)",
-             "optChannel1Output(0)", "optChannel1Output(1)", "optChannel1InvOutput(0)", "optChannel1InvOutput(1)",
-             "esDelay(1)", "esWidth(1)", "esLeadingEdge(1)", "toolPopupTEdge(1)", "optChannel2Output(0)",
-             "optChannel2Output(1)", "optChannel2InvOutput(0)", "optChannel2InvOutput(1)"}},
-        OrderRow{
-            ePageLevels,
-            {"cboLevelFormat(0)",     "cboLevelUnits(0)",      "esLevelHigh(0)",          "esLevelLo(0)",
-             "cboOutputImpedance(0)", "esLoadCompensation(0)", "optNormalCompliment(0)",  "optNormalCompliment(1)",
-             "optChannel1Output(2)",  "optChannel1Output(3)",  "optChannel1InvOutput(2)", "optChannel1InvOutput(3)",
-             "cboLevelFormat(1)",     "cboLevelUnits(1)",      "esLevelHigh(1)",          "esLevelLo(1)",
-             "cboOutputImpedance(1)", "esLoadCompensation(1)", "optNormalCompliment(2)",  "optNormalCompliment(3)",
-             "optChannel2Output(2)",  "optChannel2Output(3)",  "optChannel2InvOutput(2)", "optChannel2InvOutput(3)",
-             "optOutputs(0)",         "optOutputs(1)"}},
+                 {"optTriggerMode(0)", "optPulseMode(0)", "cboPulseType1", "cboPulseType2", "cboPeriodSource"}},
+        OrderRow{ePageTiming,
+                 {"cmdPeriodOrFreq", "esPeriodOrFreq", "esDelay(0)", "esWidth(0)", "esLeadingEdge(0)",
+                  "toolPopupTEdge(0)", "optChannel1Output(1)", "optChannel1InvOutput(1)", "esDelay(1)", "esWidth(1)",
+                  "esLeadingEdge(1)", "toolPopupTEdge(1)", "optChannel2Output(1)", "optChannel2InvOutput(1)"}},
+        OrderRow{ePageLevels,
+                 {"cboLevelFormat(0)", "cboLevelUnits(0)", "esLevelHigh(0)", "esLevelLo(0)", "cboOutputImpedance(0)",
+                  "esLoadCompensation(0)", "optNormalCompliment(0)", "optChannel1Output(3)", "optChannel1InvOutput(3)",
+                  "cboLevelFormat(1)", "cboLevelUnits(1)", "esLevelHigh(1)", "esLevelLo(1)", "cboOutputImpedance(1)",
+                  "esLoadCompensation(1)", "optNormalCompliment(2)", "optChannel2Output(3)", "optChannel2InvOutput(3)",
+                  "optOutputs(0)"}},
+        OrderRow{ePagePattern,
+                 {"cmdNumOrGraph", "esAddress", "esLast", "toolPopup(0)", "toolPopup(1)", "toolPopup(2)",
+                  "toolPopup(3)", "picWave", "optChannelRzNrz(0)", "optChannelRzNrz(2)"}},
         OrderRow{ePageLimits,
-                 {"optLimitsChanel(0)", "optLimitsChanel(1)", "esLimitHighVoltage(0)", "esLimitLowVoltage(0)",
-                  "esLimitHighCurrent(0)", "esLimitLowCurrent(0)", "optLimitsChanel(2)", "optLimitsChanel(3)",
-                  "esLimitHighVoltage(1)", "esLimitLowVoltage(1)", "esLimitHighCurrent(1)", "esLimitLowCurrent(1)"}},
-        OrderRow{
-            ePageTrigLev,
-            {"optTrigLevelExtIn(0)", "optTrigLevelExtIn(1)", "optTrigLevelExtIn(2)", "esTrgLevExtInThreshold",
-             "optTrigLevelExtInImp(0)", "optTrigLevelExtInImp(1)", "optTrigLevelClkIn(0)", "optTrigLevelClkIn(1)",
-             "optTrigLevelClkIn(2)", "esTrgLevClkInThreshold", "optTrigLevelClkInImp(0)", "optTrigLevelClkInImp(1)",
-             "optTrigLevelTrigOut(0)", "optTrigLevelTrigOut(1)", "optTrigLevelStrobeOut(0)", "optTrigLevelStrobeOut(1)",
-             "cboVxiTriggerEnable", "cboVxiTriggerSource"}},
+                 {"optLimitsChanel(1)", "esLimitHighVoltage(0)", "esLimitLowVoltage(0)", "esLimitHighCurrent(0)",
+                  "esLimitLowCurrent(0)", "optLimitsChanel(3)", "esLimitHighVoltage(1)", "esLimitLowVoltage(1)",
+                  "esLimitHighCurrent(1)", "esLimitLowCurrent(1)"}},
+        OrderRow{ePageTrigLev,
+                 {"optTrigLevelExtIn(0)", "esTrgLevExtInThreshold", "optTrigLevelExtInImp(0)", "optTrigLevelClkIn(0)",
+                  "esTrgLevClkInThreshold", "optTrigLevelClkInImp(0)", "optTrigLevelTrigOut(0)",
+                  "optTrigLevelStrobeOut(0)", "cboVxiTriggerEnable", "cboVxiTriggerSource"}},
         OrderRow{ePageConfig,
                  {"txtNumChannels", "txtSlot", "txtLogAddr", "txtModelCode", "txtProductId", "txtSerialNumber",
                   "txtVersion", "txtOptions", "cboPllRefSource", "cmdResetInstr", "cmdSelfTest", "cmdCalibrate"}},
         OrderRow{ePageOptions,
                  {"chkAutoErrors", "chkAutoWarnings", "chkAutoDownload", "chkAutoDownOnError", "chkAutoOutputOnOff",
-                  "optDownload(0)", "optDownload(1)", "optUpload(0)", "optUpload(1)"}}),
+                  "optDownload(0)", "optUpload(0)"}}),
     [](const testing::TestParamInfo<OrderRow> &test) {
       return "Page" + std::to_string(static_cast<int>(test.param.ePage));
     });
+
+TEST_F(Look, AnAccessKeyThatTwoShareLeadsToOneAfterTheOther) {
+  session.panel->activateWindow();
+  session->ShowPage(ePageInstr);
+  const auto press = [&](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key, Qt::AltModifier); };
+  const auto page = [&] { return session->Get<QTabWidget>("tabMain").currentIndex(); };
+  ASSERT_FALSE(session->Ticked().empty());
+  press(Qt::Key_R);
+  EXPECT_TRUE(session->Ticked().empty()) << "Refresh ends the session";
+  EXPECT_TRUE(session->Get<QWidget>("cmdRefresh").hasFocus());
+  EXPECT_EQ(page(), ePageInstr);
+  press(Qt::Key_R);
+  EXPECT_EQ(page(), ePageTrigLev);
+  press(Qt::Key_N);
+  EXPECT_EQ(page(), ePageInstr);
+  press(Qt::Key_N);
+  EXPECT_EQ(page(), ePageConfig);
+}
 
 TEST_F(Look, ThePagesCanBePaintedAtTwiceTheResolution) {
   for (int intPage = 0; intPage < eNumPages; ++intPage) {

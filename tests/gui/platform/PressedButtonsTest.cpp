@@ -51,12 +51,12 @@ class PressedButton : public testing::Test {
   }
 
   RecordingHost m_host;
+  std::vector<std::string> m_arrOrder;
   QDialog m_dialog;
   EntryBox *m_entry = new EntryBox(&m_dialog);
   CommandButton *m_button = new CommandButton(&m_dialog);
   ToolPopup *m_tool = new ToolPopup(&m_dialog);
   QPushButton *m_ok = new QPushButton("OK", &m_dialog);
-  std::vector<std::string> m_arrOrder;
 };
 
 TEST_F(PressedButton, TakesTheFocusBeforeTheClickOfItsAccessKey) {
