@@ -70,7 +70,13 @@ Boolean &ChannelOutputs::Flag(const Switch &output) const {
 void ChannelOutputs::optChannelOutput_Click(const Switch &output, Integer Index) {
   Boolean &fState = Flag(output);
   fState = Index % 2 == 0;
+  if (m_panel.State().mfAutoOutputOnOff && LacksChannel(output.intChan)) return;
   SetChannelOutput(output.intChan, fState, output.fIsComplement);
+}
+
+bool ChannelOutputs::LacksChannel(Integer intChan) const {
+  const Long lngChannels = m_panel.ZorvaneInstr().ChannelCount().value_or(0);
+  return lngChannels != 0 && intChan > lngChannels;
 }
 
 void ChannelOutputs::SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {

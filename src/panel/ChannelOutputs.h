@@ -37,6 +37,9 @@ class ChannelOutputs {
 
   Boolean &Flag(const Switch &output) const;
   void optChannelOutput_Click(const Switch &output, Integer Index);
+  /// The pages keep the switches of channel 2 when an instrument without it is opened, and refresh them with the
+  /// others.
+  bool LacksChannel(Integer intChan) const;
 
   PanelServices &m_panel;
   std::vector<Switch> m_arrSwitches;  ///< normal outputs first
