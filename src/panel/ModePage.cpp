@@ -1,5 +1,8 @@
 #include "panel/ModePage.h"
 
+#include <QScopedValueRollback>
+
+#include "instrument/Restrictions.h"
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "support/Boxes.h"
@@ -266,6 +269,7 @@ void ModePage::UpdateArmingSource() {
 }
 
 void ModePage::FillArmingSource(Boolean fPllAllowed) {
+  m_fOffersVxiLines = m_state.mfVxiLines;
   cboArmingSource.Clear();
   if (!m_state.mfVxiLines) cboArmingSource.AddItemData("Man. Key", eArmManual);
   cboArmingSource.AddItemData("External Input", eArmExternal);
@@ -329,6 +333,7 @@ void ModePage::UpdatePllField() {
 
 void ModePage::CheckPllConflict(Boolean &fConflict) const {
   fConflict = False;
+  if (m_fPllServesOnce) return;
   if (cboArmingSource.GetCurrItemData() != eArmPll || cboPeriodSource.GetCurrItemData() != eSourcePll) return;
   ShowBox("Pll source already in use!", BoxIcon::Exclamation);
   fConflict = True;
@@ -428,9 +433,26 @@ void ModePage::UploadMode(Boolean &fOk) {
   fOk = True;
 }
 
+void ModePage::FitToInstrument() {
+  m_state.mfVxiLines = Instr().IsNotRestricted(eLacksVxiLines);
+  if (cboArmingSource.ListCount() > 0 && m_fOffersVxiLines != m_state.mfVxiLines) {
+    // What the refilled list recalls stood for something else in the other one.
+    const QScopedValueRollback<bool> refilling(m_fPllServesOnce, true);
+    UpdateArmingSource();
+  }
+  if (m_state.mfDualChannel || ChannelCount() < 2) return;
+  m_state.mfDualChannel = True;
+  tarvik::SetEnabled(cboPulseType2, IsEnabledForMode(cboPulseType1));
+  m_pattern.Editor().EnableChannel2(True);
+}
+
 void ModePage::DownloadMode() {
+  FitToInstrument();
   udtModeInfo mode;
   if (!Instr().GetMode(mode)) return;
+  // Between two sound states the lists may claim the PLL twice, which is nobody's choice.
+  const QScopedValueRollback<bool> servesOnce(m_fPllServesOnce,
+                                              mode.PeriodSource != eSourcePll || mode.ArmingSource != eArmPll);
   // The two modes rebuild the lists that depend on them, so they go first and the levels last.
   if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
       SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode))) {

@@ -59,6 +59,9 @@ class ModePage : public Page {
   void SetRzState(Long lngType1, Long lngType2, Boolean fSetGroup, Boolean fUpdateCombos);
   void SetRzFromFlags(Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos);
 
+  /// A session's automatic download comes before the gate has run for its instrument: what that one can do more than
+  /// the one before has to be here to be shown.
+  void FitToInstrument();
   void ShowChannelTypes(const udtModeInfo &mode);
   void ShowArming(const udtModeInfo &mode);
 
@@ -76,6 +79,9 @@ class ModePage : public Page {
   CboEnhanced &cboArmingSource;
   CboEnhanced &cboArmingLevel;
   EngrSpin &esPllPeriodOrFreq;
+
+  Boolean m_fOffersVxiLines;      ///< the list of arming sources is that of an instrument with VXI lines
+  bool m_fPllServesOnce = false;  ///< while a mode is read that uses the PLL no more than once
 };
 
 }  // namespace tarvik

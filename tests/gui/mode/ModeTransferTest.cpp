@@ -48,6 +48,26 @@ TEST_F(ModeTransfer, ADownloadShowsATriggeredBurstWithThePll) {
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 
+TEST_F(ModeTransfer, ADownloadHandsThePllFromTheArmingToThePeriodWithoutAWord) {
+  session.Choose("optTriggerMode(1)");
+  session.Choose("optPulseMode(1)");
+  session.Take("cboArmingSource", 2);
+  EXPECT_EQ(session.List("cboArmingSource").Text(), "Internal PLL");
+  Settings().lngTriggerMode = 1;
+  Settings().lngPulseMode = 1;
+  Settings().lngPeriodSource = 1;
+  Settings().lngArmingSource = 3;
+  session.Click("cmdDownload");
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+  EXPECT_EQ(session.List("cboPeriodSource").Text(), "Internal PLL");
+  EXPECT_EQ(session.List("cboArmingSource").Text(), "External Input");
+
+  // A user is still held to one use.
+  session.Take("cboArmingSource", 2);
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box exclamation: Pll source already in use!"));
+  EXPECT_EQ(session.List("cboArmingSource").Text(), "External Input");
+}
+
 TEST_F(ModeTransfer, ADownloadOfAPatternShowsTheFormats) {
   Settings().lngPulseMode = 2;
   Settings().channels[0].lngSignalFormat = 0;

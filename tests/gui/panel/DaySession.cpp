@@ -60,7 +60,12 @@ class Shown {
     const bool fPattern = numbers["pulse mode"] == ePulsePattern;
     for (Long k = 0; k < m_model.lngChannels; ++k) {
       const std::string strList = "cboPulseType" + std::to_string(k + 1);
+      if (!HasChoice(strList.c_str())) continue;
       numbers[(fPattern ? "format " : "pulse type ") + std::to_string(k + 1)] = Choice(strList);
+      // With the external width the panel knows single pulses only.
+      if (!fPattern && numbers["trigger mode"] != eTriggerExtWidth)
+        numbers["double pulses " + std::to_string(k + 1)] =
+            m_user.Field(Indexed("esDelay", k)).Caption() == "Dbl. Delay";
     }
   }
 
@@ -74,8 +79,12 @@ class Shown {
     field("width", "esWidth");
     field("leading", "esLeadingEdge");
     field("trailing", "esTrailingEdge");
-    field("high or offset", "esLevelHigh");
-    field("low or amplitude", "esLevelLo");
+    const bool fHighLow = m_user.List(Indexed("cboLevelFormat", k)).GetCurrGroupData(-7) == eLevelHighLow;
+    field(fHighLow ? "high" : "offset", "esLevelHigh");
+    field(fHighLow ? "low" : "amplitude", "esLevelLo");
+    const char *strUnit = Choice(Indexed("cboLevelUnits", k)) == eTypeVoltage ? "V" : "A";
+    EXPECT_EQ(m_user.Field(Indexed("esLevelHigh", k)).BaseUnit(), strUnit);
+    EXPECT_EQ(m_user.Field(Indexed("esLevelLo", k)).BaseUnit(), strUnit);
     if (m_model.Has(eLacksLoadCompensation)) field("load", "esLoadCompensation");
     if (m_model.Has(eLacksImpedance)) numbers["impedance" + strChannel] = Choice(Indexed("cboOutputImpedance", k));
     numbers["level type" + strChannel] = Choice(Indexed("cboLevelUnits", k));

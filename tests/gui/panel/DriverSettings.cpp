@@ -2,6 +2,7 @@
 
 #include "automation/AutomationArray.h"
 #include "instrument/DriverCall.h"
+#include "support/modCboTags.h"
 
 namespace tarvik::test {
 
@@ -28,15 +29,18 @@ void ReadLimits(const Ref<ILimitGroup> &group, const std::string &strName, Setti
   settings.numbers["limit low, " + strName] = Read(pair, &ILimitPair::GetLow);
 }
 
-void ReadLevels(const Ref<IChannel> &channel, const std::string &strChannel, Long lngFormat, SettingsByName &settings) {
+void ReadLevels(const Ref<IChannel> &channel, const std::string &strChannel, SettingsByName &settings) {
   const auto levels = automation::Narrow<IChannelLevels>(Fetch(channel, &IChannel::GetLevels));
   auto &numbers = settings.numbers;
   Long lngType = 0;
   Double dblFirst = 0, dblSecond = 0;
-  Call(levels, &IChannelLevels::GetLevel, lngFormat, &lngType, &dblFirst, &dblSecond);
+  Call(levels, &IChannelLevels::GetLevel, eLevelHighLow, &lngType, &dblFirst, &dblSecond);
   numbers["level type" + strChannel] = lngType;
-  numbers["high or offset" + strChannel] = dblFirst;
-  numbers["low or amplitude" + strChannel] = dblSecond;
+  numbers["high" + strChannel] = dblFirst;
+  numbers["low" + strChannel] = dblSecond;
+  Call(levels, &IChannelLevels::GetLevel, eLevelOffsetAmplitude, &lngType, &dblFirst, &dblSecond);
+  numbers["offset" + strChannel] = dblFirst;
+  numbers["amplitude" + strChannel] = dblSecond;
   numbers["load" + strChannel] = Read(levels, &IChannelLevels::GetLoadCompensation);
   numbers["impedance" + strChannel] = Read(levels, &IChannelLevels::GetImpedance);
   numbers["polarity" + strChannel] = Read(levels, &IChannelLevels::GetPolarity);
@@ -52,6 +56,8 @@ void ReadTiming(const Ref<IChannel> &channel, const std::string &strChannel, Set
   numbers["width" + strChannel] = Read(timing, &IChannelTiming::GetWidth);
   const Long lngType = Read(timing, &IChannelTiming::GetPulseType);
   numbers["pulse type" + strChannel] = lngType;
+  numbers["double pulses" + strChannel] =
+      Read(Fetch(timing, &IChannelTiming::GetDoublePulse), &IDoublePulse::GetEnabled) ? 1 : 0;
   numbers["delay" + strChannel] =
       lngType == 2 ? ReadSelected(Fetch(timing, &IChannelTiming::GetDoublePulse), &IDoublePulse::GetDelay)
                    : ReadSelected(Fetch(timing, &IChannelTiming::GetSinglePulse), &ISinglePulse::GetDelay);
@@ -91,7 +97,6 @@ void ReadTrigger(const Ref<ITriggerSystem> &trigger, SettingsByName &settings) {
 
 SettingsByName ReadDriver(const Ref<IInstrument> &instrument) {
   SettingsByName settings;
-  constexpr Long HighLow = 1;
   settings.numbers["pulse mode"] = ReadSelected(instrument, &IInstrument::GetPulseMode);
   settings.numbers["channel math"] = Read(instrument, &IInstrument::GetChannelMath);
   ReadTrigger(Fetch(instrument, &IInstrument::GetTriggerSystem), settings);
@@ -101,7 +106,7 @@ SettingsByName ReadDriver(const Ref<IInstrument> &instrument) {
     const auto channel = Fetch(channels, &IChannelList::GetItem, i);
     const std::string strChannel = " " + std::to_string(i);
     ReadTiming(channel, strChannel, settings);
-    ReadLevels(channel, strChannel, HighLow, settings);
+    ReadLevels(channel, strChannel, settings);
     ReadLimits(Fetch(channel, &IChannel::GetVoltageLimits), "voltage" + strChannel, settings);
     ReadLimits(Fetch(channel, &IChannel::GetCurrentLimits), "current" + strChannel, settings);
   }
