@@ -69,6 +69,7 @@ void CapabilityGate::EnableControlsForChannels(Long lngChannels) {
   const clsInstrInterface &instr = m_panel.ZorvaneInstr();
   PanelState &state = m_panel.State();
   state.mfDualChannel = lngChannels != 1;
+  m_timing.ShowLanes();
   const Boolean fR4 = instr.IsRestricted(eLacksTrailingEdge);
 
   EnableCommandButtons(lngChannels != 0);

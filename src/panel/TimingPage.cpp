@@ -210,7 +210,12 @@ void TimingPage::SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues) {
   for (Long k = 0; k < lngCount; ++k) SetChannelRanges(k, dblPeriod, eValues);
 }
 
-void TimingPage::GrowPeriodTo(Double dblWidth) { esPeriodOrFreq.SetValue(IsFrequency() ? 1 / dblWidth : dblWidth); }
+void TimingPage::GrowPeriodTo(Double dblWidth) {
+  const Double dblGrown = IsFrequency() ? 1 / dblWidth : dblWidth;
+  // The period of the rounded frequency can still be a hair below the width. While the user types, each write asks for
+  // the rule again, so writing the same frequency once more would never come to an end.
+  if (esPeriodOrFreq.Value() != dblGrown) esPeriodOrFreq.SetValue(dblGrown);
+}
 
 void TimingPage::SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues) {
   const bool fStands = eValues == OutOfRange::Stands;
@@ -337,11 +342,19 @@ void TimingPage::DrawTiming() {
   if (!picTiming.IsComplete() || arrLanes != m_arrDrawn) {
     m_diagram.Clear();
     m_diagram.DrawChannelTiming(1, arrLanes[0]);
+    m_lngUpperLane = picTiming.DisplayList().size();
     if (m_state.mfDualChannel) m_diagram.DrawChannelTiming(2, arrLanes[1]);
     m_arrDrawn = arrLanes;
     picTiming.SetComplete();
   }
   TimingDrawn.Raise();
+}
+
+void TimingPage::ShowLanes() {
+  if (m_state.mfDualChannel)
+    picTiming.PaintAll();
+  else
+    picTiming.PaintFirst(m_lngUpperLane);
 }
 
 // ---- Transfer ----

@@ -31,6 +31,8 @@ class TimingPage : public Page {
 
   /// Draws the diagram anew.
   void DrawTiming();
+  /// Leaves the lane of channel 2 out of sight while the instrument has none; the drawing stands until the next one.
+  void ShowLanes();
   /// DrawTiming came to its end.
   Event<> TimingDrawn;
 
@@ -85,6 +87,7 @@ class TimingPage : public Page {
   ChannelOutputs m_outputs;
   TimingDiagram m_diagram;
   std::array<udtChannelTiming, 2> m_arrDrawn;  ///< what a complete diagram shows
+  std::size_t m_lngUpperLane = 0;              ///< how much of the drawing is channel 1's
 };
 
 }  // namespace tarvik

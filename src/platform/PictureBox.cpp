@@ -71,7 +71,18 @@ Single PictureBox::TextHeight(const std::string &strText) const {
   return static_cast<Single>(QFontMetricsF(font()).height() / PixelsPerTwip(*this));
 }
 
+void PictureBox::PaintFirst(std::size_t lngCount) {
+  if (m_lngPainted == lngCount) return;
+  m_lngPainted = lngCount;
+  update();
+}
+
+std::span<const DrawPrimitive> PictureBox::Painted() const {
+  return std::span(m_arrList).first(std::min(m_lngPainted, m_arrList.size()));
+}
+
 void PictureBox::Cls() {
+  PaintAll();
   m_arrList.clear();
   m_sngCurrentX = m_sngCurrentY = 0;
   Add({.kind = DrawPrimitive::Kind::Clear, .strText = {}});
@@ -124,11 +135,10 @@ void PictureBox::paintEvent(QPaintEvent *event) {
   QPainter(this).fillRect(rect(), ToQColor(m_backColour));
   QFrame::paintEvent(event);
   QPainter painter(this);
-  PaintDisplayList(painter, m_arrList, contentsRect(), QSizeF(ScaleWidth(), ScaleHeight()));
+  PaintDisplayList(painter, Painted(), contentsRect(), QSizeF(ScaleWidth(), ScaleHeight()));
 }
 
-void PaintDisplayList(QPainter &painter, const std::vector<DrawPrimitive> &arrList, const QRectF &target,
-                      QSizeF scale) {
+void PaintDisplayList(QPainter &painter, std::span<const DrawPrimitive> arrList, const QRectF &target, QSizeF scale) {
   if (scale.isEmpty()) return;
   const qreal factorX = target.width() / scale.width(), factorY = target.height() / scale.height();
   const auto at = [&](Single sngX, Single sngY) {

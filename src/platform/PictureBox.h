@@ -2,6 +2,8 @@
 
 #include <QFrame>
 #include <functional>
+#include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -76,6 +78,11 @@ class PictureBox : public WidgetControl<QFrame> {
   void Print(const std::string &strText);
 
   const std::vector<DrawPrimitive> &DisplayList() const { return m_arrList; }
+  /// Shows only this many of the things drawn, from the first; the list keeps them all. Ends with Cls.
+  void PaintFirst(std::size_t lngCount);
+  void PaintAll() { PaintFirst(std::numeric_limits<std::size_t>::max()); }
+  /// What is shown of the list.
+  std::span<const DrawPrimitive> Painted() const;
 
   /// Marks the drawing as complete, until something is drawn or what sizes depend on changes. Whoever would draw the
   /// same again can let it stand.
@@ -102,11 +109,12 @@ class PictureBox : public WidgetControl<QFrame> {
   LineStyle m_style = LineStyle::Solid;
   Single m_sngCurrentX = 0, m_sngCurrentY = 0;
   Single m_sngScaleWidth = 0, m_sngScaleHeight = 0;
+  std::size_t m_lngPainted = std::numeric_limits<std::size_t>::max();
   bool m_fPaintRequested = false;
   bool m_fComplete = false;
 };
 
 /// Paints a display list into a rectangle of pixels; the one place where twips of a drawing become pixels.
-void PaintDisplayList(QPainter &painter, const std::vector<DrawPrimitive> &arrList, const QRectF &target, QSizeF scale);
+void PaintDisplayList(QPainter &painter, std::span<const DrawPrimitive> arrList, const QRectF &target, QSizeF scale);
 
 }  // namespace tarvik

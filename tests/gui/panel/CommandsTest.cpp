@@ -195,6 +195,16 @@ TEST_F(Commands, NoWarningsFollowsOnlyACheckThatAnswersFalse) {
   EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: queue lost", "box information: No Instrument Warnings"));
 }
 
+TEST_F(Commands, AWarningIsToldOnceAndThenNothingSaysThatNoneWaits) {
+  session.driver.arrWarnings = {"101,\"Width\"", "101,\"Width\"", ""};
+  session.Click("cmdCheckWarnings");
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box exclamation: Instrument Warning(s):\r\n101,Width"));
+  session.Click("cmdCheckWarnings");
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty()) << "the same once more";
+  session.Click("cmdCheckWarnings");
+  EXPECT_THAT(session.host.TakeBoxes(), IsEmpty()) << "none any more";
+}
+
 TEST_F(Commands, AWarningDoesNotReachTheStatus) {
   const std::string strStatus = session.Get<DisplayBox>("txtStatus").Text();
   session.instr->InstrWarnings.Raise("101,Width");

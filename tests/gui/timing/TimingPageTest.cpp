@@ -51,6 +51,18 @@ class TimingPageTest : public testing::Test {
   PanelSession session;
 };
 
+TEST_F(TimingPageTest, AFrequencyTooHighForTheWidthComesDownAlsoWhereItsPeriodIsRoundedBelowTheWidth) {
+  // 1 / (1 / 7 us) is a hair below 7 us, as it is for one width in twelve.
+  session.Type("esPeriodOrFreq", "20us");
+  session.Type("esWidth(0)", "7us");
+  session.Click("cmdPeriodOrFreq");
+  intDrawn = 0;
+  session.Type("esPeriodOrFreq", "1MHz");
+  EXPECT_DOUBLE_EQ(Period().Value(), 1 / 7e-6);
+  EXPECT_DOUBLE_EQ(Width(0).Value(), 7e-6);
+  EXPECT_EQ(intDrawn, 2) << "once for the typed frequency, once for the one that the rule made of it";
+}
+
 TEST_F(TimingPageTest, ATypedPeriodGrowsToTheWidth) {
   Width(0).SetMax(1);
   Width(0).SetValue(2e-6);
