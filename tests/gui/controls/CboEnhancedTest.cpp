@@ -85,6 +85,45 @@ TEST_F(CboEnhancedTest, AProgramsChoiceClicksAndLeavesThePage) {
   EXPECT_THAT(host.TakeBoxes(), IsEmpty());
 }
 
+TEST_F(CboEnhancedTest, AChoiceOfWhatIsAlreadyChosenRaisesNothingAndMarksNothing) {
+  list.SetListIndex(2);
+  intClicks = 0;
+  Box().showPopup();
+  Box().view()->setCurrentIndex(Box().model()->index(2, 0));
+  QTest::keyClick(Box().view(), Qt::Key_Return);
+  list.SetListIndex(2);
+  EXPECT_EQ(list.Text(), "PLL");
+  EXPECT_EQ(intClicks, 0);
+  EXPECT_THAT(panel.arrTold, IsEmpty());
+}
+
+TEST_F(CboEnhancedTest, AnIndexThatTheListDoesNotHaveIsRefused) {
+  list.SetTagX("0");
+  list.SetListIndex(2);
+  list.SaveListIndex(1);
+  intClicks = 0;
+  list.SetListIndex(-2);
+  EXPECT_EQ(list.ListIndex(), 2);
+  EXPECT_EQ(intClicks, 0);
+
+  // A list that came back shorter does not have the remembered item.
+  list.Clear();
+  list.AddItemData("Internal", 1);
+  list.SetListIndex(0);
+  intClicks = 0;
+  list.RecallListIndex(1);
+  EXPECT_EQ(list.Text(), "Internal");
+  EXPECT_EQ(list.SavedIndexes(), "2 ");
+  EXPECT_EQ(intClicks, 0);
+  EXPECT_THAT(panel.arrTold, IsEmpty());
+
+  // Nothing is stuck behind the refusals.
+  list.AddItemData("CLK-IN", 0);
+  QTest::keyClick(&Box(), Qt::Key_Down);
+  EXPECT_EQ(intClicks, 1);
+  EXPECT_THAT(panel.arrTold, ElementsAre(std::pair(ePageIsDirty, eCurrPage)));
+}
+
 TEST_F(CboEnhancedTest, TheWheelTurnsOnlyAListWithTheFocus) {
   list.SetListIndex(0);
   Wheel();
