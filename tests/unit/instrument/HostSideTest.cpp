@@ -225,13 +225,13 @@ class FailingHandlerTest : public testing::Test {
            "\r\n\r\n\r\n";
   }
 
+  std::vector<std::string> arrLater;  ///< what a handler behind the failing one heard, the end of the session included
   InstrumentSession session;
 };
 
 TEST_F(FailingHandlerTest, AFailingHandlerOfStatusMessageEndsThereAndTheSessionOpens) {
   session.Renew();
   session.instr->StatusMessage.Connect(Failing());
-  std::vector<std::string> arrLater;
   session.instr->StatusMessage.Connect([&](const std::string &strText) { arrLater.push_back(strText); });
   EXPECT_TRUE(session.instr->Connect());
   EXPECT_TRUE(session.instr->OpenInstrument("Alpha"));
@@ -246,7 +246,6 @@ TEST_F(FailingHandlerTest, AFailingHandlerOfStatusMessageEndsThereAndTheSessionO
 TEST_F(FailingHandlerTest, AFailingHandlerOfInstrErrorEndsThereAndTheFinishAnswers) {
   session.Open();
   session.instr->InstrError.Connect(Failing());
-  std::vector<std::string> arrLater;
   session.instr->InstrError.Connect([&](const std::string &strText) { arrLater.push_back(strText); });
   session.instr->TransactionStart(True);
   session.driver.FailMatching("IInstrument.Transaction(1)", 1, {Refused, "driver failed"});
