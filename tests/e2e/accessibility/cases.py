@@ -58,7 +58,7 @@ class Accessibility(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         home = Path(folder.name, "home")
-        drivers = home / "data/tarvikvi/drivers"
+        drivers = home / ".local/share/tarvikvi/drivers"
         drivers.mkdir(parents=True)
         (drivers / "KolvenAtl.Kolven.rack").write_text(RACK, encoding="utf-8")
         screen = Screen(Path(folder.name, "screen"))

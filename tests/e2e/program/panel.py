@@ -38,6 +38,8 @@ class PanelPlaces:
         return self.page(panel)
 
     def open_first(self, panel):
+        # Until its start has run the panel takes no click.
+        wait_for("the instruments are listed", lambda: self.row(panel, 0).dark())
         empty = self.status(panel).dark()
         self.tick(panel, 0)
         wait_for("the status tells of the session", lambda: self.status(panel).dark() > empty + 150)
