@@ -17,7 +17,7 @@ inline double Luminance(const QColor &colour) {
 
 /// Contrast ratio of two colours, 1 to 21 (https://www.w3.org/TR/WCAG21/#dfn-contrast-ratio).
 inline double Contrast(const QColor &one, const QColor &other) {
-  const auto [darker, lighter] = std::minmax(Luminance(one), Luminance(other));
+  const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
   return (lighter + 0.05) / (darker + 0.05);
 }
 

@@ -131,7 +131,7 @@ class Program(PanelPlaces, unittest.TestCase):
         self.open_first(panel)
         self.change_page(panel, "alt+t")
         # Beyond the period of a microsecond.
-        self.enter(panel, 200, 176, "9u")
+        self.enter(panel, 200, 200, "9u")
         wait_for("the Upload button casts a shadow", lambda: self.upload_shadow(panel))
         panel.key("alt+u")
         box = program.box()

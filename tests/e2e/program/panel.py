@@ -1,6 +1,6 @@
 """Where things are in the panel's window, and what a user does there."""
 
-from screen import BUTTONS_TOP, PAGES_BOTTOM, STATUS_TOP, panel_top, wait_for
+from screen import BUTTONS_TOP, PAGES_BOTTOM, PATIENCE, STATUS_TOP, panel_top, wait_for
 
 
 class PanelPlaces:
@@ -41,8 +41,16 @@ class PanelPlaces:
         # Until its start has run the panel takes no click.
         wait_for("the instruments are listed", lambda: self.row(panel, 0).dark())
         empty = self.status(panel).dark()
+
+        def opened():
+            return self.status(panel).dark() > empty + 150
         self.tick(panel, 0)
-        wait_for("the status tells of the session", lambda: self.status(panel).dark() > empty + 150)
+        try:
+            wait_for("the status tells of the session", opened, seconds=PATIENCE / 6)
+        except AssertionError:
+            # What is clicked before the last answer has been worked on is dropped.
+            self.tick(panel, 0)
+            wait_for("the status tells of the session", opened)
 
     def enter(self, panel, left, top, text):
         """Writes over a number field and confirms it."""
