@@ -67,8 +67,8 @@ class LogFileTest : public testing::Test {
 };
 
 TEST_F(LogFileTest, TheLogStandsInTheUsersStateFolder) {
-  const Variable state("XDG_STATE_HOME", nullptr), home("HOME", "/home/user");
-  EXPECT_EQ(host.ErrorLogPath(), "/home/user/.local/state/tarvikvi/tarvikerr.txt");
+  const Variable state("XDG_STATE_HOME", nullptr), home("HOME", "/users/one");
+  EXPECT_EQ(host.ErrorLogPath(), "/users/one/.local/state/tarvikvi/tarvikerr.txt");
   const Variable own("XDG_STATE_HOME", "/var/state");
   EXPECT_EQ(host.ErrorLogPath(), "/var/state/tarvikvi/tarvikerr.txt");
 }
