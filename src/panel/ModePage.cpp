@@ -5,6 +5,7 @@
 #include "instrument/Restrictions.h"
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
+#include "settings/ModeMask.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/modCboTags.h"
@@ -15,15 +16,6 @@
 namespace tarvik {
 
 namespace {
-
-/// Property of a control that holds its mask: a group of three characters for each trigger mode, separated by commas,
-/// one character for each pulse mode. "D" disables the control.
-constexpr const char *MaskProperty = "Tag";
-constexpr const char *BurstLengthMask = "D0D,D0D,D0D,DDD";
-constexpr const char *PulseTypeMask = "000,000,000,DDD";
-constexpr const char *PeriodSourceMask = "000,D00,000,DDD";
-constexpr const char *ArmingSourceMask = "DDD,000,000,000";
-constexpr const char *ArmingLevelMask = "DDD,000,000,DDD";
 
 constexpr const char *NoMeaning = " ";
 constexpr const char *Period = "Period", *Frequency = "Frequency";
@@ -95,12 +87,13 @@ std::vector<ControlDesign> MakeDesign() {
          {"MaxExponent", Long{0}},
          {"NumberFormat", "#"},
          {"ToolTip", "Number of pulses in a burst"}}},
-       List("cboPulseType1", 1, "Pulse Type", PulseTypeMask, "Kind of pulses of channel 1", "Pulse Type, Channel 1"),
-       List("cboPulseType2", 2, "", PulseTypeMask, "Kind of pulses of channel 2", "Pulse Type, Channel 2"),
-       List("cboPeriodSource", 3, "Period Source", PeriodSourceMask, "Where the period comes from"),
-       List("cboTriggerSlope", 4, "Clock Edge", PeriodSourceMask, "Active edge of the clock input"),
-       List("cboArmingSource", 5, "Arming Source", ArmingSourceMask, "What arms the trigger or the gate"),
-       List("cboArmingLevel", 6, "Arming Level", ArmingLevelMask, "Slope or level of the arming source"),
+       List("cboPulseType1", 1, "Pulse Type", ModeMasks::PulseType, "Kind of pulses of channel 1",
+            "Pulse Type, Channel 1"),
+       List("cboPulseType2", 2, "", ModeMasks::PulseType, "Kind of pulses of channel 2", "Pulse Type, Channel 2"),
+       List("cboPeriodSource", 3, "Period Source", ModeMasks::PeriodSource, "Where the period comes from"),
+       List("cboTriggerSlope", 4, "Clock Edge", ModeMasks::TriggerSlope, "Active edge of the clock input"),
+       List("cboArmingSource", 5, "Arming Source", ModeMasks::ArmingSource, "What arms the trigger or the gate"),
+       List("cboArmingLevel", 6, "Arming Level", ModeMasks::ArmingLevel, "Slope or level of the arming source"),
        {ControlKind::Field,
         "esPllPeriodOrFreq",
         NoIndex,
@@ -138,7 +131,6 @@ ModePage::ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, Patt
       cboArmingSource(m_form.Get<CboEnhanced>("cboArmingSource")),
       cboArmingLevel(m_form.Get<CboEnhanced>("cboArmingLevel")),
       esPllPeriodOrFreq(m_form.Get<EngrSpin>("esPllPeriodOrFreq")) {
-  esBurstLength.setProperty(MaskProperty, BurstLengthMask);
   m_pattern.SetRzFromFlags = [this](Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos) {
     SetRzFromFlags(fRz1, fRz2, fSetGroup, fUpdateCombos);
   };
@@ -175,7 +167,7 @@ void ModePage::InitModePage() {
 void ModePage::UpdateModePage() {
   m_state.meTriggerMode = grpTriggerMode.ArrayIndex();
   m_state.mePulseMode = grpPulseMode.ArrayIndex();
-  m_state.mintModePos = static_cast<Integer>(m_state.meTriggerMode * 4 + m_state.mePulseMode + 1);
+  m_state.mintModePos = ModePosition(m_state.meTriggerMode, m_state.mePulseMode);
   tarvik::SetEnabled(grpPulseMode, m_state.meTriggerMode != eTriggerExtWidth);
   SetCboPulseType();
   UpdatePeriodSource();
@@ -189,22 +181,15 @@ void ModePage::optMode_Click() {
   MarkDirty(ePageMode);
 }
 
-std::string ModePage::GetModeMaskChar(const QWidget &objControl) const {
-  const auto *list = dynamic_cast<const CboEnhanced *>(&objControl);
-  const std::string strMask = list ? list->TagX() : objControl.property(MaskProperty).toString().toStdString();
-  const auto pos = static_cast<std::size_t>(m_state.mintModePos);
-  return pos >= 1 && pos <= strMask.size() ? strMask.substr(pos - 1, 1) : std::string();
-}
-
-Boolean ModePage::IsEnabledForMode(const QWidget &objControl) const { return GetModeMaskChar(objControl) != "D"; }
+Boolean ModePage::IsEnabledForMode(const char *strMask) const { return IsEnabledAt(strMask, m_state.mintModePos); }
 
 // ---- What follows from the mode, one procedure for each control ----
 
 void ModePage::SetCboPulseType() {
   try {
-    tarvik::SetEnabled(esBurstLength, IsEnabledForMode(esBurstLength));
+    tarvik::SetEnabled(esBurstLength, IsEnabledForMode(ModeMasks::BurstLength));
     // The mask of channel 1 decides for both.
-    const Boolean fEnable = IsEnabledForMode(cboPulseType1);
+    const Boolean fEnable = IsEnabledForMode(ModeMasks::PulseType);
     cboPulseType1.SetEnabled(fEnable);
     cboPulseType2.SetEnabled(fEnable);
     if (!fEnable) return;
@@ -224,7 +209,7 @@ void ModePage::FillPulseType(CboEnhanced &cboPulseType, const char *strOutput) {
 }
 
 void ModePage::UpdatePeriodSource() {
-  const Boolean fEnable = IsEnabledForMode(cboPeriodSource);
+  const Boolean fEnable = IsEnabledForMode(ModeMasks::PeriodSource);
   if (cboPeriodSource.ListCount() == 0) {
     cboPeriodSource.AddItemData("Internal Oscillator", eSourceOscillator);
     cboPeriodSource.AddItemData("Internal PLL", eSourcePll);
@@ -234,7 +219,7 @@ void ModePage::UpdatePeriodSource() {
 }
 
 void ModePage::UpdateTriggerSlope() {
-  Boolean fEnable = IsEnabledForMode(cboTriggerSlope);
+  Boolean fEnable = IsEnabledForMode(ModeMasks::TriggerSlope);
   if (cboTriggerSlope.ListCount() == 0) {
     cboTriggerSlope.AddItemData("Rising", eSlopeRising);
     cboTriggerSlope.AddItemData("Falling", eSlopeFalling);
@@ -262,7 +247,7 @@ void ModePage::UpdateArmingSource() {
       break;
     default: ShowIllegalCase(); break;
   }
-  const Boolean fEnable = IsEnabledForMode(cboArmingSource);
+  const Boolean fEnable = IsEnabledForMode(ModeMasks::ArmingSource);
   if (fEnable) FillArmingSource(fPllAllowed);
   cboArmingSource.EnableAndRecall(fEnable, m_state.mintModePos);
   UpdateArmingLevel();
@@ -442,7 +427,7 @@ void ModePage::FitToInstrument() {
   }
   if (m_state.mfDualChannel || ChannelCount() < 2) return;
   m_state.mfDualChannel = True;
-  tarvik::SetEnabled(cboPulseType2, IsEnabledForMode(cboPulseType1));
+  tarvik::SetEnabled(cboPulseType2, IsEnabledForMode(ModeMasks::PulseType));
   m_pattern.Editor().EnableChannel2(True);
 }
 

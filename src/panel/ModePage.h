@@ -41,9 +41,7 @@ class ModePage : public Page {
   void cboPulseType_Click(CboEnhanced &cboPulseType);
   void esPllPeriodOrFreq_OnTab(Boolean &SwallowTab);
 
-  /// Character of the control's mask at the mode's position; empty for a control without one.
-  std::string GetModeMaskChar(const QWidget &objControl) const;
-  Boolean IsEnabledForMode(const QWidget &objControl) const;
+  Boolean IsEnabledForMode(const char *strMask) const;
 
   void SetCboPulseType();
   void FillPulseType(CboEnhanced &cboPulseType, const char *strOutput);

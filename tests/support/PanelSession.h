@@ -44,9 +44,6 @@ class PanelTestAccess {
   static void MenuClick(TimingPage &page, Integer Index, const std::string &strKey) {
     page.toolPopupTEdge_ButtonMenuClick(Index, strKey);
   }
-  static std::string ModeMaskChar(const ModePage &page, const QWidget &control) {
-    return page.GetModeMaskChar(control);
-  }
 };
 
 }  // namespace tarvik

@@ -332,13 +332,6 @@ TEST_F(ModePageTest, TabInTheLastFieldGoesBackToTheFirstControl) {
   EXPECT_EQ(session.panel->focusWidget(), &session.Get<QWidget>("optTriggerMode(1)"));
 }
 
-TEST_F(ModePageTest, AControlWithoutAMaskIsEnabledInEveryMode) {
-  ModePage &page = PanelTestAccess::Mode(*session.panel);
-  EXPECT_EQ(PanelTestAccess::ModeMaskChar(page, session.Get<QWidget>("esPllPeriodOrFreq")), "");
-  EXPECT_EQ(PanelTestAccess::ModeMaskChar(page, session.Get<QWidget>("esBurstLength")), "D");
-  EXPECT_EQ(PanelTestAccess::ModeMaskChar(page, session.Get<QWidget>("cboPulseType1")), "0");
-}
-
 TEST_F(ModePageTest, ADisabledPageEntryTouchesNoState) {
   session.State().meTabState.fill(ePageIsCurrent);
   session.ShowPage(ePageTiming);
