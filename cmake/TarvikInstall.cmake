@@ -72,8 +72,7 @@ install(TARGETS tarvikautomation EXPORT TarvikVIAutomationTargets
 tarvik_install_headers(automation_development
   automation/Abi.h automation/Activation.h automation/AutomationArray.h automation/AutomationString.h
   automation/ClassFactory.h automation/ErrorInfo.h automation/Export.h automation/Object.h automation/Ref.h
-  instrument/KolvenDriver.h instrument/LevelFormatEnum.h instrument/PeriodPrecedence.h instrument/Restrictions.h
-  instrument/viInfo.h
+  instrument/KolvenDriver.h instrument/Vocabulary.h instrument/viInfo.h
   support/DynamicArray.h support/Export.h support/RunTimeError.h support/Types.h)
 install(FILES "${TARVIK_DRIVER_OBJECTS}" DESTINATION "${TARVIK_INCLUDE_FOLDER}/instrument"
   COMPONENT automation_development)
@@ -117,7 +116,7 @@ tarvik_install_headers(development
   controls/CboEnhanced.h controls/FrameEnhanced.h
   engrspin/DigitCursor.h engrspin/EngrNumber.h engrspin/EngrSpin.h engrspin/FieldLayout.h engrspin/NumberTextBox.h
   engrspin/ValueList.h
-  instrument/InstrCommands.h instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
+  instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
   instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
   panel/Form.h panel/Page.h panel/PanelState.h panel/TarvikGUI.h
   platform/ConsoleHost.h platform/ControlSite.h platform/FormProperties.h platform/PictureBox.h

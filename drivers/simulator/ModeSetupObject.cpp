@@ -4,7 +4,7 @@ namespace tarvik::simulator {
 
 Status ModeSetupObject::SetContinuousBurst(Long burstLength, Long periodSource, Long triggerSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerContinuous, PulseBurst);
+    s.mode.SetMode(eTriggerContinuous, ePulseBurst);
     s.mode.lngBurstLength = burstLength;
     s.mode.SetPeriod(periodSource, triggerSlope);
   });
@@ -12,14 +12,14 @@ Status ModeSetupObject::SetContinuousBurst(Long burstLength, Long periodSource, 
 
 Status ModeSetupObject::SetContinuousPattern(Long periodSource, Long triggerSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerContinuous, PulsePattern);
+    s.mode.SetMode(eTriggerContinuous, ePulsePattern);
     s.mode.SetPeriod(periodSource, triggerSlope);
   });
 }
 
 Status ModeSetupObject::SetContinuousPulses(Long periodSource, Long triggerSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerContinuous, PulseStream);
+    s.mode.SetMode(eTriggerContinuous, ePulseStream);
     s.mode.SetPeriod(periodSource, triggerSlope);
   });
 }
@@ -27,7 +27,7 @@ Status ModeSetupObject::SetContinuousPulses(Long periodSource, Long triggerSlope
 Status ModeSetupObject::SetGatedBurst(Long burstLength, Long periodSource, Long triggerSlope, Long armingSource,
                                       Long armSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerGated, PulseBurst);
+    s.mode.SetMode(eTriggerGated, ePulseBurst);
     s.mode.lngBurstLength = burstLength;
     s.mode.SetPeriod(periodSource, triggerSlope);
     s.mode.SetArming(armingSource, armSlope);
@@ -36,7 +36,7 @@ Status ModeSetupObject::SetGatedBurst(Long burstLength, Long periodSource, Long 
 
 Status ModeSetupObject::SetGatedPattern(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerGated, PulsePattern);
+    s.mode.SetMode(eTriggerGated, ePulsePattern);
     s.mode.SetPeriod(periodSource, triggerSlope);
     s.mode.SetArming(armingSource, armSlope);
   });
@@ -44,7 +44,7 @@ Status ModeSetupObject::SetGatedPattern(Long periodSource, Long triggerSlope, Lo
 
 Status ModeSetupObject::SetGatedPulses(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerGated, PulseStream);
+    s.mode.SetMode(eTriggerGated, ePulseStream);
     s.mode.SetPeriod(periodSource, triggerSlope);
     s.mode.SetArming(armingSource, armSlope);
   });
@@ -53,7 +53,7 @@ Status ModeSetupObject::SetGatedPulses(Long periodSource, Long triggerSlope, Lon
 Status ModeSetupObject::SetTriggeredBurst(Long burstLength, Long periodSource, Long triggerSlope, Long armingSource,
                                           Long armSlope, Long pllFormat, Double pllPeriodOrFreq) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerTriggered, PulseBurst);
+    s.mode.SetMode(eTriggerTriggered, ePulseBurst);
     s.mode.lngBurstLength = burstLength;
     s.mode.SetPeriod(periodSource, triggerSlope);
     s.mode.SetArming(armingSource, armSlope);
@@ -64,7 +64,7 @@ Status ModeSetupObject::SetTriggeredBurst(Long burstLength, Long periodSource, L
 Status ModeSetupObject::SetTriggeredPattern(Long periodSource, Long triggerSlope, Long armingSource, Long armSlope,
                                             Long pllFormat, Double pllPeriodOrFreq) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerTriggered, PulsePattern);
+    s.mode.SetMode(eTriggerTriggered, ePulsePattern);
     s.mode.SetPeriod(periodSource, triggerSlope);
     s.mode.SetArming(armingSource, armSlope);
     s.mode.SetPll(pllFormat, pllPeriodOrFreq);
@@ -73,7 +73,7 @@ Status ModeSetupObject::SetTriggeredPattern(Long periodSource, Long triggerSlope
 
 Status ModeSetupObject::SetTriggeredPulses(Long armingSource, Long armSlope) {
   return Send([=](Settings &s) {
-    s.mode.SetMode(TriggerTriggered, PulseStream);
+    s.mode.SetMode(eTriggerTriggered, ePulseStream);
     s.mode.SetArming(armingSource, armSlope);
   });
 }

@@ -12,7 +12,7 @@ Status ArmSourceObject::GetSource(Long *pValue) {
   return Get(pValue, [](const Settings &s) { return s.mode.lngArmSource; });
 }
 Status ArmSourceObject::SetSource(Long value) {
-  return Send([value](Settings &s) { s.mode.SetArming(value, KeepSelector); });
+  return Send([value](Settings &s) { s.mode.SetArming(value, eKeepSlope); });
 }
 
 Status ClockInputObject::GetImpedance(Double *pValue) {
@@ -46,7 +46,7 @@ Status ExtInputObject::SetThreshold(Double value) {
 
 namespace {
 void RequireOutput(Long lngWhich) {
-  if (lngWhich != OutTrigger && lngWhich != OutStrobe)
+  if (lngWhich != eOutTrigger && lngWhich != eOutStrobe)
     throw CallFailure{automation::StatusBadIndex, "There is no auxiliary output " + std::to_string(lngWhich)};
 }
 }  // namespace

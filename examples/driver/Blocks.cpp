@@ -1,7 +1,7 @@
 #include "Blocks.h"
 
 #include "automation/AutomationArray.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 
 namespace example {
 
@@ -55,17 +55,18 @@ class Levels : public Block<IChannelLevels> {
   Status TARVIK_CALL GetLevel(Long format, Long *pType, Double *pAmplOrHigh, Double *pOffsetOrLow) override {
     if (!pType || !pAmplOrHigh || !pOffsetOrLow) return tarvik::automation::StatusPointer;
     const Double dblHigh = InForce().dblHigh, dblLow = InForce().dblLow;
-    *pType = 0;
-    // In format 0 the offset comes first.
-    *pAmplOrHigh = format == 1 ? dblHigh : (dblHigh + dblLow) / 2;
-    *pOffsetOrLow = format == 1 ? dblLow : dblHigh - dblLow;
+    *pType = tarvik::eTypeVoltage;
+    // In eLevelOffsetAmplitude the offset comes first.
+    *pAmplOrHigh = format == tarvik::eLevelHighLow ? dblHigh : (dblHigh + dblLow) / 2;
+    *pOffsetOrLow = format == tarvik::eLevelHighLow ? dblLow : dblHigh - dblLow;
     return tarvik::automation::StatusOk;
   }
   Status TARVIK_CALL SetLevel(Long format, Long type, Double amplOrHigh, Double offsetOrLow) override {
-    if (type != 0) return tarvik::automation::Fail(tarvik::automation::StatusInvalidArgument, "Levels are in volts");
+    if (type != tarvik::eTypeVoltage)
+      return tarvik::automation::Fail(tarvik::automation::StatusInvalidArgument, "Levels are in volts");
     return Change([=](Settings &settings) {
-      settings.dblHigh = format == 1 ? amplOrHigh : amplOrHigh + offsetOrLow / 2;
-      settings.dblLow = format == 1 ? offsetOrLow : amplOrHigh - offsetOrLow / 2;
+      settings.dblHigh = format == tarvik::eLevelHighLow ? amplOrHigh : amplOrHigh + offsetOrLow / 2;
+      settings.dblLow = format == tarvik::eLevelHighLow ? offsetOrLow : amplOrHigh - offsetOrLow / 2;
     });
   }
 };
@@ -115,7 +116,7 @@ class Channel : public Block<IChannel> {
 class ArmSource : public Block<IArmSource> {
  public:
   using Block::Block;
-  Status TARVIK_CALL GetSlope(Long *pValue) override { return Tell<Long>(pValue, 1); }
+  Status TARVIK_CALL GetSlope(Long *pValue) override { return Tell<Long>(pValue, tarvik::eSlopeRising); }
   Status TARVIK_CALL GetSource(Long *pValue) override { return Tell<Long>(pValue, 4); }
 };
 
@@ -145,7 +146,9 @@ class AuxOutputs : public Block<IAuxOutputs> {
   Status TARVIK_CALL SetOutLevel(Long which, Long value) override { return Put(Level(which), value); }
 
  private:
-  static Long Settings::*Level(Long which) { return which == 1 ? &Settings::lngTriggerOut : &Settings::lngStrobeOut; }
+  static Long Settings::*Level(Long which) {
+    return which == tarvik::eOutTrigger ? &Settings::lngTriggerOut : &Settings::lngStrobeOut;
+  }
 };
 
 }  // namespace
@@ -159,8 +162,8 @@ Status Channels::GetItem(Long index, IChannel **ppObject) {
 Status ModeSetup::SetContinuousPulses(Long periodSource, Long triggerSlope) {
   return Change([=](Settings &settings) {
     settings.lngPeriodSource = periodSource;
-    // 3: the slope has no choice in this mode.
-    if (triggerSlope != 3) settings.lngClockSlope = triggerSlope;
+    // The slope has no choice with every period source.
+    if (triggerSlope != tarvik::eKeepSlope) settings.lngClockSlope = triggerSlope;
   });
 }
 

@@ -27,7 +27,7 @@ class TriggerSystem : public Block<ITriggerSystem> {
   Status TARVIK_CALL GetClockInput(IClockInput **ppObject) override;
   Status TARVIK_CALL GetBurstLength(Long *pValue) override { return Tell<Long>(pValue, 1); }
   Status TARVIK_CALL GetExtInput(IExtInput **ppObject) override;
-  Status TARVIK_CALL GetTriggerMode(Long *pValue) override { return Tell<Long>(pValue, 0); }
+  Status TARVIK_CALL GetTriggerMode(Long *pValue) override { return Tell<Long>(pValue, tarvik::eTriggerContinuous); }
   Status TARVIK_CALL GetAuxOutputs(IAuxOutputs **ppObject) override;
   Status TARVIK_CALL GetPeriodSource(Long *pValue) override { return Tell(pValue, InForce().lngPeriodSource); }
 };

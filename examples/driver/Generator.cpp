@@ -22,9 +22,9 @@ std::string Reasons(const Settings &s) {
   demand(s.dblDelay >= 0 && s.dblDelay + s.dblWidth <= (1 + Rounding) / s.dblFrequency, "Pulse beyond the period");
   demand(s.dblHigh <= 5 && s.dblLow >= -5, "Level not within -5 V and 5 V");
   demand(s.dblHigh > s.dblLow, "High level not above the low level");
-  demand(s.lngPeriodSource == 0, "The generator has no period source but its oscillator");
-  demand(s.lngPulseType == 1, "The generator makes no double pulses");
-  demand(s.lngPolarity == 0, "The generator has no inverse polarity");
+  demand(s.lngPeriodSource == tarvik::eSourceOscillator, "The generator has no period source but its oscillator");
+  demand(s.lngPulseType == tarvik::eTypeSingle, "The generator makes no double pulses");
+  demand(s.lngPolarity == tarvik::ePolarityNormal, "The generator has no inverse polarity");
   demand(!s.fLimits, "The generator has no output limits");
   return strReasons;
 }

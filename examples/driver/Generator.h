@@ -5,6 +5,7 @@
 #include <string>
 
 #include "automation/Abi.h"
+#include "instrument/Vocabulary.h"
 #include "support/Types.h"
 
 namespace example {
@@ -22,13 +23,15 @@ struct Settings {
 
   // What it lacks and no capability bit can say. The panel reads these values and sends them back, so they are kept;
   // those that would do something are refused with the commit.
-  Long lngPeriodSource = 0, lngClockSlope = 1, lngPulseType = 1, lngPolarity = 0, lngSignalFormat = 1;
+  Long lngPeriodSource = tarvik::eSourceOscillator, lngClockSlope = tarvik::eSlopeRising;
+  Long lngPulseType = tarvik::eTypeSingle, lngPolarity = tarvik::ePolarityNormal;
+  Long lngSignalFormat = tarvik::eFormatRz;
   bool fLimits = false;
   Double dblHighVoltage = 5, dblLowVoltage = -5, dblHighCurrent = 0.1, dblLowCurrent = -0.1;
-  Long lngTriggerOut = 0, lngStrobeOut = 0;
+  Long lngTriggerOut = tarvik::eOutLevelTTL, lngStrobeOut = tarvik::eOutLevelTTL;
   Double dblClockImpedance = 50, dblClockThreshold = 0, dblExtImpedance = 50, dblExtThreshold = 0;
   Double dblReference = 5e6;
-  Long lngReferenceSource = 1;
+  Long lngReferenceSource = tarvik::ePllRefInternal;
 };
 
 /// The one generator of this driver. A real driver would talk to it where Apply stands.

@@ -17,7 +17,8 @@ namespace {
 constexpr const char *Name = "Pulser 1";
 
 /// The record of the list: an entry with a slot, since the panel shows others only where it is told to.
-const tarvik::viInfo Record = tarvik::viInfo::Of(2, /*intAddress*/ 16, /*intSlot*/ 1, /*intModelCode*/ 0x0101);
+const tarvik::viInfo Record =
+    tarvik::viInfo::Of(tarvik::eKindSlot, /*intAddress*/ 16, /*intSlot*/ 1, /*intModelCode*/ 0x0101);
 
 Status TellText(AutomationString *pPlace, const char *strText) {
   if (!pPlace) return StatusPointer;
@@ -79,7 +80,7 @@ Status Instrument::GetPatternMemory(IPatternMemory **ppObject) { return Give<Pat
 
 Status Instrument::GetPllReference(IPllReference **ppObject) { return Give<PllReference>(ppObject); }
 
-Status Instrument::GetPulseMode(Long *, Long *pValue) { return Tell<Long>(pValue, 0); }
+Status Instrument::GetPulseMode(Long *, Long *pValue) { return Tell<Long>(pValue, tarvik::ePulseStream); }
 
 Status Instrument::Reset() {
   TheGenerator().Reset();

@@ -9,11 +9,13 @@
 /// Every operation returns a status; below zero it is a failure and fills nothing, and the driver may leave a
 /// description (ErrorInfo.h). Values come back through the last arguments. What a call hands out, objects and
 /// strings, belongs to the caller; instrument state lives in the driver whoever holds its objects. Truth values
-/// are 0 and -1, enumerated values are Long and pass uninterpreted. Times are in seconds, frequencies in hertz,
+/// are 0 and -1. Enumerated values are Long and pass uninterpreted; the comments name their types, which stand in
+/// Vocabulary.h. Times are in seconds, frequencies in hertz,
 /// voltages in volts, currents in amperes, impedances in ohms. All calls are synchronous and come from the one
 /// thread that owns the connection.
 
 #include "automation/Abi.h"
+#include "instrument/Vocabulary.h"
 #include "support/Types.h"
 
 namespace tarvik::kolven {
@@ -31,7 +33,11 @@ using automation::VariantBool;
 inline constexpr const char *DriverProgId = "KolvenAtl.Kolven";
 
 /// Commands of IInstrument::Transaction.
-inline constexpr Long TransactionBegin = 0, TransactionCommit = 1, TransactionAbort = 2;
+enum TransactionCommand : Long {
+  TransactionBegin = 0,
+  TransactionCommit = 1,
+  TransactionAbort = 2,
+};
 /// The one packing of pattern bits in use.
 inline constexpr Long PatternForm = 2;
 /// Bytes of the record of IInstrument::GetViInfo.
@@ -42,7 +48,7 @@ class IPllReference : public IDispatch {
  public:
   static constexpr Guid Iid{0xC66BF399, 0x8B0F, 0x898B, {0xBD, 0x5C, 0x11, 0x2D, 0x71, 0xF7, 0x5D, 0x0F}};
 
-  /// Frequency in hertz and source (1 internal, 0 CLK-IN).
+  /// Frequency in hertz, and a PllReferenceSource.
   virtual Status TARVIK_CALL GetReference(Double *pFreq, Long *pSource) = 0;
   /// Sets both; the driver may write back the frequency it took.
   virtual Status TARVIK_CALL SetReference(Double *pFreq, Long source) = 0;
@@ -51,14 +57,14 @@ class IPllReference : public IDispatch {
   ~IPllReference() = default;
 };
 
-/// The pattern memory: rows 1 channel 1, 2 channel 2, 3 strobe. Arrays stay the caller's.
+/// The pattern memory. A channel is a PatternRowNumber, a form PatternForm. Arrays stay the caller's.
 class IPatternMemory : public IDispatch {
  public:
   static constexpr Guid Iid{0x6262E42D, 0x075A, 0x8A29, {0xAB, 0x89, 0x07, 0x5F, 0x41, 0xF5, 0x2C, 0xDD}};
 
   /// Fills the addresses with a pseudo-random sequence of period 2^base - 1.
   virtual Status TARVIK_CALL CalcPrbs(Long startAddr, Long lastAddr, Long base, AutomationArray **ppArray) = 0;
-  /// Writes `length` bits, first address in the highest bit of the first byte; form is 2.
+  /// Writes `length` bits, first address in the highest bit of the first byte.
   virtual Status TARVIK_CALL SetPattern(Long channel, Long form, AutomationArray **ppArray, Long length) = 0;
   virtual Status TARVIK_CALL Reserved1() { return StatusNotImplemented; }
   virtual Status TARVIK_CALL Reserved2() { return StatusNotImplemented; }
@@ -70,24 +76,24 @@ class IPatternMemory : public IDispatch {
   ~IPatternMemory() = default;
 };
 
-/// Trigger output (1), strobe output (2) and VXI trigger.
+/// Trigger output, strobe output and VXI trigger. What is addressed is an AuxOutput.
 class IAuxOutputs : public IDispatch {
  public:
   static constexpr Guid Iid{0xCEB671AA, 0xCDD2, 0x836F, {0x86, 0x66, 0xB8, 0xB4, 0xA7, 0x84, 0x92, 0x5C}};
 
   virtual Status TARVIK_CALL Reserved1() { return StatusNotImplemented; }
   virtual Status TARVIK_CALL Reserved2() { return StatusNotImplemented; }
-  /// Level family: 0 TTL, 1 ECL.
+  /// Its OutLevel.
   virtual Status TARVIK_CALL GetOutLevel(Long which, Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetOutLevel(Long which, Long value) = 0;
   virtual Status TARVIK_CALL Reserved3() { return StatusNotImplemented; }
   virtual Status TARVIK_CALL Reserved4() { return StatusNotImplemented; }
-  /// What goes to the VXI trigger line: 1 trigger, 2 strobe.
+  /// What goes to the VXI trigger line, a VxiTriggerSource.
   virtual Status TARVIK_CALL GetVxiSource(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetVxiSource(Long value) = 0;
-  /// VXI trigger line: 5 and 6 ECLT 0 and 1, 7 to 14 TTLT 0 to 7.
+  /// The VxiLine that is driven.
   virtual Status TARVIK_CALL GetVxiLine(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetVxiLine(Long value) = 0;
@@ -123,7 +129,7 @@ class IClockInput : public IDispatch {
   virtual Status TARVIK_CALL GetImpedance(Double *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetImpedance(Double value) = 0;
-  /// Active edge: 1 rising, 0 falling.
+  /// The active edge, a Slope.
   virtual Status TARVIK_CALL GetSlope(Long *pValue) = 0;
   virtual Status TARVIK_CALL Reserved1() { return StatusNotImplemented; }
   /// Threshold.
@@ -147,10 +153,10 @@ class IArmSource : public IDispatch {
   virtual Status TARVIK_CALL Reserved3() { return StatusNotImplemented; }
   virtual Status TARVIK_CALL Reserved4() { return StatusNotImplemented; }
   virtual Status TARVIK_CALL Reserved5() { return StatusNotImplemented; }
-  /// Arming slope or level: 1 rising or high, 0 falling or low, 2 both or always.
+  /// The Slope or gate level that arms.
   virtual Status TARVIK_CALL GetSlope(Long *pValue) = 0;
   virtual Status TARVIK_CALL Reserved6() { return StatusNotImplemented; }
-  /// Arming source: 1 PLL, 3 external input, 4 key, 5 to 14 VXI lines.
+  /// An ArmingSource or a VxiLine.
   virtual Status TARVIK_CALL GetSource(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetSource(Long value) = 0;
@@ -174,13 +180,13 @@ class ITriggerSystem : public IDispatch {
   /// The external input.
   virtual Status TARVIK_CALL GetExtInput(IExtInput **ppObject) = 0;
   virtual Status TARVIK_CALL Reserved2() { return StatusNotImplemented; }
-  /// 0 continuous, 1 triggered, 2 gated, 3 external width.
+  /// The TriggerMode.
   virtual Status TARVIK_CALL GetTriggerMode(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetTriggerMode(Long value) = 0;
   /// Trigger output, strobe output and VXI.
   virtual Status TARVIK_CALL GetAuxOutputs(IAuxOutputs **ppObject) = 0;
-  /// 0 internal oscillator, 1 internal PLL, 2 CLK-IN.
+  /// The PeriodSource.
   virtual Status TARVIK_CALL GetPeriodSource(Long *pValue) = 0;
 
  protected:
@@ -188,7 +194,8 @@ class ITriggerSystem : public IDispatch {
 };
 
 /// Puts the instrument into one combination of trigger mode and pulse mode in a single call.
-/// pllFormat tells how pllPeriodOrFreq is to be read: 0 period in seconds, 1 frequency in hertz.
+/// pllFormat, a PllFormat, tells how pllPeriodOrFreq is to be read. A selector without a choice in the mode is sent as
+/// KeptSelector has it.
 class IModeSetup : public IDispatch {
  public:
   static constexpr Guid Iid{0xB41DC108, 0x915A, 0x8ABF, {0x96, 0xF0, 0x79, 0xBF, 0x31, 0xD3, 0x0C, 0x9F}};
@@ -244,11 +251,11 @@ class IChannelLevels : public IDispatch {
   virtual Status TARVIK_CALL GetOutput(VariantBool *pValue) = 0;
   /// Switches it.
   virtual Status TARVIK_CALL SetOutput(VariantBool on) = 0;
-  /// 0 normal, 1 complement.
+  /// The OutputPolarity.
   virtual Status TARVIK_CALL GetPolarity(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetPolarity(Long value) = 0;
-  /// Levels in the format asked for: 1 high and low, 0 offset and amplitude; type 0 volts, 1 amperes.
+  /// Levels in the format asked for, an OutputLevel; the type is an OutputType.
   virtual Status TARVIK_CALL GetLevel(Long format, Long *pType, Double *pAmplOrHigh, Double *pOffsetOrLow) = 0;
   /// Sets both levels at once.
   virtual Status TARVIK_CALL SetLevel(Long format, Long type, Double amplOrHigh, Double offsetOrLow) = 0;
@@ -301,9 +308,9 @@ class IEdges : public IDispatch {
  public:
   static constexpr Guid Iid{0xCCE5C1EE, 0xC48B, 0x8932, {0x87, 0xAC, 0xDA, 0xC6, 0x96, 0xA6, 0xC2, 0xD0}};
 
-  /// Not 0 when the trailing edge follows the leading edge.
+  /// Not eEdgesIndependent when the trailing edge follows the leading edge.
   virtual Status TARVIK_CALL GetCoupling(Long *pValue) = 0;
-  /// 1 coupled, 0 independent.
+  /// An EdgeCoupling.
   virtual Status TARVIK_CALL SetCoupling(Long value) = 0;
   virtual Status TARVIK_CALL Reserved1() { return StatusNotImplemented; }
   virtual Status TARVIK_CALL Reserved2() { return StatusNotImplemented; }
@@ -343,7 +350,7 @@ class IChannelTiming : public IDispatch {
   virtual Status TARVIK_CALL Reserved6() { return StatusNotImplemented; }
   /// The edge block.
   virtual Status TARVIK_CALL GetEdges(IEdges **ppObject) = 0;
-  /// 1 single, 2 double.
+  /// The PulseType.
   virtual Status TARVIK_CALL GetPulseType(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetPulseType(Long value) = 0;
@@ -409,7 +416,7 @@ class IChannel : public IDispatch {
   virtual Status TARVIK_CALL Reserved4() { return StatusNotImplemented; }
   /// The timing block.
   virtual Status TARVIK_CALL GetTiming(IChannelTiming **ppObject) = 0;
-  /// Pattern signal format: 1 return to zero, 0 non-return to zero.
+  /// The SignalFormat of patterns.
   virtual Status TARVIK_CALL GetSignalFormat(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetSignalFormat(Long value) = 0;
@@ -463,7 +470,7 @@ class IRestrictions : public IDispatch {
  public:
   static constexpr Guid Iid{0xF05C1AA2, 0x52DD, 0x84FD, {0xB5, 0x53, 0x6F, 0x74, 0xB5, 0x8D, 0x9C, 0x4C}};
 
-  /// The capability mask: a set bit takes something away.
+  /// The capability mask, a sum of Functionality bits.
   virtual Status TARVIK_CALL GetMask(Long *pValue) = 0;
 
  protected:
@@ -485,7 +492,7 @@ class IInstrument : public IDispatch {
   virtual Status TARVIK_CALL Reserved4() { return StatusNotImplemented; }
   /// Runs the calibration and returns when it ends.
   virtual Status TARVIK_CALL Calibrate() = 0;
-  /// 0 separate outputs, 1 outputs added at output 1.
+  /// The ChannelMath.
   virtual Status TARVIK_CALL GetChannelMath(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetChannelMath(Long value) = 0;
@@ -522,7 +529,7 @@ class IInstrument : public IDispatch {
   virtual Status TARVIK_CALL Reserved14() { return StatusNotImplemented; }
   /// The reference of the PLL.
   virtual Status TARVIK_CALL GetPllReference(IPllReference **ppObject) = 0;
-  /// 0 pulse stream, 1 burst, 2 pattern; the selector is 0 on entry.
+  /// The PulseMode; the selector is 0 on entry.
   virtual Status TARVIK_CALL GetPulseMode(Long *pSelector, Long *pValue) = 0;
   virtual Status TARVIK_CALL Reserved15() { return StatusNotImplemented; }
   /// Puts the instrument in its default state.
@@ -539,7 +546,7 @@ class IInstrument : public IDispatch {
   virtual Status TARVIK_CALL GetPnpTimeout(Long *pValue) = 0;
   /// Sets it.
   virtual Status TARVIK_CALL SetPnpTimeout(Long value) = 0;
-  /// 0 begin, 1 commit, 2 abort. A failing commit is how a rejected set of settings comes back;
+  /// A TransactionCommand. A failing commit is how a rejected set of settings comes back;
   /// after a commit or an abort no transaction is open.
   virtual Status TARVIK_CALL Transaction(Long command) = 0;
   /// The trigger system.

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "automation/Ref.h"
-#include "instrument/InstrCommands.h"
 #include "instrument/KolvenDriver.h"
+#include "instrument/Vocabulary.h"
 #include "instrument/udtInstrInfo.h"
 #include "instrument/udtLevelInfo.h"
 #include "instrument/udtLimitsInfo.h"
@@ -95,7 +95,7 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   /// Switches one output of a channel (from 1).
   virtual Boolean Output(Integer intChan, Boolean fState, Boolean fIsComplement = False);
 
-  /// Whether the open instrument lacks one of the things of this sum of capability bits; False offline.
+  /// Whether the open instrument lacks one of the things of this sum of Functionality bits; False offline.
   virtual Boolean IsRestricted(Long eFunctionality) const;
   virtual Boolean IsNotRestricted(Long eFunctionality) const;
 
@@ -110,7 +110,7 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   /// Pattern format of each channel, addressed by the channel number: true is return to zero.
   virtual Boolean SetRz(const BooleanArray &fRz);
   virtual Boolean GetRz(BooleanArray &fRz);
-  /// Writes lngPatternLen bits into the row eChan: 1 channel 1, 2 channel 2, 3 strobe.
+  /// Writes lngPatternLen bits into the row eChan, a PatternRowNumber.
   virtual Boolean SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen);
   /// Reads a row and its length in bits; the driver may resize the array.
   virtual Boolean GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen);
@@ -127,7 +127,7 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   /// Runs a command that has no settings. Self test and options hand back their text where pstrT is given;
   /// the number that a self test answers stays in here.
   virtual Boolean InstrumentCommands(InstrCommands eIC, std::string *pstrT = nullptr, Integer intT = 0);
-  /// Reads or sets reference frequency (hertz) and source of the PLL; joins a running transaction.
+  /// Reads or sets reference frequency (hertz) and source (PllReferenceSource) of the PLL; joins a running transaction.
   virtual Boolean PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet);
 
   /// The driver's communication time-out in milliseconds; 0 offline.

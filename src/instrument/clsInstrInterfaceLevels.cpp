@@ -1,6 +1,6 @@
 #include "instrument/DriverCall.h"
 #include "instrument/OperationFrames.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 
 namespace tarvik {
 
@@ -104,9 +104,6 @@ Boolean clsInstrInterface::GetLimits(udtLimitsInfo &Limits) {
 
 namespace {
 
-/// Selectors of the auxiliary outputs.
-constexpr Long OutTrigger = 1, OutStrobe = 2;
-
 Long ReadOutLevel(const Ref<IAuxOutputs> &aux, Long lngWhich) {
   Long lngLevel = 0;
   Call(aux, &IAuxOutputs::GetOutLevel, lngWhich, &lngLevel);
@@ -119,8 +116,8 @@ Boolean clsInstrInterface::SetTriggerLevels(const udtTrgLevelsInfo &TrgLevels) {
   return SetWithin("SetTriggerLevels", [&] {
     const auto trigger = Fetch(m_Instr, &IInstrument::GetTriggerSystem);
     const auto aux = Fetch(trigger, &ITriggerSystem::GetAuxOutputs);
-    Call(aux, &IAuxOutputs::SetOutLevel, OutTrigger, TrgLevels.eTriggerOutLevel);
-    Call(aux, &IAuxOutputs::SetOutLevel, OutStrobe, TrgLevels.eStrobeOutLevel);
+    Call(aux, &IAuxOutputs::SetOutLevel, eOutTrigger, TrgLevels.eTriggerOutLevel);
+    Call(aux, &IAuxOutputs::SetOutLevel, eOutStrobe, TrgLevels.eStrobeOutLevel);
     if (clsInstrInterface::IsNotRestricted(eLacksVxiSource))
       Call(aux, &IAuxOutputs::SetVxiSource, TrgLevels.eVxiTriggerSource);
     if (clsInstrInterface::IsNotRestricted(eLacksVxiEnable))
@@ -138,8 +135,8 @@ Boolean clsInstrInterface::GetTriggerLevels(udtTrgLevelsInfo &TrgLevels) {
   return WhileOnline("GetTriggerLevels", [&](Boolean &fResult) {
     const auto trigger = Fetch(m_Instr, &IInstrument::GetTriggerSystem);
     const auto aux = Fetch(trigger, &ITriggerSystem::GetAuxOutputs);
-    TrgLevels.eTriggerOutLevel = ReadOutLevel(aux, OutTrigger);
-    TrgLevels.eStrobeOutLevel = ReadOutLevel(aux, OutStrobe);
+    TrgLevels.eTriggerOutLevel = ReadOutLevel(aux, eOutTrigger);
+    TrgLevels.eStrobeOutLevel = ReadOutLevel(aux, eOutStrobe);
     if (clsInstrInterface::IsNotRestricted(eLacksVxiSource))
       TrgLevels.eVxiTriggerSource = Read(aux, &IAuxOutputs::GetVxiSource);
     if (clsInstrInterface::IsNotRestricted(eLacksVxiEnable))

@@ -8,11 +8,6 @@ using automation::Ref;
 
 namespace {
 
-constexpr Long TriggerModeExtWidth = 3;
-constexpr Long PulseModePattern = 2;
-constexpr Long ArmingSourcePll = 1;
-constexpr Long PllFormatFrequency = 1;
-
 using Info = udtModeInfo;
 using ModeSetter = void (*)(const Ref<IModeSetup> &, const Info &);
 
@@ -50,7 +45,7 @@ constexpr ModeSetter ModeSetters[3][3] = {
 
 Boolean clsInstrInterface::SetMode(const udtModeInfo &ModeInfo) {
   return SetWithin("SetMode", [&] {
-    if (ModeInfo.TriggerMode == TriggerModeExtWidth) {
+    if (ModeInfo.TriggerMode == eTriggerExtWidth) {
       SendExtWidth(ModeInfo.ArmingSource);
       return;
     }
@@ -62,7 +57,7 @@ Boolean clsInstrInterface::SetMode(const udtModeInfo &ModeInfo) {
 void clsInstrInterface::SendExtWidth(Long ArmingSource) {
   const auto arm = Fetch(Fetch(m_Instr, &IInstrument::GetTriggerSystem), &ITriggerSystem::GetArmSource);
   Call(arm, &IArmSource::SetSource, ArmingSource);
-  Call(Fetch(m_Instr, &IInstrument::GetTriggerSystem), &ITriggerSystem::SetTriggerMode, TriggerModeExtWidth);
+  Call(Fetch(m_Instr, &IInstrument::GetTriggerSystem), &ITriggerSystem::SetTriggerMode, eTriggerExtWidth);
 }
 
 void clsInstrInterface::SendMode(const udtModeInfo &ModeInfo) {
@@ -80,7 +75,7 @@ void clsInstrInterface::SendChannelModes(const udtModeInfo &ModeInfo) {
   const Long lngCount = Read(channels, &IChannelList::GetCount);
   for (Long i = 1; i <= lngCount; ++i) {
     const auto channel = Fetch(channels, &IChannelList::GetItem, i);
-    if (ModeInfo.PulseMode == PulseModePattern) {
+    if (ModeInfo.PulseMode == ePulsePattern) {
       Call(channel, &IChannel::SetSignalFormat, ModeInfo.SignalFormat[i]);
     } else {
       const auto timing = Fetch(channel, &IChannel::GetTiming);
@@ -108,8 +103,8 @@ void clsInstrInterface::ReadTriggering(udtModeInfo &ModeInfo) {
   const auto arm = [&] { return Fetch(trigger, &ITriggerSystem::GetArmSource); };
   ModeInfo.ArmingSource = Read(arm(), &IArmSource::GetSource);
   // The driver tells a slope only where the PLL is not the source, and the PLL only as a frequency.
-  if (ModeInfo.ArmingSource == ArmingSourcePll) {
-    ModeInfo.PllFormat = PllFormatFrequency;
+  if (ModeInfo.ArmingSource == eArmPll) {
+    ModeInfo.PllFormat = ePllFrequency;
     ModeInfo.PllPeriodOrFreq = Read(arm(), &IArmSource::GetPllFrequency);
   } else {
     ModeInfo.ArmSlope = Read(arm(), &IArmSource::GetSlope);
@@ -118,7 +113,7 @@ void clsInstrInterface::ReadTriggering(udtModeInfo &ModeInfo) {
 }
 
 void clsInstrInterface::ReadChannelModes(udtModeInfo &ModeInfo) {
-  const bool fPattern = ModeInfo.PulseMode == PulseModePattern;
+  const bool fPattern = ModeInfo.PulseMode == ePulsePattern;
   ChannelArray<Long> &arrModes = fPattern ? ModeInfo.SignalFormat : ModeInfo.PulseType;
   arrModes = {1, 1};
   const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);

@@ -16,7 +16,7 @@ void clsInstrInterface::SendFormats(const BooleanArray &fRz) {
   const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);
   for (Long i = 1; i <= m_NumChannels; ++i) {
     const auto channel = Fetch(channels, &IChannelList::GetItem, i);
-    Call(channel, &IChannel::SetSignalFormat, fRz[i] ? 1 : 0);
+    Call(channel, &IChannel::SetSignalFormat, fRz[i] ? eFormatRz : eFormatNrz);
   }
 }
 
@@ -26,7 +26,7 @@ Boolean clsInstrInterface::GetRz(BooleanArray &fRz) {
     for (Long i = 1; i <= m_NumChannels; ++i) {
       const auto channel = Fetch(channels, &IChannelList::GetItem, i);
       const Long lngFormat = Read(channel, &IChannel::GetSignalFormat);
-      fRz[i] = lngFormat != 0;
+      fRz[i] = lngFormat != eFormatNrz;
     }
     fResult = True;
   });

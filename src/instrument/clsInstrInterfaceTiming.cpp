@@ -1,6 +1,6 @@
 #include "instrument/DriverCall.h"
 #include "instrument/OperationFrames.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 
 namespace tarvik {
 
@@ -51,7 +51,7 @@ void clsInstrInterface::SendTiming(const udtTimingInfo &TimingInfo, Long lngChan
   }
   if (!clsInstrInterface::IsRestricted(eLacksTrailingEdge)) {
     const auto block = edges();
-    Call(block, &IEdges::SetCoupling, TimingInfo.fAutoCoupleLeTe[lngChannel] ? 1 : 0);
+    Call(block, &IEdges::SetCoupling, TimingInfo.fAutoCoupleLeTe[lngChannel] ? eEdgesCoupled : eEdgesIndependent);
   }
 }
 
@@ -76,7 +76,7 @@ void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
   const auto edges = [&] { return Fetch(timing, &IChannelTiming::GetEdges); };
 
   const Boolean fCoupled =
-      clsInstrInterface::IsRestricted(eLacksTrailingEdge) || Read(edges(), &IEdges::GetCoupling) != 0;
+      clsInstrInterface::IsRestricted(eLacksTrailingEdge) || Read(edges(), &IEdges::GetCoupling) != eEdgesIndependent;
   TimingInfo.fAutoCoupleLeTe[lngChannel] = fCoupled;
   TimingInfo.dblLeading[lngChannel] = ReadSelected(edges(), &IEdges::GetLeading);
   TimingInfo.dblTrailing[lngChannel] = ReadSelected(edges(), &IEdges::GetTrailing);

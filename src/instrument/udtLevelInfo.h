@@ -1,13 +1,14 @@
 #pragma once
 
-#include "support/Types.h"
+#include "instrument/Vocabulary.h"
 
 namespace tarvik {
 
-/// Contents of the levels page; volts or amperes as the output type tells.
+/// Contents of the levels page; volts or amperes as the output type tells. An e-field takes the values of
+/// the type in Vocabulary.h that has its name.
 struct udtLevelInfo {
-  ChannelArray<Long> eOutputLevel;  ///< 1 high and low, 0 amplitude and offset; a read answers in this form
-  ChannelArray<Long> eOutputType;   ///< 0 voltage, 1 current
+  ChannelArray<Long> eOutputLevel;  ///< a read answers in this form
+  ChannelArray<Long> eOutputType;
   ChannelArray<Double> dblAmplOrHigh;
   ChannelArray<Double> dblOffsetOrLow;
   ChannelArray<Double> dblLoadCompensation;  ///< ohms
@@ -15,7 +16,7 @@ struct udtLevelInfo {
   ChannelArray<Long> eOutputPolarity;
   ChannelArray<Boolean> fChannelOutputOn;     ///< normal output
   ChannelArray<Boolean> fChannelOutputInvOn;  ///< complement output
-  Long eChannelMath = 0;                      ///< 0 separate outputs, 1 outputs added at output 1
+  Long eChannelMath = eMathSeparate;
 
   bool operator==(const udtLevelInfo &) const = default;
 };

@@ -6,6 +6,13 @@
 
 namespace tarvik {
 
+/// What an entry of the instrument list is; other values are entries with a logical address only.
+enum InstrKind : Integer {
+  eKindBox = 1,
+  eKindSlot = 2,
+  eKindSlotOnController = 3,
+};
+
 /// The driver's own record of an instrument: 28 raw bytes of which five 16-bit words, low byte
 /// first, are understood.
 struct viInfo {
@@ -27,9 +34,10 @@ struct viInfo {
     return record;
   }
 
-  /// 2 and 3: an entry with a slot and a model code; others have a logical address only.
+  /// InstrKind.
   Integer Kind() const { return Word(KindAt); }
-  Boolean HasSlot() const { return Kind() == 2 || Kind() == 3; }
+  static bool HasSlot(Integer intKind) { return intKind == eKindSlot || intKind == eKindSlotOnController; }
+  Boolean HasSlot() const { return HasSlot(Kind()); }
   Integer LogicalAddress() const { return Word(HasSlot() ? SlotAddressAt : BoxAddressAt); }
   /// Only where HasSlot.
   Integer Slot() const { return Word(SlotAt); }

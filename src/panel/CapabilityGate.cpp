@@ -1,7 +1,7 @@
 #include "panel/CapabilityGate.h"
 
 #include "bitpattern/BitPattern.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 #include "panel/TimingPage.h"
 #include "support/modUtilsGen.h"
 

@@ -1,9 +1,9 @@
 #include "panel/ConfigPage.h"
 
 #include "panel/InstrPage.h"
+#include "settings/modCboTags.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/modCboTags.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"
 

@@ -1,10 +1,9 @@
 #include "panel/LevelsPage.h"
 
-#include "instrument/LevelFormatEnum.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 #include "panel/ChannelOutputs.h"
+#include "settings/modCboTags.h"
 #include "support/Conversions.h"
-#include "support/modCboTags.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
 

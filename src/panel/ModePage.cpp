@@ -2,13 +2,13 @@
 
 #include <QScopedValueRollback>
 
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "settings/ModeMask.h"
+#include "settings/modCboTags.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
-#include "support/modCboTags.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"
@@ -19,8 +19,6 @@ namespace {
 
 constexpr const char *NoMeaning = " ";
 constexpr const char *Period = "Period", *Frequency = "Frequency";
-/// What is sent where a list has no selection.
-constexpr Long NoSlope = 3;
 
 constexpr Double CaptionWidth = 1500;
 constexpr Single BoxWidth = 2970;
@@ -203,8 +201,11 @@ void ModePage::SetCboPulseType() {
 void ModePage::FillPulseType(CboEnhanced &cboPulseType, const char *strOutput) {
   const bool fPattern = m_timing.IsPatternMode();
   cboPulseType.Clear();
-  cboPulseType.AddItemData(std::string(fPattern ? "RZ" : "Single") + strOutput, fPattern ? eFormatRz : eTypeSingle);
-  cboPulseType.AddItemData(std::string(fPattern ? "NRZ" : "Double") + strOutput, fPattern ? eFormatNrz : eTypeDouble);
+  const auto add = [&](const std::string &strType, Long eType) {
+    cboPulseType.AddItemData(strType + strOutput, eType);
+  };
+  add(fPattern ? "RZ" : "Single", fPattern ? Long{eFormatRz} : eTypeSingle);
+  add(fPattern ? "NRZ" : "Double", fPattern ? Long{eFormatNrz} : eTypeDouble);
   cboPulseType.RecallListIndex(m_state.mintModePos);
 }
 
@@ -404,14 +405,15 @@ void ModePage::UploadMode(Boolean &fOk) {
   mode.PulseType = {cboPulseType1.GetCurrItemData(1), cboPulseType2.GetCurrItemData(1)};
   mode.SignalFormat = mode.PulseType;
   mode.PeriodSource = cboPeriodSource.GetCurrItemData(0);
-  mode.TriggerSlope = cboTriggerSlope.GetCurrItemData(NoSlope);
-  mode.ArmingSource = cboArmingSource.GetCurrItemData(0);
-  mode.ArmSlope = mode.PllFormat = NoSlope;
+  mode.TriggerSlope = cboTriggerSlope.GetCurrItemData(eKeepSlope);
+  mode.ArmingSource = cboArmingSource.GetCurrItemData(eKeepArmingSource);
+  mode.ArmSlope = eKeepSlope;
+  mode.PllFormat = eKeepPllFormat;
   if (mode.ArmingSource == eArmPll) {
-    mode.PllFormat = cboArmingLevel.GetCurrItemData(NoSlope);
+    mode.PllFormat = cboArmingLevel.GetCurrItemData(eKeepPllFormat);
     mode.PllPeriodOrFreq = esPllPeriodOrFreq.Value();
   } else {
-    mode.ArmSlope = cboArmingLevel.GetCurrItemData(NoSlope);
+    mode.ArmSlope = cboArmingLevel.GetCurrItemData(eKeepSlope);
   }
   if (!Instr().SetMode(mode)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageMode);

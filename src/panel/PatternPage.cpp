@@ -11,7 +11,8 @@ struct Stream {
   Long eChan;     ///< row of the instrument
   bool fOfChannel2;
 };
-constexpr Stream Streams[] = {{1, 1, false}, {2, 2, true}, {8, 3, false}};
+constexpr Stream Streams[] = {
+    {eChan1, ePatternChan1, false}, {eChan2, ePatternChan2, true}, {eStrobe, ePatternStrobe, false}};
 
 const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign{{ControlKind::Pattern,

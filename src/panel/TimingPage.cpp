@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "instrument/Restrictions.h"
-#include "support/modCboTags.h"
+#include "instrument/Vocabulary.h"
+#include "settings/modCboTags.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"

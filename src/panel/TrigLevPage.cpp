@@ -1,7 +1,7 @@
 #include "panel/TrigLevPage.h"
 
+#include "settings/modCboTags.h"
 #include "support/Conversions.h"
-#include "support/modCboTags.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
@@ -131,11 +131,20 @@ struct TagRow {
 
 /// Tags are the text of the numbers that the driver knows, so that a number from it compares equal.
 constexpr TagRow Tags[] = {
-    {"optTrigLevelExtIn", 0, ThresholdTTL}, {"optTrigLevelExtIn", 1, ThresholdECL}, {"optTrigLevelExtIn", 2, 0},
-    {"optTrigLevelClkIn", 0, ThresholdTTL}, {"optTrigLevelClkIn", 1, ThresholdECL}, {"optTrigLevelClkIn", 2, 0},
-    {"optTrigLevelExtInImp", 0, 10000},     {"optTrigLevelExtInImp", 1, 50},        {"optTrigLevelClkInImp", 0, 10000},
-    {"optTrigLevelClkInImp", 1, 50},        {"optTrigLevelTrigOut", 0, 0},          {"optTrigLevelTrigOut", 1, 1},
-    {"optTrigLevelStrobeOut", 0, 0},        {"optTrigLevelStrobeOut", 1, 1},
+    {"optTrigLevelExtIn", 0, ThresholdTTL},
+    {"optTrigLevelExtIn", 1, ThresholdECL},
+    {"optTrigLevelExtIn", 2, 0},
+    {"optTrigLevelClkIn", 0, ThresholdTTL},
+    {"optTrigLevelClkIn", 1, ThresholdECL},
+    {"optTrigLevelClkIn", 2, 0},
+    {"optTrigLevelExtInImp", 0, 10000},
+    {"optTrigLevelExtInImp", 1, 50},
+    {"optTrigLevelClkInImp", 0, 10000},
+    {"optTrigLevelClkInImp", 1, 50},
+    {"optTrigLevelTrigOut", 0, eOutLevelTTL},
+    {"optTrigLevelTrigOut", 1, eOutLevelECL},
+    {"optTrigLevelStrobeOut", 0, eOutLevelTTL},
+    {"optTrigLevelStrobeOut", 1, eOutLevelECL},
 };
 
 }  // namespace

@@ -75,9 +75,7 @@ expect "$work/console.txt" '^frequency 100000 Hz, width 2\.5e-06 s$'
 say "the public vocabulary"
 # shellcheck disable=SC2046
 "${CXX:-c++}" -fsyntax-only -x c++ $(pkg-config --cflags tarvikautomation) - << 'EOF'
-#include "instrument/LevelFormatEnum.h"
-#include "instrument/PeriodPrecedence.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 static_assert(tarvik::LevelFormatEnum::eFormatECL == 3 && tarvik::PeriodPrecedence::ePreDelay == 3);
 static_assert(tarvik::eLacksAnyVxi == 7168);
 EOF

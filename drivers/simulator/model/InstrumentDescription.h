@@ -3,23 +3,21 @@
 #include <string>
 #include <vector>
 
-#include "simulator/model/Capabilities.h"
+#include "instrument/Vocabulary.h"
+#include "instrument/viInfo.h"
 #include "simulator/model/ScpiError.h"
 
 namespace tarvik::simulator {
 
-/// Kinds of rack entries as the information record tells them: 2 and 3 stand in a slot.
-inline constexpr Integer KindBox = 1, KindSlot = 2, KindSlotOnController = 3;
-
 /// What one instrument of the rack is. Its settings are no part of it.
 struct InstrumentDescription {
-  std::string strName;           ///< key in the instrument list; unique in a rack, never empty
-  Integer intKind = KindSlot;    ///< 1 box, 2 or 3 slot
+  std::string strName;  ///< key in the instrument list; unique in a rack, never empty
+  Integer intKind = eKindSlot;
   Integer intAddress = 0;        ///< logical address
   Integer intSlot = 0;           ///< of a slot instrument
   Integer intModelCode = 0;      ///< of a slot instrument; the 16 bits of the code
   Long lngChannels = 2;          ///< 1 or 2
-  Long lngMask = 0;              ///< sum of Lack bits
+  Long lngMask = 0;              ///< sum of Functionality bits
   std::string strIdentity;       ///< maker, product, serial number, version
   std::string strOptions;        ///< option text
   bool fOpens = true;            ///< whether a session can be opened
@@ -30,7 +28,7 @@ struct InstrumentDescription {
   std::vector<ScpiError> arrErrors;    ///< in the error queue from the start
   std::vector<ScpiError> arrWarnings;  ///< hold until the instrument is reset
 
-  bool HasSlot() const { return intKind == KindSlot || intKind == KindSlotOnController; }
+  bool HasSlot() const { return viInfo::HasSlot(intKind); }
   bool Lacks(Long lngLack) const { return (lngMask & lngLack) != 0; }
   bool operator==(const InstrumentDescription &) const = default;
 };

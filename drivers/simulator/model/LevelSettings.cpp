@@ -13,11 +13,11 @@ namespace {
 
 void ChannelLevels::Set(Long lngFormat, Long lngLevelType, Double dblFirst, Double dblSecond) {
   switch (lngFormat) {
-    case LevelsHighLow:
+    case eLevelHighLow:
       dblHigh = dblFirst;
       dblLow = dblSecond;
       break;
-    case LevelsOffsetAmplitude:
+    case eLevelOffsetAmplitude:
       dblHigh = dblFirst + dblSecond / 2;
       dblLow = dblFirst - dblSecond / 2;
       break;
@@ -28,8 +28,8 @@ void ChannelLevels::Set(Long lngFormat, Long lngLevelType, Double dblFirst, Doub
 
 std::pair<Double, Double> ChannelLevels::Get(Long lngFormat) const {
   switch (lngFormat) {
-    case LevelsHighLow: return {dblHigh, dblLow};
-    case LevelsOffsetAmplitude: return {(dblHigh + dblLow) / 2, dblHigh - dblLow};
+    case eLevelHighLow: return {dblHigh, dblLow};
+    case eLevelOffsetAmplitude: return {(dblHigh + dblLow) / 2, dblHigh - dblLow};
     default: RejectFormat(lngFormat);
   }
 }

@@ -2,13 +2,10 @@
 
 #include <utility>
 
+#include "instrument/Vocabulary.h"
 #include "support/Types.h"
 
 namespace tarvik::simulator {
-
-inline constexpr Long LevelsOffsetAmplitude = 0, LevelsHighLow = 1;
-inline constexpr Long LevelVolts = 0, LevelAmperes = 1;
-inline constexpr Long PolarityNormal = 0, PolarityComplement = 1;
 
 /// Levels and output switches of one channel.
 ///
@@ -22,12 +19,12 @@ inline constexpr Long PolarityNormal = 0, PolarityComplement = 1;
 /// offsetOrLow) suggest the opposite order; an instrument that followed the names would show the amplitude under
 /// "Offset". The instrument keeps high and low, so that every format tells the same levels.
 struct ChannelLevels {
-  Long lngType = LevelVolts;  ///< unit of both levels: 0 volts, 1 amperes
+  Long lngType = eTypeVoltage;  ///< unit of both levels: 0 volts, 1 amperes
   Double dblHigh = 2.5;
   Double dblLow = 0;
   Double dblLoadCompensation = 50;  ///< ohms
   Double dblImpedance = 50;         ///< ohms
-  Long lngPolarity = PolarityNormal;
+  Long lngPolarity = ePolarityNormal;
   bool fOutput = false;
   bool fComplementOutput = false;
 

@@ -9,7 +9,6 @@
 namespace tarvik::simulator {
 
 inline constexpr Long PatternBits = 16384;
-inline constexpr Long PatternRowFirst = 1, PatternRowSecond = 2, PatternRowStrobe = 3;
 
 /// Pattern memory of one row: 16384 bits, of which the first Length() are in use. Address 1 is the highest bit of
 /// the first byte.

@@ -60,8 +60,8 @@ Long DelayOf(std::string_view strValue) {
 }
 
 Integer KindOf(std::string_view strValue) {
-  if (strValue == "slot") return KindSlot;
-  if (strValue == "box") return KindBox;
+  if (strValue == "slot") return eKindSlot;
+  if (strValue == "box") return eKindBox;
   return static_cast<Integer>(NumberOf(strValue, 0, 32767));
 }
 
@@ -69,8 +69,8 @@ Integer KindOf(std::string_view strValue) {
 Long MaskOf(std::string_view strValue) {
   Long lngMask = 0;
   for (const std::string &strPart : Split(strValue, ',')) {
-    const Long lngBits = NumberOf(TrimBlanks(strPart), 0, AllLacks);
-    if (lngBits & ~AllLacks) throw Fault{std::string(TrimBlanks(strPart)) + " is no sum of known capabilities"};
+    const Long lngBits = NumberOf(TrimBlanks(strPart), 0, AllFunctionality);
+    if (lngBits & ~AllFunctionality) throw Fault{std::string(TrimBlanks(strPart)) + " is no sum of known capabilities"};
     lngMask |= lngBits;
   }
   return lngMask;

@@ -4,14 +4,14 @@ namespace tarvik::simulator {
 
 namespace {
 std::size_t RowIndex(Long lngRow) {
-  if (lngRow < PatternRowFirst || lngRow > PatternRowStrobe)
+  if (lngRow < ePatternChan1 || lngRow > ePatternStrobe)
     Reject(ScpiIllegalParameterValue, "Illegal parameter value: pattern row",
            std::to_string(lngRow) + ", allowed 1 to 3");
   return static_cast<std::size_t>(lngRow - 1);
 }
 
 bool Exists(Long lngRow, const InstrumentDescription &description) {
-  return lngRow != PatternRowSecond || description.lngChannels > 1;
+  return lngRow != ePatternChan2 || description.lngChannels > 1;
 }
 }  // namespace
 

@@ -11,9 +11,6 @@
 
 namespace tarvik::simulator {
 
-inline constexpr Long MathSeparate = 0, MathAdded = 1;
-inline constexpr Long PllReferenceClockInput = 0, PllReferenceInternal = 1;
-
 /// Everything that can be set on one instrument. A new object is the state after a reset.
 struct Settings {
   ModeSettings mode;
@@ -21,10 +18,10 @@ struct Settings {
   ChannelArray<ChannelTiming> timing;
   ChannelArray<ChannelLevels> levels;
   ChannelArray<ChannelLimits> limits;
-  Long lngChannelMath = MathSeparate;
+  Long lngChannelMath = eMathSeparate;
   TriggerLevelSettings triggerLevels;
   Double dblPllReference = 5e6;  ///< hertz, 5 or 10 MHz
-  Long lngPllReferenceSource = PllReferenceInternal;
+  Long lngPllReferenceSource = ePllRefInternal;
   std::array<PatternRow, 3> arrPattern;
 
   /// The row to be written by its number in the contract, 1 to 3; raises Rejected for another, and for row 2 of a

@@ -8,17 +8,17 @@ Double EdgeOf(Double dblEdge) { return dblEdge > 0 && dblEdge < FastestEdge ? Fa
 }  // namespace
 
 void ChannelTiming::SetPulseType(Long lngType) {
-  if (lngType == PulseTypeDouble && !IsDouble() && dblDoubleDelay < dblWidth) dblDoubleDelay = dblWidth;
+  if (lngType == eTypeDouble && !IsDouble() && dblDoubleDelay < dblWidth) dblDoubleDelay = dblWidth;
   lngPulseType = lngType;
 }
 
 void ChannelTiming::SetSingleDelay(Double dblDelay) {
-  lngPulseType = PulseTypeSingle;
+  lngPulseType = eTypeSingle;
   dblSingleDelay = dblDelay;
 }
 
 void ChannelTiming::SetDoubleDelay(Double dblDelay) {
-  lngPulseType = PulseTypeDouble;
+  lngPulseType = eTypeDouble;
   dblDoubleDelay = dblDelay;
 }
 

@@ -1,19 +1,17 @@
 #pragma once
 
+#include "instrument/Vocabulary.h"
 #include "support/Types.h"
 
 namespace tarvik::simulator {
-
-inline constexpr Long PulseTypeSingle = 1, PulseTypeDouble = 2;
-inline constexpr Long FormatNrz = 0, FormatRz = 1;
 
 /// The two leading edges of a model with fixed edges, seconds. The first is the fastest edge of all models.
 inline constexpr Double FastestEdge = 0.8e-9, SlowerFixedEdge = 1.6e-9;
 
 /// Timing of one channel, seconds.
 struct ChannelTiming {
-  Long lngPulseType = PulseTypeSingle;
-  Long lngSignalFormat = FormatRz;
+  Long lngPulseType = eTypeSingle;
+  Long lngSignalFormat = eFormatRz;
   bool fCoupled = true;            ///< the trailing edge follows the leading edge
   Double dblSingleDelay = 0;       ///< of the pulse
   Double dblDoubleDelay = 200e-9;  ///< of the second pulse, from the start of the first
@@ -30,7 +28,7 @@ struct ChannelTiming {
   void SetLeading(Double dblEdge);
   void SetTrailing(Double dblEdge);
 
-  bool IsDouble() const { return lngPulseType == PulseTypeDouble; }
+  bool IsDouble() const { return lngPulseType == eTypeDouble; }
   Double DelayInForce() const { return IsDouble() ? dblDoubleDelay : dblSingleDelay; }
   Double TrailingInForce() const { return fCoupled ? dblLeading : dblTrailing; }
   bool operator==(const ChannelTiming &) const = default;

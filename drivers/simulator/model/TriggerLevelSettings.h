@@ -2,13 +2,10 @@
 
 #include <array>
 
+#include "instrument/Vocabulary.h"
 #include "support/Types.h"
 
 namespace tarvik::simulator {
-
-inline constexpr Long FamilyTtl = 0, FamilyEcl = 1;
-inline constexpr Long VxiFromTrigger = 1, VxiFromStrobe = 2, VxiFirstLine = 5, VxiLastLine = 14;
-inline constexpr Long OutTrigger = 1, OutStrobe = 2;
 
 /// An input of the trigger system.
 struct InputSettings {
@@ -21,9 +18,9 @@ struct InputSettings {
 struct TriggerLevelSettings {
   InputSettings extInput;
   InputSettings clockInput;
-  ChannelArray<Long> arrOutLevel{FamilyTtl, FamilyTtl};  ///< by OutTrigger, OutStrobe
-  Long lngVxiSource = VxiFromTrigger;
-  Long lngVxiLine = 7;  ///< TTLT 0
+  ChannelArray<Long> arrOutLevel{eOutLevelTTL, eOutLevelTTL};  ///< by AuxOutput
+  Long lngVxiSource = eVxiSourceTrigger;
+  Long lngVxiLine = eVxiTtlt0;
   bool operator==(const TriggerLevelSettings &) const = default;
 };
 

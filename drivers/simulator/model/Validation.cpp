@@ -20,42 +20,42 @@ std::string OfChannel(const char *strWhat, Long lngChannel) {
 }
 
 bool UsesPllForArming(const ModeSettings &mode) {
-  return mode.lngTriggerMode == TriggerTriggered && mode.lngPulseMode != PulseStream && mode.lngArmSource == ArmPll;
+  return mode.lngTriggerMode == eTriggerTriggered && mode.lngPulseMode != ePulseStream && mode.lngArmSource == eArmPll;
 }
 
 void CheckMode(Findings &findings, const ModeSettings &mode, const InstrumentDescription &description) {
-  findings.Between("trigger mode", mode.lngTriggerMode, TriggerContinuous, TriggerExtWidth);
-  findings.Between("pulse mode", mode.lngPulseMode, PulseStream, PulsePattern);
+  findings.Between("trigger mode", mode.lngTriggerMode, eTriggerContinuous, eTriggerExtWidth);
+  findings.Between("pulse mode", mode.lngPulseMode, ePulseStream, ePulsePattern);
   findings.InRange("burst length", mode.lngBurstLength, BurstRange);
-  findings.Between("period source", mode.lngPeriodSource, PeriodOscillator, PeriodClockInput);
-  findings.OneOf("clock edge", mode.lngClockSlope, {SlopeFalling, SlopeRising});
-  const bool fVxiLine = mode.lngArmSource >= ArmFirstVxiLine && mode.lngArmSource <= ArmLastVxiLine;
+  findings.Between("period source", mode.lngPeriodSource, eSourceOscillator, eSourceClkIn);
+  findings.OneOf("clock edge", mode.lngClockSlope, {eSlopeFalling, eSlopeRising});
+  const bool fVxiLine = mode.lngArmSource >= eVxiEclt0 && mode.lngArmSource <= eVxiTtlt7;
   if (fVxiLine)
-    findings.Present(!description.Lacks(LackVxiArming), "VXI trigger lines as arming source");
+    findings.Present(!description.Lacks(eLacksVxiLines), "VXI trigger lines as arming source");
   else
-    findings.OneOf("arming source", mode.lngArmSource, {ArmPll, ArmExternal, ArmKey});
-  findings.Between("arming slope", mode.lngArmSlope, SlopeFalling, SlopeBoth);
+    findings.OneOf("arming source", mode.lngArmSource, {eArmPll, eArmExternal, eArmManual});
+  findings.Between("arming slope", mode.lngArmSlope, eSlopeFalling, eSlopeBoth);
   findings.InRange("frequency of the PLL", mode.dblPllFrequency, PllRange);
 
-  if (mode.lngTriggerMode == TriggerContinuous) return;
-  findings.Agree(mode.lngArmSource != ArmPll || UsesPllForArming(mode),
+  if (mode.lngTriggerMode == eTriggerContinuous) return;
+  findings.Agree(mode.lngArmSource != eArmPll || UsesPllForArming(mode),
                  "the PLL arms triggered bursts and patterns only");
-  findings.Agree(!(UsesPllForArming(mode) && mode.lngPeriodSource == PeriodPll),
+  findings.Agree(!(UsesPllForArming(mode) && mode.lngPeriodSource == eSourcePll),
                  "the PLL cannot be period source and arming source at once");
 }
 
 void CheckTimes(Findings &findings, const ChannelTiming &timing, Long lngChannel) {
-  findings.OneOf(OfChannel("pulse type", lngChannel), timing.lngPulseType, {PulseTypeSingle, PulseTypeDouble});
-  findings.OneOf(OfChannel("signal format", lngChannel), timing.lngSignalFormat, {FormatNrz, FormatRz});
+  findings.OneOf(OfChannel("pulse type", lngChannel), timing.lngPulseType, {eTypeSingle, eTypeDouble});
+  findings.OneOf(OfChannel("signal format", lngChannel), timing.lngSignalFormat, {eFormatNrz, eFormatRz});
   findings.InRange(OfChannel("delay", lngChannel), timing.DelayInForce(), DelayRange);
   findings.InRange(OfChannel("width", lngChannel), timing.dblWidth, WidthRange);
 }
 
 void CheckEdges(Findings &findings, const ChannelTiming &timing, Long lngChannel,
                 const InstrumentDescription &description) {
-  findings.Present(timing.fCoupled || !description.Lacks(LackSeparateEdges),
+  findings.Present(timing.fCoupled || !description.Lacks(eLacksTrailingEdge),
                    OfChannel("separate trailing edge", lngChannel));
-  if (description.Lacks(LackFreeLeadingEdge))
+  if (description.Lacks(eLacksFreeLeadingEdge))
     findings.OneOf(OfChannel("leading edge", lngChannel), timing.dblLeading, {FastestEdge, SlowerFixedEdge}, "s");
   else
     findings.InRange(OfChannel("leading edge", lngChannel), timing.dblLeading, EdgeRange);
@@ -64,11 +64,11 @@ void CheckEdges(Findings &findings, const ChannelTiming &timing, Long lngChannel
 
 /// Whether the channel's pulses have a width of their own: in a pattern only with return to zero.
 bool HasWidth(const Settings &settings, Long lngChannel) {
-  return settings.mode.lngPulseMode != PulsePattern || settings.timing[lngChannel].lngSignalFormat == FormatRz;
+  return settings.mode.lngPulseMode != ePulsePattern || settings.timing[lngChannel].lngSignalFormat == eFormatRz;
 }
 
 bool IsDoubleNow(const Settings &settings, Long lngChannel) {
-  return settings.mode.lngPulseMode != PulsePattern && settings.timing[lngChannel].IsDouble();
+  return settings.mode.lngPulseMode != ePulsePattern && settings.timing[lngChannel].IsDouble();
 }
 
 void CheckAgainstPeriod(Findings &findings, const Settings &settings, Long lngChannel) {
@@ -90,22 +90,23 @@ void CheckAgainstPeriod(Findings &findings, const Settings &settings, Long lngCh
 
 void CheckLevels(Findings &findings, const ChannelLevels &levels, Long lngChannel,
                  const InstrumentDescription &description) {
-  findings.OneOf(OfChannel("level type", lngChannel), levels.lngType, {LevelVolts, LevelAmperes});
-  const Range &range = levels.lngType == LevelAmperes ? CurrentRange : VoltageRange;
+  findings.OneOf(OfChannel("level type", lngChannel), levels.lngType, {eTypeVoltage, eTypeCurrent});
+  const Range &range = levels.lngType == eTypeCurrent ? CurrentRange : VoltageRange;
   findings.InRange(OfChannel("high level", lngChannel), levels.dblHigh, range);
   findings.InRange(OfChannel("low level", lngChannel), levels.dblLow, range);
   findings.Agree(NotAbove(levels.dblLow, levels.dblHigh), OfChannel("low level above high level", lngChannel),
                  Quantity(levels.dblLow, range.strUnit) + " above " + Quantity(levels.dblHigh, range.strUnit));
   findings.InRange(OfChannel("load compensation", lngChannel), levels.dblLoadCompensation, LoadRange);
   findings.OneOf(OfChannel("output impedance", lngChannel), levels.dblImpedance, {50.0, 1000.0}, "Ohm");
-  findings.OneOf(OfChannel("polarity", lngChannel), levels.lngPolarity, {PolarityNormal, PolarityComplement});
+  findings.OneOf(OfChannel("polarity", lngChannel), levels.lngPolarity, {ePolarityNormal, ePolarityComplement});
 
   const ChannelLevels fixed;
-  findings.Present(!description.Lacks(LackLoadCompensation) || levels.dblLoadCompensation == fixed.dblLoadCompensation,
-                   OfChannel("load compensation", lngChannel));
-  findings.Present(!description.Lacks(LackOutputImpedance) || levels.dblImpedance == fixed.dblImpedance,
+  findings.Present(
+      !description.Lacks(eLacksLoadCompensation) || levels.dblLoadCompensation == fixed.dblLoadCompensation,
+      OfChannel("load compensation", lngChannel));
+  findings.Present(!description.Lacks(eLacksImpedance) || levels.dblImpedance == fixed.dblImpedance,
                    OfChannel("choice of the output impedance", lngChannel));
-  findings.Present(!description.Lacks(LackComplementOutput) || !levels.fComplementOutput,
+  findings.Present(!description.Lacks(eLacksComplement) || !levels.fComplementOutput,
                    OfChannel("complement output", lngChannel));
 }
 
@@ -130,7 +131,7 @@ void CheckLimits(Findings &findings, const ChannelLimits &limits, const ChannelL
                    Quantity(pair.dblLow, pair.range.strUnit) + " above " + Quantity(pair.dblHigh, pair.range.strUnit));
   }
   if (!limits.fEnabled) return;
-  const LimitPair &pair = levels.lngType == LevelAmperes ? current : voltage;
+  const LimitPair &pair = levels.lngType == eTypeCurrent ? current : voltage;
   findings.Agree(NotAbove(levels.dblHigh, pair.dblHigh),
                  OfChannel("high level", lngChannel) + " above the " + pair.strHigh,
                  Quantity(levels.dblHigh, pair.range.strUnit) + " above " + Quantity(pair.dblHigh, pair.range.strUnit));
@@ -146,24 +147,24 @@ void CheckTriggerLevels(Findings &findings, const TriggerLevelSettings &levels,
     findings.InRange(std::string("threshold of the ") + strInput, input.dblThreshold, ThresholdRange);
     findings.OneOf(std::string("impedance of the ") + strInput, input.dblImpedance, {50.0, 10000.0}, "Ohm");
   }
-  findings.OneOf("level of the trigger output", levels.arrOutLevel[OutTrigger], {FamilyTtl, FamilyEcl});
-  findings.OneOf("level of the strobe output", levels.arrOutLevel[OutStrobe], {FamilyTtl, FamilyEcl});
-  findings.OneOf("source of the VXI trigger", levels.lngVxiSource, {VxiFromTrigger, VxiFromStrobe});
-  findings.Between("line of the VXI trigger", levels.lngVxiLine, VxiFirstLine, VxiLastLine);
+  findings.OneOf("level of the trigger output", levels.arrOutLevel[eOutTrigger], {eOutLevelTTL, eOutLevelECL});
+  findings.OneOf("level of the strobe output", levels.arrOutLevel[eOutStrobe], {eOutLevelTTL, eOutLevelECL});
+  findings.OneOf("source of the VXI trigger", levels.lngVxiSource, {eVxiSourceTrigger, eVxiSourceStrobe});
+  findings.Between("line of the VXI trigger", levels.lngVxiLine, eVxiEclt0, eVxiTtlt7);
   const TriggerLevelSettings fixed;
-  findings.Present(!description.Lacks(LackVxiSource) || levels.lngVxiSource == fixed.lngVxiSource,
+  findings.Present(!description.Lacks(eLacksVxiSource) || levels.lngVxiSource == fixed.lngVxiSource,
                    "source of the VXI trigger");
-  findings.Present(!description.Lacks(LackVxiLine) || levels.lngVxiLine == fixed.lngVxiLine, "line of the VXI trigger");
+  findings.Present(!description.Lacks(eLacksVxiEnable) || levels.lngVxiLine == fixed.lngVxiLine,
+                   "line of the VXI trigger");
 }
 
 void CheckInstrument(Findings &findings, const Settings &settings, const InstrumentDescription &description) {
   findings.InRange("frequency", settings.dblFrequency, FrequencyRange);
-  findings.OneOf("outputs added", settings.lngChannelMath, {MathSeparate, MathAdded});
-  const bool fCanAdd = description.lngChannels > 1 && !description.Lacks(LackChannelMath);
-  findings.Present(fCanAdd || settings.lngChannelMath == MathSeparate, "adding of the outputs");
+  findings.OneOf("outputs added", settings.lngChannelMath, {eMathSeparate, eMathAdded});
+  const bool fCanAdd = description.lngChannels > 1 && !description.Lacks(eLacksChannelMath);
+  findings.Present(fCanAdd || settings.lngChannelMath == eMathSeparate, "adding of the outputs");
   findings.OneOf("reference of the PLL", settings.dblPllReference, {5e6, 10e6}, "Hz");
-  findings.OneOf("source of the PLL reference", settings.lngPllReferenceSource,
-                 {PllReferenceClockInput, PllReferenceInternal});
+  findings.OneOf("source of the PLL reference", settings.lngPllReferenceSource, {ePllRefClkIn, ePllRefInternal});
 }
 
 void WarnOfPeriod(std::vector<ScpiError> &warnings, const Settings &settings, Long lngChannel) {

@@ -8,9 +8,9 @@
 #include "PanelSession.h"
 #include "WidgetEnvironment.h"
 #include "bitpattern/BitPattern.h"
-#include "instrument/Restrictions.h"
+#include "instrument/Vocabulary.h"
 #include "platform/CheckBox.h"
-#include "support/modCboTags.h"
+#include "settings/modCboTags.h"
 
 namespace tarvik::test {
 
@@ -40,7 +40,7 @@ class Shown {
   bool HasChoice(const char *strList) const {
     return m_user.List(strList).Enabled() && m_user.List(strList).ListIndex() >= 0;
   }
-  Double Choice(const std::string &strList) const { return m_user.List(strList).GetCurrItemData(-7); }
+  Long Choice(const std::string &strList) const { return m_user.List(strList).GetCurrItemData(-7); }
 
   void ReadMode() {
     auto &numbers = m_settings.numbers;
@@ -57,13 +57,13 @@ class Shown {
       numbers["PLL frequency"] = Choice("cboArmingLevel") == ePllFrequency
                                      ? Value("esPllPeriodOrFreq")
                                      : m_user.Field("esPllPeriodOrFreq").Reciprocal();
-    const bool fPattern = numbers["pulse mode"] == ePulsePattern;
+    const bool fPattern = numbers["pulse mode"] == Long{ePulsePattern};
     for (Long k = 0; k < m_model.lngChannels; ++k) {
       const std::string strList = "cboPulseType" + std::to_string(k + 1);
       if (!HasChoice(strList.c_str())) continue;
       numbers[(fPattern ? "format " : "pulse type ") + std::to_string(k + 1)] = Choice(strList);
       // With the external width the panel knows single pulses only.
-      if (!fPattern && numbers["trigger mode"] != eTriggerExtWidth)
+      if (!fPattern && numbers["trigger mode"] != Long{eTriggerExtWidth})
         numbers["double pulses " + std::to_string(k + 1)] =
             m_user.Field(Indexed("esDelay", k)).Caption() == "Dbl. Delay";
     }

@@ -5,8 +5,8 @@
 #include <random>
 
 #include "DaySession.h"
-#include "instrument/Restrictions.h"
-#include "support/modCboTags.h"
+#include "instrument/Vocabulary.h"
+#include "settings/modCboTags.h"
 
 namespace tarvik::test {
 namespace {

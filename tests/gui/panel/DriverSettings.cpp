@@ -2,7 +2,7 @@
 
 #include "automation/AutomationArray.h"
 #include "instrument/DriverCall.h"
-#include "support/modCboTags.h"
+#include "settings/modCboTags.h"
 
 namespace tarvik::test {
 

@@ -17,9 +17,6 @@ using namespace simulator::testing_support;
 using automation::String;
 using testing::IsEmpty;
 
-constexpr Long LacksTrailingEdge = 4, LacksImpedance = 64, LacksLoad = 128, LacksMath = 256, LacksComplement = 512,
-               LacksVxiSource = 1024, LacksVxiLine = 2048;
-
 struct OpenInstrument {
   std::string strName;
   Ref<IInstrument> instrument;
@@ -193,7 +190,7 @@ void SendBackTiming(const OpenInstrument &open, Long lngChannel) {
   Check(edges->GetTrailing(&lngSelector, &dblTrailing));
   Check(edges->SetLeading(&lngSelector, dblLeading));
   Check(edges->SetTrailing(&lngSelector, dblTrailing));
-  if (!(open.lngMask & LacksTrailingEdge)) Check(edges->SetCoupling(Read<Long>(edges, &IEdges::GetCoupling)));
+  if (!(open.lngMask & eLacksTrailingEdge)) Check(edges->SetCoupling(Read<Long>(edges, &IEdges::GetCoupling)));
   Check(timing->SetWidth(Read<Double>(timing, &IChannelTiming::GetWidth)));
   // By way of the period, which the page shows.
   Check(timing->SetFrequency(1 / (1 / Read<Double>(timing, &IChannelTiming::GetFrequency))));
@@ -215,13 +212,13 @@ void SendBackLevels(const OpenInstrument &open, Long lngChannel, Long lngFormat)
   Double dblFirst = 0, dblSecond = 0;
   Check(levels->GetLevel(lngFormat, &lngType, &dblFirst, &dblSecond));
   Check(levels->SetLevel(lngFormat, lngType, dblFirst, dblSecond));
-  if (!(open.lngMask & LacksLoad))
+  if (!(open.lngMask & eLacksLoadCompensation))
     Check(levels->SetLoadCompensation(Read<Double>(levels, &IChannelLevels::GetLoadCompensation)));
-  if (!(open.lngMask & LacksImpedance))
+  if (!(open.lngMask & eLacksImpedance))
     Check(levels->SetImpedance(Read<Double>(levels, &IChannelLevels::GetImpedance)));
   Check(levels->SetPolarity(Read<Long>(levels, &IChannelLevels::GetPolarity)));
   Check(levels->SetOutput(Read<VariantBool>(levels, &IChannelLevels::GetOutput)));
-  if (!(open.lngMask & LacksComplement))
+  if (!(open.lngMask & eLacksComplement))
     Check(levels->SetComplementOutput(Read<VariantBool>(levels, &IChannelLevels::GetComplementOutput)));
 }
 
@@ -244,8 +241,8 @@ void SendBackTrigger(const OpenInstrument &open) {
     Check(aux->GetOutLevel(lngWhich, &lngLevel));
     Check(aux->SetOutLevel(lngWhich, lngLevel));
   }
-  if (!(open.lngMask & LacksVxiSource)) Check(aux->SetVxiSource(Read<Long>(aux, &IAuxOutputs::GetVxiSource)));
-  if (!(open.lngMask & LacksVxiLine)) Check(aux->SetVxiLine(Read<Long>(aux, &IAuxOutputs::GetVxiLine)));
+  if (!(open.lngMask & eLacksVxiSource)) Check(aux->SetVxiSource(Read<Long>(aux, &IAuxOutputs::GetVxiSource)));
+  if (!(open.lngMask & eLacksVxiEnable)) Check(aux->SetVxiLine(Read<Long>(aux, &IAuxOutputs::GetVxiLine)));
   const auto clock = Fetch(trigger, &ITriggerSystem::GetClockInput);
   Check(clock->SetImpedance(Read<Double>(clock, &IClockInput::GetImpedance)));
   Check(clock->SetThreshold(Read<Double>(clock, &IClockInput::GetThreshold)));
@@ -264,7 +261,7 @@ TEST_F(AnyDriver, WhatTheInstrumentTellsItTakesBack) {
         SendBackLimits(open, i);
       }
       SendBackTrigger(open);
-      if (!(open.lngMask & LacksMath))
+      if (!(open.lngMask & eLacksChannelMath))
         Check(open.instrument->SetChannelMath(Read<Long>(open.instrument, &IInstrument::GetChannelMath)));
       EXPECT_EQ(automation::StatusOk, open.instrument->Transaction(TransactionCommit));
     }

@@ -3,9 +3,6 @@
 #include <limits>
 
 #include "InstrumentSession.h"
-#include "instrument/LevelFormatEnum.h"
-#include "instrument/PeriodPrecedence.h"
-#include "instrument/Restrictions.h"
 
 namespace tarvik::test {
 namespace {
@@ -135,15 +132,6 @@ TEST_F(CapabilitiesTest, OfflineThereIsNoChannelCountAndNoRestriction) {
   EXPECT_FALSE(Instr().IsRestricted(4));
   EXPECT_TRUE(Instr().IsNotRestricted(4));
   EXPECT_THAT(Boxes(), IsEmpty());
-}
-
-TEST(Vocabulary, FormatsPrecedencesAndCapabilityBitsHaveTheirNumbers) {
-  EXPECT_THAT((std::vector<Long>{eFormatTTL, eFormatHighLow, eFormatOffsetAmpl, eFormatECL}), ElementsAre(0, 1, 2, 3));
-  EXPECT_THAT((std::vector<Long>{ePrePeriod, ePreFrequency, ePreWidth, ePreDelay}), ElementsAre(0, 1, 2, 3));
-  EXPECT_THAT((std::vector<Long>{eLacksTrailingEdge, eLacksImpedance, eLacksLoadCompensation, eLacksChannelMath,
-                                 eLacksComplement, eLacksVxiSource, eLacksVxiEnable, eLacksVxiLines, eLacksAnyVxi,
-                                 eLacksFreeLeadingEdge}),
-              ElementsAre(4, 64, 128, 256, 512, 1024, 2048, 4096, 7168, 16384));
 }
 
 TEST_F(CapabilitiesTest, RestrictionsAreASignedMask) {

@@ -9,26 +9,26 @@ using Bytes = std::vector<Byte>;
 
 TEST(ChannelLevels, OffsetComesFirstAndAmplitudeSecondInFormat0) {
   ChannelLevels levels;
-  levels.Set(LevelsHighLow, LevelVolts, -0.75, -1.75);
-  EXPECT_EQ(std::make_pair(-1.25, 1.0), levels.Get(LevelsOffsetAmplitude));
-  levels.Set(LevelsOffsetAmplitude, LevelVolts, 1.0, 3.0);
+  levels.Set(eLevelHighLow, eTypeVoltage, -0.75, -1.75);
+  EXPECT_EQ(std::make_pair(-1.25, 1.0), levels.Get(eLevelOffsetAmplitude));
+  levels.Set(eLevelOffsetAmplitude, eTypeVoltage, 1.0, 3.0);
   EXPECT_EQ(2.5, levels.dblHigh);
   EXPECT_EQ(-0.5, levels.dblLow);
-  EXPECT_EQ(std::make_pair(2.5, -0.5), levels.Get(LevelsHighLow));
+  EXPECT_EQ(std::make_pair(2.5, -0.5), levels.Get(eLevelHighLow));
 }
 
 TEST(ChannelLevels, ReadAndWrittenBackInFormat0AreTheSame) {
   ChannelLevels levels;
-  levels.Set(LevelsHighLow, LevelAmperes, 0.0625, -0.03125);
-  const auto [dblOffset, dblAmplitude] = levels.Get(LevelsOffsetAmplitude);
+  levels.Set(eLevelHighLow, eTypeCurrent, 0.0625, -0.03125);
+  const auto [dblOffset, dblAmplitude] = levels.Get(eLevelOffsetAmplitude);
   ChannelLevels again;
-  again.Set(LevelsOffsetAmplitude, LevelAmperes, dblOffset, dblAmplitude);
+  again.Set(eLevelOffsetAmplitude, eTypeCurrent, dblOffset, dblAmplitude);
   EXPECT_EQ(levels, again);
 }
 
 TEST(ChannelLevels, RefuseAnUnknownFormat) {
   ChannelLevels levels;
-  EXPECT_THROW(levels.Set(2, LevelVolts, 1, 0), Rejected);
+  EXPECT_THROW(levels.Set(2, eTypeVoltage, 1, 0), Rejected);
   EXPECT_THROW(levels.Get(-1), Rejected);
   EXPECT_EQ(ChannelLevels{}, levels);
 }
@@ -46,7 +46,7 @@ TEST(ChannelTiming, DelayBlockDecidesOverThePulseType) {
 TEST(ChannelTiming, SecondPulseMovesBehindTheFirstWhenTheChannelBecomesDouble) {
   ChannelTiming timing;
   timing.dblWidth = 400e-9;
-  timing.SetPulseType(PulseTypeDouble);
+  timing.SetPulseType(eTypeDouble);
   EXPECT_EQ(400e-9, timing.DelayInForce());
 }
 
@@ -71,31 +71,31 @@ TEST(ChannelTiming, CoupledTrailingEdgeFollowsTheLeadingEdge) {
 
 TEST(ModeSettings, OpenSelectorsKeepWhatTheInstrumentHas) {
   ModeSettings mode;
-  mode.SetPeriod(PeriodOscillator, KeepSelector);
-  mode.SetArming(KeepArmSource, KeepSelector);
+  mode.SetPeriod(eSourceOscillator, eKeepSlope);
+  mode.SetArming(eKeepArmingSource, eKeepSlope);
   EXPECT_EQ(ModeSettings{}, mode);
 }
 
 TEST(ModeSettings, PllTakesPeriodOrFrequencyWhileItArms) {
   ModeSettings mode;
-  mode.SetArming(ArmPll, KeepSelector);
-  mode.SetPll(PllAsPeriod, 0.5e-6);
+  mode.SetArming(eArmPll, eKeepSlope);
+  mode.SetPll(ePllPeriod, 0.5e-6);
   EXPECT_DOUBLE_EQ(2e6, mode.dblPllFrequency);
-  mode.SetPll(PllAsFrequency, 3e6);
+  mode.SetPll(ePllFrequency, 3e6);
   EXPECT_EQ(3e6, mode.dblPllFrequency);
-  mode.SetPll(KeepSelector, 7);
+  mode.SetPll(eKeepSlope, 7);
   EXPECT_EQ(3e6, mode.dblPllFrequency);
-  mode.SetArming(ArmExternal, KeepSelector);
-  mode.SetPll(PllAsFrequency, 9e6);
+  mode.SetArming(eArmExternal, eKeepSlope);
+  mode.SetPll(ePllFrequency, 9e6);
   EXPECT_EQ(3e6, mode.dblPllFrequency);
 }
 
 TEST(ModeSettings, GoingToContinuousFreesThePll) {
   ModeSettings mode;
-  mode.SetMode(TriggerTriggered, PulseBurst);
-  mode.SetArming(ArmPll, KeepSelector);
-  mode.SetMode(TriggerContinuous, PulseStream);
-  EXPECT_EQ(ArmExternal, mode.lngArmSource);
+  mode.SetMode(eTriggerTriggered, ePulseBurst);
+  mode.SetArming(eArmPll, eKeepSlope);
+  mode.SetMode(eTriggerContinuous, ePulseStream);
+  EXPECT_EQ(eArmExternal, mode.lngArmSource);
 }
 
 TEST(PatternRow, StartsWith16Zeros) {

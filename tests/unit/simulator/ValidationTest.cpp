@@ -36,7 +36,7 @@ using S = Settings;
 std::vector<Case> Cases() {
   return {
       {"Defaults", 0, 2, [](S &) {}, ""},
-      {"DefaultsWithoutAnything", AllLacks, 1, [](S &) {}, ""},
+      {"DefaultsWithoutAnything", AllFunctionality, 1, [](S &) {}, ""},
       {"FrequencyLow", 0, 2, [](S &s) { s.dblFrequency = 0.9e-3; },
        R"~(-222,"Data out of range: frequency (9e-04 Hz, allowed 0.001 Hz to 3.3e+08 Hz)")~"},
       {"FrequencyReciprocalOfTheSlowest", 0, 2, [](S &s) { s.dblFrequency = 1 / (1 / 1e-3); }, ""},
@@ -61,20 +61,20 @@ std::vector<Case> Cases() {
       {"PeriodOfTheClockInputIsUnknown", 0, 2,
        [](S &s) {
          s.timing[1].dblWidth = 2e-6;
-         s.mode.lngPeriodSource = PeriodClockInput;
+         s.mode.lngPeriodSource = eSourceClkIn;
        },
        ""},
       {"TriggeredPulsesHaveNoPeriod", 0, 2,
        [](S &s) {
          s.timing[1].dblWidth = 2e-6;
-         s.mode.SetMode(TriggerTriggered, PulseStream);
+         s.mode.SetMode(eTriggerTriggered, ePulseStream);
        },
        ""},
       {"NonReturnPatternHasNoWidth", 0, 1,
        [](S &s) {
          s.timing[1].dblWidth = 2e-6;
-         s.timing[1].lngSignalFormat = FormatNrz;
-         s.mode.SetMode(TriggerContinuous, PulsePattern);
+         s.timing[1].lngSignalFormat = eFormatNrz;
+         s.mode.SetMode(eTriggerContinuous, ePulsePattern);
        },
        ""},
       {"DoubleDelayBelowWidth", 0, 2,
@@ -134,21 +134,21 @@ std::vector<Case> Cases() {
        R"~(-241,"Hardware missing: VXI trigger lines as arming source")~"},
       {"PllArmsABurst", 0, 2,
        [](S &s) {
-         s.mode.SetMode(TriggerTriggered, PulseBurst);
-         s.mode.lngArmSource = ArmPll;
+         s.mode.SetMode(eTriggerTriggered, ePulseBurst);
+         s.mode.lngArmSource = eArmPll;
        },
        ""},
       {"PllArmsAGate", 0, 2,
        [](S &s) {
-         s.mode.SetMode(TriggerGated, PulseBurst);
-         s.mode.lngArmSource = ArmPll;
+         s.mode.SetMode(eTriggerGated, ePulseBurst);
+         s.mode.lngArmSource = eArmPll;
        },
        R"~(-221,"Settings conflict: the PLL arms triggered bursts and patterns only")~"},
       {"PllTwice", 0, 2,
        [](S &s) {
-         s.mode.SetMode(TriggerTriggered, PulsePattern);
-         s.mode.lngArmSource = ArmPll;
-         s.mode.lngPeriodSource = PeriodPll;
+         s.mode.SetMode(eTriggerTriggered, ePulsePattern);
+         s.mode.lngArmSource = eArmPll;
+         s.mode.lngPeriodSource = eSourcePll;
        },
        R"~(-221,"Settings conflict: the PLL cannot be period source and arming source at once")~"},
       {"PllFrequency", 0, 2, [](S &s) { s.mode.dblPllFrequency = 0; },
@@ -159,12 +159,12 @@ std::vector<Case> Cases() {
        R"~(-222,"Data out of range: high level of channel 1 (20.5 V, allowed -20 V to 20 V)")~"},
       {"LowLevel", 0, 2, [](S &s) { s.levels[2].dblLow = -20.5; },
        R"~(-222,"Data out of range: low level of channel 2 (-20.5 V, allowed -20 V to 20 V)")~"},
-      {"CurrentLevel", 0, 2, [](S &s) { s.levels[1].Set(LevelsHighLow, LevelAmperes, 0.9, 0); },
+      {"CurrentLevel", 0, 2, [](S &s) { s.levels[1].Set(eLevelHighLow, eTypeCurrent, 0.9, 0); },
        R"~(-222,"Data out of range: high level of channel 1 (0.9 A, allowed -0.8 A to 0.8 A)")~"},
-      {"EqualLevels", 0, 2, [](S &s) { s.levels[1].Set(LevelsHighLow, LevelVolts, 0, 0); }, ""},
-      {"LowAboveHigh", 0, 2, [](S &s) { s.levels[1].Set(LevelsHighLow, LevelVolts, 0.5, 1.5); },
+      {"EqualLevels", 0, 2, [](S &s) { s.levels[1].Set(eLevelHighLow, eTypeVoltage, 0, 0); }, ""},
+      {"LowAboveHigh", 0, 2, [](S &s) { s.levels[1].Set(eLevelHighLow, eTypeVoltage, 0.5, 1.5); },
        R"~(-221,"Settings conflict: low level above high level of channel 1 (1.5 V above 0.5 V)")~"},
-      {"NegativeAmplitude", 0, 2, [](S &s) { s.levels[1].Set(LevelsOffsetAmplitude, LevelVolts, 1, -1); },
+      {"NegativeAmplitude", 0, 2, [](S &s) { s.levels[1].Set(eLevelOffsetAmplitude, eTypeVoltage, 1, -1); },
        R"~(-221,"Settings conflict: low level above high level of channel 1 (1.5 V above 0.5 V)")~"},
       {"Load", 0, 2, [](S &s) { s.levels[1].dblLoadCompensation = 0; },
        R"~(-222,"Data out of range: load compensation of channel 1 (0 Ohm, allowed 0.1 Ohm to 1e+06 Ohm)")~"},
@@ -194,13 +194,13 @@ std::vector<Case> Cases() {
       {"LevelBelowLimit", 0, 2,
        [](S &s) {
          s.limits[1].fEnabled = true;
-         s.levels[1].Set(LevelsHighLow, LevelAmperes, 0.01, -0.02);
+         s.levels[1].Set(eLevelHighLow, eTypeCurrent, 0.01, -0.02);
        },
        R"~(-221,"Settings conflict: low level of channel 1 below the low current limit (-0.02 A below -0.01 A)")~"},
       {"LevelsAtTheLimits", 0, 2,
        [](S &s) {
          s.limits[1].fEnabled = true;
-         s.levels[1].Set(LevelsHighLow, LevelVolts, 0.5, -0.5);
+         s.levels[1].Set(eLevelHighLow, eTypeVoltage, 0.5, -0.5);
        },
        ""},
       {"ExtThreshold", 0, 2, [](S &s) { s.triggerLevels.extInput.dblThreshold = 11; },
