@@ -1,7 +1,7 @@
 #pragma once
 
 #include "automation/ClassFactory.h"
-#include "lib/LibraryUse.h"
+#include "dispatch/LibraryUse.h"
 
 namespace tarvik {
 

@@ -1,4 +1,4 @@
-#include "lib/LibraryUse.h"
+#include "dispatch/LibraryUse.h"
 
 namespace tarvik {
 

@@ -1,11 +1,11 @@
-#include "lib/InstrDispatch.h"
+#include "dispatch/InstrDispatch.h"
 
 #include "automation/AutomationString.h"
 #include "automation/ErrorInfo.h"
+#include "dispatch/InstrOperations.h"
+#include "dispatch/InstrRecord.h"
+#include "dispatch/Registration.h"
 #include "instrument/Reported.h"
-#include "lib/InstrOperations.h"
-#include "lib/InstrRecord.h"
-#include "lib/Registration.h"
 
 namespace tarvik {
 

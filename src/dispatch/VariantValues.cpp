@@ -1,4 +1,4 @@
-#include "lib/VariantValues.h"
+#include "dispatch/VariantValues.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,10 +1,10 @@
-#include "lib/InstrClassFactory.h"
+#include "dispatch/InstrClassFactory.h"
 
 #include <QApplication>
 #include <new>
 
 #include "automation/ErrorInfo.h"
-#include "lib/InstrDispatch.h"
+#include "dispatch/InstrDispatch.h"
 #include "platform/ConsoleHost.h"
 #include "platform/QtHost.h"
 

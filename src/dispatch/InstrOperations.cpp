@@ -1,6 +1,6 @@
-#include "lib/InstrOperations.h"
+#include "dispatch/InstrOperations.h"
 
-#include "lib/InstrRecord.h"
+#include "dispatch/InstrRecord.h"
 
 namespace tarvik {
 

@@ -1,8 +1,8 @@
 #include "automation/Activation.h"
 #include "automation/Ref.h"
-#include "lib/InstrClassFactory.h"
-#include "lib/LibraryUse.h"
-#include "lib/Registration.h"
+#include "dispatch/InstrClassFactory.h"
+#include "dispatch/LibraryUse.h"
+#include "dispatch/Registration.h"
 #include "support/modGlobals.h"
 
 using tarvik::automation::Guid;

@@ -2,6 +2,7 @@
 
 #include <variant>
 
+#include "dispatch/DispatchObject.h"
 #include "instrument/udtInstrInfo.h"
 #include "instrument/udtLevelInfo.h"
 #include "instrument/udtLimitsInfo.h"
@@ -9,7 +10,6 @@
 #include "instrument/udtTimingInfo.h"
 #include "instrument/udtTrgLevelsInfo.h"
 #include "instrument/viInfo.h"
-#include "lib/DispatchObject.h"
 
 namespace tarvik {
 

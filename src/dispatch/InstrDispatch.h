@@ -3,8 +3,8 @@
 #include <map>
 #include <memory>
 
+#include "dispatch/DispatchObject.h"
 #include "instrument/clsInstrInterface.h"
-#include "lib/DispatchObject.h"
 
 namespace tarvik {
 

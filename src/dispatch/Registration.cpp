@@ -1,4 +1,4 @@
-#include "lib/Registration.h"
+#include "dispatch/Registration.h"
 
 #include <dlfcn.h>
 

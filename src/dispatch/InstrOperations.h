@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "dispatch/DispatchObject.h"
 #include "instrument/clsInstrInterface.h"
-#include "lib/DispatchObject.h"
 
 namespace tarvik {
 

@@ -1,10 +1,10 @@
-#include "lib/DispatchObject.h"
+#include "dispatch/DispatchObject.h"
 
 #include <algorithm>
 #include <new>
 
 #include "automation/AutomationString.h"
-#include "lib/InstrRecord.h"
+#include "dispatch/InstrRecord.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik {

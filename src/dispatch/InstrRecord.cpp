@@ -1,4 +1,4 @@
-#include "lib/InstrRecord.h"
+#include "dispatch/InstrRecord.h"
 
 #include <functional>
 

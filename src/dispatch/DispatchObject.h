@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "automation/Abi.h"
-#include "lib/LibraryUse.h"
-#include "lib/VariantValues.h"
+#include "dispatch/LibraryUse.h"
+#include "dispatch/VariantValues.h"
 
 namespace tarvik {
 
