@@ -3,102 +3,67 @@
 #include <algorithm>
 #include <utility>
 
-#include "StandInObject.h"
-#include "automation/Activation.h"
+#include "StandInEffects.h"
+#include "automation/ErrorInfo.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik::test {
 
 namespace {
 
-void Apply(StandInState &state, const Json &config) {
-  const auto take = [&](const char *strKey, auto &&assign) {
-    if (const auto found = config.find(strKey); found != config.end()) assign(*found);
-  };
-  take("channels", [&](const Json &value) { state.lngChannels = value; });
-  take("mask", [&](const Json &value) { state.lngMask = static_cast<Long>(value.get<std::int64_t>()); });
-  take("identity", [&](const Json &value) { state.strIdentity = value; });
-  take("options", [&](const Json &value) { state.strOptions = value; });
-  take("vi", [&](const Json &value) {
-    state.arrVi = FromHex(value.get<std::string>());
-    state.arrVi.resize(kolven::ViInfoSize);
-  });
-  take("opens", [&](const Json &value) { state.fOpens = value.get<int>() != 0; });
-  take("verbose", [&](const Json &value) { state.fVerbose = value.get<int>() != 0; });
-  take("timeout", [&](const Json &value) { state.lngTimeout = value; });
-  take("selftest", [&](const Json &value) { state.strSelfTest = value; });
-  take("selftest_code", [&](const Json &value) { state.intSelfTestCode = value; });
-  take("pllround", [&](const Json &value) {
-    state.dblPllRound = value.is_null() ? std::nullopt : std::optional<Double>(value.get<Double>());
-  });
-  take("isOpen", [&](const Json &value) { value.get<int>() != 0 ? state.Begin() : state.End(); });
+// Values as a line of the trace shows them.
+
+std::string Word(Long lngValue) { return std::to_string(lngValue); }
+std::string Word(Double dblValue) { return ToText17(dblValue); }
+std::string Word(bool fValue) { return fValue ? "True" : "False"; }
+std::string Word(const std::string &strText) { return Json(strText).dump(); }
+std::string Word(const std::vector<Byte> &arrBytes) { return "<" + ToHex(arrBytes) + ">"; }
+std::string Word(const InstrumentKey &key) {
+  switch (key.intType) {
+    case automation::VtString: return "String " + Word(key.strName);
+    case automation::VtInteger: return "Integer " + Word(Long{key.intNumber});
+    default: return "type " + std::to_string(key.intType);
+  }
+}
+
+std::string Words(const std::vector<Value> &arrValues) {
+  std::string strWords;
+  for (const Value &value : arrValues) {
+    if (!strWords.empty()) strWords += ", ";
+    strWords += std::visit([](const auto &held) { return Word(held); }, value);
+  }
+  return strWords;
+}
+
+std::string Outcome(const HookedCall &call) {
+  if (call.operation.HandsObject()) return call.strHanded.empty() ? "nothing" : std::string(call.strHanded);
+  const std::vector<Value> arrFilled = call.Filled();
+  return arrFilled.empty() ? "ok" : Words(arrFilled);
+}
+
+std::string Outcome(const DriverFailure &failure) {
+  return "error " + std::to_string(failure.lngNumber) + " " + Word(failure.strText);
+}
+
+/// "{instrument.channel.quantity}", as far as the object stands below one; empty for the driver itself.
+std::string PathOf(const HookedPlace &place) {
+  if (!place.instrument) return {};
+  std::string strPath = static_cast<const StandInState &>(*place.instrument).strName;
+  if (place.lngChannel) strPath += "." + std::to_string(place.lngChannel);
+  if (!place.strQuantity.empty()) strPath += place.strQuantity == "voltage" ? ".V" : ".C";
+  return "{" + strPath + "}";
 }
 
 std::shared_ptr<StandInState> MakeState(const std::string &strName, const Json &config) {
   auto state = std::make_shared<StandInState>(strName);
-  Apply(*state, config);
+  state->Configure(config);
   return state;
 }
 
 }  // namespace
 
-InstrumentSettings::InstrumentSettings() {
-  for (Long c = 1; c <= 3; ++c) {
-    ChannelSettings &channel = channels[static_cast<std::size_t>(c - 1)];
-    channel.dblFrequency = 1e6 * c;
-    channel.dblWidth = 1e-7 * c;
-    channel.dblLeading = 1e-9 * c;
-    channel.dblTrailing = 2e-9 * c;
-    channel.lngCoupling = c - 1;
-    channel.dblSingleDelay = 1e-8 * c;
-    channel.dblDoubleDelay = 5e-8 * c;
-    channel.lngLevelType = c % 2 == 0 ? 1 : 0;
-    channel.dblHigh = 1.0 * c;
-    channel.dblLow = -0.5 * c;
-    channel.dblLoadCompensation = 10.0 * c;
-    channel.dblImpedance = 50.0 * c;
-    channel.lngPolarity = c % 2;
-    channel.dblHighVoltage = 5.0 * c;
-    channel.dblLowVoltage = -5.0 * c;
-    channel.dblHighCurrent = 0.125 * c;
-    channel.dblLowCurrent = -0.125 * c;
-  }
-  rows = {PatternRow{{1}, 8}, PatternRow{{2, 3}, 16}, PatternRow{{3, 4, 5}, 24}};
-}
-
-StandInState::StandInState(std::string strInstrument)
-    : strName(std::move(strInstrument)), strIdentity("MAKER," + strName + ",SN1,V1.0") {
-  for (int i = 0; i < kolven::ViInfoSize; ++i) arrVi.push_back(static_cast<Byte>(16 + i));
-}
-
-void StandInState::Begin() {
-  if (!copy) copy = settings;
-}
-
-void StandInState::Abort() {
-  if (copy) settings = *copy;
-  copy.reset();
-}
-
-std::string Place::Path() const {
-  if (!instrument) return {};
-  std::string strPath = instrument->strName;
-  if (lngChannel) strPath += "." + std::to_string(lngChannel);
-  if (chLimit) strPath += std::string(".") + chLimit;
-  return strPath;
-}
-
-StandInDriver::StandInDriver() {
-  automation::RegisterClass(kolven::DriverProgId, [this] { return Create(kolven::DriverProgId, {}); });
-  automation::SetRemoteActivator(
-      [this](const std::string &strProgId, const std::string &strServer) { return Create(strProgId, strServer); });
-  Reset();
-}
-
-StandInDriver::~StandInDriver() {
-  automation::RegisterClass(kolven::DriverProgId, {});
-  automation::SetRemoteActivator({});
-}
+StandInDriver::StandInDriver()
+    : m_registered([this](const std::string &strServer) { return Create(kolven::DriverProgId, strServer); }) {}
 
 void StandInDriver::Reset() {
   m_arrInstruments.clear();
@@ -123,7 +88,7 @@ void StandInDriver::AddPending(const std::string &strName, const Json &config) {
 }
 
 void StandInDriver::Configure(const std::string &strName, const Json &config) {
-  if (const auto state = Find(strName)) Apply(*state, config);
+  if (const auto state = Find(strName)) state->Configure(config);
 }
 
 void StandInDriver::Remove(const std::string &strName) {
@@ -136,6 +101,13 @@ std::shared_ptr<StandInState> StandInDriver::Find(const std::string &strName) co
   for (const auto &state : m_arrInstruments)
     if (state->strName == strName) return state;
   return nullptr;
+}
+
+std::shared_ptr<StandInState> StandInDriver::Find(const InstrumentKey &key) const {
+  if (key.intType == automation::VtString) return Find(key.strName);
+  const auto number = static_cast<std::size_t>(key.intNumber);
+  const bool fKnown = key.intType == automation::VtInteger && key.intNumber >= 1 && number <= m_arrInstruments.size();
+  return fKnown ? m_arrInstruments[number - 1] : nullptr;
 }
 
 void StandInDriver::JoinPending() {
@@ -203,8 +175,32 @@ std::map<std::string, int> StandInDriver::References() const {
   return held;
 }
 
-Ref<automation::IUnknown> StandInDriver::Create(const std::string &strProgId, const std::string &strServer) {
-  const std::string strLine = "create(" + Words(strProgId, strServer) + ")";
+automation::Status StandInDriver::Run(HookedCall &call) {
+  const std::string strInterface(call.operation.Interface());
+  const std::string strLine = "." + std::string(call.operation.Name()) + "(" + Words(call.Given()) + ")";
+  const std::string strWithPath = strInterface + PathOf(call.place) + strLine;
+  std::optional<DriverFailure> failure = Enter(strInterface + strLine, strWithPath);
+  if (!failure) {
+    try {
+      StandInEffectOf(call.operation)({*this, call});
+    } catch (const DriverFailure &own) {
+      failure = own;
+    }
+  }
+  Trace(strWithPath + " -> " + (failure ? Outcome(*failure) : Outcome(call)));
+  if (failure)
+    return failure->strText.empty() ? failure->lngNumber : automation::Fail(failure->lngNumber, failure->strText);
+  if (!strLeftBehind.empty()) automation::SetErrorInfo(strLeftBehind);
+  return automation::StatusOk;
+}
+
+void StandInDriver::CountReference(std::string_view strInterface, int intStep) {
+  m_references[std::string(strInterface)] += intStep;
+}
+
+automation::Ref<automation::IUnknown> StandInDriver::Create(const std::string &strProgId,
+                                                            const std::string &strServer) {
+  const std::string strLine = "create(" + Words({strProgId, strServer}) + ")";
   std::optional<DriverFailure> failure = Enter(strLine, strLine);
   // A creation that fails on command takes one behaviour off the queue all the same.
   Creation creation;
@@ -214,12 +210,12 @@ Ref<automation::IUnknown> StandInDriver::Create(const std::string &strProgId, co
   }
   if (!failure) failure = creation.failure;
   if (failure) {
-    Trace(strLine + " -> error " + std::to_string(failure->lngNumber) + " " + Word(failure->strText));
+    Trace(strLine + " -> " + Outcome(*failure));
     throw RunTimeError(failure->lngNumber, failure->strText);
   }
   const bool fNothing = creation.fNothing || IsNothing();
   Trace(strLine + " -> " + (fNothing ? "nothing" : "IDriverRoot"));
-  return fNothing ? nullptr : MakeStandInRoot(*this);
+  return fNothing ? nullptr : MakeHookedRoot(*this);
 }
 
 }  // namespace tarvik::test

@@ -8,9 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "HookedDriver.h"
 #include "LineProtocol.h"
+#include "RegisteredDriver.h"
 #include "StandInState.h"
-#include "automation/Object.h"
 #include "instrument/KolvenDriver.h"
 
 namespace tarvik::test {
@@ -23,13 +24,12 @@ struct DriverFailure {
 
 /// The driver's side of the contract with scripted faults. It numbers each operation, writes a line for each,
 /// and counts the references that it handed out.
-class StandInDriver {
+class StandInDriver : private DriverHook {
  public:
   /// Registers itself as the driver's class, for this machine and for every server.
   StandInDriver();
   StandInDriver(const StandInDriver &) = delete;
   StandInDriver &operator=(const StandInDriver &) = delete;
-  ~StandInDriver();
 
   /// Makes a root as the next queued creation says.
   automation::Ref<automation::IUnknown> Create(const std::string &strProgId, const std::string &strServer);
@@ -74,17 +74,15 @@ class StandInDriver {
   int Operations() const { return m_intCounter; }
 
   std::shared_ptr<StandInState> Find(const std::string &strName) const;
+  std::shared_ptr<StandInState> Find(const InstrumentKey &key) const;
   const std::vector<std::shared_ptr<StandInState>> &Instruments() const { return m_arrInstruments; }
   void JoinPending();
 
-  // For the objects of the driver.
+  // For the effects of operations.
 
-  /// Numbers the operation and tells its failure.
-  std::optional<DriverFailure> Enter(const std::string &strPlain, const std::string &strWithPath);
+  /// What is scripted for the operation at work: it hands out nothing, or an object of an unknown interface.
   bool IsNothing() const;
   bool IsWrong() const;
-  void Trace(const std::string &strLine);
-  void CountReference(const char *strInterface, int intStep) { m_references[strInterface] += intStep; }
   std::string TakeErrors() { return std::exchange(strErrors, {}); }
   std::string TakeWarnings();
 
@@ -103,6 +101,13 @@ class StandInDriver {
     DriverFailure failure;
   };
 
+  /// In one order for all operations: it is counted, fails or takes effect, and its line is written.
+  automation::Status Run(HookedCall &call) override;
+  void CountReference(std::string_view strInterface, int intStep) override;
+  /// Numbers the operation and tells its failure.
+  std::optional<DriverFailure> Enter(const std::string &strPlain, const std::string &strWithPath);
+  void Trace(const std::string &strLine);
+
   std::vector<std::shared_ptr<StandInState>> m_arrInstruments, m_arrPending;
   std::deque<Creation> m_arrCreations;
   std::vector<NumberedFault> m_arrNumbered;
@@ -110,6 +115,7 @@ class StandInDriver {
   std::vector<int> m_arrNothing, m_arrWrong;
   std::map<std::string, int> m_references;
   int m_intCounter = 0;
+  RegisteredDriver m_registered;
 };
 
 }  // namespace tarvik::test

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "HookedCall.h"
+#include "LineProtocol.h"
 #include "support/Types.h"
 
 namespace tarvik::test {
@@ -42,8 +44,11 @@ struct InstrumentSettings {
 };
 
 /// One instrument of the stand-in driver: what it is and its state, which lives on while objects hold it.
-struct StandInState {
+struct StandInState : HookedInstrument {
   explicit StandInState(std::string strInstrument);
+
+  /// Keys that are not named stay as they are.
+  void Configure(const Json &config);
 
   void Begin();
   void End() { copy.reset(); }
