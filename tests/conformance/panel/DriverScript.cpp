@@ -49,17 +49,17 @@ constexpr StrikingLeaf StrikingLeaves[] = {
     {"PllRefSource", "IPllReference."},
 };
 
-bool IsOutputCall(const std::string &strLeaf, const std::string &strRunning) {
+bool IsOutputCall(std::string_view strLeaf, const std::string &strRunning) {
   return (strLeaf == "IChannelLevels.SetOutput" || strLeaf == "IChannelLevels.SetComplementOutput") &&
          (strRunning == "Output" || strRunning == "SetTiming");
 }
 
-bool Matches(const char *strPattern, const std::string &strLeaf) {
+bool Matches(const char *strPattern, std::string_view strLeaf) {
   const std::string_view pattern(strPattern);
   return pattern.ends_with('.') ? strLeaf.starts_with(pattern) : strLeaf == pattern;
 }
 
-bool Strikes(const FailureScript &failure, const std::string &strLeaf, const Json &arguments,
+bool Strikes(const FailureScript &failure, std::string_view strLeaf, const Json &arguments,
              const std::string &strRunning) {
   if (failure.strOperation == "Output") return IsOutputCall(strLeaf, strRunning);
   std::string strOperation = failure.strOperation;
@@ -146,7 +146,7 @@ void DriverScript::SetAnswers(const std::string &strGroup, Words &words) {
   }
 }
 
-std::optional<FailureScript> DriverScript::Enter(const char *strLeaf, const Json &arguments) {
+std::optional<FailureScript> DriverScript::Enter(std::string_view strLeaf, const Json &arguments) {
   m_recorder.Add({"drv", strLeaf, arguments});
   for (auto failure = m_arrFailures.begin(); failure != m_arrFailures.end(); ++failure) {
     if (!Strikes(*failure, strLeaf, arguments, strOperation)) continue;

@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "HookedCall.h"
 #include "Recorder.h"
 #include "Words.h"
 #include "support/DynamicArray.h"
@@ -14,7 +16,7 @@
 namespace tarvik::paneltest {
 
 /// One instrument that the scripted driver knows.
-struct InstrumentScript {
+struct InstrumentScript : test::HookedInstrument {
   std::string strName = "INSTR";
   Integer intKind = 2, intSlot = 1, intAddress = 1, intBox = 0, intModel = 0;
   Long lngChannels = 2, lngMask = 0;
@@ -31,9 +33,9 @@ struct PatternScript {
 };
 
 struct FailureScript {
-  std::string strOperation;
+  std::string strOperation = {};
   Long lngNumber = 0;
-  std::string strText;
+  std::string strText = {};
   Long lngTimes = 1;
 };
 
@@ -53,7 +55,7 @@ class DriverScript {
   void SetAnswer(const std::string &strField, std::vector<Double> arrValues) { m_answers[strField] = arrValues; }
 
   /// Writes the leaf call down and tells whether it has to fail.
-  std::optional<FailureScript> Enter(const char *strLeaf, const Json &arguments);
+  std::optional<FailureScript> Enter(std::string_view strLeaf, const Json &arguments);
   void AddFailure(FailureScript failure) { m_arrFailures.push_back(std::move(failure)); }
 
   void AddInstrument(Words &words);
