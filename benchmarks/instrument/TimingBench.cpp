@@ -2,7 +2,6 @@
 
 #include "NothingDriver.h"
 #include "Ratios.h"
-#include "automation/Activation.h"
 #include "automation/AutomationString.h"
 #include "automation/ErrorInfo.h"
 #include "instrument/clsInstrInterface.h"
@@ -17,8 +16,8 @@ using automation::Check;
 using automation::Ref;
 
 /// The open instrument of the driver that does nothing.
-Ref<IInstrument> NothingInstrument() {
-  const auto root = automation::Narrow<IDriverRoot>(MakeNothingDriver());
+Ref<IInstrument> NothingInstrument(bench::NothingDriver &driver) {
+  const auto root = automation::Narrow<IDriverRoot>(driver.Root());
   Ref<IInstrumentList> list;
   Check(root->GetInstruments(list.Out()));
   const automation::String strName("One");
@@ -66,7 +65,8 @@ void BareChannel(IInstrument &instrument, const udtTimingInfo &info, Long i) {
 }
 
 void BM_BareTiming(benchmark::State &state) {
-  const auto instrument = NothingInstrument();
+  bench::NothingDriver driver;
+  const auto instrument = NothingInstrument(driver);
   const udtTimingInfo info;
   for (auto _ : state) {
     Integer intFirst = 0;
@@ -83,7 +83,7 @@ BENCHMARK(BM_BareTiming);
 void BM_SetTiming(benchmark::State &state) {
   ConsoleHost host("/dev/null");
   SetHost(&host);
-  automation::RegisterClass(DriverProgId, [] { return MakeNothingDriver(); });
+  bench::NothingDriver driver;
   {
     const auto instr = InstrInterface();
     if (!instr->Connect() || !instr->OpenInstrument("One")) state.SkipWithError("no session");
