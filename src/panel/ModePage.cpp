@@ -6,6 +6,7 @@
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "settings/ModeMask.h"
+#include "settings/TimingRules.h"
 #include "settings/modCboTags.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
@@ -129,15 +130,11 @@ ModePage::ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, Patt
       cboArmingSource(m_form.Get<CboEnhanced>("cboArmingSource")),
       cboArmingLevel(m_form.Get<CboEnhanced>("cboArmingLevel")),
       esPllPeriodOrFreq(m_form.Get<EngrSpin>("esPllPeriodOrFreq")) {
-  m_pattern.SetRzFromFlags = [this](Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos) {
-    SetRzFromFlags(fRz1, fRz2, fSetGroup, fUpdateCombos);
-  };
   ConnectEvents();
 }
 
-ModePage::~ModePage() { m_pattern.SetRzFromFlags = {}; }
-
 void ModePage::ConnectEvents() {
+  m_rzConnection = m_state.mfRz.Changed.ConnectScoped([this](const RzFlags::Change &change) { ShowRz(change); });
   for (const auto *arrButtons : {&optTriggerMode, &optPulseMode})
     for (const auto &[lngIndex, button] : *arrButtons) button->Click.Connect([this] { optMode_Click(); });
   cboArmingSource.Click.Connect([this] { cboArmingSource_Click(); });
@@ -368,30 +365,17 @@ void ModePage::esPllPeriodOrFreq_OnTab(Boolean &SwallowTab) {
 // ---- Pulse types and return to zero ----
 
 void ModePage::UpdatePulseType() {
-  if (m_timing.IsPatternMode()) {
-    m_state.mfDoublePulse = {False, False};
-    SetRzState(cboPulseType1.GetCurrItemData(), cboPulseType2.GetCurrItemData(), True, False);
-  } else {
-    m_state.mfDoublePulse[1] = cboPulseType1.GetCurrItemData() == eTypeDouble;
-    m_state.mfDoublePulse[2] = cboPulseType2.GetCurrItemData() == eTypeDouble;
-  }
+  const Long eType1 = cboPulseType1.GetCurrItemData(), eType2 = cboPulseType2.GetCurrItemData();
+  m_state.mfDoublePulse = DoublePulses(m_timing.IsPatternMode(), eType1, eType2);
+  if (m_timing.IsPatternMode()) m_state.mfRz.SetRzState(eType1, eType2, True, False);
   m_timing.ShowDelayCaptions();
   m_timing.DrawTiming();
 }
 
-void ModePage::SetRzState(Long lngType1, Long lngType2, Boolean fSetGroup, Boolean fUpdateCombos) {
-  m_state.mfRz[1] = lngType1 == eFormatRz;
-  m_state.mfRz[2] = lngType2 == eFormatRz;
-  m_pattern.Editor().SetRz(m_state.mfRz, fSetGroup);
-  m_timing.LockWidths();
-  if (fUpdateCombos && m_timing.IsPatternMode()) {
-    cboPulseType1.SetListIndexByItemData(lngType1);
-    cboPulseType2.SetListIndexByItemData(lngType2);
-  }
-}
-
-void ModePage::SetRzFromFlags(Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos) {
-  SetRzState(fRz1 ? eFormatRz : eFormatNrz, fRz2 ? eFormatRz : eFormatNrz, fSetGroup, fUpdateCombos);
+void ModePage::ShowRz(const RzFlags::Change &change) {
+  if (!change.fUpdateCombos || !m_timing.IsPatternMode()) return;
+  cboPulseType1.SetListIndexByItemData(change.eType[1]);
+  cboPulseType2.SetListIndexByItemData(change.eType[2]);
 }
 
 // ---- Transfer ----
@@ -455,7 +439,7 @@ void ModePage::DownloadMode() {
 
 void ModePage::ShowChannelTypes(const udtModeInfo &mode) {
   if (mode.PulseMode == ePulsePattern) {
-    SetRzState(mode.SignalFormat[1], mode.SignalFormat[2], True, True);
+    m_state.mfRz.SetRzState(mode.SignalFormat[1], mode.SignalFormat[2], True, True);
     return;
   }
   cboPulseType1.SetListIndexByItemData(mode.PulseType[1]);

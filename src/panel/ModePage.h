@@ -18,7 +18,6 @@ class TimingPage;
 class ModePage : public Page {
  public:
   ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, PatternPage &pattern);
-  ~ModePage() override;
 
   void Enter() override;
 
@@ -54,8 +53,7 @@ class ModePage : public Page {
   void UpdatePllField();
   void CheckPllConflict(Boolean &fConflict) const;
   void UpdatePulseType();
-  void SetRzState(Long lngType1, Long lngType2, Boolean fSetGroup, Boolean fUpdateCombos);
-  void SetRzFromFlags(Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos);
+  void ShowRz(const RzFlags::Change &change);
 
   /// A session's automatic download comes before the gate has run for its instrument: what that one can do more than
   /// the one before has to be here to be shown.
@@ -78,6 +76,7 @@ class ModePage : public Page {
   CboEnhanced &cboArmingLevel;
   EngrSpin &esPllPeriodOrFreq;
 
+  Event<const RzFlags::Change &>::Connection m_rzConnection;
   Boolean m_fOffersVxiLines;      ///< the list of arming sources is that of an instrument with VXI lines
   bool m_fPllServesOnce = false;  ///< while a mode is read that uses the PLL no more than once
 };

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "support/DynamicArray.h"
+#include "settings/RzFlags.h"
 #include "support/Types.h"
 #include "support/modGlobals.h"
 
@@ -27,7 +27,7 @@ struct PanelState {
   ChannelArray<Boolean> mfOutputOn;
   ChannelArray<Boolean> mfOutputInvOn;
   ChannelArray<Boolean> mfDoublePulse;
-  BooleanArray mfRz{1, {False, False}};
+  RzFlags mfRz;
   std::array<Boolean, 2> mfTeEqLe{};  ///< trailing edge follows leading edge; by control index
 };
 

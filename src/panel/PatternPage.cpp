@@ -29,18 +29,21 @@ const std::vector<ControlDesign> &Design() {
 PatternPage::PatternPage(QWidget &page, PanelServices &panel)
     : Page(page, panel, Design()), BitPattern1(m_form.Get<BitPattern>("BitPattern1")) {
   BitPattern1.RzChange.Connect([this] { BitPattern1_RzChange(); });
+  m_rzConnection = m_state.mfRz.Changed.ConnectScoped(
+      [this](const RzFlags::Change &change) { BitPattern1.SetRz(m_state.mfRz.Array(), change.fSetGroup); });
 }
 
 void PatternPage::Enter() { SetFocusIfEnabled(BitPattern1); }
 
 void PatternPage::BitPattern1_RzChange() {
-  BitPattern1.GetRz(m_state.mfRz);
-  SetRzFromFlags(m_state.mfRz[1], m_state.mfRz[2], False, True);
+  RzFlags &mfRz = m_state.mfRz;
+  BitPattern1.GetRz(mfRz.Array());
+  mfRz.SetRzFromFlags(mfRz[1], mfRz[2], False, True);
 }
 
 void PatternPage::UploadRz(Boolean &fOk) {
   fOk = False;
-  IgnoreErrors([&] { fOk = Instr().SetRz(m_state.mfRz); });
+  IgnoreErrors([&] { fOk = Instr().SetRz(m_state.mfRz.Array()); });
 }
 
 void PatternPage::UploadPattern(Boolean &fOk) {
@@ -65,7 +68,8 @@ void PatternPage::DownloadPattern() {
     if (Instr().GetPatternArray(stream.eChan, m_arrDownload, lngLength))
       BitPattern1.SetPattern(stream.eChannel, m_arrDownload, lngLength);
   }
-  if (Instr().GetRz(m_state.mfRz)) SetRzFromFlags(m_state.mfRz[1], m_state.mfRz[2], False, True);
+  RzFlags &mfRz = m_state.mfRz;
+  if (Instr().GetRz(mfRz.Array())) mfRz.SetRzFromFlags(mfRz[1], mfRz[2], False, True);
   m_panel.SetTabState(ePageIsCurrent, ePagePattern);
 }
 

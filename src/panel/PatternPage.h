@@ -1,14 +1,11 @@
 #pragma once
 
-#include <functional>
-
 #include "bitpattern/BitPattern.h"
 #include "panel/Page.h"
 
 namespace tarvik {
 
-/// The bit streams of channel 1, channel 2 and strobe, and whether a channel returns to zero. The flags stand in three
-/// places: the panel, the editor's options and the pulse types of the mode page.
+/// The bit streams of channel 1, channel 2 and strobe, and whether a channel returns to zero.
 class PatternPage : public Page {
  public:
   PatternPage(QWidget &page, PanelServices &panel);
@@ -24,9 +21,6 @@ class PatternPage : public Page {
 
   BitPattern &Editor() const { return BitPattern1; }
 
-  /// Takes over the flags of both channels (fRz1, fRz2, fSetGroup, fUpdateCombos); the mode page provides it.
-  std::function<void(Boolean, Boolean, Boolean, Boolean)> SetRzFromFlags;
-
  private:
   friend class PanelTestAccess;
 
@@ -35,6 +29,7 @@ class PatternPage : public Page {
   BitPattern &BitPattern1;
   ByteArray m_arrUpload{1};
   ByteArray m_arrDownload{1};
+  Event<const RzFlags::Change &>::Connection m_rzConnection;
 };
 
 }  // namespace tarvik

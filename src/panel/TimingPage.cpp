@@ -1,9 +1,7 @@
 #include "panel/TimingPage.h"
 
-#include <algorithm>
-
 #include "instrument/Vocabulary.h"
-#include "settings/modCboTags.h"
+#include "settings/TimingRules.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"
@@ -12,23 +10,12 @@ namespace tarvik {
 
 namespace {
 
-constexpr const char *Period = "Period", *Frequency = "Frequency";
-constexpr const char *Seconds = "s", *Hertz = "Hz";
 constexpr const char *KeyCoupled = "TeEqLe", *KeyAbsolute = "TeAbs";
 constexpr const char *Locked = "Locked";
-/// The only edges that some models can make.
-constexpr const char *FixedEdges = "0.8E-9;1.6E-9";
-
-/// Seconds: what the fields of the form take before any range is known.
-constexpr Double ShortestWidthOfForm = 1.5E-9, LongestTime = 999.5;
-/// What the instruments really make; the form's own bound is a little lower.
-constexpr Double ShortestWidth = 1.515E-9;
-
 constexpr Single BoxWidth = 4050, FieldLeft = 120, FieldWidth = 3810, CaptionWidth = 1440, CaptionGap = 100;
 
 PropertyBag TimeField(Double dblMin, const char *strToolTip) {
-  return {
-      {"BaseUnit", Seconds}, {"Min", dblMin}, {"Max", LongestTime}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
+  return {{"BaseUnit", "s"}, {"Min", dblMin}, {"Max", LongestTime}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
 }
 
 PropertyBag TimeField(const char *strCaption, Double dblMin, const char *strToolTip) {
@@ -93,32 +80,33 @@ void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
 
 const std::vector<ControlDesign> &Design() {
   static const std::vector<ControlDesign> arrDesign = [] {
-    std::vector<ControlDesign> arr{{ControlKind::Button,
-                                    "cmdPeriodOrFreq",
-                                    NoIndex,
-                                    "",
-                                    {742.5F, 135, 1560, 375},
-                                    {{"Caption", Period}, {"ToolTip", "Set Instrument Period or Frequency"}}},
-                                   {ControlKind::Field,
-                                    "esPeriodOrFreq",
-                                    NoIndex,
-                                    "",
-                                    {2400, 165, 2640, 315},
-                                    {{"BaseUnit", Seconds},
-                                     {"DefaultValue", 1.0},
-                                     {"Min", 1E-12},
-                                     {"MinExponent", Long{-9}},
-                                     {"ToolTip", "Period or frequency of the instrument"},
-                                     {"AccessibleName", "Period or frequency"}}},
-                                   {ControlKind::Picture,
-                                    "picTiming",
-                                    NoIndex,
-                                    "",
-                                    {742.5F, 630, 6975, 1095},
-                                    {{"BackColor", Long{0}},
-                                     {"ForeColor", Long{0x00C7D863}},
-                                     {"ToolTip", "Two periods of each channel"},
-                                     {"AccessibleName", "Timing diagram"}}}};
+    std::vector<ControlDesign> arr{
+        {ControlKind::Button,
+         "cmdPeriodOrFreq",
+         NoIndex,
+         "",
+         {742.5F, 135, 1560, 375},
+         {{"Caption", FormOf(False).strCaption}, {"ToolTip", "Set Instrument Period or Frequency"}}},
+        {ControlKind::Field,
+         "esPeriodOrFreq",
+         NoIndex,
+         "",
+         {2400, 165, 2640, 315},
+         {{"BaseUnit", FormOf(False).strBaseUnit},
+          {"DefaultValue", 1.0},
+          {"Min", 1E-12},
+          {"MinExponent", Long{-9}},
+          {"ToolTip", "Period or frequency of the instrument"},
+          {"AccessibleName", "Period or frequency"}}},
+        {ControlKind::Picture,
+         "picTiming",
+         NoIndex,
+         "",
+         {742.5F, 630, 6975, 1095},
+         {{"BackColor", Long{0}},
+          {"ForeColor", Long{0x00C7D863}},
+          {"ToolTip", "Two periods of each channel"},
+          {"AccessibleName", "Timing diagram"}}}};
     AddChannel(arr, 0);
     AddChannel(arr, 1);
     return arr;
@@ -127,6 +115,11 @@ const std::vector<ControlDesign> &Design() {
 }
 
 constexpr Single DiagramWidth = 6975, DiagramHeight = 1095;
+
+void SetRange(EngrSpin &field, const TimeRange &range) {
+  field.SetMin(range.dblMin);
+  field.SetMax(range.dblMax);
+}
 
 }  // namespace
 
@@ -148,6 +141,7 @@ TimingPage::TimingPage(QWidget &page, PanelServices &panel)
 }
 
 void TimingPage::ConnectEvents() {
+  m_rzConnection = m_state.mfRz.Changed.ConnectScoped([this](const RzFlags::Change &) { LockWidths(); });
   cmdPeriodOrFreq.Click.Connect([this] { cmdPeriodOrFreq_Click(); });
   esPeriodOrFreq.AfterUpdate.Connect([this] { esPeriodOrFreq_AfterUpdate(); });
   for (const Integer Index : {Integer{0}, Integer{1}}) {
@@ -167,88 +161,48 @@ void TimingPage::Enter() {
 
 // ---- Period, widths and their ranges ----
 
-Boolean TimingPage::IsFrequency() const { return cmdPeriodOrFreq.Caption() == std::string_view(Frequency); }
-
 Boolean TimingPage::IsPatternMode() const { return m_state.mePulseMode == ePulsePattern; }
 
-Double TimingPage::GetPeriod() const { return IsFrequency() ? esPeriodOrFreq.Reciprocal() : esPeriodOrFreq.Value(); }
-
-Boolean TimingPage::IsOn(Long lngChannel) const {
-  return m_state.mfOutputOn[lngChannel] || m_state.mfOutputInvOn[lngChannel];
-}
-
-Boolean TimingPage::HasWidth(Long lngChannel) const {
-  return IsOn(lngChannel) && (m_state.mfRz[lngChannel] || !IsPatternMode());
-}
+Double TimingPage::GetPeriod() const { return m_fIsFrequency ? esPeriodOrFreq.Reciprocal() : esPeriodOrFreq.Value(); }
 
 Boolean TimingPage::GetWidestWidth(Long lngCount, Double &dblWidth) const {
-  switch (lngCount) {
-    case 0: return False;
-    case 1:
-      if (HasWidth(1)) dblWidth = esWidth[0].Value();
-      break;
-    case 2:
-      // With two channels the outputs decide alone which width is taken.
-      if (IsOn(1) && IsOn(2))
-        dblWidth = MaxDouble(esWidth[0].Value(), esWidth[1].Value());
-      else if (IsOn(1))
-        dblWidth = esWidth[0].Value();
-      else if (IsOn(2))
-        dblWidth = esWidth[1].Value();
-      break;
-    default: ShowIllegalCase(); break;
-  }
-  return HasWidth(1) || HasWidth(2);
+  if (lngCount < 0 || lngCount > 2) ShowIllegalCase();
+  const auto widthOf = [this](Long i) -> ChannelWidth {
+    return {m_state.mfOutputOn[i], m_state.mfOutputInvOn[i], m_state.mfRz[i], esWidth[i - 1].Value()};
+  };
+  return tarvik::GetWidestWidth(lngCount, {widthOf(1), widthOf(2)}, IsPatternMode(), dblWidth);
 }
 
 void TimingPage::SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues) {
   const Long lngCount = ChannelCount();
   Double dblWidth = 0;
   if (!GetWidestWidth(lngCount, dblWidth)) return;
-  if (fCheckPeriod && GetPeriod() < dblWidth) GrowPeriodTo(dblWidth);
+  if (fCheckPeriod)
+    if (const auto dblGrown = PushedPeriod(GetPeriod(), dblWidth, m_fIsFrequency, esPeriodOrFreq.Value()))
+      esPeriodOrFreq.SetValue(*dblGrown);
   const Double dblPeriod = GetPeriod();
   for (Long k = 0; k < lngCount; ++k) SetChannelRanges(k, dblPeriod, eValues);
 }
 
-void TimingPage::GrowPeriodTo(Double dblWidth) {
-  const Double dblGrown = IsFrequency() ? 1 / dblWidth : dblWidth;
-  // The period of the rounded frequency can still be a hair below the width. While the user types, each write asks for
-  // the rule again, so writing the same frequency once more would never come to an end.
-  if (esPeriodOrFreq.Value() != dblGrown) esPeriodOrFreq.SetValue(dblGrown);
-}
-
 void TimingPage::SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues) {
-  const bool fStands = eValues == OutOfRange::Stands;
-  const auto setMin = [=](EngrSpin &field, Double dblMin) {
-    field.SetMin(fStands ? std::min(dblMin, field.Value()) : dblMin);
+  EngrSpin &width = esWidth[k], &delay = esDelay[k];
+  const Boolean fDouble = m_state.mfDoublePulse[k + 1];
+  const auto setRange = [eValues](EngrSpin &field, const TimeRange &range) {
+    SetRange(field, eValues == OutOfRange::Stands ? range.Holding(field.Value()) : range);
   };
-  const auto setMax = [=](EngrSpin &field, Double dblMax) {
-    field.SetMax(fStands ? std::max(dblMax, field.Value()) : dblMax);
-  };
-  setMin(esWidth[k], ShortestWidth);
-  const bool fDouble = m_state.mfDoublePulse[k + 1];
-  setMax(esWidth[k], fDouble ? dblPeriod / 2 : dblPeriod);
-  setMin(esDelay[k], fDouble ? esWidth[k].Value() : 0);
-  setMax(esDelay[k], dblPeriod);
-}
-
-void TimingPage::OpenRanges(Long k) {
-  esWidth[k].SetMin(ShortestWidthOfForm);
-  esWidth[k].SetMax(LongestTime);
-  esDelay[k].SetMin(0);
-  esDelay[k].SetMax(LongestTime);
+  setRange(width, WidthRange(dblPeriod, fDouble));
+  // The width may have been cut just now.
+  setRange(delay, DelayRange(dblPeriod, fDouble, width.Value()));
 }
 
 void TimingPage::cmdPeriodOrFreq_Click() { SetPeriodOrFreq(True, False); }
 
 void TimingPage::SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency) {
-  if (!fToggle) {
-    if (fToFrequency != IsFrequency()) SetPeriodOrFreq(True, False);
-    return;
-  }
-  const bool fFrequency = !IsFrequency();
-  cmdPeriodOrFreq.SetCaption(fFrequency ? Frequency : Period);
-  esPeriodOrFreq.SetBaseUnit(fFrequency ? Hertz : Seconds);
+  if (!fToggle && fToFrequency == m_fIsFrequency) return;
+  m_fIsFrequency = !m_fIsFrequency;
+  const PeriodForm &form = FormOf(m_fIsFrequency);
+  cmdPeriodOrFreq.SetCaption(form.strCaption);
+  esPeriodOrFreq.SetBaseUnit(form.strBaseUnit);
   const Double dblReciprocal = esPeriodOrFreq.Reciprocal();
   esPeriodOrFreq.SetValue(dblReciprocal);
   SetTimingRanges(True);
@@ -260,24 +214,17 @@ void TimingPage::esPeriodOrFreq_AfterUpdate() {
 }
 
 void TimingPage::esWidth_AfterUpdate(Integer Index) {
-  // Unlike after an edit of the period, the delay has to leave room for the width.
-  const Double dblWidth = esWidth[Index].Value();
-  if (m_state.mfDoublePulse[Index + 1]) {
-    esDelay[Index].SetMin(dblWidth);
-    esDelay[Index].SetMax(2 * esWidth[Index].Max() - dblWidth);
-  } else {
-    esDelay[Index].SetMin(0);
-    esDelay[Index].SetMax(esWidth[Index].Max() - dblWidth);
-  }
+  const EngrSpin &width = esWidth[Index];
+  SetRange(esDelay[Index], DelayRangeBesideWidth(width.Max(), m_state.mfDoublePulse[Index + 1], width.Value()));
   DrawTiming();
 }
 
 void TimingPage::LockWidths() {
-  for (const Long k : {0, 1}) esWidth[k].LockControl(IsPatternMode() && !m_state.mfRz[k + 1], True);
+  for (const Long k : {0, 1}) esWidth[k].LockControl(IsWidthLocked(IsPatternMode(), m_state.mfRz[k + 1]), True);
 }
 
 void TimingPage::ShowDelayCaptions() {
-  for (const Long k : {0, 1}) esDelay[k].SetCaption(m_state.mfDoublePulse[k + 1] ? "Dbl. Delay" : "Delay");
+  for (const Long k : {0, 1}) esDelay[k].SetCaption(DelayCaption(m_state.mfDoublePulse[k + 1]));
 }
 
 // ---- Edges ----
@@ -303,21 +250,18 @@ void TimingPage::toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string
 }
 
 void TimingPage::SetTrailEdgeMode(Integer intChan, Boolean fTeEqLe, Boolean fLocked, Boolean fClearLock) {
-  IgnoreErrors([&] {
-    if (fClearLock) toolPopupTEdge[intChan].SetTag("");
-  });
-  const auto fIsLocked = [&] { return toolPopupTEdge[intChan].Tag() == Locked; };
-  bool fKeepLock = false;
-  IgnoreErrors([&] { fKeepLock = fIsLocked() && !fLocked; });
-  if (!fKeepLock) {
-    IgnoreErrors([&] { toolPopupTEdge[intChan].SetTag(fLocked ? Locked : ""); });
+  Boolean fWasLocked;
+  IgnoreErrors([&] { fWasLocked = toolPopupTEdge[intChan].Tag() == Locked; });
+  const TrailEdge edge = CoupleTrailEdge(fWasLocked, fTeEqLe, fLocked, fClearLock);
+  IgnoreErrors([&] { toolPopupTEdge[intChan].SetTag(edge.fLocked ? Locked : ""); });
+  if (!edge.fShowsAsBefore) {
     IgnoreErrors([&] { tarvik::SetEnabled(esTrailingEdge[intChan], !fTeEqLe); });
     IgnoreErrors([&] { tarvik::SetEnabled(toolPopupTEdge[intChan], !fLocked); });
   }
-  IgnoreErrors([&] { TeEqLe(intChan) = fTeEqLe || fIsLocked(); });
+  IgnoreErrors([&] { TeEqLe(intChan) = edge.fTeEqLe; });
   Boolean fFixedEdges = False;
   IgnoreErrors([&] { fFixedEdges = Instr().IsRestricted(eLacksFreeLeadingEdge); });
-  IgnoreErrors([&] { esLeadingEdge[intChan].SetValueArray(fFixedEdges ? FixedEdges : ""); });
+  IgnoreErrors([&] { esLeadingEdge[intChan].SetValueArray(LeadingEdgeValues(fFixedEdges)); });
 }
 
 // ---- Outputs ----
@@ -332,22 +276,15 @@ void TimingPage::ShowTimingOutputs() { m_outputs.ShowFlags(); }
 
 udtChannelTiming TimingPage::TimingOf(Integer intChan) const {
   const Long k = intChan - 1;
-  return {esPeriodOrFreq.Value(),   IsFrequency(),      m_state.mfDoublePulse[intChan],
-          esDelay[k].Value(),       esWidth[k].Value(), esLeadingEdge[k].Value(),
-          esTrailingEdge[k].Value()};
+  return {esPeriodOrFreq.Value(), m_fIsFrequency,           m_state.mfDoublePulse[intChan], esDelay[k].Value(),
+          esWidth[k].Value(),     esLeadingEdge[k].Value(), esTrailingEdge[k].Value()};
 }
 
 void TimingPage::DrawTiming() {
-  const std::array arrLanes{TimingOf(1), m_state.mfDualChannel ? TimingOf(2) : udtChannelTiming{}};
-  if (!picTiming.IsComplete() || arrLanes != m_arrDrawn) {
-    m_diagram.Clear();
-    m_diagram.DrawChannelTiming(1, arrLanes[0]);
-    m_lngUpperLane = picTiming.DisplayList().size();
-    if (m_state.mfDualChannel) m_diagram.DrawChannelTiming(2, arrLanes[1]);
-    m_arrDrawn = arrLanes;
-    picTiming.SetComplete();
-  }
-  TimingDrawn.Raise();
+  m_diagram.Clear();
+  m_diagram.DrawChannelTiming(1, TimingOf(1));
+  m_lngUpperLane = picTiming.DisplayList().size();
+  if (m_state.mfDualChannel) m_diagram.DrawChannelTiming(2, TimingOf(2));
 }
 
 void TimingPage::ShowLanes() {
@@ -375,7 +312,7 @@ void TimingPage::UploadTiming(Boolean &fOk) {
   // The switches travel for both channels, whatever the instrument has.
   timing.fChannelOutputOn = m_state.mfOutputOn;
   timing.fChannelOutputInvOn = m_state.mfOutputInvOn;
-  timing.dblFrequency = IsFrequency() ? esPeriodOrFreq.Value() : esPeriodOrFreq.Reciprocal();
+  timing.dblFrequency = m_fIsFrequency ? esPeriodOrFreq.Value() : esPeriodOrFreq.Reciprocal();
   if (!Instr().SetTiming(timing)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageTiming);
   fOk = True;
@@ -387,7 +324,7 @@ void TimingPage::DownloadTiming() {
   const Long lngChannels = ChannelCount();
   for (Long i = 1; i <= lngChannels; ++i) ShowChannel(timing, i);
   ShowTimingOutputs();
-  if (IsFrequency())
+  if (m_fIsFrequency)
     esPeriodOrFreq.SetValue(timing.dblFrequency);
   else
     esPeriodOrFreq.SetReciprocal(timing.dblFrequency);
@@ -400,7 +337,8 @@ void TimingPage::DownloadTiming() {
 void TimingPage::ShowChannel(const udtTimingInfo &timing, Long lngChannel) {
   const Long k = lngChannel - 1;
   // The ranges followed from what stood here before, and would cut what comes now.
-  OpenRanges(k);
+  SetRange(esWidth[k], WidthRangeOfForm);
+  SetRange(esDelay[k], DelayRangeOfForm);
   esDelay[k].SetValue(timing.dblDelay[lngChannel]);
   esLeadingEdge[k].SetValue(timing.dblLeading[lngChannel]);
   // Past SetTrailEdgeMode: a download neither enables nor disables.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "panel/ChannelOutputs.h"
@@ -10,7 +8,6 @@
 #include "platform/CommandButton.h"
 #include "platform/PictureBox.h"
 #include "platform/ToolPopup.h"
-#include "support/Event.h"
 
 namespace tarvik {
 
@@ -33,8 +30,6 @@ class TimingPage : public Page {
   void DrawTiming();
   /// Leaves the lane of channel 2 out of sight while the instrument has none; the drawing stands until the next one.
   void ShowLanes();
-  /// DrawTiming came to its end.
-  Event<> TimingDrawn;
 
   /// Locks and blanks the width of a channel that has none: in pattern mode without return to zero.
   void LockWidths();
@@ -58,19 +53,14 @@ class TimingPage : public Page {
   void esLeadingEdge_AfterUpdate(Integer Index);
   void toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string &strKey);
 
-  Boolean IsFrequency() const;
+  /// Seconds, in either form.
   Double GetPeriod() const;
-  Boolean IsOn(Long lngChannel) const;
-  /// The channel is on and has a width of its own.
-  Boolean HasWidth(Long lngChannel) const;
   /// Widest width that the period has to hold; the answer tells whether any channel counts.
   Boolean GetWidestWidth(Long lngCount, Double &dblWidth) const;
   /// What becomes of a value that lies outside a range written now.
   enum class OutOfRange { Cut, Stands };
   void SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues = OutOfRange::Cut);
-  void GrowPeriodTo(Double dblWidth);
   void SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues);
-  void OpenRanges(Long k);
   void SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency);
   udtChannelTiming TimingOf(Integer intChan) const;
   Boolean &TeEqLe(Long k) const;
@@ -86,8 +76,9 @@ class TimingPage : public Page {
   ControlArray<ToolPopup> toolPopupTEdge;
   ChannelOutputs m_outputs;
   TimingDiagram m_diagram;
-  std::array<udtChannelTiming, 2> m_arrDrawn;  ///< what a complete diagram shows
-  std::size_t m_lngUpperLane = 0;              ///< how much of the drawing is channel 1's
+  Boolean m_fIsFrequency;          ///< the field shows a frequency, not a period
+  std::size_t m_lngUpperLane = 0;  ///< how much of the drawing is channel 1's
+  Event<const RzFlags::Change &>::Connection m_rzConnection;
 };
 
 }  // namespace tarvik

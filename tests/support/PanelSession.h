@@ -34,10 +34,6 @@ class PanelTestAccess {
   static ModePage &Mode(TarvikGUI &panel) { return *panel.m_modePage; }
   static PatternPage &Pattern(TarvikGUI &panel) { return *panel.m_patternPage; }
 
-  static Boolean GetWidestWidth(TimingPage &page, Long lngCount, Double &dblWidth) {
-    return page.GetWidestWidth(lngCount, dblWidth);
-  }
-  static void SetTimingRanges(TimingPage &page, Boolean fCheckPeriod) { page.SetTimingRanges(fCheckPeriod); }
   static void SetPeriodOrFreq(TimingPage &page, Boolean fToggle, Boolean fToFrequency) {
     page.SetPeriodOrFreq(fToggle, fToFrequency);
   }

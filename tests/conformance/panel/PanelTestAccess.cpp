@@ -22,8 +22,6 @@ Json PanelTestAccess::PresetsHigh(const TarvikGUI &panel) { return Json(panel.m_
 
 Json PanelTestAccess::PresetsLow(const TarvikGUI &panel) { return Json(panel.m_levelsPage->m_sdblLow); }
 
-Event<> &PanelTestAccess::TimingDrawn(TarvikGUI &panel) { return panel.m_timingPage->TimingDrawn; }
-
 const std::vector<PanelTestAccess::NamedProcedure> &PanelTestAccess::PanelProcedures() {
   static const std::vector<NamedProcedure> arrProcedures{
       {"SetTabState",
@@ -129,7 +127,7 @@ const std::vector<PanelTestAccess::NamedProcedure> &PanelTestAccess::PageProcedu
          const Boolean fRz1 = words.Flag();
          const Boolean fRz2 = words.Flag();
          const Boolean fSetGroup = words.Flag();
-         panel.m_modePage->SetRzFromFlags(fRz1, fRz2, fSetGroup, words.Flag());
+         panel.m_state.mfRz.SetRzFromFlags(fRz1, fRz2, fSetGroup, words.Flag());
          return nullptr;
        }},
       {"ConvertLevelField",

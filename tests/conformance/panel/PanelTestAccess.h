@@ -20,7 +20,6 @@ class PanelTestAccess {
   static Json PresetsHigh(const TarvikGUI &panel);
   static Json PresetsLow(const TarvikGUI &panel);
 
-  static Event<> &TimingDrawn(TarvikGUI &panel);
   static void Terminate(TarvikGUI &panel) { panel.UserControl_Terminate(); }
 
   /// Calls a procedure by its name with the arguments that follow it in the line; null where it has no result.

@@ -116,14 +116,6 @@ TEST_F(TimingTransfer, ADownloadInFrequencyFormCutsNothingEither) {
   EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 1e-4);
 }
 
-TEST_F(TimingTransfer, AWidthBetweenTheTwoFloorsStands) {
-  Channel(1).dblWidth = 1.51e-9;
-  session.Click("cmdDownload");
-  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Value(), 1.51e-9);
-  EXPECT_DOUBLE_EQ(Field("esWidth(0)").Min(), 1.51e-9);
-  EXPECT_DOUBLE_EQ(Field("esWidth(1)").Min(), 1.515e-9);
-}
-
 TEST_F(TimingTransfer, ADelayBeyondThePeriodStands) {
   Channel(2).dblSingleDelay = 2e-6;
   session.Click("cmdDownload");
