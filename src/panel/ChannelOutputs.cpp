@@ -4,6 +4,8 @@ namespace tarvik {
 
 namespace {
 
+using form::Frame, form::Option;
+
 struct SwitchRow {
   const char *strGroup;
   const char *strOptions;
@@ -25,30 +27,24 @@ const SwitchRow &RowOf(Integer intChan, Boolean fIsComplement) {
 
 }  // namespace
 
-void AddOutputSwitch(std::vector<ControlDesign> &arrDesign, Integer intChan, Boolean fIsComplement, Integer intElement,
-                     const std::string &strContainer, const OutputSwitchPlace &place) {
+FormTable OutputSwitch(Integer intChan, Boolean fIsComplement, Long lngElement, const std::string &strContainer,
+                       const OutputSwitchPlace &place) {
   const SwitchRow &row = RowOf(intChan, fIsComplement);
   const char *strToolTip = fIsComplement ? "Turn the inverse output on or off" : "Turn the normal output on or off";
-  const std::string strGroup = ControlName(row.strGroup, intElement);
-  const auto intOn = static_cast<Integer>(2 * intElement), intOff = static_cast<Integer>(intOn + 1);
-  arrDesign.push_back({ControlKind::Frame,
-                       row.strGroup,
-                       intElement,
-                       strContainer,
-                       place.group,
-                       {{"Caption", fIsComplement ? "Inverse" : "Output"}, {"ToolTip", strToolTip}}});
-  arrDesign.push_back({ControlKind::Option,
-                       row.strOptions,
-                       intOn,
-                       strGroup,
-                       place.on,
-                       {{"Caption", "On"}, {"Tag", "True"}, {"ToolTip", strToolTip}}});
-  arrDesign.push_back({ControlKind::Option,
-                       row.strOptions,
-                       intOff,
-                       strGroup,
-                       place.off,
-                       {{"Caption", "Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", strToolTip}}});
+  const char *strCaption = fIsComplement ? "Inverse" : "Output";
+  const std::string strGroup = ControlName(row.strGroup, lngElement);
+  const Long lngOn = 2 * lngElement, lngOff = lngOn + 1;
+  return {
+      Frame(row.strGroup, lngElement).In(strContainer).At(place.group).Caption(strCaption).ToolTip(strToolTip),
+      Option(row.strOptions, lngOn).In(strGroup).At(place.on).Caption("On").Tag("True").ToolTip(strToolTip),
+      Option(row.strOptions, lngOff)
+          .In(strGroup)
+          .At(place.off)
+          .Caption("Off")
+          .Tag("False")
+          .Chosen()
+          .ToolTip(strToolTip),
+  };
 }
 
 ChannelOutputs::ChannelOutputs(const Form &form, PanelServices &panel) : m_panel(panel) {

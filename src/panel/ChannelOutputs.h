@@ -11,10 +11,10 @@ struct OutputSwitchPlace {
   TwipsRect group, on, off;
 };
 
-/// Adds the table rows of one output switch of a channel (1 or 2). The timing page has element 0 of each group with the
-/// options 0 and 1, the levels page element 1 with the options 2 and 3. Outputs start off.
-void AddOutputSwitch(std::vector<ControlDesign> &arrDesign, Integer intChan, Boolean fIsComplement, Integer intElement,
-                     const std::string &strContainer, const OutputSwitchPlace &place);
+/// The rows of one output switch of a channel (1 or 2). The timing page has element 0 of each group with the options 0
+/// and 1, the levels page element 1 with the options 2 and 3. Outputs start off.
+FormTable OutputSwitch(Integer intChan, Boolean fIsComplement, Long lngElement, const std::string &strContainer,
+                       const OutputSwitchPlace &place);
 
 /// The four output switches of a page: normal and inverse output of each channel. Two pages carry them over the same
 /// flags of the panel: even options turn an output on, odd ones off.

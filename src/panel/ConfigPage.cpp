@@ -11,6 +11,8 @@ namespace tarvik {
 
 namespace {
 
+using form::Button, form::Display, form::Frame, form::List, form::Text;
+
 constexpr const char *NoValue = " - ";
 /// These lists do not depend on the mode: one place to remember a choice in.
 constexpr Integer OnlyPosition = 1;
@@ -33,73 +35,50 @@ constexpr IdentityRow IdentityRows[] = {
     {"txtOptions", "lblOptions", "Inst. Options", "Options that are built in"},
 };
 
-std::vector<ControlDesign> MakeDesign() {
-  std::vector<ControlDesign> arrDesign{
-      {ControlKind::Frame, "grpIdentity", NoIndex, "", {120, 120, 4620, 3540}, {{"Caption", "Instrument"}}}};
+constexpr Double PllCaptionWidth = 900;
+
+FormTable Identity() {
+  FormTable table{Frame("grpIdentity").At({120, 120, 4620, 3540}).Caption("Instrument")};
   Single sngTop = 330;
   for (const IdentityRow &row : IdentityRows) {
-    arrDesign.push_back({ControlKind::Text,
-                         row.strLabelName,
-                         NoIndex,
-                         "grpIdentity",
-                         {150, sngTop, 1350, 315},
-                         {{"Caption", row.strLabel}}});
-    arrDesign.push_back({ControlKind::Display,
-                         row.strTextBox,
-                         NoIndex,
-                         "grpIdentity",
-                         {1530, sngTop, 2940, 315},
-                         {{"ToolTip", row.strToolTip}, {"AccessibleName", row.strLabel}}});
+    table.Add({Text(row.strLabelName).In("grpIdentity").At({150, sngTop, 1350, 315}).Caption(row.strLabel),
+               Display(row.strTextBox)
+                   .In("grpIdentity")
+                   .At({1530, sngTop, 2940, 315})
+                   .SpokenName(row.strLabel)
+                   .ToolTip(row.strToolTip)});
     sngTop += 390;
   }
-  const std::vector<ControlDesign> arrRight{
-      {ControlKind::Frame, "grpPllReference", NoIndex, "", {4860, 120, 3480, 1260}, {{"Caption", "PLL Reference"}}},
-      {ControlKind::List,
-       "cboPllRefSource",
-       NoIndex,
-       "grpPllReference",
-       {150, 330, 3180, 345},
-       {{"Caption", "Source"},
-        {"CaptionWidth", Double{900}},
-        {"CaptionAlignment", Long{1}},
-        {"TagX", "0"},
-        {"ToolTip", "Where the reference of the internal PLL comes from"}}},
-      {ControlKind::List,
-       "cboPllRefFreq",
-       NoIndex,
-       "grpPllReference",
-       {150, 780, 3180, 345},
-       {{"Caption", "Freq."},
-        {"CaptionWidth", Double{900}},
-        {"CaptionAlignment", Long{1}},
-        {"TagX", "0"},
-        {"ToolTip", "Frequency of the external reference"}}},
-      {ControlKind::Button,
-       "cmdResetInstr",
-       NoIndex,
-       "",
-       {4860, 1560, 1680, 420},
-       {{"Caption", "Reset Instr."}, {"ToolTip", "Reset the instrument"}}},
-      {ControlKind::Button,
-       "cmdSelfTest",
-       NoIndex,
-       "",
-       {6660, 1560, 1680, 420},
-       {{"Caption", "Selftest"}, {"ToolTip", "Conduct a selftest of the instrument"}}},
-      {ControlKind::Button,
-       "cmdCalibrate",
-       NoIndex,
-       "",
-       {4860, 2100, 1680, 420},
-       {{"Caption", "Calibrate"}, {"ToolTip", "Perform instrument self-calibration"}}},
-  };
-  arrDesign.insert(arrDesign.end(), arrRight.begin(), arrRight.end());
-  return arrDesign;
+  return table;
 }
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign = MakeDesign();
-  return arrDesign;
+FormTable Design() {
+  FormTable table = Identity();
+  table.Add({
+      Frame("grpPllReference").At({4860, 120, 3480, 1260}).Caption("PLL Reference"),
+      List("cboPllRefSource")
+          .In("grpPllReference")
+          .At({150, 330, 3180, 345})
+          .Caption("Source", PllCaptionWidth)
+          .TagX("0")
+          .ToolTip("Where the reference of the internal PLL comes from"),
+      List("cboPllRefFreq")
+          .In("grpPllReference")
+          .At({150, 780, 3180, 345})
+          .Caption("Freq.", PllCaptionWidth)
+          .TagX("0")
+          .ToolTip("Frequency of the external reference"),
+      Button("cmdResetInstr").At({4860, 1560, 1680, 420}).Caption("Reset Instr.").ToolTip("Reset the instrument"),
+      Button("cmdSelfTest")
+          .At({6660, 1560, 1680, 420})
+          .Caption("Selftest")
+          .ToolTip("Conduct a selftest of the instrument"),
+      Button("cmdCalibrate")
+          .At({4860, 2100, 1680, 420})
+          .Caption("Calibrate")
+          .ToolTip("Perform instrument self-calibration"),
+  });
+  return table;
 }
 
 bool UserAgrees(const std::string &strQuestion, const char *strTitleTail) {

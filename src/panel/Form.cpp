@@ -28,47 +28,47 @@ QString Text(const PropertyBag &bag, const char *strKey) {
 
 QWidget *MakeFrame(QWidget *parent, const ControlDesign &design) {
   auto *frame = new FrameEnhanced(parent, RunTimeSite());
-  frame->ReadProperties(design.properties);
+  frame->ReadProperties(design.Properties());
   return frame;
 }
 
 QWidget *MakeOption(QWidget *parent, const ControlDesign &design) {
-  auto *button = design.intIndex == NoIndex ? new OptionButton(parent) : new OptionButton(parent, design.intIndex);
-  button->setText(Text(design.properties, "Caption"));
-  button->SetTag(design.properties.ReadProperty("Tag", ""));
-  if (design.properties.ReadProperty("Value", False)) button->SetDesignValue(True);
+  auto *button = design.Index() == NoIndex ? new OptionButton(parent) : new OptionButton(parent, design.Index());
+  button->setText(Text(design.Properties(), "Caption"));
+  button->SetTag(design.Properties().ReadProperty("Tag", ""));
+  if (design.Properties().ReadProperty("Value", False)) button->SetDesignValue(True);
   return button;
 }
 
 QWidget *MakeField(QWidget *parent, const ControlDesign &design) {
   auto *field = new EngrSpin(parent, RunTimeSite());
-  field->ReadProperties(design.properties);
+  field->ReadProperties(design.Properties());
   return field;
 }
 
 QWidget *MakeList(QWidget *parent, const ControlDesign &design) {
   auto *list = new CboEnhanced(parent, RunTimeSite());
-  list->ReadProperties(design.properties);
+  list->ReadProperties(design.Properties());
   return list;
 }
 
 QWidget *MakeCheck(QWidget *parent, const ControlDesign &design) {
   auto *check = new CheckBox(parent);
-  check->setText(Text(design.properties, "Caption"));
+  check->setText(Text(design.Properties(), "Caption"));
   return check;
 }
 
 QWidget *MakeButton(QWidget *parent, const ControlDesign &design) {
   auto *button = new CommandButton(parent);
-  button->SetCaption(design.properties.ReadProperty("Caption", ""));
+  button->SetCaption(design.Properties().ReadProperty("Caption", ""));
   return button;
 }
 
 QWidget *MakeText(QWidget *parent, const ControlDesign &design) {
   auto *label = new Label(parent);
-  label->setText(Text(design.properties, "Caption"));
+  label->setText(Text(design.Properties(), "Caption"));
   label->setTextFormat(Qt::PlainText);
-  label->setWordWrap(design.properties.ReadProperty("WordWrap", False));
+  label->setWordWrap(design.Properties().ReadProperty("WordWrap", False));
   label->setAlignment(Qt::AlignLeft | (label->wordWrap() ? Qt::AlignTop : Qt::AlignVCenter));
   return label;
 }
@@ -76,17 +76,17 @@ QWidget *MakeText(QWidget *parent, const ControlDesign &design) {
 template <class T>
 QWidget *MakePicture(QWidget *parent, const ControlDesign &design) {
   auto *picture = new T(parent);
-  picture->SetBackColor(static_cast<Colour>(design.properties.ReadProperty("BackColor", Long{0xFFFFFF})));
-  picture->SetForeColor(static_cast<Colour>(design.properties.ReadProperty("ForeColor", Long{0})));
+  picture->SetBackColor(static_cast<Colour>(design.Properties().ReadProperty("BackColor", Long{0xFFFFFF})));
+  picture->SetForeColor(static_cast<Colour>(design.Properties().ReadProperty("ForeColor", Long{0})));
   return picture;
 }
 
 /// "Menu" holds "key=text" entries, separated by "|".
 QWidget *MakeMenu(QWidget *parent, const ControlDesign &design) {
   auto *popup = new ToolPopup(parent, ToolPopup::Face::MenuOnly);
-  popup->SetCaption(design.properties.ReadProperty("Caption", ""));
+  popup->SetCaption(design.Properties().ReadProperty("Caption", ""));
   std::vector<ToolPopup::Entry> arrEntries;
-  for (const std::string &strEntry : Split(design.properties.ReadProperty("Menu", ""), '|')) {
+  for (const std::string &strEntry : Split(design.Properties().ReadProperty("Menu", ""), '|')) {
     const std::size_t pos = strEntry.find('=');
     arrEntries.emplace_back(strEntry.substr(0, pos), strEntry.substr(pos + 1));
   }
@@ -97,7 +97,7 @@ QWidget *MakeMenu(QWidget *parent, const ControlDesign &design) {
 /// "Columns" holds the headers, separated by "|".
 QWidget *MakeListView(QWidget *parent, const ControlDesign &design) {
   auto *list = new ListView(parent);
-  list->SetColumns(Split(design.properties.ReadProperty("Columns", ""), '|'));
+  list->SetColumns(Split(design.Properties().ReadProperty("Columns", ""), '|'));
   return list;
 }
 
@@ -132,9 +132,9 @@ Maker MakerFor(ControlKind eKind) {
 /// What a screen reader says. Fields, lists and buttons, whose captions change, find their captions themselves; what a
 /// form gives them is a name in place of a caption.
 void GiveAccessibleName(QWidget &widget, const ControlDesign &design) {
-  const PropertyBag &bag = design.properties;
+  const PropertyBag &bag = design.Properties();
   const QString strGiven = Text(bag, "AccessibleName");
-  switch (design.eKind) {
+  switch (design.Kind()) {
     case ControlKind::Field:
     case ControlKind::List:
     case ControlKind::Button:
@@ -152,13 +152,9 @@ void GiveAccessibleName(QWidget &widget, const ControlDesign &design) {
 
 }  // namespace
 
-std::string ControlName(const std::string &strName, Integer intIndex) {
-  return intIndex == NoIndex ? strName : strName + "(" + std::to_string(intIndex) + ")";
-}
-
-Form::Form(QWidget &page, const std::vector<ControlDesign> &arrDesign) : m_page(page) {
-  for (const ControlDesign &design : arrDesign) {
-    m_arrMade.push_back({design.strName, design.intIndex, Make(design), design.place});
+Form::Form(QWidget &page, const FormTable &table) : m_page(page) {
+  for (const ControlDesign &design : table) {
+    m_arrMade.push_back({design.Name(), design.Index(), Make(design), design.Place()});
     Place(m_arrMade.back());
     // The toolkit shows a control with its page only while the page itself is still hidden.
     if (QWidget &made = *m_arrMade.back().widget;
@@ -169,9 +165,9 @@ Form::Form(QWidget &page, const std::vector<ControlDesign> &arrDesign) : m_page(
 }
 
 QWidget *Form::Make(const ControlDesign &design) {
-  QWidget *widget = MakerFor(design.eKind)(ParentFor(design.strContainer), design);
-  const PropertyBag &bag = design.properties;
-  widget->setObjectName(QString::fromStdString(ControlName(design.strName, design.intIndex)));
+  QWidget *widget = MakerFor(design.Kind())(ParentFor(design.ContainerName()), design);
+  const PropertyBag &bag = design.Properties();
+  widget->setObjectName(QString::fromStdString(design.FullName()));
   widget->setToolTip(Text(bag, "ToolTip"));
   GiveAccessibleName(*widget, design);
   auto *control = dynamic_cast<Control *>(widget);

@@ -6,46 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "platform/PropertyBag.h"
-#include "platform/Twips.h"
+#include "panel/ControlDesign.h"
 #include "support/Event.h"
 #include "support/RunTimeError.h"
 #include "support/Types.h"
 
 namespace tarvik {
-
-enum class ControlKind {
-  Frame,
-  Option,
-  Field,
-  List,
-  Check,
-  Button,
-  Text,
-  Display,
-  DisplayBox,
-  Picture,
-  Highlight,
-  Menu,
-  ListView,
-  Pattern,
-  Container,
-};
-
-/// The number of a control outside of any control array.
-inline constexpr Integer NoIndex = -1;
-
-/// One control of a form: what it is, its name and number, what it stands in, its place in twips and its stored
-/// properties. Every kind takes "ToolTip", "Enabled" and "Visible", which kinds have "Caption", "Tag" and "Value"
-/// shows in the tables.
-struct ControlDesign {
-  ControlKind eKind;
-  std::string strName;
-  Integer intIndex;
-  std::string strContainer;  ///< full name of a control made before; empty for the page itself
-  TwipsRect place;
-  PropertyBag properties;
-};
 
 /// Controls of one name, addressed by their number. A number without a control is error 340.
 template <class T>
@@ -68,19 +34,16 @@ class ControlArray {
   std::vector<std::pair<Long, T *>> m_controls;
 };
 
-/// "esWidth(0)", or the bare name for NoIndex.
-std::string ControlName(const std::string &strName, Integer intIndex);
-
 /// A page's controls, made from its table and kept in their places as the font grows.
 class Form : public QObject {
  public:
-  Form(QWidget &page, const std::vector<ControlDesign> &arrDesign);
+  Form(QWidget &page, const FormTable &table);
 
   /// The control of this name; asking for one that the table does not have, or of another class, is a
   /// programming fault.
   template <class T>
-  T &Get(const std::string &strName, Integer intIndex = NoIndex) const {
-    return *Cast<T>(Find(ControlName(strName, intIndex)));
+  T &Get(const std::string &strName, Long lngIndex = NoIndex) const {
+    return *Cast<T>(Find(ControlName(strName, lngIndex)));
   }
 
   template <class T>

@@ -18,32 +18,24 @@ constexpr Integer ModelCodeDigits = 4;
 
 enum Column { ColumnName, ColumnSlot, ColumnAddress, ColumnModel };
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign{
-      {ControlKind::ListView,
-       "lvwInstruments",
-       NoIndex,
-       "",
-       {120, 120, 8220, 4260},
-       {{"Columns", "Instrument|Slot|Log. Addr.|Model Code"},
-        {"ToolTip", "Tick an instrument to start a session with it"},
-        {"AccessibleName", "Instruments"}}},
-      {ControlKind::Button,
-       "cmdRefresh",
-       NoIndex,
-       "",
-       {120, 4500, 1500, 390},
-       {{"Caption", "&Refresh"}, {"ToolTip", "Refresh the instrument list"}, {"Enabled", False}}},
-      {ControlKind::Button,
-       "cmdConnect",
-       NoIndex,
-       "",
-       {1740, 4500, 1500, 390},
-       {{"Caption", "&Connect"},
-        {"ToolTip", "Connect to the automation server (ActiveX interface)"},
-        {"Visible", False}}},
+FormTable Design() {
+  return {
+      form::ListView("lvwInstruments")
+          .At({120, 120, 8220, 4260})
+          .Columns({"Instrument", "Slot", "Log. Addr.", "Model Code"})
+          .SpokenName("Instruments")
+          .ToolTip("Tick an instrument to start a session with it"),
+      form::Button("cmdRefresh")
+          .At({120, 4500, 1500, 390})
+          .Caption("&Refresh")
+          .Disabled()
+          .ToolTip("Refresh the instrument list"),
+      form::Button("cmdConnect")
+          .At({1740, 4500, 1500, 390})
+          .Caption("&Connect")
+          .Hidden()
+          .ToolTip("Connect to the automation server (ActiveX interface)"),
   };
-  return arrDesign;
 }
 
 /// Reports a failure of the procedure and takes the busy pointer away, whatever becomes of the report.

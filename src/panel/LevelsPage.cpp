@@ -11,137 +11,106 @@ namespace tarvik {
 
 namespace {
 
+using form::Container, form::Field, form::Frame, form::List, form::Option;
+
 constexpr Double TTLHigh = 2.5, TTLLow = 0, ECLHigh = -0.85, ECLLow = -1.8;
 constexpr const char *Volts = "V", *Amperes = "A";
 constexpr Double CaptionWidth = 1320;
 constexpr Integer ThisPage = 1;  // element of the output groups that stands here
+/// The two options of a narrow box, one below the other.
+constexpr TwipsRect FirstOption{120, 255, 990, 270}, SecondOption{120, 525, 990, 270};
 
-PropertyBag List(const char *strCaption, const char *strToolTip) {
+ControlDesign LevelField(const char *strName, Long k, Single sngTop, const char *strCaption) {
+  return Field(strName, k)
+      .In("grpLevelFormat", k)
+      .At({120, sngTop, 3810, 315})
+      .Caption(strCaption, CaptionWidth)
+      .BaseUnit(Volts)
+      .Range(-20, 20)
+      .Exponents(-9, 0);
+}
+
+FormTable FormatBox(Long k, Single sngLeft) {
   return {
-      {"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"CaptionAlignment", Long{1}}, {"ToolTip", strToolTip}};
+      Frame("grpLevelFormat", k).At({sngLeft, 120, 4050, 1890}).Caption(k == 0 ? " Channel 1 " : " Channel 2 "),
+      // On a container of their own the lists keep their Enabled and their choice while the box is disabled.
+      Container("picLevelFormat", k).In("grpLevelFormat", k).At({60, 300, 3930, 735}),
+      List("cboLevelFormat", k)
+          .In("picLevelFormat", k)
+          .At({60, 0, 3810, 345})
+          .Caption("Level Format", CaptionWidth)
+          .ToolTip("How the two levels below are told"),
+      List("cboLevelUnits", k)
+          .In("picLevelFormat", k)
+          .At({60, 390, 3810, 345})
+          .Caption("Voltage/Current", CaptionWidth)
+          .ToolTip("Quantity in which the levels are shown"),
+      LevelField("esLevelHigh", k, 1080, "TTL-High").ToolTip("High level or offset"),
+      LevelField("esLevelLo", k, 1455, "TTL-Low").ToolTip("Low level or amplitude"),
+  };
 }
 
-PropertyBag LevelField(const char *strCaption, const char *strToolTip) {
-  return {{"Caption", strCaption}, {"CaptionWidth", CaptionWidth}, {"BaseUnit", Volts},      {"Min", -20.0},
-          {"Max", 20.0},           {"MinExponent", Long{-9}},      {"MaxExponent", Long{0}}, {"ToolTip", strToolTip}};
-}
+OutputSwitchPlace SwitchPlace(Single sngLeft) { return {{sngLeft, 1080, 1200, 870}, FirstOption, SecondOption}; }
 
-void AddFormatBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
-  const std::string strBox = ControlName("grpLevelFormat", k), strHolder = ControlName("picLevelFormat", k);
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame,
-                     "grpLevelFormat",
-                     k,
-                     "",
-                     {sngLeft, 120, 4050, 1890},
-                     {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
-                    // Lists keep their choice while the box around them is disabled: they stand on a plain container.
-                    {ControlKind::Container, "picLevelFormat", k, strBox, {60, 300, 3930, 735}, {}},
-                    {ControlKind::List,
-                     "cboLevelFormat",
-                     k,
-                     strHolder,
-                     {60, 0, 3810, 345},
-                     List("Level Format", "How the two levels below are told")},
-                    {ControlKind::List,
-                     "cboLevelUnits",
-                     k,
-                     strHolder,
-                     {60, 390, 3810, 345},
-                     List("Voltage/Current", "Quantity in which the levels are shown")},
-                    {ControlKind::Field,
-                     "esLevelHigh",
-                     k,
-                     strBox,
-                     {120, 1080, 3810, 315},
-                     LevelField("TTL-High", "High level or offset")},
-                    {ControlKind::Field,
-                     "esLevelLo",
-                     k,
-                     strBox,
-                     {120, 1455, 3810, 315},
-                     LevelField("TTL-Low", "Low level or amplitude")}});
-}
-
-OutputSwitchPlace SwitchPlace(Single sngLeft) {
-  return {{sngLeft, 1080, 1200, 870}, {120, 255, 990, 270}, {120, 525, 990, 270}};
-}
-
-void AddOutputBox(std::vector<ControlDesign> &arrDesign, Integer k, Single sngLeft) {
-  const std::string strBox = ControlName("grpChannelOutput", k), strHolder = ControlName("picChannelOutput", k);
-  const std::string strPolarity = ControlName("grpNormalCompliment", k);
+FormTable OutputBox(Long k, Single sngLeft) {
   const auto intChan = static_cast<Integer>(k + 1);
-  const auto option = static_cast<Integer>(2 * k);
-  arrDesign.insert(
-      arrDesign.end(),
-      {{ControlKind::Frame,
-        "grpChannelOutput",
-        k,
-        "",
-        {sngLeft, 2100, 4050, 2070},
-        {{"Caption", k == 0 ? " Output 1 " : " Output 2 "}}},
-       {ControlKind::Container, "picChannelOutput", k, strBox, {60, 300, 3930, 345}, {}},
-       {ControlKind::List,
-        "cboOutputImpedance",
-        k,
-        strHolder,
-        {60, 0, 3810, 345},
-        List("Output Imp.", "Source impedance of the output")},
-       {ControlKind::Field,
-        "esLoadCompensation",
-        k,
-        strBox,
-        {120, 690, 3810, 315},
-        {{"Caption", "Load Compens."},
-         {"CaptionWidth", CaptionWidth},
-         {"BaseUnit", "Ohm"},
-         {"Min", 0.1},
-         {"Max", 1000000.0},
-         {"MinExponent", Long{0}},
-         {"MaxExponent", Long{6}},
-         {"ToolTip", "Resistance of the load, for which the levels hold"}}},
-       {ControlKind::Frame, "grpNormalCompliment", k, strBox, {120, 1080, 1200, 870}, {{"Caption", "Polarity"}}},
-       {ControlKind::Option,
-        "optNormalCompliment",
-        option,
-        strPolarity,
-        {120, 255, 990, 270},
-        {{"Caption", "Normal"}, {"Value", True}, {"ToolTip", "Pulses go from low to high"}}},
-       {ControlKind::Option,
-        "optNormalCompliment",
-        static_cast<Integer>(option + 1),
-        strPolarity,
-        {120, 525, 990, 270},
-        {{"Caption", "Compl."}, {"ToolTip", "Pulses go from high to low"}}}});
-  AddOutputSwitch(arrDesign, intChan, False, ThisPage, strBox, SwitchPlace(1425));
-  AddOutputSwitch(arrDesign, intChan, True, ThisPage, strBox, SwitchPlace(2730));
+  const std::string strBox = ControlName("grpChannelOutput", k);
+  FormTable table{
+      Frame("grpChannelOutput", k).At({sngLeft, 2100, 4050, 2070}).Caption(k == 0 ? " Output 1 " : " Output 2 "),
+      Container("picChannelOutput", k).In(strBox).At({60, 300, 3930, 345}),
+      List("cboOutputImpedance", k)
+          .In("picChannelOutput", k)
+          .At({60, 0, 3810, 345})
+          .Caption("Output Imp.", CaptionWidth)
+          .ToolTip("Source impedance of the output"),
+      Field("esLoadCompensation", k)
+          .In(strBox)
+          .At({120, 690, 3810, 315})
+          .Caption("Load Compens.", CaptionWidth)
+          .BaseUnit("Ohm")
+          .Range(0.1, 1000000)
+          .Exponents(0, 6)
+          .ToolTip("Resistance of the load, for which the levels hold"),
+      Frame("grpNormalCompliment", k).In(strBox).At({120, 1080, 1200, 870}).Caption("Polarity"),
+      Option("optNormalCompliment", 2 * k)
+          .In("grpNormalCompliment", k)
+          .At(FirstOption)
+          .Caption("Normal")
+          .Chosen()
+          .ToolTip("Pulses go from low to high"),
+      Option("optNormalCompliment", 2 * k + 1)
+          .In("grpNormalCompliment", k)
+          .At(SecondOption)
+          .Caption("Compl.")
+          .ToolTip("Pulses go from high to low"),
+  };
+  table.Add(OutputSwitch(intChan, False, ThisPage, strBox, SwitchPlace(1425)));
+  table.Add(OutputSwitch(intChan, True, ThisPage, strBox, SwitchPlace(2730)));
+  return table;
 }
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign = [] {
-    std::vector<ControlDesign> arr;
-    for (const Integer k : {Integer{0}, Integer{1}}) {
-      const Single sngLeft = k == 0 ? 120 : 4290;
-      AddFormatBox(arr, k, sngLeft);
-      AddOutputBox(arr, k, sngLeft);
-    }
-    arr.insert(arr.end(),
-               {{ControlKind::Frame, "grpOutputs", NoIndex, "", {120, 4260, 8220, 660}, {{"Caption", "Outputs"}}},
-                {ControlKind::Option,
-                 "optOutputs",
-                 0,
-                 "grpOutputs",
-                 {120, 270, 3600, 315},
-                 {{"Caption", "Separate Outputs"}, {"Value", True}, {"ToolTip", "Each channel has its own output"}}},
-                {ControlKind::Option,
-                 "optOutputs",
-                 1,
-                 "grpOutputs",
-                 {4290, 270, 3600, 315},
-                 {{"Caption", "Outputs Added At Output 1"}, {"ToolTip", "Channel 2 is added to output 1"}}}});
-    return arr;
-  }();
-  return arrDesign;
+FormTable Design() {
+  FormTable table;
+  for (const Long k : {0, 1}) {
+    const Single sngLeft = k == 0 ? 120 : 4290;
+    table.Add(FormatBox(k, sngLeft));
+    table.Add(OutputBox(k, sngLeft));
+  }
+  table.Add({
+      Frame("grpOutputs").At({120, 4260, 8220, 660}).Caption("Outputs"),
+      Option("optOutputs", 0)
+          .In("grpOutputs")
+          .At({120, 270, 3600, 315})
+          .Caption("Separate Outputs")
+          .Chosen()
+          .ToolTip("Each channel has its own output"),
+      Option("optOutputs", 1)
+          .In("grpOutputs")
+          .At({4290, 270, 3600, 315})
+          .Caption("Outputs Added At Output 1")
+          .ToolTip("Channel 2 is added to output 1"),
+  });
+  return table;
 }
 
 /// Captions of the two level fields for each item of the format list.

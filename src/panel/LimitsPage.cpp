@@ -4,89 +4,54 @@ namespace tarvik {
 
 namespace {
 
-PropertyBag VoltageField(const char *strCaption, Double dblDefault, const char *strToolTip) {
-  return {{"Caption", strCaption},
-          {"CaptionWidth", Double{1320}},
-          {"BaseUnit", "V"},
-          {"DefaultValue", dblDefault},
-          {"Min", -20.0},
-          {"Max", 20.0},
-          {"MinExponent", Long{-9}},
-          {"MaxExponent", Long{0}},
-          {"ToolTip", strToolTip}};
+using form::Frame, form::Option;
+
+/// A field of a channel's box at this height, with its caption.
+ControlDesign Field(const char *strName, Long k, Single sngTop, const char *strCaption) {
+  constexpr Double CaptionWidth = 1320;
+  return form::Field(strName, k)
+      .In("grpLimitsChanel", k)
+      .At({120, sngTop, 3810, 315})
+      .Caption(strCaption, CaptionWidth);
 }
 
-PropertyBag CurrentField(const char *strCaption, Double dblDefault, const char *strToolTip) {
-  return {{"Caption", strCaption},
-          {"CaptionWidth", Double{1320}},
-          {"BaseUnit", "A"},
-          {"DefaultValue", dblDefault},
-          {"Min", -0.8},
-          {"Max", 0.8},
-          {"MinExponent", Long{-3}},
-          {"MaxExponent", Long{-3}},
-          {"ToolTip", strToolTip}};
+ControlDesign Voltage(const char *strName, Long k, Single sngTop, const char *strCaption) {
+  return Field(strName, k, sngTop, strCaption).BaseUnit("V").Range(-20, 20).Exponents(-9, 0);
 }
 
-void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
-  // Boxes and fields of both channels stand side by side, with the same rows.
-  const std::string strBox = ControlName("grpLimitsChanel", k);
-  const Single sngLeft = k == 0 ? 120 : 4290;
-  const auto option = static_cast<Integer>(2 * k);
-  arrDesign.insert(
-      arrDesign.end(),
-      {{ControlKind::Frame,
-        "grpLimitsChanel",
-        k,
-        "",
-        {sngLeft, 120, 4050, 2550},
-        {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
-       {ControlKind::Option,
-        "optLimitsChanel",
-        option,
-        strBox,
-        {120, 345, 1650, 315},
-        {{"Caption", "Limits On"}, {"Tag", "True"}, {"ToolTip", "Hold the outputs within the limits below"}}},
-       {ControlKind::Option,
-        "optLimitsChanel",
-        static_cast<Integer>(option + 1),
-        strBox,
-        {1980, 345, 1650, 315},
-        {{"Caption", "Limits Off"}, {"Tag", "False"}, {"Value", True}, {"ToolTip", "Let the outputs go unlimited"}}},
-       {ControlKind::Field,
-        "esLimitHighVoltage",
-        k,
-        strBox,
-        {120, 825, 3810, 315},
-        VoltageField("High Voltage", 0.5, "Highest voltage at the output")},
-       {ControlKind::Field,
-        "esLimitLowVoltage",
-        k,
-        strBox,
-        {120, 1230, 3810, 315},
-        VoltageField("Low Voltage", -0.5, "Lowest voltage at the output")},
-       {ControlKind::Field,
-        "esLimitHighCurrent",
-        k,
-        strBox,
-        {120, 1695, 3810, 315},
-        CurrentField("High Current", 0.01, "Highest current at the output")},
-       {ControlKind::Field,
-        "esLimitLowCurrent",
-        k,
-        strBox,
-        {120, 2100, 3810, 315},
-        CurrentField("Low Current", -0.01, "Lowest current at the output")}});
+ControlDesign Current(const char *strName, Long k, Single sngTop, const char *strCaption) {
+  return Field(strName, k, sngTop, strCaption).BaseUnit("A").Range(-0.8, 0.8).Exponents(-3, -3);
 }
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign = [] {
-    std::vector<ControlDesign> arr;
-    AddChannel(arr, 0);
-    AddChannel(arr, 1);
-    return arr;
-  }();
-  return arrDesign;
+FormTable Channel(Long k, Single sngLeft, const char *strCaption) {
+  return {
+      Frame("grpLimitsChanel", k).At({sngLeft, 120, 4050, 2550}).Caption(strCaption),
+      Option("optLimitsChanel", 2 * k)
+          .In("grpLimitsChanel", k)
+          .At({120, 345, 1650, 315})
+          .Caption("Limits On")
+          .Tag("True")
+          .ToolTip("Hold the outputs within the limits below"),
+      Option("optLimitsChanel", 2 * k + 1)
+          .In("grpLimitsChanel", k)
+          .At({1980, 345, 1650, 315})
+          .Caption("Limits Off")
+          .Tag("False")
+          .Chosen()
+          .ToolTip("Let the outputs go unlimited"),
+      Voltage("esLimitHighVoltage", k, 825, "High Voltage").DefaultValue(0.5).ToolTip("Highest voltage at the output"),
+      Voltage("esLimitLowVoltage", k, 1230, "Low Voltage").DefaultValue(-0.5).ToolTip("Lowest voltage at the output"),
+      Current("esLimitHighCurrent", k, 1695, "High Current")
+          .DefaultValue(0.01)
+          .ToolTip("Highest current at the output"),
+      Current("esLimitLowCurrent", k, 2100, "Low Current").DefaultValue(-0.01).ToolTip("Lowest current at the output"),
+  };
+}
+
+FormTable Design() {
+  FormTable table = Channel(0, 120, " Channel 1 ");
+  table.Add(Channel(1, 4290, " Channel 2 "));
+  return table;
 }
 
 }  // namespace

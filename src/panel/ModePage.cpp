@@ -18,6 +18,8 @@ namespace tarvik {
 
 namespace {
 
+using form::Frame;
+
 constexpr const char *NoMeaning = " ";
 constexpr const char *Period = "Period", *Frequency = "Frequency";
 
@@ -25,91 +27,89 @@ constexpr Double CaptionWidth = 1500;
 constexpr Single BoxWidth = 2970;
 constexpr Single RowsLeft = 3210, RowsTop = 360, RowPitch = 440, RowWidth = 5130;
 
-/// Place of a row beside the boxes, counted from 0. Fields are a little lower than lists and stand in their middle.
-TwipsRect ListPlace(int intRow) { return {RowsLeft, RowsTop + RowPitch * static_cast<Single>(intRow), RowWidth, 345}; }
-
-TwipsRect FieldPlace(int intRow) {
-  return {RowsLeft, RowsTop + RowPitch * static_cast<Single>(intRow) + 15, RowWidth, 315};
+/// A list in one of the rows beside the boxes, which count from 0.
+ControlDesign List(const char *strName, int intRow, const char *strCaption) {
+  return form::List(strName)
+      .At({RowsLeft, RowsTop + RowPitch * static_cast<Single>(intRow), RowWidth, 345})
+      .Caption(strCaption, CaptionWidth);
 }
 
-ControlDesign List(const char *strName, int intRow, const char *strCaption, const char *strMask, const char *strToolTip,
-                   const char *strSpokenName = "") {
-  return {ControlKind::List,
-          strName,
-          NoIndex,
-          "",
-          ListPlace(intRow),
-          {{"Caption", strCaption},
-           {"CaptionWidth", CaptionWidth},
-           {"CaptionAlignment", Long{1}},
-           {"TagX", strMask},
-           {"ToolTip", strToolTip},
-           {"AccessibleName", strSpokenName}}};
+/// A field in such a row, lower than a list and in the middle of the row.
+ControlDesign Field(const char *strName, int intRow, const char *strCaption) {
+  return form::Field(strName)
+      .At({RowsLeft, RowsTop + RowPitch * static_cast<Single>(intRow) + 15, RowWidth, 315})
+      .Caption(strCaption, CaptionWidth);
 }
 
-void AddOption(std::vector<ControlDesign> &arrDesign, const char *strName, Integer intIndex, const char *strBox,
-               const char *strCaption, const char *strToolTip) {
-  arrDesign.push_back({ControlKind::Option,
-                       strName,
-                       intIndex,
-                       strBox,
-                       {180, static_cast<Single>(330 + 390 * intIndex), 2640, 330},
-                       {{"Caption", strCaption}, {"Value", Boolean(intIndex == 0)}, {"ToolTip", strToolTip}}});
+ControlDesign Option(const char *strName, Long lngIndex, const char *strBox, const char *strCaption) {
+  return form::Option(strName, lngIndex)
+      .In(strBox)
+      .At({180, 330 + 390 * static_cast<Single>(lngIndex), 2640, 330})
+      .Caption(strCaption);
 }
 
-std::vector<ControlDesign> MakeDesign() {
-  std::vector<ControlDesign> arr;
-  arr.push_back(
-      {ControlKind::Frame, "grpTriggerMode", NoIndex, "", {120, 120, BoxWidth, 1980}, {{"Caption", "Trigger Mode"}}});
-  AddOption(arr, "optTriggerMode", 0, "grpTriggerMode", "Continuous", "Pulses without end");
-  AddOption(arr, "optTriggerMode", 1, "grpTriggerMode", "Triggered",
-            "Each trigger starts a pulse, a burst or a pattern");
-  AddOption(arr, "optTriggerMode", 2, "grpTriggerMode", "Gated", "Pulses as long as the gate is open");
-  AddOption(arr, "optTriggerMode", 3, "grpTriggerMode", "Ext-Width", "The external signal gives the pulse's width");
-  arr.push_back(
-      {ControlKind::Frame, "grpPulseMode", NoIndex, "", {120, 2220, BoxWidth, 1590}, {{"Caption", "Pulse Mode"}}});
-  AddOption(arr, "optPulseMode", 0, "grpPulseMode", "Pulse Stream", "Single or double pulses, one each period");
-  AddOption(arr, "optPulseMode", 1, "grpPulseMode", "Burst", "A counted number of pulses");
-  AddOption(arr, "optPulseMode", 2, "grpPulseMode", "Pattern", "The bits of the pattern page");
-  arr.insert(
-      arr.end(),
-      {{ControlKind::Field,
-        "esBurstLength",
-        NoIndex,
-        "",
-        FieldPlace(0),
-        {{"Caption", " Burst Length"},
-         {"CaptionWidth", CaptionWidth},
-         {"Min", 2.0},
-         {"Max", 65536.0},
-         {"MinExponent", Long{0}},
-         {"MaxExponent", Long{0}},
-         {"NumberFormat", "#"},
-         {"ToolTip", "Number of pulses in a burst"}}},
-       List("cboPulseType1", 1, "Pulse Type", ModeMasks::PulseType, "Kind of pulses of channel 1",
-            "Pulse Type, Channel 1"),
-       List("cboPulseType2", 2, "", ModeMasks::PulseType, "Kind of pulses of channel 2", "Pulse Type, Channel 2"),
-       List("cboPeriodSource", 3, "Period Source", ModeMasks::PeriodSource, "Where the period comes from"),
-       List("cboTriggerSlope", 4, "Clock Edge", ModeMasks::TriggerSlope, "Active edge of the clock input"),
-       List("cboArmingSource", 5, "Arming Source", ModeMasks::ArmingSource, "What arms the trigger or the gate"),
-       List("cboArmingLevel", 6, "Arming Level", ModeMasks::ArmingLevel, "Slope or level of the arming source"),
-       {ControlKind::Field,
-        "esPllPeriodOrFreq",
-        NoIndex,
-        "",
-        FieldPlace(7),
-        {{"Caption", " Freq."},
-         {"CaptionWidth", CaptionWidth},
-         {"BaseUnit", "Hz"},
-         {"MinExponent", Long{0}},
-         {"ToolTip", "Period or frequency of the internal PLL"},
-         {"AccessibleName", "PLL period or frequency"}}}});
-  return arr;
+FormTable TriggerModes() {
+  const auto option = [](Long lngMode, const char *strCaption) {
+    return Option("optTriggerMode", lngMode, "grpTriggerMode", strCaption);
+  };
+  return {
+      Frame("grpTriggerMode").At({120, 120, BoxWidth, 1980}).Caption("Trigger Mode"),
+      option(0, "Continuous").Chosen().ToolTip("Pulses without end"),
+      option(1, "Triggered").ToolTip("Each trigger starts a pulse, a burst or a pattern"),
+      option(2, "Gated").ToolTip("Pulses as long as the gate is open"),
+      option(3, "Ext-Width").ToolTip("The external signal gives the pulse's width"),
+  };
 }
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign = MakeDesign();
-  return arrDesign;
+FormTable PulseModes() {
+  const auto option = [](Long lngMode, const char *strCaption) {
+    return Option("optPulseMode", lngMode, "grpPulseMode", strCaption);
+  };
+  return {
+      Frame("grpPulseMode").At({120, 2220, BoxWidth, 1590}).Caption("Pulse Mode"),
+      option(0, "Pulse Stream").Chosen().ToolTip("Single or double pulses, one each period"),
+      option(1, "Burst").ToolTip("A counted number of pulses"),
+      option(2, "Pattern").ToolTip("The bits of the pattern page"),
+  };
+}
+
+FormTable Rows() {
+  return {
+      Field("esBurstLength", 0, " Burst Length")
+          .Range(2, 65536)
+          .Exponents(0, 0)
+          .NumberFormat("#")
+          .ToolTip("Number of pulses in a burst"),
+      List("cboPulseType1", 1, "Pulse Type")
+          .TagX(ModeMasks::PulseType)
+          .SpokenName("Pulse Type, Channel 1")
+          .ToolTip("Kind of pulses of channel 1"),
+      List("cboPulseType2", 2, "")
+          .TagX(ModeMasks::PulseType)
+          .SpokenName("Pulse Type, Channel 2")
+          .ToolTip("Kind of pulses of channel 2"),
+      List("cboPeriodSource", 3, "Period Source").TagX(ModeMasks::PeriodSource).ToolTip("Where the period comes from"),
+      List("cboTriggerSlope", 4, "Clock Edge").TagX(ModeMasks::TriggerSlope).ToolTip("Active edge of the clock input"),
+      List("cboArmingSource", 5, "Arming Source")
+          .TagX(ModeMasks::ArmingSource)
+          .ToolTip("What arms the trigger or the gate"),
+      List("cboArmingLevel", 6, "Arming Level")
+          .TagX(ModeMasks::ArmingLevel)
+          .ToolTip("Slope or level of the arming source"),
+      Field("esPllPeriodOrFreq", 7, " Freq.")
+          .BaseUnit("Hz")
+          .MinExponent(0)
+          .SpokenName("PLL period or frequency")
+          .ToolTip("Period or frequency of the internal PLL"),
+  };
+}
+
+FormTable Design() {
+  FormTable table;
+  table.Add(TriggerModes());
+  table.Add(PulseModes());
+  table.Add(Rows());
+  return table;
 }
 
 }  // namespace

@@ -6,95 +6,89 @@ namespace tarvik {
 
 namespace {
 
+using form::Frame, form::Option, form::Text;
+
 constexpr const char *AllPagesTag = "All";
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign{
-      {ControlKind::Frame, "grpMiscSettings", NoIndex, "", {120, 120, 4050, 2295}, {{"Caption", "Settings"}}},
-      {ControlKind::Check,
-       "chkAutoErrors",
-       NoIndex,
-       "grpMiscSettings",
-       {150, 330, 3780, 315},
-       {{"Caption", "Autocheck Instrument Errors"}, {"ToolTip", "Check for instrument errors after each transaction"}}},
-      {ControlKind::Check,
-       "chkAutoWarnings",
-       NoIndex,
-       "grpMiscSettings",
-       {150, 705, 3780, 315},
-       {{"Caption", "Autocheck Instrument Warnings"},
-        {"ToolTip", "Check for instrument warnings after each transaction"}}},
-      {ControlKind::Check,
-       "chkAutoDownload",
-       NoIndex,
-       "grpMiscSettings",
-       {150, 1080, 3780, 315},
-       {{"Caption", "Auto-download New Instrument"},
-        {"ToolTip", "Download ALL settings of an instrument when first connected"}}},
-      {ControlKind::Check,
-       "chkAutoDownOnError",
-       NoIndex,
-       "grpMiscSettings",
-       {150, 1455, 3780, 315},
-       {{"Caption", "Auto-download after Error"},
-        {"ToolTip", "Download (refresh) automatically after receiving an instrument error"}}},
-      {ControlKind::Check,
-       "chkAutoOutputOnOff",
-       NoIndex,
-       "grpMiscSettings",
-       {150, 1830, 3780, 315},
-       {{"Caption", "Auto-upload Output On/Off"}, {"ToolTip", "Upload Channel Output changes immediately"}}},
-      {ControlKind::Frame, "grpDownload", NoIndex, "", {4290, 120, 4050, 1080}, {{"Caption", "Download"}}},
-      {ControlKind::Option,
-       "optDownload",
-       0,
-       "grpDownload",
-       {150, 330, 3780, 315},
-       {{"Caption", " To ALL pages"},
-        {"Tag", AllPagesTag},
-        {"Value", True},
-        {"ToolTip", "A download reads every page"}}},
-      {ControlKind::Option,
-       "optDownload",
-       1,
-       "grpDownload",
-       {150, 690, 3780, 315},
-       {{"Caption", " To the visible page ONLY"}, {"ToolTip", "A download reads the page in front"}}},
-      {ControlKind::Frame, "grpUpload", NoIndex, "", {4290, 1335, 4050, 1080}, {{"Caption", "Upload"}}},
-      {ControlKind::Option,
-       "optUpload",
-       0,
-       "grpUpload",
-       {150, 330, 3780, 315},
-       {{"Caption", "From ALL changed pages"},
-        {"Tag", AllPagesTag},
-        {"Value", True},
-        {"ToolTip", "An upload sends every page with changes"}}},
-      {ControlKind::Option,
-       "optUpload",
-       1,
-       "grpUpload",
-       {150, 690, 3780, 315},
-       {{"Caption", "From the visible page ONLY"}, {"ToolTip", "An upload sends the page in front"}}},
-      {ControlKind::Text, "Label1", NoIndex, "", {120, 2595, 900, 315}, {{"Caption", "Notes: "}}},
-      {ControlKind::Text,
-       "Label2",
-       0,
-       "",
-       {1020, 2640, 7320, 480},
-       {{"Caption", "1. Limits (max. and min.) do not reflect the actual limits of the connected instrument."},
-        {"WordWrap", True}}},
-      {ControlKind::Text,
-       "Label2",
-       1,
-       "",
-       {1020, 3165, 7320, 720},
-       {{"Caption",
-         "2. Where units are displayed; the unit prefix (and thus the exponent) may be changed by typing the prefix "
-         "and base unit immediately after the number (i.e. 3.05uV)"},
-        {"WordWrap", True}}},
+ControlDesign Setting(const char *strName, Single sngTop) {
+  return form::Check(strName).In("grpMiscSettings").At({150, sngTop, 3780, 315});
+}
+
+FormTable Settings() {
+  return {
+      Frame("grpMiscSettings").At({120, 120, 4050, 2295}).Caption("Settings"),
+      Setting("chkAutoErrors", 330)
+          .Caption("Autocheck Instrument Errors")
+          .ToolTip("Check for instrument errors after each transaction"),
+      Setting("chkAutoWarnings", 705)
+          .Caption("Autocheck Instrument Warnings")
+          .ToolTip("Check for instrument warnings after each transaction"),
+      Setting("chkAutoDownload", 1080)
+          .Caption("Auto-download New Instrument")
+          .ToolTip("Download ALL settings of an instrument when first connected"),
+      Setting("chkAutoDownOnError", 1455)
+          .Caption("Auto-download after Error")
+          .ToolTip("Download (refresh) automatically after receiving an instrument error"),
+      Setting("chkAutoOutputOnOff", 1830)
+          .Caption("Auto-upload Output On/Off")
+          .ToolTip("Upload Channel Output changes immediately"),
   };
-  return arrDesign;
+}
+
+/// The two groups that choose the pages of a transfer.
+FormTable Transfer() {
+  constexpr TwipsRect FirstRow{150, 330, 3780, 315}, SecondRow{150, 690, 3780, 315};
+  return {
+      Frame("grpDownload").At({4290, 120, 4050, 1080}).Caption("Download"),
+      Option("optDownload", 0)
+          .In("grpDownload")
+          .At(FirstRow)
+          .Caption(" To ALL pages")
+          .Tag(AllPagesTag)
+          .Chosen()
+          .ToolTip("A download reads every page"),
+      Option("optDownload", 1)
+          .In("grpDownload")
+          .At(SecondRow)
+          .Caption(" To the visible page ONLY")
+          .ToolTip("A download reads the page in front"),
+      Frame("grpUpload").At({4290, 1335, 4050, 1080}).Caption("Upload"),
+      Option("optUpload", 0)
+          .In("grpUpload")
+          .At(FirstRow)
+          .Caption("From ALL changed pages")
+          .Tag(AllPagesTag)
+          .Chosen()
+          .ToolTip("An upload sends every page with changes"),
+      Option("optUpload", 1)
+          .In("grpUpload")
+          .At(SecondRow)
+          .Caption("From the visible page ONLY")
+          .ToolTip("An upload sends the page in front"),
+  };
+}
+
+FormTable Notes() {
+  return {
+      Text("Label1").At({120, 2595, 900, 315}).Caption("Notes: "),
+      Text("Label2", 0)
+          .At({1020, 2640, 7320, 480})
+          .Caption("1. Limits (max. and min.) do not reflect the actual limits of the connected instrument.")
+          .WordWrap(),
+      Text("Label2", 1)
+          .At({1020, 3165, 7320, 720})
+          .Caption("2. Where units are displayed; the unit prefix (and thus the exponent) may be changed by typing the "
+                   "prefix and base unit immediately after the number (i.e. 3.05uV)")
+          .WordWrap(),
+  };
+}
+
+FormTable Design() {
+  FormTable table;
+  table.Add(Settings());
+  table.Add(Transfer());
+  table.Add(Notes());
+  return table;
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "instrument/clsInstrInterface.h"
 #include "panel/Form.h"
 #include "panel/PanelState.h"
@@ -28,8 +26,8 @@ class PanelServices {
 /// A page of the panel: its controls, its rules and its transfer.
 class Page {
  public:
-  Page(QWidget &page, PanelServices &panel, const std::vector<ControlDesign> &arrDesign)
-      : m_panel(panel), m_state(panel.State()), m_form(page, arrDesign) {}
+  Page(QWidget &page, PanelServices &panel, const FormTable &table)
+      : m_panel(panel), m_state(panel.State()), m_form(page, table) {}
   virtual ~Page() = default;
   Page(const Page &) = delete;
   Page &operator=(const Page &) = delete;

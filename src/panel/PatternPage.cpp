@@ -14,14 +14,8 @@ struct Stream {
 constexpr Stream Streams[] = {
     {eChan1, ePatternChan1, false}, {eChan2, ePatternChan2, true}, {eStrobe, ePatternStrobe, false}};
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign{{ControlKind::Pattern,
-                                                     "BitPattern1",
-                                                     NoIndex,
-                                                     "",
-                                                     {757.5F, 630, 6945, 3735},
-                                                     {{"AccessibleName", "Bit pattern editor"}}}};
-  return arrDesign;
+FormTable Design() {
+  return {form::Pattern("BitPattern1").At({757.5F, 630, 6945, 3735}).SpokenName("Bit pattern editor")};
 }
 
 }  // namespace

@@ -45,61 +45,45 @@ constexpr Single Shadow = 50;
 /// The toolkit's shadow colours behind the numbers of the system's colour table.
 constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
 
+/// Teal; the upload highlight has two greys.
+constexpr Long DownloadShadow = 0x00A0A000;
+
 constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
 
 constexpr TwipsRect DownloadPlace{120, ButtonTop, 2700, 420}, UploadPlace{2970, ButtonTop, 2700, 420};
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign{
-      {ControlKind::Text, "lblStatus", NoIndex, "", {120, StatusTop + 30, 780, 315}, {{"Caption", "Status"}}},
-      {ControlKind::DisplayBox,
-       "txtStatus",
-       NoIndex,
-       "",
-       {900, StatusTop, 7620, 735},
-       {{"AccessibleName", "Status"}, {"ToolTip", "The last message of the instrument connection"}}},
+FormTable Design() {
+  return {
+      form::Text("lblStatus").At({120, StatusTop + 30, 780, 315}).Caption("Status"),
+      form::DisplayBox("txtStatus")
+          .At({900, StatusTop, 7620, 735})
+          .SpokenName("Status")
+          .ToolTip("The last message of the instrument connection"),
       // The highlights are made before the buttons, so that they lie behind them.
-      {ControlKind::Highlight,
-       "picDownloadHighlight",
-       NoIndex,
-       "",
-       DownloadPlace,
-       {{"BackColor", Long{0x00A0A000}},
-        {"Visible", False},
-        {"AccessibleName", "This page has not been read from the instrument yet"}}},
-      {ControlKind::Highlight,
-       "picUploadHighlight",
-       NoIndex,
-       "",
-       UploadPlace,
-       {{"Visible", False}, {"AccessibleName", "There are changes to upload"}}},
-      {ControlKind::Button,
-       "cmdDownload",
-       NoIndex,
-       "",
-       DownloadPlace,
-       {{"Caption", "&Download From Instrument"}, {"ToolTip", "Download settings FROM the instrument"}}},
-      {ControlKind::Button,
-       "cmdUpload",
-       NoIndex,
-       "",
-       UploadPlace,
-       {{"Caption", "&Upload To Instrument"}, {"ToolTip", "Upload current settings TO the instrument"}}},
-      {ControlKind::Button,
-       "cmdCheckErrors",
-       NoIndex,
-       "",
-       {5820, ButtonTop, 1275, 420},
-       {{"Caption", "Errors"}, {"ToolTip", "Check instrument for errors"}}},
-      {ControlKind::Button,
-       "cmdCheckWarnings",
-       NoIndex,
-       "",
-       {7245, ButtonTop, 1275, 420},
-       {{"Caption", "Warnings"}, {"ToolTip", "Check instrument for warnings"}}},
+      form::Highlight("picDownloadHighlight")
+          .At(DownloadPlace)
+          .BackColor(DownloadShadow)
+          .Hidden()
+          .SpokenName("This page has not been read from the instrument yet"),
+      form::Highlight("picUploadHighlight").At(UploadPlace).Hidden().SpokenName("There are changes to upload"),
+      form::Button("cmdDownload")
+          .At(DownloadPlace)
+          .Caption("&Download From Instrument")
+          .ToolTip("Download settings FROM the instrument"),
+      form::Button("cmdUpload")
+          .At(UploadPlace)
+          .Caption("&Upload To Instrument")
+          .ToolTip("Upload current settings TO the instrument"),
+      form::Button("cmdCheckErrors")
+          .At({5820, ButtonTop, 1275, 420})
+          .Caption("Errors")
+          .ToolTip("Check instrument for errors"),
+      form::Button("cmdCheckWarnings")
+          .At({7245, ButtonTop, 1275, 420})
+          .Caption("Warnings")
+          .ToolTip("Check instrument for warnings"),
   };
-  return arrDesign;
 }
 
 TabControl *MakeTabs(QWidget *panel) {

@@ -10,111 +10,90 @@ namespace tarvik {
 
 namespace {
 
+using form::Button, form::Field, form::Frame, form::Menu, form::Picture;
+
 constexpr const char *KeyCoupled = "TeEqLe", *KeyAbsolute = "TeAbs";
 constexpr const char *Locked = "Locked";
+/// Seconds.
+constexpr Double ShortestEdge = 1E-12;
+
+constexpr Single DiagramWidth = 6975, DiagramHeight = 1095;
+constexpr Long DiagramBack = 0, DiagramTrace = 0x00C7D863;
+
 constexpr Single BoxWidth = 4050, FieldLeft = 120, FieldWidth = 3810, CaptionWidth = 1440, CaptionGap = 100;
 
-PropertyBag TimeField(Double dblMin, const char *strToolTip) {
-  return {{"BaseUnit", "s"}, {"Min", dblMin}, {"Max", LongestTime}, {"MinExponent", Long{-9}}, {"ToolTip", strToolTip}};
-}
-
-PropertyBag TimeField(const char *strCaption, Double dblMin, const char *strToolTip) {
-  PropertyBag bag = TimeField(dblMin, strToolTip);
-  bag.Set("Caption", strCaption);
-  bag.Set("CaptionWidth", Double{CaptionWidth});
-  return bag;
+ControlDesign TimeField(const char *strName, Long k, Double dblMin) {
+  return Field(strName, k).BaseUnit("s").Range(dblMin, LongestTime).MinExponent(-9);
 }
 
 OutputSwitchPlace SwitchPlace(Single sngLeft) {
   return {{sngLeft, 2115, 1845, 765}, {120, 330, 780, 315}, {945, 330, 780, 315}};
 }
 
-void AddChannel(std::vector<ControlDesign> &arrDesign, Integer k) {
+FormTable Channel(Long k, Single sngLeft) {
   const auto intChan = static_cast<Integer>(k + 1);
-  const std::string strBox = "grpTimingChan" + std::to_string(intChan);
-  const Single sngEdgeLeft = FieldLeft + CaptionWidth + CaptionGap;
-  PropertyBag trailing = TimeField(1E-12, "Trailing edge of the pulse");
-  trailing.Set("AccessibleName", "Trailing Edge");
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame,
-                     strBox,
-                     NoIndex,
-                     "",
-                     {k == 0 ? Single{120} : Single{4290}, 1890, BoxWidth, 3000},
-                     {{"Caption", k == 0 ? " Channel 1 " : " Channel 2 "}}},
-                    {ControlKind::Field,
-                     "esDelay",
-                     k,
-                     strBox,
-                     {FieldLeft, 345, FieldWidth, 315},
-                     TimeField("Delay", 0, "Delay of the pulse; of the second pulse of a pair")},
-                    {ControlKind::Field,
-                     "esWidth",
-                     k,
-                     strBox,
-                     {FieldLeft, 765, FieldWidth, 315},
-                     TimeField("Width", ShortestWidthOfForm, "Width of the pulse, leading edge included")},
-                    {ControlKind::Field,
-                     "esLeadingEdge",
-                     k,
-                     strBox,
-                     {FieldLeft, 1185, FieldWidth, 315},
-                     TimeField("Leading Edge", 1E-12, "Leading edge of the pulse")},
-                    {ControlKind::Menu,
-                     "toolPopupTEdge",
-                     k,
-                     strBox,
-                     {FieldLeft, 1605, CaptionWidth + 40, 315},
-                     {{"Caption", "Trailing Edge"},
-                      {"Menu", "TeEqLe=Trail Edge = Lead Edge|TeAbs=Trail Edge Absolute"},
-                      {"ToolTip", "Let the trailing edge follow the leading edge or set it by itself"}}},
-                    {ControlKind::Field,
-                     "esTrailingEdge",
-                     k,
-                     strBox,
-                     {sngEdgeLeft, 1605, FieldLeft + FieldWidth - sngEdgeLeft, 315},
-                     trailing}});
-  AddOutputSwitch(arrDesign, intChan, False, 0, strBox, SwitchPlace(120));
-  AddOutputSwitch(arrDesign, intChan, True, 0, strBox, SwitchPlace(2085));
+  const std::string strChan = std::to_string(intChan), strBox = "grpTimingChan" + strChan;
+  constexpr Single EdgeLeft = FieldLeft + CaptionWidth + CaptionGap;
+  FormTable table{
+      Frame(strBox).At({sngLeft, 1890, BoxWidth, 3000}).Caption(" Channel " + strChan + " "),
+      TimeField("esDelay", k, 0)
+          .In(strBox)
+          .At({FieldLeft, 345, FieldWidth, 315})
+          .Caption("Delay", CaptionWidth)
+          .ToolTip("Delay of the pulse; of the second pulse of a pair"),
+      TimeField("esWidth", k, ShortestWidthOfForm)
+          .In(strBox)
+          .At({FieldLeft, 765, FieldWidth, 315})
+          .Caption("Width", CaptionWidth)
+          .ToolTip("Width of the pulse, leading edge included"),
+      TimeField("esLeadingEdge", k, ShortestEdge)
+          .In(strBox)
+          .At({FieldLeft, 1185, FieldWidth, 315})
+          .Caption("Leading Edge", CaptionWidth)
+          .ToolTip("Leading edge of the pulse"),
+      // The menu stands in place of the caption of the field beside it.
+      Menu("toolPopupTEdge", k)
+          .In(strBox)
+          .At({FieldLeft, 1605, CaptionWidth + 40, 315})
+          .Caption("Trailing Edge")
+          .Menu({{KeyCoupled, "Trail Edge = Lead Edge"}, {KeyAbsolute, "Trail Edge Absolute"}})
+          .ToolTip("Let the trailing edge follow the leading edge or set it by itself"),
+      TimeField("esTrailingEdge", k, ShortestEdge)
+          .In(strBox)
+          .At({EdgeLeft, 1605, FieldLeft + FieldWidth - EdgeLeft, 315})
+          .SpokenName("Trailing Edge")
+          .ToolTip("Trailing edge of the pulse"),
+  };
+  table.Add(OutputSwitch(intChan, False, 0, strBox, SwitchPlace(120)));
+  table.Add(OutputSwitch(intChan, True, 0, strBox, SwitchPlace(2085)));
+  return table;
 }
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign = [] {
-    std::vector<ControlDesign> arr{
-        {ControlKind::Button,
-         "cmdPeriodOrFreq",
-         NoIndex,
-         "",
-         {742.5F, 135, 1560, 375},
-         {{"Caption", FormOf(False).strCaption}, {"ToolTip", "Set Instrument Period or Frequency"}}},
-        {ControlKind::Field,
-         "esPeriodOrFreq",
-         NoIndex,
-         "",
-         {2400, 165, 2640, 315},
-         {{"BaseUnit", FormOf(False).strBaseUnit},
-          {"DefaultValue", 1.0},
-          {"Min", 1E-12},
-          {"MinExponent", Long{-9}},
-          {"ToolTip", "Period or frequency of the instrument"},
-          {"AccessibleName", "Period or frequency"}}},
-        {ControlKind::Picture,
-         "picTiming",
-         NoIndex,
-         "",
-         {742.5F, 630, 6975, 1095},
-         {{"BackColor", Long{0}},
-          {"ForeColor", Long{0x00C7D863}},
-          {"ToolTip", "Two periods of each channel"},
-          {"AccessibleName", "Timing diagram"}}}};
-    AddChannel(arr, 0);
-    AddChannel(arr, 1);
-    return arr;
-  }();
-  return arrDesign;
+FormTable Design() {
+  FormTable table{
+      Button("cmdPeriodOrFreq")
+          .At({742.5F, 135, 1560, 375})
+          .Caption(FormOf(False).strCaption)
+          .ToolTip("Set Instrument Period or Frequency"),
+      Field("esPeriodOrFreq")
+          .At({2400, 165, 2640, 315})
+          .BaseUnit(FormOf(False).strBaseUnit)
+          .DefaultValue(1)
+          .Min(1E-12)
+          .MinExponent(-9)
+          .SpokenName("Period or frequency")
+          .ToolTip("Period or frequency of the instrument"),
+      Picture("picTiming")
+          .At({742.5F, 630, DiagramWidth, DiagramHeight})
+          .BackColor(DiagramBack)
+          .ForeColor(DiagramTrace)
+          .SpokenName("Timing diagram")
+          .ToolTip("Two periods of each channel"),
+  };
+  table.Add(Channel(0, 120));
+  table.Add(Channel(1, 4290));
+  return table;
 }
-
-constexpr Single DiagramWidth = 6975, DiagramHeight = 1095;
 
 void SetRange(EngrSpin &field, const TimeRange &range) {
   field.SetMin(range.dblMin);

@@ -8,119 +8,88 @@ namespace tarvik {
 
 namespace {
 
+using form::Container, form::Field, form::Frame, form::List, form::Option;
+
 constexpr Double ThresholdTTL = 2.5, ThresholdECL = -1.3;
 constexpr Integer PresetTTL = 0, PresetECL = 1, PresetCustom = 2;
 
-void AddInput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char *strTitle, const char *strPreset,
-              const char *strPresetOption, const char *strField, const char *strImpedance,
-              const char *strImpedanceOption) {
-  const std::string strInput = strTitle;
-  const auto tip = [&](const char *strText) { return strInput + ": " + strText; };
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame, strPreset, NoIndex, "", {sngLeft, 120, 2660, 1890}, {{"Caption", strTitle}}},
-                    {ControlKind::Option,
-                     strPresetOption,
-                     0,
-                     strPreset,
-                     {150, 330, 2300, 315},
-                     {{"Caption", "TTL"}, {"Value", True}, {"ToolTip", tip("threshold for TTL levels, 2.5 V")}}},
-                    {ControlKind::Option,
-                     strPresetOption,
-                     1,
-                     strPreset,
-                     {150, 705, 2300, 315},
-                     {{"Caption", "ECL"}, {"ToolTip", tip("threshold for ECL levels, -1.3 V")}}},
-                    {ControlKind::Option,
-                     strPresetOption,
-                     2,
-                     strPreset,
-                     {150, 1080, 2300, 315},
-                     {{"Caption", "Custom"}, {"ToolTip", tip("the threshold typed below")}}},
-                    {ControlKind::Field,
-                     strField,
-                     NoIndex,
-                     strPreset,
-                     {150, 1455, 2360, 315},
-                     {{"BaseUnit", "V"},
-                      {"DefaultValue", 2.5},
-                      {"Min", -10.0},
-                      {"Max", 10.0},
-                      {"MinExponent", Long{-9}},
-                      {"ToolTip", tip("threshold")},
-                      {"AccessibleName", "Threshold"}}},
-                    {ControlKind::Frame,
-                     strImpedance,
-                     NoIndex,
-                     "",
-                     {sngLeft, 2130, 2660, 1170},
-                     {{"Caption", strInput + " Impedance"}}},
-                    {ControlKind::Option,
-                     strImpedanceOption,
-                     0,
-                     strImpedance,
-                     {150, 330, 2300, 315},
-                     {{"Caption", "10 kOhm "}, {"Value", True}, {"ToolTip", tip("input impedance 10 kOhm")}}},
-                    {ControlKind::Option,
-                     strImpedanceOption,
-                     1,
-                     strImpedance,
-                     {150, 705, 2300, 315},
-                     {{"Caption", "50 Ohm "}, {"ToolTip", tip("input impedance 50 Ohm")}}}});
+/// Names of the controls of one input.
+struct InputNames {
+  const char *strPreset, *strPresetOption, *strThreshold, *strImpedance, *strImpedanceOption;
+};
+constexpr InputNames ExtIn{"grpTrigLevelExtIn", "optTrigLevelExtIn", "esTrgLevExtInThreshold", "grpTrigLevelExtInImp",
+                           "optTrigLevelExtInImp"};
+constexpr InputNames ClkIn{"grpTrigLevelClkIn", "optTrigLevelClkIn", "esTrgLevClkInThreshold", "grpTrigLevelClkInImp",
+                           "optTrigLevelClkInImp"};
+
+FormTable Input(const InputNames &names, Single sngLeft, const std::string &strTitle) {
+  const auto tip = [&](const char *strText) { return strTitle + ": " + strText; };
+  const auto preset = [&](Integer intPreset, Single sngTop) {
+    return Option(names.strPresetOption, intPreset).In(names.strPreset).At({150, sngTop, 2300, 315});
+  };
+  const auto impedance = [&](Long lngOption, Single sngTop) {
+    return Option(names.strImpedanceOption, lngOption).In(names.strImpedance).At({150, sngTop, 2300, 315});
+  };
+  return {
+      Frame(names.strPreset).At({sngLeft, 120, 2660, 1890}).Caption(strTitle),
+      preset(PresetTTL, 330).Caption("TTL").Chosen().ToolTip(tip("threshold for TTL levels, 2.5 V")),
+      preset(PresetECL, 705).Caption("ECL").ToolTip(tip("threshold for ECL levels, -1.3 V")),
+      preset(PresetCustom, 1080).Caption("Custom").ToolTip(tip("the threshold typed below")),
+      Field(names.strThreshold)
+          .In(names.strPreset)
+          .At({150, 1455, 2360, 315})
+          .BaseUnit("V")
+          .DefaultValue(ThresholdTTL)
+          .Range(-10, 10)
+          .MinExponent(-9)
+          .SpokenName("Threshold")
+          .ToolTip(tip("threshold")),
+      Frame(names.strImpedance).At({sngLeft, 2130, 2660, 1170}).Caption(strTitle + " Impedance"),
+      impedance(0, 330).Caption("10 kOhm ").Chosen().ToolTip(tip("input impedance 10 kOhm")),
+      impedance(1, 705).Caption("50 Ohm ").ToolTip(tip("input impedance 50 Ohm")),
+  };
 }
 
-void AddOutput(std::vector<ControlDesign> &arrDesign, Single sngLeft, const char *strTitle, const char *strBox,
-               const char *strOption) {
-  arrDesign.insert(arrDesign.end(),
-                   {{ControlKind::Frame, strBox, NoIndex, "", {sngLeft, 120, 1270, 1890}, {{"Caption", strTitle}}},
-                    {ControlKind::Option,
-                     strOption,
-                     0,
-                     strBox,
-                     {150, 330, 1050, 315},
-                     {{"Caption", "TTL"}, {"Value", True}, {"ToolTip", std::string(strTitle) + ": TTL levels"}}},
-                    {ControlKind::Option,
-                     strOption,
-                     1,
-                     strBox,
-                     {150, 705, 1050, 315},
-                     {{"Caption", "ECL"}, {"ToolTip", std::string(strTitle) + ": ECL levels"}}}});
+FormTable Output(const char *strBox, const char *strOption, Single sngLeft, const std::string &strTitle) {
+  return {
+      Frame(strBox).At({sngLeft, 120, 1270, 1890}).Caption(strTitle),
+      Option(strOption, 0)
+          .In(strBox)
+          .At({150, 330, 1050, 315})
+          .Caption("TTL")
+          .Chosen()
+          .ToolTip(strTitle + ": TTL levels"),
+      Option(strOption, 1).In(strBox).At({150, 705, 1050, 315}).Caption("ECL").ToolTip(strTitle + ": ECL levels"),
+  };
 }
 
-const std::vector<ControlDesign> &Design() {
-  static const std::vector<ControlDesign> arrDesign = [] {
-    std::vector<ControlDesign> arr;
-    AddInput(arr, 120, "External Input", "grpTrigLevelExtIn", "optTrigLevelExtIn", "esTrgLevExtInThreshold",
-             "grpTrigLevelExtInImp", "optTrigLevelExtInImp");
-    AddInput(arr, 2900, "Clock Input", "grpTrigLevelClkIn", "optTrigLevelClkIn", "esTrgLevClkInThreshold",
-             "grpTrigLevelClkInImp", "optTrigLevelClkInImp");
-    AddOutput(arr, 5680, "Trigger Out", "grpTrigLevelTrigOut", "optTrigLevelTrigOut");
-    AddOutput(arr, 7070, "Strobe Out", "grpTrigLevelStrobeOut", "optTrigLevelStrobeOut");
-    // The lists stand on a plain container: while the box is disabled it is out of reach, and they keep their choice.
-    arr.insert(
-        arr.end(),
-        {{ControlKind::Frame, "grpVxiTrigger", NoIndex, "", {5680, 2130, 2660, 1170}, {{"Caption", "VXI Trigger"}}},
-         {ControlKind::Container, "picVxiTrigger", NoIndex, "grpVxiTrigger", {60, 300, 2540, 735}, {}},
-         {ControlKind::List,
-          "cboVxiTriggerEnable",
-          NoIndex,
-          "picVxiTrigger",
-          {60, 0, 2420, 345},
-          {{"Caption", "Enable"},
-           {"CaptionWidth", Double{750}},
-           {"CaptionAlignment", Long{1}},
-           {"ToolTip", "VXI trigger line that the instrument drives"}}},
-         {ControlKind::List,
-          "cboVxiTriggerSource",
-          NoIndex,
-          "picVxiTrigger",
-          {60, 390, 2420, 345},
-          {{"Caption", "Source"},
-           {"CaptionWidth", Double{750}},
-           {"CaptionAlignment", Long{1}},
-           {"ToolTip", "What the instrument sends to the VXI trigger line"}}}});
-    return arr;
-  }();
-  return arrDesign;
+FormTable VxiTrigger() {
+  constexpr Double CaptionWidth = 750;
+  return {
+      Frame("grpVxiTrigger").At({5680, 2130, 2660, 1170}).Caption("VXI Trigger"),
+      // On a container of their own the lists keep their Enabled and their choice while the box is disabled.
+      Container("picVxiTrigger").In("grpVxiTrigger").At({60, 300, 2540, 735}),
+      List("cboVxiTriggerEnable")
+          .In("picVxiTrigger")
+          .At({60, 0, 2420, 345})
+          .Caption("Enable", CaptionWidth)
+          .ToolTip("VXI trigger line that the instrument drives"),
+      List("cboVxiTriggerSource")
+          .In("picVxiTrigger")
+          .At({60, 390, 2420, 345})
+          .Caption("Source", CaptionWidth)
+          .ToolTip("What the instrument sends to the VXI trigger line"),
+  };
+}
+
+FormTable Design() {
+  FormTable table;
+  table.Add(Input(ExtIn, 120, "External Input"));
+  table.Add(Input(ClkIn, 2900, "Clock Input"));
+  table.Add(Output("grpTrigLevelTrigOut", "optTrigLevelTrigOut", 5680, "Trigger Out"));
+  table.Add(Output("grpTrigLevelStrobeOut", "optTrigLevelStrobeOut", 7070, "Strobe Out"));
+  table.Add(VxiTrigger());
+  return table;
 }
 
 struct TagRow {
