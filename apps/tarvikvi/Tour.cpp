@@ -6,7 +6,6 @@
 #include <QRadioButton>
 #include <QTreeWidget>
 #include <cstdio>
-#include <cstring>
 #include <deque>
 #include <functional>
 #include <map>
@@ -280,12 +279,6 @@ class Tour {
 };
 
 }  // namespace
-
-bool WantsTour(int argc, char *argv[]) {
-  for (int i = 1; i < argc; ++i)
-    if (std::strncmp(argv[i], "--tour", 6) == 0) return true;
-  return false;
-}
 
 int RunTour(const QString &folder) {
   const QDir dir(folder);

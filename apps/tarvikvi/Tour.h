@@ -4,9 +4,6 @@
 
 namespace tarvik {
 
-/// Whether the command line asks for the tour; known before the application object is made.
-bool WantsTour(int argc, char *argv[]);
-
 /// Walks through a session on the instruments that are there, as a user would with mouse and keyboard: lists them,
 /// opens the first one, reads it, edits, uploads, spoils the edit, downloads and shows what came back. Prints each
 /// step and writes pictures of the pages into the folder. Returns 0 when every step showed what it should.

@@ -1,102 +1,47 @@
 #include "automation/AutomationString.h"
 
+#include <utf8.h>
+#include <utf8/unchecked.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 namespace tarvik::automation {
 
 namespace {
 
-constexpr char32_t Replacement = 0xFFFD;
+constexpr char16_t Replacement = 0xFFFD;
 
-/// The next code point of UTF-8; a byte that begins none is taken alone.
-char32_t NextCodePoint(std::string_view strText, std::size_t &pos) {
-  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(strText[at]); };
-  const unsigned char first = byte(pos);
-  if (first < 0x80) {
-    ++pos;
-    return first;
-  }
-  int count = 0;
-  char32_t point = 0, least = 0;
-  if (first >= 0xC2 && first <= 0xDF) {
-    count = 1;
-    point = first & 0x1Fu;
-    least = 0x80;
-  } else if (first >= 0xE0 && first <= 0xEF) {
-    count = 2;
-    point = first & 0x0Fu;
-    least = 0x800;
-  } else if (first >= 0xF0 && first <= 0xF4) {
-    count = 3;
-    point = first & 0x07u;
-    least = 0x10000;
-  } else {
-    ++pos;
-    return Replacement;
-  }
-  std::size_t at = pos + 1;
-  for (int i = 0; i < count; ++i, ++at) {
-    if (at >= strText.size() || (byte(at) & 0xC0u) != 0x80) {
-      ++pos;
-      return Replacement;
-    }
-    point = (point << 6) | (byte(at) & 0x3Fu);
-  }
-  if (point < least || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF)) {
-    ++pos;
-    return Replacement;
-  }
-  pos = at;
-  return point;
-}
-
-void AppendUtf8(std::string &strText, char32_t point) {
-  const auto add = [&](char32_t value) { strText += static_cast<char>(value); };
-  if (point < 0x80) {
-    add(point);
-  } else if (point < 0x800) {
-    add(0xC0 | (point >> 6)), add(0x80 | (point & 0x3F));
-  } else if (point < 0x10000) {
-    add(0xE0 | (point >> 12)), add(0x80 | ((point >> 6) & 0x3F)), add(0x80 | (point & 0x3F));
-  } else {
-    add(0xF0 | (point >> 18)), add(0x80 | ((point >> 12) & 0x3F)), add(0x80 | ((point >> 6) & 0x3F)),
-        add(0x80 | (point & 0x3F));
-  }
-}
+bool IsLead(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+bool IsTrail(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
 }  // namespace
 
 std::u16string ToUtf16(std::string_view strText) {
   std::u16string strResult;
   strResult.reserve(strText.size());
-  for (std::size_t pos = 0; pos < strText.size();) {
-    char32_t point = NextCodePoint(strText, pos);
-    if (point >= 0x10000) {
-      point -= 0x10000;
-      strResult += static_cast<char16_t>(0xD800 + (point >> 10));
-      strResult += static_cast<char16_t>(0xDC00 + (point & 0x3FF));
-    } else {
-      strResult += static_cast<char16_t>(point);
-    }
+  for (;;) {
+    const std::size_t valid = std::min(utf8::find_invalid(strText), strText.size());
+    utf8::unchecked::utf8to16(strText.begin(), strText.begin() + valid, std::back_inserter(strResult));
+    if (valid == strText.size()) return strResult;
+    // One for each byte that belongs to no character.
+    strResult += Replacement;
+    strText.remove_prefix(valid + 1);
   }
-  return strResult;
 }
 
 std::string ToUtf8(std::u16string_view strText) {
-  std::string strResult;
-  strResult.reserve(strText.size());
-  for (std::size_t i = 0; i < strText.size(); ++i) {
-    char32_t point = strText[i];
-    const bool fHigh = point >= 0xD800 && point <= 0xDBFF;
-    if (fHigh && i + 1 < strText.size() && strText[i + 1] >= 0xDC00 && strText[i + 1] <= 0xDFFF)
-      point = 0x10000 + ((point - 0xD800) << 10) + (strText[++i] - 0xDC00u);
-    else if (point >= 0xD800 && point <= 0xDFFF)
-      point = Replacement;
-    AppendUtf8(strResult, point);
+  std::u16string strWhole(strText);
+  for (std::size_t i = 0; i < strWhole.size(); ++i) {
+    if (IsLead(strWhole[i]) && i + 1 < strWhole.size() && IsTrail(strWhole[i + 1]))
+      ++i;
+    else if (IsLead(strWhole[i]) || IsTrail(strWhole[i]))
+      strWhole[i] = Replacement;
   }
-  return strResult;
+  return utf8::utf16to8(strWhole);
 }
 
 #ifdef _WIN32

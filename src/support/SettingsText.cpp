@@ -1,7 +1,11 @@
 #include "support/SettingsText.h"
 
+#include <utf8.h>
+#include <utf8/unchecked.h>
+
 #include <charconv>
 #include <cstdint>
+#include <iterator>
 
 namespace tarvik {
 
@@ -22,18 +26,6 @@ std::string Hex(unsigned char byte) {
   return {text, end};
 }
 
-/// One UTF-16 unit as UTF-8, which is how older files of the toolkit wrote what is not in ASCII.
-void AppendUnit(std::string &strText, std::uint32_t unit) {
-  const auto add = [&](std::uint32_t byte) { strText += static_cast<char>(byte); };
-  if (unit < 0x80) {
-    add(unit);
-  } else if (unit < 0x800) {
-    add(0xC0 | (unit >> 6)), add(0x80 | (unit & 0x3F));
-  } else {
-    add(0xE0 | ((unit >> 12) & 0x0F)), add(0x80 | ((unit >> 6) & 0x3F)), add(0x80 | (unit & 0x3F));
-  }
-}
-
 /// The hexadecimal number that begins at pos, which moves behind it.
 std::uint32_t TakeHex(std::string_view strText, std::size_t &pos) {
   std::uint32_t value = 0;
@@ -48,7 +40,9 @@ bool TakeEscape(std::string_view strText, std::size_t &pos, std::string &strResu
   if (pos == strText.size()) return false;
   const char ch = strText[pos++];
   if (ch == 'x') {
-    AppendUnit(strResult, TakeHex(strText, pos));
+    // A UTF-16 unit, as older versions of the toolkit wrote what is not in ASCII. Unchecked: it may be half a pair.
+    const auto unit = static_cast<std::uint16_t>(TakeHex(strText, pos));
+    utf8::unchecked::append(unit, std::back_inserter(strResult));
   } else if (ch == '0') {
     strResult += '\0';
   } else if (const std::size_t at = Special.find(ch); at != std::string_view::npos) {

@@ -40,6 +40,24 @@ TEST(AutomationString, WhatIsNoTextBecomesTheReplacementCharacter) {
   EXPECT_EQ(ToUtf16("\xFF"), std::u16string(1, char16_t{0xFFFD}));
 }
 
+TEST(AutomationString, EachByteThatBelongsToNoCharacterIsReplacedAlone) {
+  EXPECT_EQ(ToUtf16("a\xC0\x80z"), u"a\uFFFD\uFFFDz") << "longer than it has to be";
+  EXPECT_EQ(ToUtf16("\xE2\x82"), u"\uFFFD\uFFFD") << "the text ends within a character";
+  EXPECT_EQ(ToUtf16("\xE2\x82\xE2\x82\xAC"), u"\uFFFD\uFFFD\u20AC") << "a character begins within a character";
+  EXPECT_EQ(ToUtf16("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD") << "half a pair";
+  EXPECT_EQ(ToUtf16("\xF4\x90\x80\x80"), u"\uFFFD\uFFFD\uFFFD\uFFFD") << "beyond the last character";
+  EXPECT_EQ(ToUtf16("\xF0\x9F\x94\xA7\xBF"), u"\U0001F527\uFFFD");
+}
+
+TEST(AutomationString, EachHalfOfAPairThatStandsAloneIsReplaced) {
+  const auto units = [](std::initializer_list<unsigned> arrUnits) {
+    return std::u16string(arrUnits.begin(), arrUnits.end());
+  };
+  EXPECT_EQ(ToUtf8(units({'a', 0xDC00, 'z'})), "a\xEF\xBF\xBDz");
+  EXPECT_EQ(ToUtf8(units({0xD83D, 0xD83D, 0xDD27})), "\xEF\xBF\xBD\xF0\x9F\x94\xA7");
+  EXPECT_EQ(ToUtf8(units({0xDD27, 0xD83D})), "\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
 TEST(AutomationArray, KeepsBoundsAndBytes) {
   const ArrayOwner array(ByteArray(1, {7, 8}));
   EXPECT_TRUE(IsByteArray(array.Get()));

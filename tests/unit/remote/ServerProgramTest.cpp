@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -10,6 +9,7 @@
 #include <sstream>
 #include <thread>
 
+#include "ProgramOutput.h"
 #include "ServerProcess.h"
 #include "TestCertificates.h"
 #include "instrument/DriverCall.h"
@@ -27,15 +27,8 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 namespace fs = std::filesystem;
 
-/// What the program says on both outputs, and its exit status.
 std::pair<std::string, int> SaidBy(const std::string &strOptions) {
-  const std::string strCommand = std::string("\"") + SERVER_PROGRAM + "\" " + strOptions + " 2>&1";
-  FILE *pipe = popen(strCommand.c_str(), "r");
-  if (!pipe) throw std::runtime_error("the program does not start");
-  std::string strSaid;
-  for (int ch = 0; (ch = std::fgetc(pipe)) != EOF;) strSaid += static_cast<char>(ch);
-  const int lngStatus = pclose(pipe);
-  return {strSaid, WIFEXITED(lngStatus) ? WEXITSTATUS(lngStatus) : -1};
+  return test::SaidBy("\"" SERVER_PROGRAM "\" " + strOptions);
 }
 
 /// A server process with a rack and a list of clients of its own.
@@ -106,7 +99,8 @@ TEST_F(ServerProgram, RefusesWhatItCannotBeStartedWith) {
       {"--max-clients 0", "--max-clients takes a number from 1 to 10000"},
       {"--max-objects 15", "--max-objects takes a number from 16 to 1000000"},
       {"--max-message 65535", "--max-message takes a number from 65536 to 67108864"},
-      {"--colour red", "try --help"},
+      {"--colour red", "--colour is no option; try --help"},
+      {"--insecure --listen 127.0.0.1 --port 0 --log", "--log: 1 required FILE missing; try --help"},
       {"somewhere", "somewhere is not an option"},
   };
   for (const auto &one : cases) {

@@ -86,6 +86,14 @@ TEST_F(SettingsFileTest, TextsStandAsTheToolkitWritesThem) {
   EXPECT_EQ(file.Value("Sec tion", "k y"), "x");
 }
 
+TEST_F(SettingsFileTest, NumbersOfAnOlderToolkitAreUnitsOfUtf16) {
+  fs::create_directories(path.parent_path());
+  Write("[Config]\nA=M\\xfc \\x20ac\\x41\n");
+  EXPECT_EQ(file.Value("Config", "A"),
+            "M\xC3\xBC \xE2\x82\xAC"
+            "A");
+}
+
 TEST_F(SettingsFileTest, WhatSomebodyElseWroteStaysAsItStands) {
   fs::create_directories(path.parent_path());
   Write("; mine\n[Config]\nUpload=All\nwindow=@ByteArray(\\x1\\xd9\\0)\n\n[LastUsed]\r\nServerURL = \"a, b\" \n");
