@@ -3,11 +3,11 @@
 #include <QScopedValueRollback>
 
 #include "instrument/Vocabulary.h"
+#include "panel/FillList.h"
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "settings/ModeMask.h"
 #include "settings/TimingRules.h"
-#include "settings/modCboTags.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/modErrorLog.h"
@@ -19,9 +19,6 @@ namespace tarvik {
 namespace {
 
 using form::Frame;
-
-constexpr const char *NoMeaning = " ";
-constexpr const char *Period = "Period", *Frequency = "Frequency";
 
 constexpr Double CaptionWidth = 1500;
 constexpr Single BoxWidth = 2970;
@@ -163,7 +160,7 @@ void ModePage::UpdateModePage() {
   m_state.meTriggerMode = grpTriggerMode.ArrayIndex();
   m_state.mePulseMode = grpPulseMode.ArrayIndex();
   m_state.mintModePos = ModePosition(m_state.meTriggerMode, m_state.mePulseMode);
-  tarvik::SetEnabled(grpPulseMode, m_state.meTriggerMode != eTriggerExtWidth);
+  tarvik::SetEnabled(grpPulseMode, HasPulseMode(m_state.meTriggerMode));
   SetCboPulseType();
   UpdatePeriodSource();
   UpdateTriggerSlope();
@@ -188,128 +185,74 @@ void ModePage::SetCboPulseType() {
     cboPulseType1.SetEnabled(fEnable);
     cboPulseType2.SetEnabled(fEnable);
     if (!fEnable) return;
-    FillPulseType(cboPulseType1, " Pulses at Output 1");
-    FillPulseType(cboPulseType2, " Pulses at Output 2");
+    FillPulseType(cboPulseType1, 1);
+    FillPulseType(cboPulseType2, 2);
   } catch (const RunTimeError &error) {
     LogError("TarvikGUI", "SetCboPulseType", error.Number(), error.Description());
   }
 }
 
-void ModePage::FillPulseType(CboEnhanced &cboPulseType, const char *strOutput) {
-  const bool fPattern = m_timing.IsPatternMode();
-  cboPulseType.Clear();
-  const auto add = [&](const std::string &strType, Long eType) {
-    cboPulseType.AddItemData(strType + strOutput, eType);
-  };
-  add(fPattern ? "RZ" : "Single", fPattern ? Long{eFormatRz} : eTypeSingle);
-  add(fPattern ? "NRZ" : "Double", fPattern ? Long{eFormatNrz} : eTypeDouble);
+void ModePage::FillPulseType(CboEnhanced &cboPulseType, Integer intChan) {
+  FillList(cboPulseType, PulseTypes(m_timing.IsPatternMode(), intChan));
   cboPulseType.RecallListIndex(m_state.mintModePos);
 }
 
 void ModePage::UpdatePeriodSource() {
-  const Boolean fEnable = IsEnabledForMode(ModeMasks::PeriodSource);
-  if (cboPeriodSource.ListCount() == 0) {
-    cboPeriodSource.AddItemData("Internal Oscillator", eSourceOscillator);
-    cboPeriodSource.AddItemData("Internal PLL", eSourcePll);
-    cboPeriodSource.AddItemData("CLK-IN", eSourceClkIn);
-  }
-  cboPeriodSource.EnableAndRecall(fEnable, m_state.mintModePos);
+  if (cboPeriodSource.ListCount() == 0) FillList(cboPeriodSource, PeriodSources());
+  cboPeriodSource.EnableAndRecall(IsEnabledForMode(ModeMasks::PeriodSource), m_state.mintModePos);
 }
 
 void ModePage::UpdateTriggerSlope() {
-  Boolean fEnable = IsEnabledForMode(ModeMasks::TriggerSlope);
-  if (cboTriggerSlope.ListCount() == 0) {
-    cboTriggerSlope.AddItemData("Rising", eSlopeRising);
-    cboTriggerSlope.AddItemData("Falling", eSlopeFalling);
-  }
-  // The clock's edge matters only to those who use the clock.
-  if (fEnable) fEnable = cboPeriodSource.GetCurrItemData() == eSourceClkIn;
+  if (cboTriggerSlope.ListCount() == 0) FillList(cboTriggerSlope, ClockEdges());
+  const Boolean fEnable = IsClockEdgeOfUse(m_state.mintModePos, cboPeriodSource.GetCurrItemData());
   cboTriggerSlope.EnableAndRecall(fEnable, m_state.mintModePos);
 }
 
 void ModePage::UpdateArmingSource() {
-  Boolean fPllAllowed = False;
-  switch (m_state.meTriggerMode) {
-    case eTriggerContinuous:
-      cboArmingSource.SetCaption(NoMeaning);
-      cboArmingLevel.SetCaption(NoMeaning);
-      break;
-    case eTriggerTriggered:
-      cboArmingSource.SetCaption("Triggered By");
-      fPllAllowed = m_state.mePulseMode != ePulseStream;
-      break;
-    case eTriggerGated: cboArmingSource.SetCaption("Gated By"); break;
-    case eTriggerExtWidth:
-      cboArmingSource.SetCaption("Width");
-      cboArmingLevel.SetCaption(NoMeaning);
-      break;
-    default: ShowIllegalCase(); break;
+  const auto meaning = MeaningOfArming(m_state.meTriggerMode, m_state.mePulseMode);
+  if (meaning) {
+    cboArmingSource.SetCaption(meaning->strSourceCaption);
+    if (meaning->strLevelCaption) cboArmingLevel.SetCaption(meaning->strLevelCaption);
+  } else {
+    ShowIllegalCase();
   }
   const Boolean fEnable = IsEnabledForMode(ModeMasks::ArmingSource);
-  if (fEnable) FillArmingSource(fPllAllowed);
+  if (fEnable) FillArmingSource(meaning && meaning->fPllAllowed);
   cboArmingSource.EnableAndRecall(fEnable, m_state.mintModePos);
   UpdateArmingLevel();
 }
 
 void ModePage::FillArmingSource(Boolean fPllAllowed) {
   m_fOffersVxiLines = m_state.mfVxiLines;
-  cboArmingSource.Clear();
-  if (!m_state.mfVxiLines) cboArmingSource.AddItemData("Man. Key", eArmManual);
-  cboArmingSource.AddItemData("External Input", eArmExternal);
-  if (fPllAllowed) cboArmingSource.AddItemData("Internal PLL", eArmPll);
-  if (m_state.mfVxiLines)
-    for (Long eLine = eVxiEclt0; eLine <= eVxiTtlt7; ++eLine) cboArmingSource.AddItemData(VxiLineName(eLine), eLine);
+  FillList(cboArmingSource, ArmingSources(fPllAllowed, m_state.mfVxiLines));
   cboArmingSource.RecallListIndex(m_state.mintModePos);
 }
 
 void ModePage::UpdateArmingLevel() {
-  if (cboArmingSource.ListIndex() == -1 || cboArmingSource.ListCount() == 0 || !cboArmingSource.Enabled() ||
-      m_state.meTriggerMode == eTriggerExtWidth) {
-    cboArmingLevel.EnableAndRecall(False, m_state.mintModePos);
-  } else {
-    FillArmingLevel();
-    cboArmingLevel.EnableAndRecall(True, m_state.mintModePos);
-  }
+  const bool fHasSource = cboArmingSource.ListIndex() != -1 && cboArmingSource.Enabled();
+  const Boolean fEnable = fHasSource && m_state.meTriggerMode != eTriggerExtWidth;
+  if (fEnable) FillArmingLevel();
+  cboArmingLevel.EnableAndRecall(fEnable, m_state.mintModePos);
   UpdatePllField();
 }
 
 void ModePage::FillArmingLevel() {
-  const bool fPll = cboArmingSource.GetCurrItemData() == eArmPll;
-  const bool fBothAllowed = cboPeriodSource.GetCurrItemData() != eSourcePll || m_state.mePulseMode == ePulseStream;
-  cboArmingLevel.Clear();
-  if (fPll) {
-    cboArmingLevel.SetCaption("PLL Mode");
-    cboArmingLevel.AddItemData(Period, ePllPeriod);
-    cboArmingLevel.AddItemData(Frequency, ePllFrequency);
-    return;
-  }
-  switch (m_state.meTriggerMode) {
-    case eTriggerContinuous:
-    case eTriggerExtWidth: break;
-    case eTriggerTriggered:
-      cboArmingLevel.SetCaption("Trigger Slope");
-      cboArmingLevel.AddItemData("Rising", eSlopeRising);
-      cboArmingLevel.AddItemData("Falling", eSlopeFalling);
-      if (fBothAllowed) cboArmingLevel.AddItemData("Both", eSlopeBoth);
-      break;
-    case eTriggerGated:
-      cboArmingLevel.SetCaption("Gate Level");
-      cboArmingLevel.AddItemData("High Level", eSlopeRising);
-      cboArmingLevel.AddItemData("Low Level", eSlopeFalling);
-      cboArmingLevel.AddItemData("Always", eSlopeBoth);
-      break;
-    default: ShowIllegalCase(); break;
-  }
+  const auto known = LevelsOfArming(m_state.meTriggerMode, m_state.mePulseMode, cboArmingSource.GetCurrItemData(),
+                                    cboPeriodSource.GetCurrItemData());
+  if (!known) ShowIllegalCase();
+  const ArmingLevels levels = known.value_or(ArmingLevels{});
+  FillList(cboArmingLevel, levels.arrLevels);
+  if (levels.strCaption) cboArmingLevel.SetCaption(levels.strCaption);
+  m_fPllLevels = levels.fPll;
 }
 
 void ModePage::UpdatePllField() {
-  const std::string strText = cboArmingLevel.ListIndex() == -1 ? std::string() : cboArmingLevel.Text();
-  const bool fPeriod = strText == Period, fFrequency = strText == Frequency;
-  if (fPeriod || fFrequency) {
-    esPllPeriodOrFreq.SetCaption(strText);
-    esPllPeriodOrFreq.SetBaseUnit(fPeriod ? "s" : "Hz");
+  const auto field = PllFieldOf(m_fPllLevels, cboArmingLevel.GetCurrItemData(eKeepPllFormat));
+  if (field) {
+    esPllPeriodOrFreq.SetCaption(field->strCaption);
+    esPllPeriodOrFreq.SetBaseUnit(field->strBaseUnit);
   }
-  tarvik::SetEnabled(esPllPeriodOrFreq, fPeriod || fFrequency);
+  tarvik::SetEnabled(esPllPeriodOrFreq, field.has_value());
 }
 
 // ---- Choices of the user ----
@@ -317,7 +260,7 @@ void ModePage::UpdatePllField() {
 void ModePage::CheckPllConflict(Boolean &fConflict) const {
   fConflict = False;
   if (m_fPllServesOnce) return;
-  if (cboArmingSource.GetCurrItemData() != eArmPll || cboPeriodSource.GetCurrItemData() != eSourcePll) return;
+  if (!ClaimsPllTwice(cboArmingSource.GetCurrItemData(), cboPeriodSource.GetCurrItemData())) return;
   ShowBox("Pll source already in use!", BoxIcon::Exclamation);
   fConflict = True;
 }
@@ -380,26 +323,21 @@ void ModePage::ShowRz(const RzFlags::Change &change) {
 
 // ---- Transfer ----
 
+ModeFields ModePage::Fields() const {
+  return {.eTriggerMode = m_state.meTriggerMode,
+          .ePulseMode = m_state.mePulseMode,
+          .dblBurstLength = esBurstLength.Value(),
+          .ePulseType = {cboPulseType1.GetCurrItemData(eTypeSingle), cboPulseType2.GetCurrItemData(eTypeSingle)},
+          .ePeriodSource = cboPeriodSource.GetCurrItemData(eSourceOscillator),
+          .eTriggerSlope = cboTriggerSlope.GetCurrItemData(eKeepSlope),
+          .eArmingSource = cboArmingSource.GetCurrItemData(eKeepArmingSource),
+          .lngArmingLevel = cboArmingLevel.GetCurrItemData(eKeepSlope),
+          .dblPllPeriodOrFreq = esPllPeriodOrFreq.Value()};
+}
+
 void ModePage::UploadMode(Boolean &fOk) {
   fOk = False;
-  udtModeInfo mode;
-  mode.TriggerMode = CLng(std::string_view(optTriggerMode[m_state.meTriggerMode].Tag()));
-  mode.PulseMode = CLng(std::string_view(optPulseMode[m_state.mePulseMode].Tag()));
-  mode.BurstLength = CLng(esBurstLength.Value());
-  mode.PulseType = {cboPulseType1.GetCurrItemData(1), cboPulseType2.GetCurrItemData(1)};
-  mode.SignalFormat = mode.PulseType;
-  mode.PeriodSource = cboPeriodSource.GetCurrItemData(0);
-  mode.TriggerSlope = cboTriggerSlope.GetCurrItemData(eKeepSlope);
-  mode.ArmingSource = cboArmingSource.GetCurrItemData(eKeepArmingSource);
-  mode.ArmSlope = eKeepSlope;
-  mode.PllFormat = eKeepPllFormat;
-  if (mode.ArmingSource == eArmPll) {
-    mode.PllFormat = cboArmingLevel.GetCurrItemData(eKeepPllFormat);
-    mode.PllPeriodOrFreq = esPllPeriodOrFreq.Value();
-  } else {
-    mode.ArmSlope = cboArmingLevel.GetCurrItemData(eKeepSlope);
-  }
-  if (!Instr().SetMode(mode)) return;
+  if (!Instr().SetMode(ToModeInfo(Fields()))) return;
   m_panel.SetTabState(ePageIsCurrent, ePageMode);
   fOk = True;
 }
@@ -422,34 +360,27 @@ void ModePage::DownloadMode() {
   udtModeInfo mode;
   if (!Instr().GetMode(mode)) return;
   // Between two sound states the lists may claim the PLL twice, which is nobody's choice.
-  const QScopedValueRollback<bool> servesOnce(m_fPllServesOnce,
-                                              mode.PeriodSource != eSourcePll || mode.ArmingSource != eArmPll);
+  const QScopedValueRollback<bool> servesOnce(m_fPllServesOnce, !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
   // The two modes rebuild the lists that depend on them, so they go first and the levels last.
   if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
-      SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode))) {
-    esBurstLength.SetValue(mode.BurstLength);
-    ShowChannelTypes(mode);
-    cboPeriodSource.SetListIndexByItemData(mode.PeriodSource);
-    cboTriggerSlope.SetListIndexByItemData(mode.TriggerSlope);
-    cboArmingSource.SetListIndexByItemData(mode.ArmingSource);
-    ShowArming(mode);
-  }
+      SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode)))
+    ShowFields(ToModeFields(mode));
   m_panel.SetTabState(ePageIsCurrent, ePageMode);
 }
 
-void ModePage::ShowChannelTypes(const udtModeInfo &mode) {
-  if (mode.PulseMode == ePulsePattern) {
-    m_state.mfRz.SetRzState(mode.SignalFormat[1], mode.SignalFormat[2], True, True);
-    return;
+void ModePage::ShowFields(const ModeFields &fields) {
+  esBurstLength.SetValue(fields.dblBurstLength);
+  if (fields.ePulseMode == ePulsePattern) {
+    m_state.mfRz.SetRzState(fields.ePulseType[1], fields.ePulseType[2], True, True);
+  } else {
+    cboPulseType1.SetListIndexByItemData(fields.ePulseType[1]);
+    cboPulseType2.SetListIndexByItemData(fields.ePulseType[2]);
   }
-  cboPulseType1.SetListIndexByItemData(mode.PulseType[1]);
-  cboPulseType2.SetListIndexByItemData(mode.PulseType[2]);
-}
-
-void ModePage::ShowArming(const udtModeInfo &mode) {
-  const bool fPll = mode.ArmingSource == eArmPll;
-  cboArmingLevel.SetListIndexByItemData(fPll ? mode.PllFormat : mode.ArmSlope);
-  esPllPeriodOrFreq.SetValue(fPll ? mode.PllPeriodOrFreq : 0);
+  cboPeriodSource.SetListIndexByItemData(fields.ePeriodSource);
+  cboTriggerSlope.SetListIndexByItemData(fields.eTriggerSlope);
+  cboArmingSource.SetListIndexByItemData(fields.eArmingSource);
+  cboArmingLevel.SetListIndexByItemData(fields.lngArmingLevel);
+  esPllPeriodOrFreq.SetValue(fields.dblPllPeriodOrFreq);
 }
 
 }  // namespace tarvik

@@ -7,6 +7,7 @@
 #include "engrspin/EngrSpin.h"
 #include "panel/Page.h"
 #include "platform/OptionButton.h"
+#include "settings/ModeRules.h"
 
 namespace tarvik {
 
@@ -43,7 +44,7 @@ class ModePage : public Page {
   Boolean IsEnabledForMode(const char *strMask) const;
 
   void SetCboPulseType();
-  void FillPulseType(CboEnhanced &cboPulseType, const char *strOutput);
+  void FillPulseType(CboEnhanced &cboPulseType, Integer intChan);
   void UpdatePeriodSource();
   void UpdateTriggerSlope();
   void UpdateArmingSource();
@@ -58,8 +59,8 @@ class ModePage : public Page {
   /// A session's automatic download comes before the gate has run for its instrument: what that one can do more than
   /// the one before has to be here to be shown.
   void FitToInstrument();
-  void ShowChannelTypes(const udtModeInfo &mode);
-  void ShowArming(const udtModeInfo &mode);
+  ModeFields Fields() const;
+  void ShowFields(const ModeFields &fields);
 
   TimingPage &m_timing;
   PatternPage &m_pattern;
@@ -78,6 +79,7 @@ class ModePage : public Page {
 
   Event<const RzFlags::Change &>::Connection m_rzConnection;
   Boolean m_fOffersVxiLines;      ///< the list of arming sources is that of an instrument with VXI lines
+  Boolean m_fPllLevels;           ///< the list of levels tells how the PLL is given
   bool m_fPllServesOnce = false;  ///< while a mode is read that uses the PLL no more than once
 };
 
