@@ -4,27 +4,21 @@
 #include <cmath>
 
 #include "engrspin/EngrFormat.h"
-#include "engrspin/EntryText.h"
 #include "support/Conversions.h"
+#include "support/NumberText.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
 
-namespace {
-
-constexpr Double DefaultLimit = 1e12;
-
-}  // namespace
-
 void EngrNumber::InitProperties() {
   m_strBaseUnit.clear();
-  m_dblMax = DefaultLimit;
+  m_dblMax = DefaultMax;
   m_lngMaxExponent = HighestExponent;
   // A new field holds one single number until its designer says otherwise, unlike a stored one.
-  m_dblMin = DefaultLimit;
+  m_dblMin = DefaultMax;
   SetMinExponent(LowestExponent);
-  m_strNumberFormat = "##0.0##";
-  m_lngSignificantDigits = 4;
+  m_strNumberFormat = DefaultFormat;
+  m_lngSignificantDigits = MinDigits;
   m_lngExponent = 0;
   m_fEngrMode = True;
   ++m_lngFormatVersion;
@@ -105,19 +99,9 @@ void EngrNumber::FormatEngr(Double dblValue, Long &lngExponent, std::string &str
   FormatMantissa(dblValue, m_lngSignificantDigits, m_chDecimal, lngExponent, strText);
 }
 
-std::string EngrNumber::TextOfValue() {
-  if (m_fEngrMode) {
-    std::string strText;
-    FormatEngr(m_dblValue, m_lngExponent, strText);
-    return strText;
-  }
-  if (m_strNumberFormat.empty()) return CStr(m_dblValue);
-  return Format(m_dblValue, m_strNumberFormat, m_chDecimal);
-}
-
 std::string EngrNumber::ConvertValue2Engr() {
   try {
-    return TextOfValue();
+    return (m_fEngrMode ? m_engineering : m_plain)->Text(*this, m_lngExponent);
   } catch (const RunTimeError &error) {
     ++m_lngFormatVersion;
     LogError("EngrSpin", "ConvertValue2Engr", error.Number(), error.Description());
@@ -129,21 +113,20 @@ Entry EngrNumber::ReadEntry(std::string strEntry) const {
   // No key types them: they came along with a text from a table or a mail.
   std::replace_if(
       strEntry.begin(), strEntry.end(), [](char ch) { return ch == '\t' || ch == '\n' || ch == '\r'; }, ' ');
-  std::string_view strText = strEntry;
-  if (strText.empty()) return {Entry::Kind::Empty, 0};
-  if (const auto number = ScanNumber(strText, m_chDecimal))
+  if (strEntry.empty()) return {Entry::Kind::Empty, 0};
+  const NumberText number(strEntry, m_chDecimal);
+  if (number.IsWhole())
     // A bare number is read in the prefix now shown.
-    return {Entry::Kind::Number, number->fHasExponent ? NumberOf(*number, m_chDecimal)
-                                                      : NumberWithExponent(strText, m_lngExponent, m_chDecimal)};
-  const auto tail = TailOf(strText);
-  if (!tail || tail->empty()) return {};
-  std::string strUnits(*tail);
+    return {Entry::Kind::Number, number.HasExponent() ? number.Value() : number.MantissaTimesPower(m_lngExponent)};
+  const std::size_t tail = strEntry.find_last_of("0123456789") + 1;
+  if (tail == 0 || tail == strEntry.size()) return {};
+  std::string strUnits = strEntry.substr(tail);
   Long lngExponent = 0;
   Boolean fFound;
   UnitsToExponent(strUnits, lngExponent, fFound);
   if (!fFound) return {};
-  strText.remove_suffix(tail->size());
-  return {Entry::Kind::Number, NumberWithExponent(strText, lngExponent, m_chDecimal)};
+  if (number.MantissaEnd() != tail) RaiseError(ErrTypeMismatch);
+  return {Entry::Kind::Number, number.MantissaTimesPower(lngExponent)};
 }
 
 }  // namespace tarvik

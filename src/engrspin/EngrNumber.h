@@ -1,8 +1,9 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
+#include "engrspin/FieldDefaults.h"
+#include "engrspin/ValueFormat.h"
 #include "support/Types.h"
 
 namespace tarvik {
@@ -22,7 +23,9 @@ struct Entry {
 /// Exponents are powers of ten, multiples of 3 from -12 to 12.
 class EngrNumber {
  public:
-  virtual ~EngrNumber() = default;
+  /// The formats must outlive the number.
+  explicit EngrNumber(const ValueFormat &engineering = EngineeringFormat(), const ValueFormat &plain = PlainFormat())
+      : m_engineering(&engineering), m_plain(&plain) {}
 
   /// Starts as a field that was just put on a form.
   void InitProperties();
@@ -69,11 +72,6 @@ class EngrNumber {
   void SetEngrMode(Boolean fEngrMode) { TakeFormat(m_fEngrMode, fEngrMode); }
   /// Exponent of the text shown last in engineering format; it survives a value of 0.
   Long Exponent() const { return m_lngExponent; }
-  /// The same, for whoever formats another value into the field.
-  Long &ExponentInForce() {
-    ++m_lngFormatVersion;
-    return m_lngExponent;
-  }
   /// Counts the changes of whatever decides, beside the value, how the value is written; a failure to write it
   /// counts as well.
   Long FormatVersion() const { return m_lngFormatVersion; }
@@ -90,9 +88,6 @@ class EngrNumber {
   /// What the typed text means. Errors 6 and 13 where it looks like a number and does not convert.
   Entry ReadEntry(std::string strEntry) const;
 
- protected:
-  virtual std::string TextOfValue();
-
  private:
   template <class Setting>
   void TakeFormat(Setting &setting, const Setting &value) {
@@ -100,6 +95,8 @@ class EngrNumber {
     ++m_lngFormatVersion;
   }
 
+  const ValueFormat *m_engineering;
+  const ValueFormat *m_plain;
   Double m_dblValue = 0;
   Double m_dblOldValue = 0;
   Double m_dblMin = 0;
@@ -107,7 +104,7 @@ class EngrNumber {
   Double m_dblSmallest = 0;
   Long m_lngMinExponent = 0;
   Long m_lngMaxExponent = 0;
-  Long m_lngSignificantDigits = 4;
+  Long m_lngSignificantDigits = MinDigits;
   Long m_lngExponent = 0;
   Long m_lngFormatVersion = 0;
   std::string m_strBaseUnit;

@@ -1,15 +1,14 @@
 #include "support/Conversions.h"
 
-#include <locale.h>
 #include <algorithm>
 #include <cfenv>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 
 #include "support/Host.h"
+#include "support/NumberText.h"
 
 namespace tarvik {
 
@@ -18,67 +17,6 @@ namespace {
 /// Long enough for every finite Double written out in full.
 constexpr int MaxExactDecimals = 1074;
 constexpr std::size_t ExactBufferSize = 310 + MaxExactDecimals + 4;
-
-bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
-
-/// The text in the C notation, without blanks and plus sign; empty when it is no number.
-std::string Normalized(std::string_view strText, char chSeparator) {
-  while (!strText.empty() && strText.front() == ' ') strText.remove_prefix(1);
-  while (!strText.empty() && strText.back() == ' ') strText.remove_suffix(1);
-
-  std::string strResult;
-  std::size_t pos = 0;
-  const auto digits = [&] {
-    const std::size_t from = pos;
-    while (pos < strText.size() && IsDigit(strText[pos])) strResult += strText[pos++];
-    return pos - from;
-  };
-  const auto sign = [&] {
-    if (pos < strText.size() && (strText[pos] == '+' || strText[pos] == '-'))
-      if (strText[pos++] == '-') strResult += '-';
-  };
-
-  sign();
-  std::size_t count = digits();
-  if (pos < strText.size() && strText[pos] == chSeparator) {
-    ++pos;
-    strResult += '.';
-    count += digits();
-  }
-  if (count == 0) return {};
-  if (pos < strText.size() && (strText[pos] == 'E' || strText[pos] == 'e')) {
-    ++pos;
-    strResult += 'e';
-    sign();
-    if (digits() == 0) return {};
-  }
-  return pos == strText.size() ? strResult : std::string{};
-}
-
-/// The short way for a few digits and nothing else, such as the tags of the pages.
-std::optional<Long> ParseDigits(std::string_view strText) {
-  constexpr std::size_t MaxDigits = 9;  // the most that a Long always holds
-  if (strText.empty() || strText.size() > MaxDigits) return std::nullopt;
-  Long lngValue = 0;
-  for (const char ch : strText) {
-    if (!IsDigit(ch)) return std::nullopt;
-    lngValue = 10 * lngValue + (ch - '0');
-  }
-  return lngValue;
-}
-
-/// strtod in the C locale: tells overflow from underflow, which from_chars does not.
-Double OutOfRangeValue(const std::string &strNumber) {
-#ifdef _WIN32
-  static const _locale_t locale = _create_locale(LC_ALL, "C");
-  const Double dblValue = _strtod_l(strNumber.c_str(), nullptr, locale);
-#else
-  static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-  const Double dblValue = strtod_l(strNumber.c_str(), nullptr, locale);
-#endif
-  if (std::isinf(dblValue)) RaiseError(ErrOverflow);
-  return dblValue;
-}
 
 /// Decimal digits of a magnitude: value = 0.d1d2d3... * 10^intPoint, no trailing zeros.
 struct Decimal {
@@ -197,16 +135,11 @@ std::string CStr(Long lngValue) { return std::to_string(lngValue); }
 std::string CStr(Boolean fValue) { return fValue ? "True" : "False"; }
 
 std::optional<Double> ParseNumber(std::string_view strText, char chSeparator) {
-  if (const auto lngWhole = ParseDigits(strText)) return *lngWhole;
-  const std::string strNumber = Normalized(strText, chSeparator);
-  if (strNumber.empty()) return std::nullopt;
-  Double dblValue = 0;
-  const auto result = std::from_chars(strNumber.data(), strNumber.data() + strNumber.size(), dblValue);
-  if (result.ec == std::errc::result_out_of_range) return OutOfRangeValue(strNumber);
-  return dblValue;
+  const NumberText number(strText, chSeparator);
+  return number.IsWhole() ? std::optional(number.Value()) : std::nullopt;
 }
 
-bool IsNumeric(std::string_view strText, char chSeparator) { return !Normalized(strText, chSeparator).empty(); }
+bool IsNumeric(std::string_view strText, char chSeparator) { return NumberText(strText, chSeparator).IsWhole(); }
 
 Double CDbl(std::string_view strText) {
   const auto number = ParseNumber(strText, TheHost().DecimalSeparator());

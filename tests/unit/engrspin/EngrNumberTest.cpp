@@ -7,7 +7,6 @@
 #include <random>
 
 #include "engrspin/EngrFormat.h"
-#include "engrspin/EntryText.h"
 #include "engrspin/FieldLayout.h"
 #include "engrspin/ValueList.h"
 
