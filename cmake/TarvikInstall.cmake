@@ -114,13 +114,12 @@ tarvik_install_headers(development
   bitpattern/BitPattern.h bitpattern/PatternBits.h bitpattern/PatternOperations.h bitpattern/PatternStore.h
   bitpattern/RowInfo.h
   controls/CboEnhanced.h controls/FrameEnhanced.h
-  engrspin/DigitCursor.h engrspin/EngrNumber.h engrspin/EngrSpin.h engrspin/FieldLayout.h engrspin/NumberTextBox.h
-  engrspin/ValueList.h
+  engrspin/EngrSpin.h
   instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
   instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
   panel/Form.h panel/Page.h panel/PanelState.h panel/TarvikGUI.h
   settings/RzFlags.h
-  platform/ConsoleHost.h platform/ControlSite.h platform/FormProperties.h platform/PictureBox.h
+  platform/ConsoleHost.h platform/ControlSite.h platform/FormControl.h platform/PictureBox.h
   platform/PlainControls.h platform/PropertyBag.h platform/QtHost.h platform/TabControl.h platform/Twips.h
   platform/WidgetControl.h
   support/Control.h support/Event.h support/Host.h support/Variant.h support/modGlobals.h)

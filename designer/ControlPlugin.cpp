@@ -23,9 +23,9 @@ QWidget *ControlPlugin::createWidget(QWidget *parent) {
 
 QString ControlPlugin::domXml() const {
   QString tips;
-  for (const PropertyHelp &help : m_control.arrHelp)
+  for (const auto &[strProperty, strDescription] : m_control.arrDescriptions)
     tips += QStringLiteral("<tooltip name=\"%1\">%2</tooltip>")
-                .arg(QString::fromLatin1(help.strProperty), QString::fromLatin1(help.strDescription).toHtmlEscaped());
+                .arg(QString::fromLatin1(strProperty), QString::fromLatin1(strDescription).toHtmlEscaped());
   return QStringLiteral(
              "<ui language=\"c++\"><widget class=\"%1\" name=\"%2\"><property name=\"geometry\"><rect><x>0</x><y>0</y>"
              "<width>%3</width><height>%4</height></rect></property>%5</widget><customwidgets><customwidget>"

@@ -2,17 +2,11 @@
 
 #include <QDesignerCustomWidgetInterface>
 #include <functional>
-#include <vector>
 
 #include "platform/ControlSite.h"
+#include "platform/FormControl.h"
 
 namespace tarvik {
-
-/// One property as the designer tells of it.
-struct PropertyHelp {
-  const char *strProperty;
-  const char *strDescription;
-};
 
 /// What the designer has to know of one class of controls.
 struct ControlClass {
@@ -25,8 +19,8 @@ struct ControlClass {
   int intWidth, intHeight;
   /// Properties that a new control on a form has other than a stored one: markup of the form's file.
   const char *strNewProperties;
-  std::vector<PropertyHelp> arrHelp;
   std::function<QWidget *(QWidget *parent, ControlSite &site)> Make;
+  PropertyDescriptions arrDescriptions = {};
 };
 
 /// One class of controls in the form designer.

@@ -9,9 +9,11 @@
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
+#include "platform/ControlSite.h"
 #include "platform/DisabledLook.h"
 #include "platform/OptionButton.h"
 #include "platform/PlainControls.h"
+#include "platform/PropertyBag.h"
 #include "platform/ToolPopup.h"
 
 namespace tarvik {

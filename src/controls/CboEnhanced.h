@@ -1,26 +1,17 @@
 #pragma once
 
-#include <QComboBox>
-#include <optional>
+#include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "platform/ControlSite.h"
-#include "platform/FormProperties.h"
-#include "platform/PropertyBag.h"
-#include "platform/Twips.h"
-#include "platform/WidgetControl.h"
-#include "support/Export.h"
+#include "platform/FormControl.h"
+#include "support/Event.h"
 
 namespace tarvik {
-
-class FieldLabel;
 
 /// A drop-down list with a caption at its left. Each item carries two numbers, item data and group data, by which
 /// the selection can be set and read; selections can be saved by position and recalled; and a choice of the user
 /// marks the panel's visible page as changed.
-class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
+class TARVIK_EXPORT CboEnhanced : public FormControl {
   Q_OBJECT
   TARVIK_FORM_NEW
   TARVIK_FORM_PROPERTY(Caption)
@@ -37,13 +28,13 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Q_PROPERTY(QString currentText READ currentText NOTIFY currentTextChanged DESIGNABLE false STORED false USER true)
 
  public:
+  class Private;
+
   /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
   explicit CboEnhanced(QWidget *parent = nullptr);
   /// In a container, which calls InitProperties or ReadProperties.
   CboEnhanced(QWidget *parent, ControlSite &site);
-
-  /// On a form that sets properties by name: stands with the defaults of the stored ones before the first.
-  void BeginForm() { m_form.Begin(); }
+  ~CboEnhanced() override;
 
   /// Adds an item at the end.
   void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0, Boolean fGroupDefault = False);
@@ -59,12 +50,10 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Boolean Enabled() const override;
   /// A disabled list shows no selection; the one it had is lost.
   void SetEnabled(Boolean fEnable) override;
-  Boolean Visible() const override;
-  void SetVisible(Boolean fShow) override { setVisible(fShow); }
   void SetFocus() override;
 
   /// From 0; -1 for none.
-  Long ListIndex() const { return m_lngListIndex; }
+  Long ListIndex() const;
   /// -1 clears the selection, an index beyond the list selects the first item.
   void SetListIndex(Long lngIndex);
 
@@ -74,10 +63,10 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void EnableAndRecall(Boolean fEnabledState, Integer intPos);
 
   /// A text with one character for each position. Setting it puts every position back to list index 0.
-  std::string TagX() const { return m_strTagX; }
+  std::string TagX() const;
   void SetTagX(const std::string &strTag);
 
-  Long ListCount() const { return static_cast<Long>(m_ItemData.size()); }
+  Long ListCount() const;
   std::string ItemText(Long lngIndex) const;
   Long ItemData(Long lngIndex) const;
   std::string Text() const;
@@ -85,10 +74,10 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   std::string Caption() const;
   void SetCaption(const std::string &strCaption);
   /// 0 left, 1 right, 2 centre.
-  Long CaptionAlignment() const { return m_lngCaptionAlignment; }
+  Long CaptionAlignment() const;
   void SetCaptionAlignment(Long lngAlignment);
   /// Twips.
-  Single CaptionWidth() const { return m_sngCaptionWidth; }
+  Single CaptionWidth() const;
   void SetCaptionWidth(Single sngWidth);
 
   /// On first creation on a form.
@@ -102,17 +91,6 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   /// Height of the list in twips, from which the control takes its own.
   void SetListHeight(Single sngHeight);
 
-  struct Layout {
-    Single sngHeight = 0;
-    TwipsRect list, label;
-    bool operator==(const Layout &) const = default;
-  };
-  const Layout &CurrentLayout() const { return m_layout; }
-  bool LabelVisible() const;
-  /// The saved list indexes, each followed by a blank.
-  const std::string &SavedIndexes() const { return m_strSavedIndexes; }
-  const QComboBox &List() const { return *m_cbo; }
-
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
@@ -120,7 +98,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   Event<> Click;
 
   /// The text of the selected item, in the toolkit's own kind.
-  QString currentText() const { return m_cbo->currentText(); }
+  QString currentText() const;
 
  public Q_SLOTS:
   /// SetListIndex for connections: a failure of a handler that it calls ends here, with box and record.
@@ -138,49 +116,7 @@ class TARVIK_EXPORT CboEnhanced : public QWidget, public Control {
   void changeEvent(QEvent *event) override;
 
  private:
-  std::vector<FormProperties::Property> FormTable();
-  std::optional<std::string_view> SavedEntry(Integer intPos) const;
-  void SetListIndexQuietly(Long lngIndex);
-  void cbo_Click();
-  void NoteUserChange();
-  void TellIndex();
-  void PropChanged(const char *strProperty, bool fResize = false);
-  /// Whether the list leaves room for the caption.
-  bool HasCaptionRoom() const;
-  Single CaptionRoom() const;
-  void NoteCaption(bool fAppears);
-  void TakeWidthOfForm();
-  Layout Arranged() const;
-  void LayOut();
-  void ShowLayout(const Layout &layout);
-  void ShowColours();
-  static std::size_t Slot(Long lngIndex) { return static_cast<std::size_t>(lngIndex); }
-
-  ControlSite &m_site;
-  FormProperties m_form;
-  QComboBox *m_cbo;
-  FieldLabel *m_lblCaption;
-  // What a transfer asks for most stands here and not only in the list's model.
-  Long m_lngListIndex = -1;
-  Long m_lngToldIndex = -1;  ///< by the latest currentIndexChanged
-  std::vector<Long> m_ItemData;
-  std::vector<Long> m_GroupData;
-  std::vector<Boolean> m_fGroupDefault;
-  std::string m_strSavedIndexes;
-  std::string m_strTagX;
-  Long m_lngCaptionAlignment = 0;
-  Single m_sngCaptionWidth = 1215;
-  Single m_sngLabelWidth = 1215;
-  Single m_sngListHeight = 315;
-  Single m_sngWidth = 3000;
-  /// Pixels at the latest Resize; until then, and after a form gave it another width, the form's width counts.
-  std::optional<int> m_intWidthAtResize;
-  bool m_fInResize = false;
-  Boolean m_fListEnabled = True;
-  Boolean m_fReadingProperties = False;
-  Boolean m_fInternalChange = False;
-  bool m_fProgramChange = false;
-  Layout m_layout;
+  const std::unique_ptr<Private> m;
 };
 
 }  // namespace tarvik

@@ -1,19 +1,18 @@
 #include "controls/FrameEnhanced.h"
 
-#include <QChildEvent>
+#include <QEvent>
 #include <QRadioButton>
-#include <algorithm>
 
 #include "controls/ForeignControl.h"
 #include "controls/ForeignOption.h"
-#include "platform/OptionButton.h"
+#include "controls/FrameEnhancedPrivate.h"
+#include "platform/ControlSite.h"
+#include "platform/WidgetControl.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
 
 namespace {
-
-constexpr const char *DefaultCaption = "Frame";
 
 /// Runs a step whose failure is reported and ends it.
 template <class Step>
@@ -30,53 +29,47 @@ void Reported(const char *strProc, Step &&step) {
 FrameEnhanced::FrameEnhanced(QWidget *parent) : FrameEnhanced(parent, RunTimeSite()) { BeginForm(); }
 
 FrameEnhanced::FrameEnhanced(QWidget *parent, ControlSite &site)
-    : QWidget(parent),
-      m_site(site),
-      m_form(*this, site, FormTable(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
-      m_fra(new QGroupBox(this)) {
-  m_fra->setObjectName(QStringLiteral("fra"));
-  m_fra->installEventFilter(this);
+    : FormControl(parent, site, Private::Properties(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
+      m(std::make_unique<Private>(*this)) {
+  m->fra->installEventFilter(this);
 }
 
-void FrameEnhanced::FindControls() const {
-  m_arrControls.clear();
-  m_arrButtons.clear();
-  m_latest = {};
-  for (QObject *child : m_fra->children()) {
-    if (auto *control = dynamic_cast<Control *>(child)) m_arrControls.push_back(control);
-    if (auto *button = dynamic_cast<OptionButtonControl *>(child)) m_arrButtons.push_back(button);
-  }
-  FindControlsOfForm();
-  m_fControlsKnown = true;
+FrameEnhanced::~FrameEnhanced() = default;
+
+FrameEnhanced::Private::Private(FrameEnhanced &objFrame) : frame(objFrame), fra(new QGroupBox(&frame)) {
+  fra->setObjectName(QStringLiteral("fra"));
 }
 
-void FrameEnhanced::FindControlsOfForm() const {
-  for (QObject *child : children()) {
+QWidget *FrameEnhanced::Container() const { return m->fra; }
+
+std::vector<Control *> FrameEnhanced::Private::ContainedControls() const {
+  std::vector<Control *> arrControls;
+  for (QObject *child : fra->children())
+    if (auto *control = dynamic_cast<Control *>(child)) arrControls.push_back(control);
+  for (QObject *child : frame.children()) {
     auto *widget = qobject_cast<QWidget *>(child);
-    if (!widget || widget == m_fra) continue;
-    auto *control = dynamic_cast<Control *>(child);
-    if (auto *radio = qobject_cast<QRadioButton *>(child); radio && !control) {
-      control = &ForeignOption::Of(*radio);
-      // Its tag may be changed as any dynamic property.
-      radio->installEventFilter(const_cast<FrameEnhanced *>(this));
-    }
-    if (!control) control = &ForeignControl::Of(*widget);
-    m_arrControls.push_back(control);
-    if (auto *button = dynamic_cast<OptionButtonControl *>(control)) m_arrButtons.push_back(button);
+    if (!widget || widget == fra) continue;
+    auto *radio = qobject_cast<QRadioButton *>(child);
+    if (auto *control = dynamic_cast<Control *>(child))
+      arrControls.push_back(control);
+    else if (radio)
+      arrControls.push_back(&ForeignOption::Of(*radio));
+    else
+      arrControls.push_back(&ForeignControl::Of(*widget));
   }
+  return arrControls;
 }
 
-bool FrameEnhanced::ChangesControls(const QEvent &event) const {
-  // A child that was just added is no control yet; it is polished when it is whole.
-  const auto eType = event.type();
-  return eType == QEvent::ChildAdded || eType == QEvent::ChildPolished || eType == QEvent::ChildRemoved ||
-         eType == QEvent::DynamicPropertyChange || eType == OptionButton::TagChange();
+std::vector<OptionButtonControl *> FrameEnhanced::OptionButtons() const {
+  std::vector<OptionButtonControl *> arrButtons;
+  for (Control *control : m->ContainedControls())
+    if (auto *button = dynamic_cast<OptionButtonControl *>(control)) arrButtons.push_back(button);
+  return arrButtons;
 }
 
 bool FrameEnhanced::eventFilter(QObject *watched, QEvent *event) {
-  if (ChangesControls(*event)) m_fControlsKnown = false;
-  if (watched == m_fra && event->type() == QEvent::LayoutRequest) updateGeometry();
-  return QWidget::eventFilter(watched, event);
+  if (watched == m->fra && event->type() == QEvent::LayoutRequest) updateGeometry();
+  return FormControl::eventFilter(watched, event);
 }
 
 const OptionButtonControl *FrameEnhanced::Chosen() const {
@@ -111,72 +104,73 @@ Variant FrameEnhanced::Value() const {
   return vResult;
 }
 
-bool FrameEnhanced::Choose(const Variant &vValue) {
-  const auto &arrButtons = OptionButtons();
-  if (!m_latest.button || m_latest.vValue != vValue) {
-    const std::string strTag = CStr(vValue);
-    const auto found = std::find_if(arrButtons.begin(), arrButtons.end(),
-                                    [&](const OptionButtonControl *button) { return button->Tag() == strTag; });
-    if (found == arrButtons.end()) return false;
-    m_latest = {vValue, *found};
-  }
-  m_latest.button->SetValue(True);
-  return true;
+bool FrameEnhanced::Private::Choose(const Variant &vValue) {
+  const std::string strTag = CStr(vValue);
+  for (OptionButtonControl *button : frame.OptionButtons())
+    if (button->Tag() == strTag) {
+      button->SetValue(True);
+      return true;
+    }
+  return false;
 }
 
 void FrameEnhanced::SetValue(const Variant &vValue) {
-  Reported("Value", [&] { Choose(vValue); });
+  Reported("Value", [&] { m->Choose(vValue); });
 }
 
 void FrameEnhanced::Match(const Variant &vMatchValue, const Variant &vDefault) {
   Reported("Match", [&] {
-    if (!Choose(vMatchValue)) Choose(vDefault);
+    if (!m->Choose(vMatchValue)) m->Choose(vDefault);
   });
 }
 
-std::string FrameEnhanced::Caption() const { return m_fra->title().toStdString(); }
+std::string FrameEnhanced::Caption() const { return m->fra->title().toStdString(); }
 
 void FrameEnhanced::SetCaption(const std::string &strCaption) {
-  m_fra->setTitle(QString::fromStdString(strCaption));
+  m->fra->setTitle(QString::fromStdString(strCaption));
   updateGeometry();
-  KeepContentsWithin();
+  m->KeepContentsWithin();
 }
+
+Long FrameEnhanced::Appearance() const { return m->lngAppearance; }
 
 void FrameEnhanced::SetAppearance(Long lngAppearance) {
-  m_lngAppearance = lngAppearance;
-  ShowBorder();
+  m->lngAppearance = lngAppearance;
+  m->ShowBorder();
 }
+
+Long FrameEnhanced::BorderStyle() const { return m->lngBorderStyle; }
 
 void FrameEnhanced::SetBorderStyle(Long lngBorderStyle) {
-  m_lngBorderStyle = lngBorderStyle;
-  ShowBorder();
+  m->lngBorderStyle = lngBorderStyle;
+  m->ShowBorder();
 }
 
-void FrameEnhanced::ShowBorder() {
-  m_fra->setFlat(m_lngBorderStyle == 0 || m_lngAppearance == 0);
-  m_fra->setStyleSheet(m_lngBorderStyle == 0 ? QStringLiteral("QGroupBox#fra { border: none; }") : QString());
+void FrameEnhanced::Private::ShowBorder() {
+  fra->setFlat(lngBorderStyle == 0 || lngAppearance == 0);
+  fra->setStyleSheet(lngBorderStyle == 0 ? QStringLiteral("QGroupBox#fra { border: none; }") : QString());
   KeepContentsWithin();
 }
 
-void FrameEnhanced::KeepContentsWithin() {
+void FrameEnhanced::Private::KeepContentsWithin() {
   // A layout that a form gives the frame begins below the caption.
-  setContentsMargins(m_fra->contentsMargins());
+  frame.setContentsMargins(fra->contentsMargins());
 }
 
-Boolean FrameEnhanced::Visible() const { return OwnVisible(*this); }
+Boolean FrameEnhanced::Enabled() const { return m->fEnabled; }
 
 void FrameEnhanced::SetEnabled(Boolean fEnable) {
-  if (fEnable != m_fEnabled) {
-    m_fEnabled = fEnable;
-    m_fra->setEnabled(fEnable);
-    for (const auto arrControls = ContainedControls(); Control * control : arrControls) control->SetEnabled(fEnable);
+  if (fEnable != m->fEnabled) {
+    m->fEnabled = fEnable;
+    m->fra->setEnabled(fEnable);
+    for (const auto arrControls = m->ContainedControls(); Control * control : arrControls) control->SetEnabled(fEnable);
   }
   setEnabled(fEnable);
-  if (!m_site.UserMode()) m_site.PropertyChanged("Enabled");
+  if (!Site().UserMode()) Site().PropertyChanged("Enabled");
 }
 
 void FrameEnhanced::SetFocusOnOpt() {
-  if (!m_fEnabled) return;
+  if (!m->fEnabled) return;
   for (OptionButtonControl *button : OptionButtons())
     if (button->Value() && button->Enabled()) {
       button->SetFocus();
@@ -184,47 +178,42 @@ void FrameEnhanced::SetFocusOnOpt() {
     }
 }
 
-std::vector<FormProperties::Property> FrameEnhanced::FormTable() {
-  using F = FormProperties;
-  return {
-      F::Stored(*this, "BorderStyle", Long{1}, &FrameEnhanced::BorderStyle, &FrameEnhanced::SetBorderStyle),
-      F::Stored(*this, "Caption", DefaultCaption, &FrameEnhanced::Caption, &FrameEnhanced::SetCaption),
-      F::Passing(*this, "Appearance", Long{1}, &FrameEnhanced::Appearance, &FrameEnhanced::SetAppearance),
-      F::Passing(*this, "Enabled", True, &FrameEnhanced::Enabled, &FrameEnhanced::SetEnabled),
+const PropertyTable &FrameEnhanced::Private::Properties() {
+  using F = FrameEnhanced;
+  using Row = PropertyRow<FrameEnhanced>;
+  static const PropertyTable arrProperties{
+      Row::Stored("BorderStyle", Long{1}, &F::BorderStyle, &F::SetBorderStyle),
+      Row::Stored("Caption", "Frame", &F::Caption, &F::SetCaption),
+      Row::Passing("Appearance", Long{1}, &F::Appearance, &F::SetAppearance),
+      Row::Passing("Enabled", True, &F::Enabled, &F::SetEnabled),
   };
-}
-
-bool FrameEnhanced::event(QEvent *event) {
-  if (ChangesControls(*event)) m_fControlsKnown = false;
-  m_form.NoteEvent(*event);
-  return QWidget::event(event);
+  return arrProperties;
 }
 
 void FrameEnhanced::ReadProperties(const PropertyBag &bag) {
-  IgnoreErrors([&] { SetBorderStyle(bag.ReadProperty("BorderStyle", Long{1})); });
-  IgnoreErrors([&] { SetCaption(bag.ReadProperty("Caption", DefaultCaption)); });
-  m_fEnabled = True;
+  for (const ControlProperty &property : Private::Properties())
+    if (property.IsRead()) IgnoreErrors([&] { property.Assign(*this, bag); });
+  m->fEnabled = True;
 }
 
-void FrameEnhanced::WriteProperties(PropertyBag &bag) const {
-  IgnoreErrors([&] { bag.WriteProperty("BorderStyle", BorderStyle(), Long{1}); });
-  IgnoreErrors([&] { bag.WriteProperty("Caption", Caption(), std::string(DefaultCaption)); });
-}
+void FrameEnhanced::WriteProperties(PropertyBag &bag) const { WriteStored(*this, Private::Properties(), bag); }
 
 void FrameEnhanced::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
-  m_fra->setGeometry(rect());
-  KeepContentsWithin();
+  m->fra->setGeometry(rect());
+  m->KeepContentsWithin();
 }
 
 void FrameEnhanced::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m_fEnabled)
-    m_form.Write("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
+  if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m->fEnabled)
+    SetPropertyValue("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
 }
 
-QSize FrameEnhanced::sizeHint() const { return QWidget::sizeHint().expandedTo(m_fra->sizeHint()); }
+QSize FrameEnhanced::sizeHint() const { return QWidget::sizeHint().expandedTo(m->fra->sizeHint()); }
 
-QSize FrameEnhanced::minimumSizeHint() const { return QWidget::minimumSizeHint().expandedTo(m_fra->minimumSizeHint()); }
+QSize FrameEnhanced::minimumSizeHint() const {
+  return QWidget::minimumSizeHint().expandedTo(m->fra->minimumSizeHint());
+}
 
 }  // namespace tarvik

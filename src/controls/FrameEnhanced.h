@@ -1,14 +1,10 @@
 #pragma once
 
-#include <QGroupBox>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/ControlSite.h"
-#include "platform/FormProperties.h"
-#include "platform/PropertyBag.h"
-#include "platform/WidgetControl.h"
-#include "support/Export.h"
+#include "platform/FormControl.h"
 #include "support/Variant.h"
 
 namespace tarvik {
@@ -17,7 +13,7 @@ namespace tarvik {
 /// in its Tag. What stands in it are the child widgets of Container() that are controls, and after them what a form of
 /// the toolkit put into the frame itself, each in the order in which they were made. Radio buttons of a form are
 /// options as well: their dynamic properties "Index" and "Tag" are those of an option button.
-class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
+class TARVIK_EXPORT FrameEnhanced : public FormControl {
   Q_OBJECT
   TARVIK_FORM_PROPERTY(BorderStyle)
   TARVIK_FORM_PROPERTY(Caption)
@@ -25,18 +21,19 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   TARVIK_FORM_PASSING(Enabled)
 
  public:
+  class Private;
+
   /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
   explicit FrameEnhanced(QWidget *parent = nullptr);
   /// In a container, which calls ReadProperties.
   FrameEnhanced(QWidget *parent, ControlSite &site);
 
-  /// On a form that sets properties by name: stands with the defaults of the stored ones before the first.
-  void BeginForm() { m_form.Begin(); }
+  ~FrameEnhanced() override;
 
   /// The parent of whatever a program puts into the frame.
-  QWidget *Container() const { return m_fra; }
+  QWidget *Container() const;
 
-  Long Appearance() const { return m_lngAppearance; }
+  Long Appearance() const;
   /// 0 flat, 1 raised from the page.
   void SetAppearance(Long lngAppearance);
 
@@ -57,15 +54,13 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   std::string Caption() const;
   void SetCaption(const std::string &strCaption);
 
-  Long BorderStyle() const { return m_lngBorderStyle; }
+  Long BorderStyle() const;
   /// 0 none, 1 a line around the frame.
   void SetBorderStyle(Long lngBorderStyle);
 
-  Boolean Enabled() const override { return m_fEnabled; }
+  Boolean Enabled() const override;
   /// The frame and everything that stands in it. A control without an Enabled property raises 438.
   void SetEnabled(Boolean fEnable) override;
-  Boolean Visible() const override;
-  void SetVisible(Boolean fShow) override { setVisible(fShow); }
   void SetFocus() override { SetFocusOnOpt(); }
 
   /// The focus goes to the chosen button, if it and the frame are enabled.
@@ -78,47 +73,16 @@ class TARVIK_EXPORT FrameEnhanced : public QWidget, public Control {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
-  const std::vector<Control *> &ContainedControls() const {
-    if (!m_fControlsKnown) FindControls();
-    return m_arrControls;
-  }
-  const std::vector<OptionButtonControl *> &OptionButtons() const {
-    if (!m_fControlsKnown) FindControls();
-    return m_arrButtons;
-  }
+  /// The option buttons that the frame treats as one value.
+  std::vector<OptionButtonControl *> OptionButtons() const;
 
  protected:
-  bool event(QEvent *event) override;
   bool eventFilter(QObject *watched, QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
   void changeEvent(QEvent *event) override;
 
  private:
-  std::vector<FormProperties::Property> FormTable();
-  bool Choose(const Variant &vValue);
-  void ShowBorder();
-  void KeepContentsWithin();
-  void FindControls() const;
-  void FindControlsOfForm() const;
-  bool ChangesControls(const QEvent &event) const;
-
-  ControlSite &m_site;
-  FormProperties m_form;
-  QGroupBox *m_fra;
-  /// Looking for them is dear, and a page reads its groups at each transfer: found once, until a child comes or goes
-  /// or changes its Tag.
-  mutable std::vector<Control *> m_arrControls;
-  mutable std::vector<OptionButtonControl *> m_arrButtons;
-  mutable bool m_fControlsKnown = false;
-  /// The latest value that found its button. A transfer brings the same value again most of the time.
-  struct Choice {
-    Variant vValue;
-    OptionButtonControl *button = nullptr;
-  };
-  mutable Choice m_latest;
-  Boolean m_fEnabled = False;
-  Long m_lngAppearance = 1;
-  Long m_lngBorderStyle = 1;
+  const std::unique_ptr<Private> m;
 };
 
 }  // namespace tarvik

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engrspin/EngrSpin.h"
+#include "engrspin/EngrSpinPrivate.h"
 #include "engrspin/SpinControl.h"
 #include "platform/FieldLabel.h"
 #include "platform/Twips.h"
@@ -21,98 +21,101 @@ constexpr Single FarAway = 1e6F;
 
 void EngrSpin::Resize(Single sngWidth, Single sngHeight) {
   if (!std::isfinite(sngWidth) || !std::isfinite(sngHeight)) return;
-  m_layout.sngWidth = sngWidth;
-  m_layout.sngHeight = sngHeight;
-  Layout();
+  m->layout.sngWidth = sngWidth;
+  m->layout.sngHeight = sngHeight;
+  m->Layout();
 }
 
 void EngrSpin::Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngHeight) {
   Resize(sngWidth, sngHeight);
-  const TwipsRect place{sngLeft, sngTop, m_layout.sngWidth, m_layout.sngHeight};
+  const TwipsRect place{sngLeft, sngTop, m->layout.sngWidth, m->layout.sngHeight};
   const QWidget &container = parentWidget() ? *parentWidget() : *this;
-  m_fInResize = True;
+  m->fInResize = True;
   setGeometry(TwipsToPixels(container, place));
-  m_fInResize = False;
-  PlaceParts(m_layout);
+  m->fInResize = False;
+  m->PlaceParts(m->layout);
 }
 
-void EngrSpin::Layout() {
-  if (m_fInResize) return;
-  m_fInResize = True;
+void EngrSpin::Private::Layout() {
+  if (fInResize) return;
+  fInResize = True;
   // A layout of the toolkit gives the field its room, and nobody drags it there: its parts stand at the left within
   // their bounds, and the room that is left over stays empty.
-  const bool fInLayout = StandsInLayout(*this);
-  m_layout.Arrange(!m_site.UserMode() && !fInLayout);
-  if (!fInLayout) resize(TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight));
-  m_fInResize = False;
-  PlaceParts(m_layout);
+  const bool fInLayout = StandsInLayout(field);
+  layout.Arrange(!site.UserMode() && !fInLayout);
+  if (!fInLayout) field.resize(TwipsToPixels(field, layout.sngWidth), TwipsToPixels(field, layout.sngHeight));
+  fInResize = False;
+  PlaceParts(layout);
 }
 
-void EngrSpin::PlaceParts(const FieldLayout &layout) {
+void EngrSpin::Private::PlaceParts(const FieldLayout &places) {
   const auto put = [this](QWidget *part, const FieldPart &where) {
     if (!where.fMoved) return;
     const FieldPlace &p = where.place;
     const auto held = [](Single sngTwips) { return std::clamp(sngTwips, -FarAway, FarAway); };
     part->setGeometry(
-        TwipsToPixels(*this, TwipsRect{held(p.sngLeft), held(p.sngTop), held(p.sngWidth), held(p.sngHeight)}));
+        TwipsToPixels(field, TwipsRect{held(p.sngLeft), held(p.sngTop), held(p.sngWidth), held(p.sngHeight)}));
   };
-  put(lblCaption, layout.lblCaption);
-  put(txtNumber, layout.txtNumber);
-  put(spinCtl, layout.spinCtl);
-  put(lblUnits, layout.lblUnits);
+  put(lblCaption, places.lblCaption);
+  put(txtNumber, places.txtNumber);
+  put(spinCtl, places.spinCtl);
+  put(lblUnits, places.lblUnits);
   // Labels begin lower than the text box; the margin below brings their text to the same line.
   for (FieldLabel *label : {lblCaption, lblUnits})
-    label->setContentsMargins(0, 0, 0, TwipsToPixels(*this, layout.lblCaption.place.sngTop));
+    label->setContentsMargins(0, 0, 0, TwipsToPixels(field, places.lblCaption.place.sngTop));
 }
 
-void EngrSpin::NotePart(bool fAppears) {
-  updateGeometry();
-  if (!fAppears || !IsLaidOut() || m_fLoading) return;
+void EngrSpin::Private::NotePart(bool fAppears) {
+  field.updateGeometry();
+  if (!fAppears || !IsLaidOut() || fLoading) return;
   // While the field runs, its layout waits for the next resize, TextBoxWidth with it. On the screen what has just
   // appeared may not cover the number until then.
-  FieldLayout shown = m_layout;
+  FieldLayout shown = layout;
   shown.Arrange(false);
   PlaceParts(shown);
 }
 
-void EngrSpin::TakeSizeOfForm() { Resize(PixelsToTwips(*this, width()), PixelsToTwips(*this, height())); }
+void EngrSpin::Private::TakeSizeOfForm() {
+  field.Resize(PixelsToTwips(field, field.width()), PixelsToTwips(field, field.height()));
+}
 
 void EngrSpin::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
-  if (m_fInResize) return;
+  if (m->fInResize) return;
   // Taken back from pixels the size would differ a little from the one that a program gave in twips.
-  const QSize known(TwipsToPixels(*this, m_layout.sngWidth), TwipsToPixels(*this, m_layout.sngHeight));
+  const QSize known(TwipsToPixels(*this, m->layout.sngWidth), TwipsToPixels(*this, m->layout.sngHeight));
   if (event->size() != known)
-    TakeSizeOfForm();
-  else if (!IsLaidOut())
-    Layout();
+    m->TakeSizeOfForm();
+  else if (!m->IsLaidOut())
+    m->Layout();
 }
 
 void EngrSpin::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m_fEnabled)
-    m_form.Write("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
+  if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m->fEnabled)
+    SetPropertyValue("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
   // The colours that the text box sets for itself would hide the change from it.
-  if (event->type() == QEvent::PaletteChange) txtNumber->UpdateColours();
-  if (event->type() != QEvent::FontChange || !IsLaidOut()) return;
+  if (event->type() == QEvent::PaletteChange) m->txtNumber->UpdateColours();
+  if (event->type() != QEvent::FontChange || !m->IsLaidOut()) return;
   if (StandsInLayout(*this))
-    TakeSizeOfForm();
+    m->TakeSizeOfForm();
   else
-    Layout();
+    m->Layout();
 }
 
-Single EngrSpin::RoomForDigits() const {
-  const auto lngCharacters = SignificantDigits() + 2;  // with sign and separator
-  return PixelsToTwips(*this, txtNumber->WidthFor(QString(lngCharacters, QLatin1Char('0'))));
+Single EngrSpin::Private::RoomForDigits() const {
+  const auto lngCharacters = field.SignificantDigits() + 2;  // with sign and separator
+  return PixelsToTwips(field, txtNumber->WidthFor(QString(lngCharacters, QLatin1Char('0'))));
 }
 
 QSize EngrSpin::sizeHint() const {
-  const Single sngWidth = m_layout.WidthAround(std::max(FieldLayout::UsualTextBox, RoomForDigits()));
+  const Single sngWidth = m->layout.WidthAround(std::max(FieldLayout::UsualTextBox, m->RoomForDigits()));
   return {TwipsToPixels(*this, sngWidth), TwipsToPixels(*this, FieldLayout::UsualHeight)};
 }
 
 QSize EngrSpin::minimumSizeHint() const {
-  return {TwipsToPixels(*this, m_layout.WidthAround(RoomForDigits())), TwipsToPixels(*this, FieldLayout::MinHeight)};
+  return {TwipsToPixels(*this, m->layout.WidthAround(m->RoomForDigits())),
+          TwipsToPixels(*this, FieldLayout::MinHeight)};
 }
 
 }  // namespace tarvik

@@ -1,8 +1,8 @@
-#include <QAccessible>
+// The properties of a field: the table that all its readers and writers go by, and what each assignment does.
 #include <algorithm>
 
 #include "engrspin/EngrFormat.h"
-#include "engrspin/EngrSpin.h"
+#include "engrspin/EngrSpinPrivate.h"
 #include "engrspin/FieldDefaults.h"
 #include "engrspin/SpinControl.h"
 #include "platform/Accessibility.h"
@@ -26,33 +26,101 @@ constexpr const char *BlankText = "----";
 
 }  // namespace
 
+const PropertyTable &EngrSpin::Private::Properties() {
+  using E = EngrSpin;
+  using Row = PropertyRow<EngrSpin>;
+  // Exponents come before limits: what a limit does to the value depends on them.
+  static const PropertyTable arrProperties{
+      Row::Stored("MaxExponent", HighestExponent, &E::MaxExponent, &E::SetMaxExponent,
+                  "The largest exponent allowed (10^ x)"),
+      Row::Stored("MinExponent", LowestExponent, &E::MinExponent, &E::SetMinExponent,
+                  "The largest negative exponent allowed (10^ -x)"),
+      Row::Stored("Max", DefaultMax, &E::Max, &E::SetMax, "The maximum value allowed"),
+      Row::Stored("Min", DefaultMin, &E::Min, &E::SetMin, "The minimum value allowed"),
+      Row::Stored("NumberFormat", DefaultFormat, &E::NumberFormat, &E::SetNumberFormat,
+                  "Format when not using engineering format (i.e. MinExponent=MaxExponent=0)"),
+      Row::Stored("BaseUnit", "", &E::BaseUnit, &E::SetBaseUnit,
+                  "Returns/sets the abbreviation for the base unit (i.e. s for seconds)"),
+      Row::Stored("Caption", "", &E::Caption, &E::SetCaption,
+                  "Returns/sets the name to be displayed to the left of the value"),
+      Row::Stored("CaptionAlignment", AlignCaptionRight, &E::CaptionAlignment, &E::SetCaptionAlignment,
+                  "Returns/sets the text alignment of the caption"),
+      Row::Stored("CaptionWidth", Single{0}, &E::CaptionWidth, &E::SetCaptionWidth,
+                  "Returns/sets the width in pixels of the caption field"),
+      Row::Stored("DefaultValue", Double{0}, &E::DefaultValue, &E::SetDefaultValue, "Returns/sets the starting value"),
+      Row::Stored("Enabled", True, &E::Enabled, &E::SetEnabled),
+      Row::Stored("Locked", False, &E::Locked, [](E &field, Boolean fLocked) { field.LockControl(fLocked, False); }),
+      Row::Stored("SignificantDigits", MinDigits, &E::SignificantDigits, &E::SetSignificantDigits,
+                  "Returns/sets the number of significant digits when using engineering format (only)."),
+      Row::Stored("SpinCtlVisible", True, &E::SpinCtlVisible, &E::SetSpinCtlVisible,
+                  "Returns/sets the visibility of the spin button"),
+      Row::FormOnly(TypingReplacesProperty, False, &E::TypingReplacesNumber, &E::SetTypingReplacesNumber),
+      Row::Stored("ValueArray", "", &E::ValueArray, &E::SetValueArray),
+      Row::Passing("Value", Double{0}, &E::Value, &E::SetValue, "Returns/sets the current value."),
+      Row::Passing("Reciprocal", Double{0}, &E::Reciprocal, &E::SetReciprocal),
+      Row::Passing("AuxUnits", "", &E::AuxUnits, &E::SetAuxUnits),
+      Row::Passing("AuxValue", Double{0}, &E::AuxValue, &E::SetAuxValue),
+      Row::ReadOnly("OldValue", Double{0}, &E::OldValue),
+      Row::Deaf("Text", "", &E::Text),
+      Row::Deaf("TextBoxWidth", Single{0}, &E::TextBoxWidth, "Read-only; Returns the width of the value field"),
+  };
+  return arrProperties;
+}
+
+PropertyDescriptions EngrSpin::Descriptions() { return DescriptionsOf(Private::Properties()); }
+
+Double EngrSpin::Value() const { return m->number.Value(); }
+Double EngrSpin::OldValue() const { return m->number.OldValue(); }
+Double EngrSpin::Reciprocal() const { return m->number.Reciprocal(); }
+Double EngrSpin::Min() const { return m->number.Min(); }
+Double EngrSpin::Max() const { return m->number.Max(); }
+Long EngrSpin::MinExponent() const { return m->number.MinExponent(); }
+Long EngrSpin::MaxExponent() const { return m->number.MaxExponent(); }
+Long EngrSpin::SignificantDigits() const { return m->number.SignificantDigits(); }
+const std::string &EngrSpin::BaseUnit() const { return m->number.BaseUnit(); }
+const std::string &EngrSpin::NumberFormat() const { return m->number.NumberFormat(); }
+const std::string &EngrSpin::Caption() const { return m->strCaption; }
+Long EngrSpin::CaptionAlignment() const { return m->lngCaptionAlignment; }
+Single EngrSpin::CaptionWidth() const { return m->sngCaptionWidth; }
+Double EngrSpin::DefaultValue() const { return m->dblDefaultValue; }
+Boolean EngrSpin::Enabled() const { return m->fEnabled; }
+Boolean EngrSpin::Locked() const { return m->fLocked; }
+Boolean EngrSpin::SpinCtlVisible() const { return m->layout.fSpinVisible; }
+Boolean EngrSpin::TypingReplacesNumber() const { return m->fTypingReplacesNumber; }
+Single EngrSpin::TextBoxWidth() const { return m->layout.sngTextBoxWidth; }
+const std::string &EngrSpin::ValueArray() const { return m->values.Text(); }
+const std::string &EngrSpin::AuxUnits() const { return m->strAuxUnits; }
+void EngrSpin::SetAuxUnits(const std::string &strUnits) { m->strAuxUnits = strUnits; }
+Double EngrSpin::AuxValue() const { return m->dblAuxValue; }
+void EngrSpin::SetAuxValue(Double dblValue) { m->dblAuxValue = dblValue; }
+
 // ---- rules that all properties share
 
-void EngrSpin::RaiseFieldError(const std::string &strMessage) {
+void EngrSpin::Private::RaiseFieldError(const std::string &strMessage) {
   throw RunTimeError(ErrFieldProperty, strMessage, ErrorSource);
 }
 
-void EngrSpin::PropChanged(const char *strName, bool fResize) {
-  if (m_fLoading || m_site.UserMode()) return;
-  m_site.PropertyChanged(strName);
+void EngrSpin::Private::PropChanged(const char *strName, bool fResize) {
+  if (fLoading || site.UserMode()) return;
+  site.PropertyChanged(strName);
   if (fResize) Layout();
 }
 
-void EngrSpin::UpdateEngrMode() {
-  if (m_fLoading) return;
-  m_number->SetEngrMode(OwnVisible(*lblUnits) && !(MinExponent() == 0 && MaxExponent() == 0));
-  if (m_number->EngrMode()) SetNumberFormat({});
+void EngrSpin::Private::UpdateEngrMode() {
+  if (fLoading) return;
+  number.SetEngrMode(OwnVisible(*lblUnits) && !(field.MinExponent() == 0 && field.MaxExponent() == 0));
+  if (number.EngrMode()) field.SetNumberFormat({});
 }
 
-void EngrSpin::UpdateReadOnly() {
-  m_fReadOnly = !m_fEnabled || m_fLocked;
+void EngrSpin::Private::UpdateReadOnly() {
+  fReadOnly = !fEnabled || fLocked;
   // Enabled gives a locked field its spin button back; the value stays locked all the same.
-  spinCtl->SetLocked(m_fReadOnly);
-  txtNumber->SetLocked(m_fLocked);
+  spinCtl->SetLocked(fReadOnly);
+  txtNumber->SetLocked(fLocked);
 }
 
-Long EngrSpin::CheckedExponent(Long lngExponent) const {
-  if (m_site.UserMode()) return std::clamp(lngExponent / 3 * 3, LowestExponent, HighestExponent);
+Long EngrSpin::Private::CheckedExponent(Long lngExponent) const {
+  if (site.UserMode()) return std::clamp(lngExponent / 3 * 3, LowestExponent, HighestExponent);
   if (lngExponent % 3 != 0) RaiseFieldError("Exponent must be a multiple of 3");
   if (lngExponent > HighestExponent) RaiseFieldError("Exponent too large [>" + CStr(HighestExponent) + "]");
   if (lngExponent < LowestExponent) RaiseFieldError("Exponent too small [<" + CStr(LowestExponent) + "]");
@@ -62,63 +130,64 @@ Long EngrSpin::CheckedExponent(Long lngExponent) const {
 // ---- number
 
 void EngrSpin::SetMaxExponent(Long lngExponent) {
-  m_number->SetMaxExponent(CheckedExponent(lngExponent));
-  PropChanged("MaxExponent", false);
-  UpdateEngrMode();
+  m->number.SetMaxExponent(m->CheckedExponent(lngExponent));
+  m->PropChanged("MaxExponent", false);
+  m->UpdateEngrMode();
 }
 
 void EngrSpin::SetMinExponent(Long lngExponent) {
-  m_number->SetMinExponent(CheckedExponent(lngExponent));
-  PropChanged("MinExponent", false);
-  UpdateEngrMode();
+  m->number.SetMinExponent(m->CheckedExponent(lngExponent));
+  m->PropChanged("MinExponent", false);
+  m->UpdateEngrMode();
 }
 
 void EngrSpin::SetMax(Double dblMax) {
-  m_number->SetMax(dblMax);
-  if (m_fLoading) return;
-  PropChanged("Max", false);
+  m->number.SetMax(dblMax);
+  if (m->fLoading) return;
+  m->PropChanged("Max", false);
   SetValue(Value());
 }
 
 void EngrSpin::SetMin(Double dblMin) {
-  m_number->SetMin(dblMin);
-  if (m_fLoading) return;
-  PropChanged("Min", false);
+  m->number.SetMin(dblMin);
+  if (m->fLoading) return;
+  m->PropChanged("Min", false);
   SetValue(Value());
 }
 
 void EngrSpin::SetSignificantDigits(Long lngDigits) {
-  if (lngDigits < MinDigits || lngDigits > MaxDigits) RaiseFieldError("Significant Digits must be between 4 and 10");
-  m_number->SetSignificantDigits(lngDigits);
+  if (lngDigits < MinDigits || lngDigits > MaxDigits)
+    Private::RaiseFieldError("Significant Digits must be between 4 and 10");
+  m->number.SetSignificantDigits(lngDigits);
   updateGeometry();
-  if (m_fLoading) return;
-  PropChanged("SignificantDigits", false);
+  if (m->fLoading) return;
+  m->PropChanged("SignificantDigits", false);
   SetValue(Value());
 }
 
 void EngrSpin::SetBaseUnit(const std::string &strUnit) {
-  if (strUnit == BaseUnit() && !m_fLoading) return;
-  m_number->SetBaseUnit(strUnit);
+  if (strUnit == BaseUnit() && !m->fLoading) return;
+  m->number.SetBaseUnit(strUnit);
   const bool fShow = !strUnit.empty();
-  if (OwnVisible(*lblUnits) != fShow) {
-    lblUnits->setVisible(fShow);
-    m_layout.lblUnits.fVisible = fShow;
-    m_layout.lblUnits.place.sngWidth = fShow ? UnitsWidth : NoUnitsWidth;
-    NotePart(fShow);
+  if (OwnVisible(*m->lblUnits) != fShow) {
+    m->lblUnits->setVisible(fShow);
+    m->layout.lblUnits.fVisible = fShow;
+    m->layout.lblUnits.place.sngWidth = fShow ? UnitsWidth : NoUnitsWidth;
+    m->NotePart(fShow);
   }
-  UpdateEngrMode();
+  m->UpdateEngrMode();
   SetValue(Value());
-  PropChanged("BaseUnit", true);
+  m->PropChanged("BaseUnit", true);
 }
 
-void EngrSpin::SetNumberFormat(const std::string &strFormat) { m_number->SetNumberFormat(strFormat); }
+void EngrSpin::SetNumberFormat(const std::string &strFormat) { m->number.SetNumberFormat(strFormat); }
 
 void EngrSpin::SetDefaultValue(Double dblValue) {
-  m_dblDefaultValue = dblValue;
-  if (!m_site.UserMode()) SetValue(dblValue);
+  m->dblDefaultValue = dblValue;
+  if (!Site().UserMode()) SetValue(dblValue);
 }
 
-void EngrSpin::SetValueArray(const std::string &strValues) { m_values.SetText(strValues); }
+void EngrSpin::SetValueArray(const std::string &strValues) { m->values.SetText(strValues); }
 
 void EngrSpin::SetDataParameters(Double dblValue, Double dblMin, Double dblMax, Long lngMinExponent,
                                  Long lngMaxExponent) {
@@ -132,173 +201,118 @@ void EngrSpin::SetDataParameters(Double dblValue, Double dblMin, Double dblMax, 
 // ---- looks
 
 void EngrSpin::SetCaption(const std::string &strCaption) {
-  if (strCaption == m_strCaption && !m_fLoading) return;
-  m_strCaption = strCaption;
-  lblCaption->setText(QString::fromStdString(strCaption));
+  if (strCaption == m->strCaption && !m->fLoading) return;
+  m->strCaption = strCaption;
+  m->lblCaption->setText(QString::fromStdString(strCaption));
   if (strCaption.empty()) SetCaptionWidth(0);
-  TellNameChanged(*txtNumber);
-  PropChanged("Caption", false);
+  TellNameChanged(*m->txtNumber);
+  m->PropChanged("Caption", false);
 }
 
 void EngrSpin::SetCaptionAlignment(Long lngAlignment) {
-  m_lngCaptionAlignment = lngAlignment;
+  m->lngCaptionAlignment = lngAlignment;
   const Qt::Alignment horizontal = lngAlignment == AlignCaptionRight    ? Qt::AlignRight
                                    : lngAlignment == AlignCaptionCenter ? Qt::AlignHCenter
                                                                         : Qt::AlignLeft;
-  lblCaption->setAlignment(horizontal | Qt::AlignVCenter);
+  m->lblCaption->setAlignment(horizontal | Qt::AlignVCenter);
 }
 
 void EngrSpin::SetCaptionWidth(Single sngWidth) {
-  if (sngWidth == m_sngCaptionWidth && !m_fLoading) return;
-  m_sngCaptionWidth = sngWidth;
-  const bool fShow = sngWidth != 0, fAppears = fShow && !m_layout.lblCaption.fVisible;
-  SetOwnVisible(*lblCaption, fShow);
-  m_layout.lblCaption.fVisible = fShow;
-  if (sngWidth > 0) m_layout.lblCaption.place.sngWidth = sngWidth;
-  lblCaption->resize(TwipsToPixels(*this, m_layout.lblCaption.place.sngWidth), lblCaption->height());
-  NotePart(fAppears);
-  PropChanged("CaptionWidth", true);
+  if (sngWidth == m->sngCaptionWidth && !m->fLoading) return;
+  m->sngCaptionWidth = sngWidth;
+  const bool fShow = sngWidth != 0, fAppears = fShow && !m->layout.lblCaption.fVisible;
+  SetOwnVisible(*m->lblCaption, fShow);
+  m->layout.lblCaption.fVisible = fShow;
+  if (sngWidth > 0) m->layout.lblCaption.place.sngWidth = sngWidth;
+  m->lblCaption->resize(TwipsToPixels(*this, m->layout.lblCaption.place.sngWidth), m->lblCaption->height());
+  m->NotePart(fAppears);
+  m->PropChanged("CaptionWidth", true);
 }
 
 void EngrSpin::SetSpinCtlVisible(Boolean fVisible) {
-  if (fVisible == SpinCtlVisible() && !m_fLoading) return;
-  SetOwnVisible(*spinCtl, fVisible);
-  m_layout.fSpinVisible = fVisible;
-  NotePart(fVisible);
-  PropChanged("SpinCtlVisible", true);
+  if (fVisible == SpinCtlVisible() && !m->fLoading) return;
+  SetOwnVisible(*m->spinCtl, fVisible);
+  m->layout.fSpinVisible = fVisible;
+  m->NotePart(fVisible);
+  m->PropChanged("SpinCtlVisible", true);
 }
 
 void EngrSpin::SetTypingReplacesNumber(Boolean fReplaces) {
-  if (fReplaces == m_fTypingReplacesNumber) return;
-  m_fTypingReplacesNumber = fReplaces;
-  PropChanged(TypingReplacesProperty, false);
+  if (fReplaces == m->fTypingReplacesNumber) return;
+  m->fTypingReplacesNumber = fReplaces;
+  m->PropChanged(TypingReplacesProperty, false);
 }
 
 void EngrSpin::SetEnabled(Boolean fEnabled) {
-  if (fEnabled != m_fEnabled || m_fLoading) {
-    m_fEnabled = fEnabled;
-    for (QWidget *part : std::initializer_list<QWidget *>{txtNumber, spinCtl, lblCaption, lblUnits})
+  if (fEnabled != m->fEnabled || m->fLoading) {
+    m->fEnabled = fEnabled;
+    for (QWidget *part : std::initializer_list<QWidget *>{m->txtNumber, m->spinCtl, m->lblCaption, m->lblUnits})
       part->setEnabled(fEnabled);
-    txtNumber->setFocusPolicy(fEnabled ? Qt::StrongFocus : Qt::ClickFocus);
+    m->txtNumber->setFocusPolicy(fEnabled ? Qt::StrongFocus : Qt::ClickFocus);
   }
   if (OwnEnabled(*this) != fEnabled) setEnabled(fEnabled);
-  PropChanged("Enabled", false);
-  UpdateReadOnly();
+  m->PropChanged("Enabled", false);
+  m->UpdateReadOnly();
 }
 
 void EngrSpin::LockControl(Boolean fNewValue, Boolean fBlankOut) {
-  m_fLocked = fNewValue;
-  m_fBlanked = fBlankOut && fNewValue;
-  if (m_fTextLocked != fNewValue) {
+  m->fLocked = fNewValue;
+  m->fBlanked = fBlankOut && fNewValue;
+  if (m->fTextLocked != fNewValue) {
     if (fNewValue) {
-      if (m_fEditing) EndEdit();
-      if (m_fBlanked) txtNumber->WriteText(BlankText);
+      if (m->fEditing) m->EndEdit();
+      if (m->fBlanked) m->txtNumber->WriteText(BlankText);
     } else {
       SetValue(Value());
     }
-    m_fTextLocked = fNewValue;
-    txtNumber->setReadOnly(fNewValue);
-    spinCtl->setEnabled(!fNewValue);
-    TellAccessible();
+    m->fTextLocked = fNewValue;
+    m->txtNumber->setReadOnly(fNewValue);
+    m->spinCtl->setEnabled(!fNewValue);
+    m->TellAccessible();
   }
-  PropChanged("Locked", false);
-  UpdateReadOnly();
-}
-
-Boolean EngrSpin::Visible() const { return OwnVisible(*this); }
-
-void EngrSpin::SetVisible(Boolean fShow) { setVisible(fShow); }
-
-void EngrSpin::TellAccessible() {
-  if (!QAccessible::isActive()) return;
-  QAccessibleValueChangeEvent value(txtNumber, Value());
-  QAccessible::updateAccessibility(&value);
-  QAccessibleEvent words(txtNumber, QAccessible::DescriptionChanged);
-  QAccessible::updateAccessibility(&words);
-}
-
-QString EngrSpin::ValueInWords() const {
-  const QString strUnit = OwnVisible(*lblUnits) ? lblUnits->text() : QString();
-  return strUnit.isEmpty() ? txtNumber->text() : txtNumber->text() + QLatin1Char(' ') + strUnit;
+  m->PropChanged("Locked", false);
+  m->UpdateReadOnly();
 }
 
 // ---- persistence
 
 void EngrSpin::InitProperties() {
-  m_number->InitProperties();
-  m_strCaption.clear();
-  m_lngCaptionAlignment = AlignCaptionRight;
-  m_sngCaptionWidth = 0;
-  m_dblDefaultValue = 0;
-  m_fEnabled = True;
-  m_fLocked = False;
-  m_layout.fSpinVisible = true;
-  m_values.SetText({});
-  m_strSavedText = "0";
-  m_cursor.Reset();
+  m->number.InitProperties();
+  m->strCaption.clear();
+  m->lngCaptionAlignment = AlignCaptionRight;
+  m->sngCaptionWidth = 0;
+  m->dblDefaultValue = 0;
+  m->fEnabled = True;
+  m->fLocked = False;
+  m->layout.fSpinVisible = true;
+  m->values.SetText({});
+  m->strSavedText = "0";
+  m->cursor.Reset();
 }
 
 void EngrSpin::ReadProperties(const PropertyBag &bag) {
-  const auto read = [&](const char *strKey, auto vDefault, auto assign) {
-    IgnoreErrors([&] { (this->*assign)(bag.ReadProperty(strKey, vDefault)); });
-  };
-  m_number->SetDecimal(TheHost().DecimalSeparator());
-  m_cursor.SetDecimal(m_number->Decimal());
-  m_fLoading = True;
-  // Exponents come before limits: what a limit does to the value depends on them.
-  read("MaxExponent", HighestExponent, &EngrSpin::SetMaxExponent);
-  read("MinExponent", LowestExponent, &EngrSpin::SetMinExponent);
-  read("Max", DefaultMax, &EngrSpin::SetMax);
-  read("Min", DefaultMin, &EngrSpin::SetMin);
-  read("NumberFormat", DefaultFormat, &EngrSpin::SetNumberFormat);
-  read("BaseUnit", "", &EngrSpin::SetBaseUnit);
-  m_strAuxUnits = BaseUnit();
-  read("Caption", "", &EngrSpin::SetCaption);
-  read("CaptionAlignment", AlignCaptionRight, &EngrSpin::SetCaptionAlignment);
-  read("CaptionWidth", Single{0}, &EngrSpin::SetCaptionWidth);
-  read("DefaultValue", Double{0}, &EngrSpin::SetDefaultValue);
-  read("Enabled", True, &EngrSpin::SetEnabled);
-  IgnoreErrors([&] { LockControl(bag.ReadProperty("Locked", False), False); });
-  read("SignificantDigits", MinDigits, &EngrSpin::SetSignificantDigits);
-  read("SpinCtlVisible", True, &EngrSpin::SetSpinCtlVisible);
-  read("TypingReplacesNumber", False, &EngrSpin::SetTypingReplacesNumber);
-  read("ValueArray", "", &EngrSpin::SetValueArray);
-  m_fLoading = False;
-  IgnoreErrors([&] { UpdateEngrMode(); });
-  IgnoreErrors([&] { SetValue(m_dblDefaultValue); });
-  m_dblAuxValue = Value();
+  m->number.SetDecimal(TheHost().DecimalSeparator());
+  m->cursor.SetDecimal(m->number.Decimal());
+  m->fLoading = True;
+  for (const ControlProperty &property : Private::Properties())
+    if (property.IsRead()) IgnoreErrors([&] { property.Assign(*this, bag); });
+  m->strAuxUnits = BaseUnit();
+  m->fLoading = False;
+  IgnoreErrors([&] { m->UpdateEngrMode(); });
+  IgnoreErrors([&] { SetValue(m->dblDefaultValue); });
+  m->dblAuxValue = Value();
 }
 
-void EngrSpin::ReadAnew(const PropertyBag &bag) {
+void EngrSpin::Private::ReadAnew(const PropertyBag &bag) {
   // What the former reading left behind would act on this one: a lock on the spin button, the value on how a number
   // too small to be held is taken, the exponent on the prefix of 0.
-  m_fLoading = True;
-  if (m_fLocked) LockControl(False, False);
-  m_number->ForgetValue();
+  fLoading = True;
+  if (fLocked) field.LockControl(False, False);
+  number.ForgetValue();
   m_shown = {};
-  ReadProperties(bag);
+  field.ReadProperties(bag);
 }
 
-void EngrSpin::WriteProperties(PropertyBag &bag) const {
-  const std::string strNone;
-  const auto write = [&](const char *strKey, const Variant &vValue, const Variant &vDefault) {
-    IgnoreErrors([&] { bag.WriteProperty(strKey, vValue, vDefault); });
-  };
-  write("BaseUnit", BaseUnit(), strNone);
-  write("Caption", m_strCaption, strNone);
-  write("CaptionAlignment", m_lngCaptionAlignment, AlignCaptionRight);
-  write("CaptionWidth", Double{m_sngCaptionWidth}, Double{0});
-  write("DefaultValue", m_dblDefaultValue, Double{0});
-  write("Enabled", m_fEnabled, True);
-  write("Locked", m_fLocked, False);
-  write("Max", Max(), DefaultMax);
-  write("MaxExponent", MaxExponent(), HighestExponent);
-  write("Min", Min(), DefaultMin);
-  write("MinExponent", MinExponent(), LowestExponent);
-  write("NumberFormat", NumberFormat(), std::string(DefaultFormat));
-  write("SignificantDigits", SignificantDigits(), MinDigits);
-  write("SpinCtlVisible", SpinCtlVisible(), True);
-  write("ValueArray", ValueArray(), strNone);
-}
+void EngrSpin::WriteProperties(PropertyBag &bag) const { WriteStored(*this, Private::Properties(), bag); }
 
 }  // namespace tarvik

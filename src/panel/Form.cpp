@@ -10,11 +10,13 @@
 #include "platform/Accessibility.h"
 #include "platform/CheckBox.h"
 #include "platform/CommandButton.h"
+#include "platform/ControlSite.h"
 #include "platform/Highlight.h"
 #include "platform/ListView.h"
 #include "platform/OptionButton.h"
 #include "platform/PictureBox.h"
 #include "platform/PlainControls.h"
+#include "platform/PropertyBag.h"
 #include "platform/ToolPopup.h"
 #include "support/Conversions.h"
 

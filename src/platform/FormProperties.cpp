@@ -1,10 +1,10 @@
 #include "platform/FormProperties.h"
 
 #include <QDynamicPropertyChangeEvent>
-#include <QWidget>
 #include <cstring>
 #include <optional>
 
+#include "platform/FormControl.h"
 #include "platform/QtHost.h"
 #include "support/Boxes.h"
 
@@ -42,23 +42,23 @@ std::optional<Variant> Converted(const QVariant &value, const Variant &vDefault)
 
 }  // namespace
 
-FormProperties::FormProperties(QWidget &widget, ControlSite &site, std::vector<Property> arrProperties,
+FormProperties::FormProperties(FormControl &control, ControlSite &site, const PropertyTable &arrProperties,
                                std::function<void(const PropertyBag &)> ReadAll)
-    : m_widget(widget), m_site(site), m_arrProperties(std::move(arrProperties)), m_readAll(std::move(ReadAll)) {}
+    : m_control(control), m_site(site), m_arrProperties(arrProperties), m_readAll(std::move(ReadAll)) {}
 
-const FormProperties::Property *FormProperties::Find(const char *strKey) const {
-  for (const Property &property : m_arrProperties)
+const ControlProperty *FormProperties::Find(const char *strKey) const {
+  for (const ControlProperty &property : m_arrProperties)
     if (std::strcmp(property.strKey, strKey) == 0) return &property;
   return nullptr;
 }
 
 void FormProperties::Tell(const std::string &strWhat) const {
-  qWarning("%s \"%s\": %s", m_widget.metaObject()->className(), qPrintable(m_widget.objectName()), strWhat.c_str());
+  qWarning("%s \"%s\": %s", m_control.metaObject()->className(), qPrintable(m_control.objectName()), strWhat.c_str());
 }
 
 QVariant FormProperties::Read(const char *strKey) const {
-  const Property *property = Find(strKey);
-  return property ? std::visit(ToQVariant{}, property->Get()) : QVariant();
+  const ControlProperty *property = Find(strKey);
+  return property ? std::visit(ToQVariant{}, property->Get(m_control)) : QVariant();
 }
 
 void FormProperties::Begin() {
@@ -71,18 +71,19 @@ void FormProperties::BeginNew(const std::function<void()> &init) {
   init();
   m_fLoading = false;
   if (m_site.UserMode()) return;
-  for (const Property &property : m_arrProperties)
-    if (property.fStored && property.Get() != property.vDefault) m_site.PropertyChanged(property.strKey);
+  for (const ControlProperty &property : m_arrProperties)
+    if (property.IsRead() && property.Get(m_control) != property.vDefault) m_site.PropertyChanged(property.strKey);
 }
 
 std::vector<Variant> FormProperties::Standing() const {
   std::vector<Variant> arrValues;
-  for (const Property &property : m_arrProperties)
-    arrValues.push_back(property.Assign && !property.fDeaf ? property.Get() : Variant());
+  for (const ControlProperty &property : m_arrProperties)
+    arrValues.push_back(property.Assign && property.eKind != ControlProperty::Kind::Deaf ? property.Get(m_control)
+                                                                                         : Variant());
   return arrValues;
 }
 
-bool FormProperties::ChangedByHost(const Property &besides) const {
+bool FormProperties::ChangedByHost(const ControlProperty &besides) const {
   if (m_arrStanding.empty()) return false;
   const std::vector<Variant> arrNow = Standing();
   for (std::size_t i = 0; i < arrNow.size(); ++i)
@@ -91,7 +92,7 @@ bool FormProperties::ChangedByHost(const Property &besides) const {
 }
 
 void FormProperties::Write(const char *strKey, const QVariant &value) {
-  const Property *property = Find(strKey);
+  const ControlProperty *property = Find(strKey);
   if (!property || !property->Assign) return;
   EnsureQtHost();
   const auto vValue = Converted(value, property->vDefault);
@@ -106,15 +107,15 @@ void FormProperties::Write(const char *strKey, const QVariant &value) {
   if (m_fLoading && ChangedByHost(*property)) m_fLoading = false;
   if (!m_fLoading) {
     Assign(*property, single);
-    m_site.PropertyAssigned(strKey, property->Get() == property->vDefault);
+    m_site.PropertyAssigned(strKey, property->Get(m_control) == property->vDefault);
     return;
   }
   Load(*property, single);
   m_arrStanding = Standing();
 }
 
-void FormProperties::Load(const Property &property, const PropertyBag &single) {
-  if (!property.fStored) {
+void FormProperties::Load(const ControlProperty &property, const PropertyBag &single) {
+  if (!property.IsRead()) {
     std::erase_if(m_arrPassed, [&](const auto &passed) { return passed.first == &property; });
     m_arrPassed.emplace_back(&property, single);
     Assign(property, single);
@@ -126,13 +127,13 @@ void FormProperties::Load(const Property &property, const PropertyBag &single) {
   m_loaded.Set(property.strKey, vValue);
   m_readAll(m_loaded);
   for (const auto &[passed, bag] : m_arrPassed) Assign(*passed, bag);
-  if (!m_site.UserMode() && property.Get() != vValue)
+  if (!m_site.UserMode() && property.Get(m_control) != vValue)
     Tell(std::string("the property ") + property.strKey + " was refused and has its default");
 }
 
-void FormProperties::Assign(const Property &property, const PropertyBag &bag) {
+void FormProperties::Assign(const ControlProperty &property, const PropertyBag &bag) {
   try {
-    property.Assign(bag);
+    property.Assign(m_control, bag);
   } catch (const RunTimeError &error) {
     if (m_site.UserMode())
       Tell(error.Description());
@@ -142,7 +143,7 @@ void FormProperties::Assign(const Property &property, const PropertyBag &bag) {
 }
 
 void FormProperties::Reset(const char *strKey) {
-  if (const Property *property = Find(strKey)) Write(strKey, std::visit(ToQVariant{}, property->vDefault));
+  if (const ControlProperty *property = Find(strKey)) Write(strKey, std::visit(ToQVariant{}, property->vDefault));
 }
 
 void FormProperties::NoteEvent(QEvent &event) {
@@ -150,7 +151,7 @@ void FormProperties::NoteEvent(QEvent &event) {
   if (event.type() != QEvent::DynamicPropertyChange) return;
   const QByteArray name = static_cast<QDynamicPropertyChangeEvent &>(event).propertyName();
   // The toolkit keeps notes of its own under names with an underscore, and the container gives each control a Tag.
-  const bool fForeign = !name.startsWith('_') && name != "Tag" && m_widget.property(name).isValid();
+  const bool fForeign = !name.startsWith('_') && name != "Tag" && m_control.property(name).isValid();
   if (fForeign) Tell("there is no property " + name.toStdString() + "; it is passed over");
 }
 

@@ -20,18 +20,6 @@ Integer OptionButton::Index() const {
   return *m_intIndex;
 }
 
-QEvent::Type OptionButton::TagChange() {
-  static const auto eType = static_cast<QEvent::Type>(QEvent::registerEventType());
-  return eType;
-}
-
-void OptionButton::SetTag(const std::string &strTag) {
-  m_strTag = strTag;
-  if (!parent()) return;
-  QEvent event(TagChange());
-  QCoreApplication::sendEvent(parent(), &event);
-}
-
 void OptionButton::SetValue(Boolean fValue) {
   if (Value() == fValue) return;
   Choose(fValue);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QEvent>
 #include <QRadioButton>
 #include <optional>
 
@@ -19,12 +18,9 @@ class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
 
   Integer Index() const override;
   const std::string &Tag() const override { return m_strTag; }
-  void SetTag(const std::string &strTag);
+  void SetTag(const std::string &strTag) { m_strTag = strTag; }
   Boolean Value() const override { return isChecked(); }
   void SetValue(Boolean fValue) override;
-
-  /// Type of the event that tells the container of a button that the button's Tag changed.
-  static QEvent::Type TagChange();
 
   /// As the form brings it: changes the choice and raises nothing.
   void SetDesignValue(Boolean fValue);

@@ -4,6 +4,9 @@
 /// meet the library's.
 #ifdef _WIN32
 #define TARVIK_EXPORT
+#define TARVIK_HIDDEN
 #else
 #define TARVIK_EXPORT __attribute__((visibility("default")))
+/// For what stands within an exported class and is not offered.
+#define TARVIK_HIDDEN __attribute__((visibility("hidden")))
 #endif

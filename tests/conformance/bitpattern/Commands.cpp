@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "Commands.h"
-#include "EngrSpinAccess.h"
+#include "engrspin/EngrSpinPrivate.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
 
@@ -91,20 +91,38 @@ void AsUser(Procedure &&procedure) {
   RunUserEvent("BitPattern1", "user", std::forward<Procedure>(procedure));
 }
 
+/// An ordinary key, the text replaced, then Enter.
+void TypeInto(EngrSpin &field, const std::string &strText) {
+  constexpr Integer OrdinaryKey = 191, EnterKey = 13;
+  EngrSpin::Private &inside = EngrSpin::Private::Of(field);
+  inside.KeyDown(OrdinaryKey);
+  inside.txtNumber->WriteText(QString::fromStdString(strText));
+  inside.KeyDown(EnterKey);
+}
+
+/// An arrow key with the digit cursor on one character of the text.
+void StepIn(EngrSpin &field, Integer intKeyCode, Long lngCharacter) {
+  EngrSpin::Private &inside = EngrSpin::Private::Of(field);
+  inside.txtNumber->SetSelStart(lngCharacter);
+  inside.txtNumber->SetSelLength(1);
+  inside.KeyDown(intKeyCode);
+  inside.KeyPress();
+}
+
 using Handler = std::function<void(Session &session, Words &words)>;
 
 void AddUserCommands(std::map<std::string, Handler> &table) {
   table["type"] = [](Session &session, Words &words) {
     EngrSpin &field = session.Field(words.NextField());
     const std::string strText = words.Rest();
-    AsUser([&] { EngrSpinAccess::Type(field, strText); });
+    AsUser([&] { TypeInto(field, strText); });
   };
   table["step"] = [](Session &session, Words &words) {
     EngrSpin &field = session.Field(words.NextField());
     const std::string strDirection = words.Next();
     if (strDirection != "up" && strDirection != "down") throw BadCommand("no direction: " + strDirection);
     const Long lngCharacter = words.AtEnd() ? 0 : words.NextLong();
-    AsUser([&] { EngrSpinAccess::Step(field, strDirection == "up" ? 38 : 40, lngCharacter); });
+    AsUser([&] { StepIn(field, strDirection == "up" ? 38 : 40, lngCharacter); });
   };
   table["menu"] = [](Session &session, Words &words) {
     const Long lngIndex = words.NextLong();

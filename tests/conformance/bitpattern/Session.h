@@ -13,6 +13,7 @@
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
+#include "platform/ControlSite.h"
 #include "platform/OptionButton.h"
 #include "platform/ToolPopup.h"
 #include "support/modGlobals.h"

@@ -173,14 +173,14 @@ void TextBoxCharacter(NumberTextBox &txt, const QString &strCharacter) {
 }
 
 void Key(Session &s, const Json &code) {
-  const auto access = s.Access();
+  EngrSpin::Private &inside = s.Inside();
   const Long lngCode = ToLong(code);
-  if (const Integer intLeft = access.KeyDown(static_cast<Integer>(lngCode))) TextBoxKey(access.txtNumber(), intLeft);
+  if (const Integer intLeft = inside.KeyDown(static_cast<Integer>(lngCode))) TextBoxKey(*inside.txtNumber, intLeft);
 }
 
 void Character(Session &s, const QString &strCharacter) {
-  const auto access = s.Access();
-  if (!access.KeyPress()) TextBoxCharacter(access.txtNumber(), strCharacter);
+  EngrSpin::Private &inside = s.Inside();
+  if (!inside.KeyPress()) TextBoxCharacter(*inside.txtNumber, strCharacter);
 }
 
 Long CodeOf(QChar ch) {
@@ -199,7 +199,7 @@ Long CodeOf(QChar ch) {
 }
 
 void Spin(Session &s, const std::string &strWord) {
-  SpinControl &spin = s.Access().spinCtl();
+  SpinControl &spin = *s.Inside().spinCtl;
   if (!spin.isEnabled() || spin.isHidden()) return;
   if (strWord == "up" || strWord == "down") {
     spin.SetValue(spin.Value() + (strWord == "up" ? 1 : -1));
@@ -209,12 +209,12 @@ void Spin(Session &s, const std::string &strWord) {
 }
 
 void Focus(Session &s, bool fSpin) {
-  QWidget &target = fSpin ? static_cast<QWidget &>(s.Access().spinCtl()) : s.Access().txtNumber();
+  QWidget &target = fSpin ? static_cast<QWidget &>(*s.Inside().spinCtl) : *s.Inside().txtNumber;
   if (target.isEnabled() && !target.isHidden()) target.setFocus(Qt::OtherFocusReason);
 }
 
 void Edit(Session &s, const std::string &strText) {
-  NumberTextBox &txt = s.Access().txtNumber();
+  NumberTextBox &txt = *s.Inside().txtNumber;
   if (txt.isReadOnly() || !txt.isEnabled()) return;
   txt.selectAll();
   txt.insert(QString::fromStdString(strText));
@@ -244,35 +244,34 @@ const std::map<std::string, Call> &Calls() {
        }},
       {"FormatEngr",
        [](Session &s, const Arguments &a) -> Json {
-         std::string strText;
-         s.Number().FormatEngr(ToDouble(a.at(2)), s.Number().ExponentInForce(), strText);
+         const std::string strText = s.MantissaOf(ToDouble(a.at(2)));
          return {strText, s.Number().Exponent()};
        }},
       {"ConvertValue2Engr", [](Session &s, const Arguments &) -> Json { return s.Number().ConvertValue2Engr(); }},
       {"PlaceCursor",
-       [](Session &s, const Arguments &a) -> Json { return s.Access().cursor().PlaceCursor(Mode(a.at(2))), nullptr; }},
+       [](Session &s, const Arguments &a) -> Json { return s.Inside().cursor.PlaceCursor(Mode(a.at(2))), nullptr; }},
       {"MoveCursor",
-       [](Session &s, const Arguments &a) -> Json { return s.Access().cursor().MoveCursor(Mode(a.at(2))), nullptr; }},
-      {"GetCursorDigit", [](Session &s, const Arguments &) -> Json { return s.Access().cursor().GetCursorDigit(); }},
+       [](Session &s, const Arguments &a) -> Json { return s.Inside().cursor.MoveCursor(Mode(a.at(2))), nullptr; }},
+      {"GetCursorDigit", [](Session &s, const Arguments &) -> Json { return s.Inside().cursor.GetCursorDigit(); }},
       {"GetCursorChar",
        [](Session &s, const Arguments &) -> Json {
          Boolean fFirst;
-         const auto strChar = s.Access().cursor().GetCursorChar(fFirst);
+         const auto strChar = s.Inside().cursor.GetCursorChar(fFirst);
          return {QString::fromStdU16String(strChar).toStdString(), bool(fFirst)};
        }},
-      {"GetStepSize", [](Session &s, const Arguments &) -> Json { return Hex(s.Access().GetStepSize()); }},
+      {"GetStepSize", [](Session &s, const Arguments &) -> Json { return Hex(s.Inside().GetStepSize()); }},
       {"GetArrayValue",
        [](Session &s, const Arguments &a) -> Json {
-         return Hex(s.Access().GetArrayValue(static_cast<Integer>(ToLong(a.at(2)))));
+         return Hex(s.Inside().GetArrayValue(static_cast<Integer>(ToLong(a.at(2)))));
        }},
       {"ShowText",
-       [](Session &s, const Arguments &a) -> Json { return s.Access().ShowText(ToText(a.at(2))), nullptr; }},
-      {"BeginEdit", [](Session &s, const Arguments &) -> Json { return s.Access().BeginEdit(), nullptr; }},
-      {"EndEdit", [](Session &s, const Arguments &) -> Json { return s.Access().EndEdit(), nullptr; }},
-      {"NotifyUpdate", [](Session &s, const Arguments &) -> Json { return s.Access().NotifyUpdate(), nullptr; }},
-      {"ParseEntry", [](Session &s, const Arguments &) -> Json { return s.Access().ParseEntry(), nullptr; }},
-      {"StepUp", [](Session &s, const Arguments &) -> Json { return s.Access().StepUp(), nullptr; }},
-      {"StepDown", [](Session &s, const Arguments &) -> Json { return s.Access().StepDown(), nullptr; }},
+       [](Session &s, const Arguments &a) -> Json { return s.Inside().ShowText(ToText(a.at(2))), nullptr; }},
+      {"BeginEdit", [](Session &s, const Arguments &) -> Json { return s.Inside().BeginEdit(), nullptr; }},
+      {"EndEdit", [](Session &s, const Arguments &) -> Json { return s.Inside().EndEdit(), nullptr; }},
+      {"NotifyUpdate", [](Session &s, const Arguments &) -> Json { return s.Inside().NotifyUpdate(), nullptr; }},
+      {"ParseEntry", [](Session &s, const Arguments &) -> Json { return s.Inside().ParseEntry(), nullptr; }},
+      {"StepUp", [](Session &s, const Arguments &) -> Json { return s.Inside().StepUp(), nullptr; }},
+      {"StepDown", [](Session &s, const Arguments &) -> Json { return s.Inside().StepDown(), nullptr; }},
       {"LogError",
        [](Session &, const Arguments &a) -> Json {
          return LogError(ToText(a.at(2)), ToText(a.at(3)), ToLong(a.at(4)), ToText(a.at(5))), nullptr;
@@ -357,7 +356,7 @@ const std::map<std::string, Command> &Commands() {
       {"online", DOES(s.fOnline = ToBool(a.at(1)))},
       {"verbose", DOES(s.fVerbose = ToBool(a.at(1)))},
       {"hook", DOES(Hook(s, a))},
-      {"fault", DOES(s.Number().FailNext(RunTimeError(ToLong(a.at(1)), ToText(a.at(2)))))},
+      {"fault", DOES(s.FailNextText(RunTimeError(ToLong(a.at(1)), ToText(a.at(2)))))},
       {"set", DOES(Properties().at(ToText(a.at(1))).set(s.Field(), a.at(2)))},
       {"get", GIVES(Properties().at(ToText(a.at(1))).get(s.Field()))},
       {"lock", DOES(s.Field().LockControl(ToBool(a.at(1)), ToBool(a.at(2))))},
@@ -374,10 +373,10 @@ const std::map<std::string, Command> &Commands() {
       {"spin", DOES(Spin(s, ToText(a.at(1))))},
       {"focus", DOES(Focus(s, a.size() > 1 && ToText(a[1]) == "spin"))},
       {"blur", DOES(s.Field().parentWidget()->setFocus(Qt::OtherFocusReason))},
-      {"validate", DOES(RunUserEvent("esField", "txtNumber_Validate", [&] { s.Access().Validate(); }))},
-      {"lostfocus", DOES(RunUserEvent("esField", "txtNumber_LostFocus", [&] { s.Access().LostFocus(); }))},
+      {"validate", DOES(RunUserEvent("esField", "txtNumber_Validate", [&] { s.Inside().txtNumber_Validate(); }))},
+      {"lostfocus", DOES(RunUserEvent("esField", "txtNumber_LostFocus", [&] { s.Inside().txtNumber_LostFocus(); }))},
       {"select",
-       DOES(s.Access().txtNumber().SetSelStart(ToLong(a.at(1))); s.Access().txtNumber().SetSelLength(ToLong(a.at(2))))},
+       DOES(s.Inside().txtNumber->SetSelStart(ToLong(a.at(1))); s.Inside().txtNumber->SetSelLength(ToLong(a.at(2))))},
       {"edit", DOES(Edit(s, ToText(a.at(1))))},
       {"resize",
        DOES(s.Field().Resize(static_cast<Single>(ToDouble(a.at(1))), static_cast<Single>(ToDouble(a.at(2)))))},

@@ -46,9 +46,26 @@ std::string Hex(Double dblValue) {
   return text;
 }
 
-std::string FailingNumber::TextOfValue() {
+std::string ScriptedFormat::Text(const EngrNumber &number, Long &lngExponent) const {
   if (failure) throw std::exchange(failure, std::nullopt).value();
-  return EngrNumber::TextOfValue();
+  if (!otherValue) return m_format.Text(number, lngExponent);
+  std::string strText;
+  number.FormatEngr(*std::exchange(otherValue, std::nullopt), lngExponent, strText);
+  return strText;
+}
+
+void Session::FailNextText(const RunTimeError &error) {
+  EngrNumber &number = Number();
+  (number.EngrMode() ? m_engineering : m_plain).failure = error;
+  // A change of the format makes the field write also a value that it shows already.
+  number.SetDecimal(number.Decimal());
+}
+
+std::string Session::MantissaOf(Double dblValue) {
+  EngrNumber &number = Number();
+  (number.EngrMode() ? m_engineering : m_plain).otherValue = dblValue;
+  number.SetDecimal(number.Decimal());
+  return number.ConvertValue2Engr();
 }
 
 Session::Session() {
@@ -79,9 +96,9 @@ void Session::Begin(bool fRun) {
   m_form = std::make_unique<QWidget>();
   m_form->setFocusPolicy(Qt::StrongFocus);
   m_form->resize(600, 200);
-  auto number = std::make_unique<FailingNumber>();
-  m_number = number.get();
-  m_field = new AdapterField(std::move(number), m_form.get(), *this);
+  m_engineering.failure.reset();
+  m_plain.failure.reset();
+  m_field = new AdapterField(EngrNumber(m_engineering, m_plain), m_form.get(), *this);
   m_field->setObjectName("esField");
   m_field->AfterUpdate.Connect([this] { OnAfterUpdate(); });
   m_field->OnTab.Connect([this](Boolean &fSwallow) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QLineEdit>
 #include <QWidget>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -8,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "EngrSpinAccess.h"
+#include "engrspin/EngrSpinPrivate.h"
+#include "engrspin/SpinControl.h"
 #include "support/Host.h"
 #include "support/modGlobals.h"
 
@@ -24,27 +24,26 @@ struct ProtocolError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A number whose next conversion to text can be told to fail.
-class FailingNumber : public EngrNumber {
+/// A format of the field whose next use can be told to fail, or to write another value than the field's.
+class ScriptedFormat : public ValueFormat {
  public:
-  /// The next value written fails, also one that the field shows already.
-  void FailNext(RunTimeError error) {
-    failure = std::move(error);
-    SetDecimal(Decimal());
-  }
-  std::optional<RunTimeError> failure;
+  explicit ScriptedFormat(const ValueFormat &format) : m_format(format) {}
+  std::string Text(const EngrNumber &number, Long &lngExponent) const override;
 
- protected:
-  std::string TextOfValue() override;
+  mutable std::optional<RunTimeError> failure;
+  mutable std::optional<Double> otherValue;
+
+ private:
+  const ValueFormat &m_format;
 };
 
 class AdapterField : public EngrSpin {
  public:
-  AdapterField(std::unique_ptr<EngrNumber> number, QWidget *parent, ControlSite &site)
-      : EngrSpin(std::move(number), parent, site) {
+  AdapterField(EngrNumber number, QWidget *parent, ControlSite &site) : EngrSpin(parent, site) {
+    Private &inside = Private::Of(*this);
+    inside.number = number;
     // The commands do to the text box what its keys would do; nobody pastes or drops a text.
-    auto *text = findChild<QLineEdit *>(QStringLiteral("txtNumber"));
-    QObject::disconnect(text, &QLineEdit::textEdited, nullptr, nullptr);
+    QObject::disconnect(inside.txtNumber, &QLineEdit::textEdited, nullptr, nullptr);
   }
 
  protected:
@@ -63,8 +62,12 @@ class Session : public Host, public ControlSite, public PanelReference {
   void SetPanel(bool fKnown);
 
   EngrSpin &Field() { return *m_field; }
-  EngrSpinAccess Access() { return EngrSpinAccess(*m_field); }
-  FailingNumber &Number() { return *m_number; }
+  EngrSpin::Private &Inside() { return EngrSpin::Private::Of(*m_field); }
+  EngrNumber &Number() { return Inside().number; }
+  /// The next conversion of a value to text fails.
+  void FailNextText(const RunTimeError &error);
+  /// Mantissa of a value in the field's engineering format; its exponent becomes the one in force.
+  std::string MantissaOf(Double dblValue);
   bool HasField() const { return m_field != nullptr; }
   Json State();
 
@@ -100,7 +103,8 @@ class Session : public Host, public ControlSite, public PanelReference {
 
   bool m_fRun = true;
   std::unique_ptr<QWidget> m_form;
-  FailingNumber *m_number = nullptr;
+  ScriptedFormat m_engineering{EngineeringFormat()};
+  ScriptedFormat m_plain{PlainFormat()};
   EngrSpin *m_field = nullptr;
 };
 

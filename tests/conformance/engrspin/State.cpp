@@ -11,30 +11,30 @@ Json Place(const FieldPart &part) {
   return {p.sngLeft, p.sngTop, p.sngWidth, p.sngHeight};
 }
 
-Json Inner(const EngrSpinAccess &a) {
-  return {{"exp", a.number().Exponent()},
-          {"engr", bool(a.number().EngrMode())},
-          {"smallest", Hex(a.number().Smallest())},
-          {"editing", a.fEditing()},
-          {"updating", a.fUpdating()},
-          {"swallow", a.fSwallowKey()},
-          {"readonly", a.fReadOnly()},
-          {"blanked", a.fBlanked()},
-          {"saved", a.strSavedText()},
-          {"curpos", a.cursor().CursorPos()},
-          {"curdigit", a.cursor().CursorDigit()},
-          {"lastmode", a.cursor().LastMode()},
-          {"arr", bool(a.values().ArrayMode())},
-          {"aidx", a.values().Index()},
-          {"acnt", a.values().Count()},
-          {"dec", std::string(1, a.number().Decimal())},
-          {"inkey", a.fInKeyDown()},
-          {"inspin", a.fInSpinChange()},
-          {"inresize", a.fInResize()}};
+Json Inner(const EngrSpin::Private &a) {
+  return {{"exp", a.number.Exponent()},
+          {"engr", bool(a.number.EngrMode())},
+          {"smallest", Hex(a.number.Smallest())},
+          {"editing", bool(a.fEditing)},
+          {"updating", bool(a.fUpdating)},
+          {"swallow", bool(a.fSwallowKey)},
+          {"readonly", bool(a.fReadOnly)},
+          {"blanked", bool(a.fBlanked)},
+          {"saved", a.strSavedText},
+          {"curpos", a.cursor.CursorPos()},
+          {"curdigit", a.cursor.CursorDigit()},
+          {"lastmode", a.cursor.LastMode()},
+          {"arr", bool(a.values.ArrayMode())},
+          {"aidx", a.values.Index()},
+          {"acnt", a.values.Count()},
+          {"dec", std::string(1, a.number.Decimal())},
+          {"inkey", bool(a.fInKeyDown)},
+          {"inspin", bool(a.fInSpinChange)},
+          {"inresize", bool(a.fInResize)}};
 }
 
-void AddControls(Json &st, EngrSpin &f, const EngrSpinAccess &a) {
-  const NumberTextBox &txt = a.txtNumber();
+void AddControls(Json &st, EngrSpin &f, const EngrSpin::Private &a) {
+  const NumberTextBox &txt = *a.txtNumber;
   st["text"] = f.Text();
   st["sel"] = {txt.SelStart(), txt.SelLength()};
   st["align"] = txt.alignment().testFlag(Qt::AlignRight) ? 1 : 0;
@@ -43,26 +43,26 @@ void AddControls(Json &st, EngrSpin &f, const EngrSpinAccess &a) {
   st["tabstop"] = (txt.focusPolicy() & Qt::TabFocus) != 0;
   const bool fGrey = txt.palette().color(QPalette::Active, QPalette::Base) == QColor(0xC0, 0xC0, 0xC0);
   st["back"] = fGrey ? "00C0C0C0" : "80000005";
-  st["units"] = a.lblUnits().text().toStdString();
-  st["unitsvis"] = bool(OwnVisible(a.lblUnits()));
-  st["unitsen"] = bool(OwnEnabled(a.lblUnits()));
-  st["unitsw"] = a.layout().lblUnits.place.sngWidth;
-  st["cap"] = a.lblCaption().text().toStdString();
-  st["capvis"] = bool(OwnVisible(a.lblCaption()));
-  st["capen"] = bool(OwnEnabled(a.lblCaption()));
-  st["capw"] = a.layout().lblCaption.place.sngWidth;
+  st["units"] = a.lblUnits->text().toStdString();
+  st["unitsvis"] = bool(OwnVisible(*a.lblUnits));
+  st["unitsen"] = bool(OwnEnabled(*a.lblUnits));
+  st["unitsw"] = a.layout.lblUnits.place.sngWidth;
+  st["cap"] = a.lblCaption->text().toStdString();
+  st["capvis"] = bool(OwnVisible(*a.lblCaption));
+  st["capen"] = bool(OwnEnabled(*a.lblCaption));
+  st["capw"] = a.layout.lblCaption.place.sngWidth;
   st["capal"] = f.CaptionAlignment();
-  st["spinen"] = bool(OwnEnabled(a.spinCtl()));
-  st["spinvis"] = bool(OwnVisible(a.spinCtl()));
-  st["spinval"] = a.spinCtl().Value();
-  st["focus"] = txt.hasFocus() ? "txt" : a.spinCtl().hasFocus() ? "spin" : "none";
+  st["spinen"] = bool(OwnEnabled(*a.spinCtl));
+  st["spinvis"] = bool(OwnVisible(*a.spinCtl));
+  st["spinval"] = a.spinCtl->Value();
+  st["focus"] = txt.hasFocus() ? "txt" : a.spinCtl->hasFocus() ? "spin" : "none";
   st["flden"] = bool(OwnEnabled(f));
-  st["w"] = a.layout().sngWidth;
-  st["h"] = a.layout().sngHeight;
-  st["rtxt"] = Place(a.layout().txtNumber);
-  st["rspin"] = Place(a.layout().spinCtl);
-  st["rcap"] = Place(a.layout().lblCaption);
-  st["runits"] = Place(a.layout().lblUnits);
+  st["w"] = a.layout.sngWidth;
+  st["h"] = a.layout.sngHeight;
+  st["rtxt"] = Place(a.layout.txtNumber);
+  st["rspin"] = Place(a.layout.spinCtl);
+  st["rcap"] = Place(a.layout.lblCaption);
+  st["runits"] = Place(a.layout.lblUnits);
 }
 
 void AddProperties(Json &st, EngrSpin &f) {
@@ -92,7 +92,7 @@ void AddProperties(Json &st, EngrSpin &f) {
 Json Session::State() {
   Json st = Json::object();
   if (!m_field) return st;
-  const EngrSpinAccess a(*m_field);
+  const EngrSpin::Private &a = EngrSpin::Private::Of(*m_field);
   AddControls(st, *m_field, a);
   AddProperties(st, *m_field);
   st["wb"] = Inner(a);

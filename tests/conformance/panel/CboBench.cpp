@@ -1,6 +1,7 @@
 #include "CboBench.h"
 
 #include "StateReader.h"
+#include "controls/CboEnhancedPrivate.h"
 
 namespace tarvik::paneltest {
 
@@ -87,7 +88,7 @@ std::map<std::string, CboBench::Action> CboBench::Operations() {
          return Written(bag);
        }},
       {"reported", [this](Words &) { return m_site.TakeReported(); }},
-      {"saved", [this](Words &) { return Json(m_list.SavedIndexes()); }},
+      {"saved", [this](Words &) { return Json(CboEnhanced::Private::Of(m_list).strSavedIndexes); }},
       {"view", [this](Words &) { return View(); }},
       {"count", [this](Words &) { return Json(m_list.ListCount()); }},
       {"text", [this](Words &) { return Json(m_list.Text()); }},
@@ -121,14 +122,15 @@ std::map<std::string, CboBench::Action> CboBench::Properties() {
 Json CboBench::View() const {
   Json items = Json::array();
   for (Long i = 0; i < m_list.ListCount(); ++i) items.push_back(Json::array({m_list.ItemText(i), m_list.ItemData(i)}));
-  const CboEnhanced::Layout &layout = m_list.CurrentLayout();
+  const auto &inside = CboEnhanced::Private::Of(m_list);
+  const auto &layout = inside.layout;
   const auto &label = *m_list.findChild<QLabel *>("lblCaption");
   return {
       {"items", items},
       {"index", m_list.ListIndex()},
-      {"listEnabled", static_cast<bool>(OwnEnabled(m_list.List()))},
-      {"back", BackColorName(m_list.List())},
-      {"labelVisible", m_list.LabelVisible()},
+      {"listEnabled", static_cast<bool>(OwnEnabled(*inside.cbo))},
+      {"back", BackColorName(*inside.cbo)},
+      {"labelVisible", static_cast<bool>(OwnVisible(*inside.lblCaption))},
       {"labelEnabled", static_cast<bool>(OwnEnabled(label))},
       {"labelWidth", layout.label.sngWidth},
       {"labelTop", layout.label.sngTop},

@@ -1,4 +1,5 @@
 #include "FrameBench.h"
+#include "controls/FrameEnhancedPrivate.h"
 
 #include <optional>
 
@@ -146,7 +147,7 @@ std::map<std::string, FrameBench::Action> FrameBench::Properties() {
 
 Json FrameBench::View() const {
   Json list = Json::array();
-  for (Control *control : m_frame.ContainedControls()) {
+  for (Control *control : FrameEnhanced::Private::Of(m_frame).ContainedControls()) {
     if (const auto *option = dynamic_cast<const CountingOption *>(control))
       list.push_back({"opt", IndexOf(*option), static_cast<bool>(option->Value()), static_cast<bool>(option->Enabled()),
                       option->intWrites});

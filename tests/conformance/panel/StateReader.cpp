@@ -5,7 +5,7 @@
 #include "Hex.h"
 #include "PanelTestAccess.h"
 #include "bitpattern/BitPattern.h"
-#include "controls/CboEnhanced.h"
+#include "controls/CboEnhancedPrivate.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CheckBox.h"
@@ -115,8 +115,9 @@ void ReadList(const Keys &keys, const std::string &strName, const CboEnhanced &l
   keys.Put(strName + ".ListIndex", list.ListIndex());
   keys.Put(strName + ".Enabled", Flag(list.Enabled()));
   keys.Put(strName + ".Caption", list.Caption());
-  keys.Put(strName + ".BackColor", BackColorName(list.List()));
-  keys.Put("priv." + strName + ".Saved", list.SavedIndexes());
+  const auto &inside = CboEnhanced::Private::Of(list);
+  keys.Put(strName + ".BackColor", BackColorName(*inside.cbo));
+  keys.Put("priv." + strName + ".Saved", inside.strSavedIndexes);
 }
 
 void ReadGroup(const Keys &keys, const std::string &strName, const FrameEnhanced &group) {

@@ -9,7 +9,9 @@
 
 #include "RecordingHost.h"
 #include "WidgetEnvironment.h"
-#include "controls/CboEnhanced.h"
+#include "controls/CboEnhancedPrivate.h"
+#include "platform/PropertyBag.h"
+#include "platform/WidgetControl.h"
 #include "support/modGlobals.h"
 
 namespace tarvik::test {
@@ -17,6 +19,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+const CboEnhanced::Private &Inside(const CboEnhanced &list) { return CboEnhanced::Private::Of(list); }
 
 /// Keeps what a panel would be told.
 class ToldPanel : public PanelReference {
@@ -113,7 +117,7 @@ TEST_F(CboEnhancedTest, AnIndexThatTheListDoesNotHaveIsRefused) {
   intClicks = 0;
   list.RecallListIndex(1);
   EXPECT_EQ(list.Text(), "Internal");
-  EXPECT_EQ(list.SavedIndexes(), "2 ");
+  EXPECT_EQ(Inside(list).strSavedIndexes, "2 ");
   EXPECT_EQ(intClicks, 0);
   EXPECT_THAT(panel.arrTold, IsEmpty());
 
@@ -176,7 +180,7 @@ TEST_F(CboEnhancedTest, AGroupWithoutADefaultItemIsNotFound) {
 
 TEST_F(CboEnhancedTest, ThreePositionsAndNoFourth) {
   list.SetTagX("123");
-  EXPECT_EQ(list.SavedIndexes(), "0 0 0 ");
+  EXPECT_EQ(Inside(list).strSavedIndexes, "0 0 0 ");
   list.SetListIndex(2);
   list.SaveListIndex(4);
   list.SaveListIndex(2);
@@ -213,24 +217,24 @@ TEST_F(CboEnhancedTest, SavingWithoutASelectionKeepsTheEarlierEntry) {
 }
 
 TEST_F(CboEnhancedTest, AnEmptyCaptionGivesTheListTheWholeWidth) {
-  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{1315, 0, 1685, 315}));
-  EXPECT_EQ(list.CurrentLayout().label, (TwipsRect{0, 50, 1215, 265}));
+  EXPECT_EQ(Inside(list).layout.list, (TwipsRect{1315, 0, 1685, 315}));
+  EXPECT_EQ(Inside(list).layout.label, (TwipsRect{0, 50, 1215, 265}));
   list.SetCaption("");
   list.Resize(3000);
-  EXPECT_FALSE(list.LabelVisible());
-  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{0, 0, 3000, 315}));
+  EXPECT_FALSE(OwnVisible(*Inside(list).lblCaption));
+  EXPECT_EQ(Inside(list).layout.list, (TwipsRect{0, 0, 3000, 315}));
 }
 
 TEST_F(CboEnhancedTest, APlaceThatAProgramGaveInTwipsStaysUnrounded) {
   QCoreApplication::processEvents();
-  EXPECT_EQ(list.CurrentLayout().list.sngWidth, 1685);
+  EXPECT_EQ(Inside(list).layout.list.sngWidth, 1685);
 }
 
 TEST_F(CboEnhancedTest, AFormsWidthIsLaidOutAndTheHeightStaysThatOfTheList) {
   list.resize(TwipsToPixels(list, 4500), 200);
   const Single sngWidth = PixelsToTwips(list, list.width());
   EXPECT_NEAR(sngWidth, 4500, 15);
-  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{1315, 0, sngWidth - 1315, 315}));
+  EXPECT_EQ(Inside(list).layout.list, (TwipsRect{1315, 0, sngWidth - 1315, 315}));
   EXPECT_EQ(list.height(), TwipsToPixels(list, 315));
   EXPECT_EQ(Box().geometry(), TwipsToPixels(list, TwipsRect{1315, 0, sngWidth - 1315, 315}));
 }
@@ -277,7 +281,7 @@ TEST_F(CboEnhancedTest, TheLabelHasItsNewWidthAtOnceAndTheListWaitsForTheLayout)
   list.SetCaptionWidth(700);
   EXPECT_EQ(list.findChild<QLabel *>()->width(), TwipsToPixels(list, 700));
   EXPECT_EQ(Box().geometry(), box);
-  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{1315, 0, 1685, 315}));
+  EXPECT_EQ(Inside(list).layout.list, (TwipsRect{1315, 0, 1685, 315}));
 }
 
 TEST_F(CboEnhancedTest, ACaptionThatAppearsIsNotCovered) {
@@ -287,7 +291,7 @@ TEST_F(CboEnhancedTest, ACaptionThatAppearsIsNotCovered) {
   list.SetCaption("Source");
   list.SetCaptionWidth(1215);
   EXPECT_GT(Box().geometry().left(), list.findChild<QLabel *>()->geometry().right());
-  EXPECT_EQ(list.CurrentLayout().list, (TwipsRect{0, 0, 3000, 315}));
+  EXPECT_EQ(Inside(list).layout.list, (TwipsRect{0, 0, 3000, 315}));
 }
 
 TEST_F(CboEnhancedTest, AListThatTheToolkitDisablesIsDisabled) {

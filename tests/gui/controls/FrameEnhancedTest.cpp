@@ -10,6 +10,7 @@
 #include "controls/FrameEnhanced.h"
 #include "platform/CheckBox.h"
 #include "platform/OptionButton.h"
+#include "platform/PropertyBag.h"
 #include "platform/WidgetControl.h"
 #include "support/Variant.h"
 

@@ -11,6 +11,7 @@
 
 #include "WidgetEnvironment.h"
 #include "engrspin/EngrSpin.h"
+#include "platform/PropertyBag.h"
 #include "support/Host.h"
 
 namespace tarvik::test {
