@@ -69,7 +69,7 @@ class TARVIK_EXPORT FormControl : public QWidget, public Control {
   Q_PROPERTY(QVariant key READ Form##key STORED false __VA_ARGS__) \
   QVariant Form##key() const { return PropertyValue(#key); }
 
-#define TARVIK_FORM_ACCESS(key)                                           \
+#define TARVIK_FORM_ACCESS(key)                                               \
   QVariant Form##key() const { return PropertyValue(#key); }                  \
   void SetForm##key(const QVariant &value) { SetPropertyValue(#key, value); } \
   void ResetForm##key() { ResetProperty(#key); }
