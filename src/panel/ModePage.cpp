@@ -175,7 +175,7 @@ void ModePage::optMode_Click() {
 
 Boolean ModePage::IsEnabledForMode(const char *strMask) const { return IsEnabledAt(strMask, m_state.mintModePos); }
 
-// ---- What follows from the mode, one procedure for each control ----
+// ---- Consequences of the mode, one procedure for each control ----
 
 void ModePage::SetCboPulseType() {
   try {
@@ -259,7 +259,7 @@ void ModePage::UpdatePllField() {
 
 void ModePage::CheckPllConflict(Boolean &fConflict) const {
   fConflict = False;
-  if (m_fPllServesOnce) return;
+  if (m_fIgnorePllConflict) return;
   if (!ClaimsPllTwice(cboArmingSource.GetCurrItemData(), cboPeriodSource.GetCurrItemData())) return;
   ShowBox("Pll source already in use!", BoxIcon::Exclamation);
   fConflict = True;
@@ -300,7 +300,7 @@ void ModePage::cboPulseType_Click(CboEnhanced &cboPulseType) {
 }
 
 void ModePage::esPllPeriodOrFreq_OnTab(Boolean &SwallowTab) {
-  // Behind the last field of the page comes its first control again.
+  // The tab order of the page is a ring.
   SwallowTab = True;
   m_panel.EnterVisiblePage();
 }
@@ -344,9 +344,9 @@ void ModePage::UploadMode(Boolean &fOk) {
 
 void ModePage::FitToInstrument() {
   m_state.mfVxiLines = Instr().IsNotRestricted(eLacksVxiLines);
-  if (cboArmingSource.ListCount() > 0 && m_fOffersVxiLines != m_state.mfVxiLines) {
-    // What the refilled list recalls stood for something else in the other one.
-    const QScopedValueRollback<bool> refilling(m_fPllServesOnce, true);
+  if (m_fOffersVxiLines.value_or(m_state.mfVxiLines) != m_state.mfVxiLines) {
+    // The remembered index belongs to the entries that the list had before, so a conflict here means nothing.
+    const QScopedValueRollback<bool> refilling(m_fIgnorePllConflict, true);
     UpdateArmingSource();
   }
   if (m_state.mfDualChannel || ChannelCount() < 2) return;
@@ -359,8 +359,8 @@ void ModePage::DownloadMode() {
   FitToInstrument();
   udtModeInfo mode;
   if (!Instr().GetMode(mode)) return;
-  // Between two sound states the lists may claim the PLL twice, which is nobody's choice.
-  const QScopedValueRollback<bool> servesOnce(m_fPllServesOnce, !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
+  // Filled one after the other, the lists may claim the PLL twice for a moment although the mode read does not.
+  const QScopedValueRollback<bool> filling(m_fIgnorePllConflict, !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
   // The two modes rebuild the lists that depend on them, so they go first and the levels last.
   if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
       SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode)))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <optional>
 
 #include "controls/CboEnhanced.h"
 #include "controls/FrameEnhanced.h"
@@ -14,8 +14,8 @@ namespace tarvik {
 class PatternPage;
 class TimingPage;
 
-/// How the generator runs: trigger mode, pulse mode, and what each of these leaves to be chosen. Each list remembers
-/// the choice for each combination of modes.
+/// How the generator runs: trigger mode, pulse mode and the choices that these leave. Each list remembers its choice
+/// for each combination of modes.
 class ModePage : public Page {
  public:
   ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, PatternPage &pattern);
@@ -56,8 +56,8 @@ class ModePage : public Page {
   void UpdatePulseType();
   void ShowRz(const RzFlags::Change &change);
 
-  /// A session's automatic download comes before the gate has run for its instrument: what that one can do more than
-  /// the one before has to be here to be shown.
+  /// The automatic download of a session runs before EnableControlsForChannels. What the instrument has and the one
+  /// before lacked, VXI lines and channel 2, has to be offered by then, or its settings could not be shown.
   void FitToInstrument();
   ModeFields Fields() const;
   void ShowFields(const ModeFields &fields);
@@ -78,9 +78,10 @@ class ModePage : public Page {
   EngrSpin &esPllPeriodOrFreq;
 
   Event<const RzFlags::Change &>::Connection m_rzConnection;
-  Boolean m_fOffersVxiLines;      ///< the list of arming sources is that of an instrument with VXI lines
-  Boolean m_fPllLevels;           ///< the list of levels tells how the PLL is given
-  bool m_fPllServesOnce = false;  ///< while a mode is read that uses the PLL no more than once
+  /// Whether the list of arming sources is that of an instrument with VXI lines; empty until the list is filled.
+  std::optional<Boolean> m_fOffersVxiLines;
+  Boolean m_fPllLevels;               ///< the list of levels tells how the PLL is given
+  bool m_fIgnorePllConflict = false;  ///< the lists are being filled by the program
 };
 
 }  // namespace tarvik

@@ -114,7 +114,7 @@ TimingPage::TimingPage(QWidget &page, PanelServices &panel)
       toolPopupTEdge(m_form.GetArray<ToolPopup>("toolPopupTEdge")),
       m_outputs(m_form, panel),
       m_diagram(picTiming) {
-  // The drawing keeps its scale however the pixels of the widget come out.
+  // Independent of how the pixels of the widget are rounded.
   picTiming.SetScale(DiagramWidth, DiagramHeight);
   ConnectEvents();
 }
@@ -142,7 +142,7 @@ void TimingPage::Enter() {
 
 Boolean TimingPage::IsPatternMode() const { return m_state.mePulseMode == ePulsePattern; }
 
-Double TimingPage::GetPeriod() const { return m_fIsFrequency ? esPeriodOrFreq.Reciprocal() : esPeriodOrFreq.Value(); }
+Double TimingPage::GetPeriod() const { return IsFrequency() ? esPeriodOrFreq.Reciprocal() : esPeriodOrFreq.Value(); }
 
 Boolean TimingPage::GetWidestWidth(Long lngCount, Double &dblWidth) const {
   if (lngCount < 0 || lngCount > 2) ShowIllegalCase();
@@ -157,7 +157,7 @@ void TimingPage::SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues) {
   Double dblWidth = 0;
   if (!GetWidestWidth(lngCount, dblWidth)) return;
   if (fCheckPeriod)
-    if (const auto dblGrown = PushedPeriod(GetPeriod(), dblWidth, m_fIsFrequency, esPeriodOrFreq.Value()))
+    if (const auto dblGrown = PushedPeriod(GetPeriod(), dblWidth, IsFrequency(), esPeriodOrFreq.Value()))
       esPeriodOrFreq.SetValue(*dblGrown);
   const Double dblPeriod = GetPeriod();
   for (Long k = 0; k < lngCount; ++k) SetChannelRanges(k, dblPeriod, eValues);
@@ -177,9 +177,9 @@ void TimingPage::SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues) 
 void TimingPage::cmdPeriodOrFreq_Click() { SetPeriodOrFreq(True, False); }
 
 void TimingPage::SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency) {
-  if (!fToggle && fToFrequency == m_fIsFrequency) return;
-  m_fIsFrequency = !m_fIsFrequency;
-  const PeriodForm &form = FormOf(m_fIsFrequency);
+  if (!fToggle && fToFrequency == IsFrequency()) return;
+  m_fIsFrequency = !IsFrequency();
+  const PeriodForm &form = FormOf(IsFrequency());
   cmdPeriodOrFreq.SetCaption(form.strCaption);
   esPeriodOrFreq.SetBaseUnit(form.strBaseUnit);
   const Double dblReciprocal = esPeriodOrFreq.Reciprocal();
@@ -255,8 +255,9 @@ void TimingPage::ShowTimingOutputs() { m_outputs.ShowFlags(); }
 
 udtChannelTiming TimingPage::TimingOf(Integer intChan) const {
   const Long k = intChan - 1;
-  return {esPeriodOrFreq.Value(), m_fIsFrequency,           m_state.mfDoublePulse[intChan], esDelay[k].Value(),
-          esWidth[k].Value(),     esLeadingEdge[k].Value(), esTrailingEdge[k].Value()};
+  return {esPeriodOrFreq.Value(),   IsFrequency(),      m_state.mfDoublePulse[intChan],
+          esDelay[k].Value(),       esWidth[k].Value(), esLeadingEdge[k].Value(),
+          esTrailingEdge[k].Value()};
 }
 
 void TimingPage::DrawTiming() {
@@ -288,10 +289,10 @@ void TimingPage::UploadTiming(Boolean &fOk) {
     timing.dblTrailing[i] = esTrailingEdge[k].Value();
     timing.dblWidth[i] = esWidth[k].Value();
   }
-  // The switches travel for both channels, whatever the instrument has.
+  // The output flags are sent for both channels, also to an instrument with one.
   timing.fChannelOutputOn = m_state.mfOutputOn;
   timing.fChannelOutputInvOn = m_state.mfOutputInvOn;
-  timing.dblFrequency = m_fIsFrequency ? esPeriodOrFreq.Value() : esPeriodOrFreq.Reciprocal();
+  timing.dblFrequency = IsFrequency() ? esPeriodOrFreq.Value() : esPeriodOrFreq.Reciprocal();
   if (!Instr().SetTiming(timing)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageTiming);
   fOk = True;
@@ -303,11 +304,11 @@ void TimingPage::DownloadTiming() {
   const Long lngChannels = ChannelCount();
   for (Long i = 1; i <= lngChannels; ++i) ShowChannel(timing, i);
   ShowTimingOutputs();
-  if (m_fIsFrequency)
+  if (IsFrequency())
     esPeriodOrFreq.SetValue(timing.dblFrequency);
   else
     esPeriodOrFreq.SetReciprocal(timing.dblFrequency);
-  // The instrument's values stand, also a width beyond the period; the next edit holds them to the ranges.
+  // The instrument's values stand, even a width beyond the period; the next edit applies the ranges to them.
   SetTimingRanges(False, OutOfRange::Stands);
   DrawTiming();
   m_panel.SetTabState(ePageIsCurrent, ePageTiming);
@@ -315,12 +316,12 @@ void TimingPage::DownloadTiming() {
 
 void TimingPage::ShowChannel(const udtTimingInfo &timing, Long lngChannel) {
   const Long k = lngChannel - 1;
-  // The ranges followed from what stood here before, and would cut what comes now.
+  // The present ranges derive from the values shown so far and would cut the new ones.
   SetRange(esWidth[k], WidthRangeOfForm);
   SetRange(esDelay[k], DelayRangeOfForm);
   esDelay[k].SetValue(timing.dblDelay[lngChannel]);
   esLeadingEdge[k].SetValue(timing.dblLeading[lngChannel]);
-  // Past SetTrailEdgeMode: a download neither enables nor disables.
+  // Not through SetTrailEdgeMode, since a download neither enables nor disables controls.
   TeEqLe(k) = timing.fAutoCoupleLeTe[lngChannel];
   esTrailingEdge[k].SetValue(TeEqLe(k) ? timing.dblLeading[lngChannel] : timing.dblTrailing[lngChannel]);
   esWidth[k].SetValue(timing.dblWidth[lngChannel]);

@@ -11,9 +11,9 @@
 
 namespace tarvik {
 
-/// One period or frequency for the instrument, and delay, width, edges and output switches of each channel, with the
-/// diagram of what they mean. The period yields to the width when the user edits the period; in every other case width
-/// and delay yield to the period.
+/// One period or frequency for the instrument, delay, width, edges and output switches of each channel, and a diagram
+/// of the pulses that they make. The period yields to the width when the user edits the period; in every other case
+/// width and delay yield to the period.
 class TimingPage : public Page {
  public:
   TimingPage(QWidget &page, PanelServices &panel);
@@ -26,9 +26,9 @@ class TimingPage : public Page {
   /// The selected pulse mode is the pattern.
   Boolean IsPatternMode() const;
 
-  /// Draws the diagram anew.
+  /// Draws the whole diagram anew.
   void DrawTiming();
-  /// Leaves the lane of channel 2 out of sight while the instrument has none; the drawing stands until the next one.
+  /// Hides the lane of a channel 2 that the instrument does not have. Draws nothing anew.
   void ShowLanes();
 
   /// Locks and blanks the width of a channel that has none: in pattern mode without return to zero.
@@ -53,6 +53,8 @@ class TimingPage : public Page {
   void esLeadingEdge_AfterUpdate(Integer Index);
   void toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string &strKey);
 
+  /// The field shows a frequency, not a period.
+  Boolean IsFrequency() const { return m_fIsFrequency; }
   /// Seconds, in either form.
   Double GetPeriod() const;
   /// Widest width that the period has to hold; the answer tells whether any channel counts.
@@ -76,8 +78,8 @@ class TimingPage : public Page {
   ControlArray<ToolPopup> toolPopupTEdge;
   ChannelOutputs m_outputs;
   TimingDiagram m_diagram;
-  Boolean m_fIsFrequency;          ///< the field shows a frequency, not a period
-  std::size_t m_lngUpperLane = 0;  ///< how much of the drawing is channel 1's
+  Boolean m_fIsFrequency;
+  std::size_t m_lngUpperLane = 0;  ///< number of primitives drawn for channel 1
   Event<const RzFlags::Change &>::Connection m_rzConnection;
 };
 

@@ -19,15 +19,15 @@ class RzFlags {
 
   /// Channel 1 or 2.
   Boolean operator[](Long lngChannel) const { return m_fRz[lngChannel]; }
-  /// For calls that take the flags by reference. What they read is in force at once, and told by SetRzFromFlags.
+  /// For calls that read the flags by reference. Raises nothing; SetRzFromFlags does so afterwards.
   BooleanArray &Array() { return m_fRz; }
 
   /// Takes the signal formats; each that is not return to zero counts as non-return to zero.
   void SetRzState(Long lngType1, Long lngType2, Boolean fSetGroup, Boolean fUpdateCombos);
   void SetRzFromFlags(Boolean fRz1, Boolean fRz2, Boolean fSetGroup, Boolean fUpdateCombos);
 
-  /// The flags were written, be they the same as before. A listener that writes the options or the pulse types may be
-  /// told of a further change before it returns.
+  /// Raised by every write, also one that changes nothing. Listeners that write options or pulse types cause nested
+  /// writes; the outermost change has the last word.
   Event<const Change &> Changed;
 
  private:

@@ -23,7 +23,7 @@ inline constexpr Double ShortestWidth = 1.515E-9;
 inline constexpr TimeRange WidthRangeOfForm{ShortestWidthOfForm, LongestTime};
 inline constexpr TimeRange DelayRangeOfForm{0, LongestTime};
 
-/// The period holds the width of each channel that pulses, so far as it has one.
+/// What the rules of the period need of a channel.
 struct ChannelWidth {
   Boolean fOutputOn;     ///< normal output
   Boolean fOutputInvOn;  ///< inverse output
@@ -66,7 +66,7 @@ Boolean IsWidthLocked(Boolean fPatternMode, Boolean fRz);
 /// How a trailing edge stands to its leading edge.
 struct TrailEdge {
   Boolean fTeEqLe;         ///< follows the leading edge
-  Boolean fLocked;         ///< and the user has no choice
+  Boolean fLocked;         ///< the user cannot choose
   Boolean fShowsAsBefore;  ///< the lock was not lifted: field and menu keep their state
 };
 
