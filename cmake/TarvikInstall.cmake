@@ -111,8 +111,7 @@ install(DIRECTORY "${CMAKE_SOURCE_DIR}/docs/pictures" DESTINATION "${TARVIK_DOCU
 
 # ---- development: the headers of the public classes and what they include
 tarvik_install_headers(development
-  bitpattern/BitPattern.h bitpattern/PatternBits.h bitpattern/PatternOperations.h bitpattern/PatternStore.h
-  bitpattern/RowInfo.h
+  bitpattern/BitPattern.h bitpattern/ChannelCode.h
   controls/CboEnhanced.h controls/FrameEnhanced.h
   engrspin/EngrSpin.h
   instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h

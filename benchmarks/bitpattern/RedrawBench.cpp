@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Ratios.h"
-#include "bitpattern/BitPattern.h"
+#include "bitpattern/BitPatternPrivate.h"
 #include "bitpattern/WavePicture.h"
 #include "platform/CommandButton.h"
 #include "support/Host.h"
@@ -38,9 +38,6 @@ class SilentHost : public Host {
 
 class Editor : public BitPattern {
  public:
-  using BitPattern::RedrawPattern;
-  using BitPattern::Store;
-
   explicit Editor(Long lngLength) {
     EnableChannel2(True);
     SetPatternInit();
@@ -112,9 +109,7 @@ void Register(const std::string &strName, Editor &editor) {
     QPainter painter(&image);
     painter.setFont(surface.font());
     for (auto _ : state) {
-      // A complete picture would not be drawn again.
-      surface.Cls();
-      editor.RedrawPattern();
+      BitPattern::Private::Of(editor).RedrawPattern();
       painter.fillRect(image.rect(), Qt::black);
       PaintDisplayList(painter, surface.DisplayList(), image.rect(),
                        QSizeF(surface.ScaleWidth(), surface.ScaleHeight()));

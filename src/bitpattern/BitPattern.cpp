@@ -2,9 +2,7 @@
 
 #include <iterator>
 
-#include "bitpattern/HScrollBar.h"
-#include "bitpattern/WavePicture.h"
-#include "bitpattern/WaveformView.h"
+#include "bitpattern/BitPatternPrivate.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
@@ -36,67 +34,71 @@ constexpr Long ToolChannels[] = {eChan1, eChan2, eBoth, eStrobe};
 
 }  // namespace
 
-BitPattern::BitPattern(QWidget *parent, ControlSite &site, const BitPatternForm &form)
-    : QWidget(parent), m_site(site), m_form(form) {
+BitPattern::BitPattern(QWidget *parent) : BitPattern(parent, RunTimeSite()) {}
+
+BitPattern::BitPattern(QWidget *parent, ControlSite &site)
+    : QWidget(parent), m(std::make_unique<Private>(*this, site)) {}
+
+BitPattern::Private::Private(BitPattern &objEditor, ControlSite &objSite) : editor(objEditor), site(objSite) {
   EnsureQtHost();
   CreateControls();
-  m_store.SetLength(CLng(esLast->Value()));
-  m_view = std::make_unique<WaveformView>(*picWave, m_store, m_form.sngScrollHeight);
+  store.SetLength(CLng(esLast->Value()));
+  TakeForm({});
   picWave->Place = [this] {
-    return WavePicture::PlaceInPattern{QString::fromStdString(PlaceInWords()), ActualAddress(), m_store.Length()};
+    return WavePicture::PlaceInPattern{QString::fromStdString(PlaceInWords()), ActualAddress(), store.Length()};
   };
   ConnectControls();
   SetWaveformRange();
   // The first picture is drawn without the mark that every later one makes.
-  m_view->Draw(ActualAddress());
+  view->Draw(ActualAddress());
 }
 
 BitPattern::~BitPattern() = default;
 
 void BitPattern::GetRz(BooleanArray &fRz) const {
-  fRz[1] = m_store.RowOf(eChan1)->fRz;
-  fRz[2] = m_store.RowOf(eChan2)->fRz;
+  fRz[1] = m->store.RowOf(eChan1)->fRz;
+  fRz[2] = m->store.RowOf(eChan2)->fRz;
 }
 
 void BitPattern::SetRz(const BooleanArray &fRz, Boolean fSetGroup) {
   const Boolean fRz1 = fRz[1], fRz2 = fRz[2];
-  m_store.RowOf(eChan1)->fRz = fRz1;
-  m_store.RowOf(eChan2)->fRz = fRz2;
+  m->store.RowOf(eChan1)->fRz = fRz1;
+  m->store.RowOf(eChan2)->fRz = fRz2;
   if (fSetGroup) {
-    grpChannelRzOrNrz[0]->SetArrayIndex(fRz1 ? 0 : 1);
-    grpChannelRzOrNrz[1]->SetArrayIndex(fRz2 ? 2 : 3);
+    m->grpChannelRzOrNrz[0]->SetArrayIndex(fRz1 ? 0 : 1);
+    m->grpChannelRzOrNrz[1]->SetArrayIndex(fRz2 ? 2 : 3);
   }
-  RedrawPattern();
+  m->RedrawPattern();
 }
 
 void BitPattern::EnableChannel2(Boolean fEnable) {
-  m_store.EnableChan2(fEnable);
-  tarvik::SetEnabled(*grpChannelRzOrNrz[1], fEnable);
-  tarvik::SetEnabled(*toolPopup[1], fEnable);
-  tarvik::SetEnabled(*toolPopup[2], fEnable);
+  m->store.EnableChan2(fEnable);
+  tarvik::SetEnabled(*m->grpChannelRzOrNrz[1], fEnable);
+  tarvik::SetEnabled(*m->toolPopup[1], fEnable);
+  tarvik::SetEnabled(*m->toolPopup[2], fEnable);
 }
 
-Long BitPattern::GetPatternArraySize() const { return m_store.GetPatternArraySize(); }
+Long BitPattern::GetPatternArraySize() const { return m->store.GetPatternArraySize(); }
 
-Long BitPattern::GetPatternLength() const { return m_store.Length(); }
+Long BitPattern::GetPatternLength() const { return m->store.Length(); }
 
 Boolean BitPattern::GetPattern(Long eChannel, ByteArray &arr, Long &lngArraySize) const {
-  return m_store.GetPattern(eChannel, arr, lngArraySize);
+  return m->store.GetPattern(eChannel, arr, lngArraySize);
 }
 
-void BitPattern::SetPatternInit() { m_store.SetPatternInit(); }
+void BitPattern::SetPatternInit() { m->store.SetPatternInit(); }
 
 Boolean BitPattern::SetPattern(Long eChannel, const ByteArray &arr, Long lngNumBits) {
   try {
-    return DeliverPattern(eChannel, arr, lngNumBits);
+    return m->DeliverPattern(eChannel, arr, lngNumBits);
   } catch (const RunTimeError &error) {
     LogError(ModuleName, "SetPattern", error.Number(), error.Description());
     return False;
   }
 }
 
-Boolean BitPattern::DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits) {
-  if (!m_store.TakePattern(eChannel, arr)) return False;
+Boolean BitPattern::Private::DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits) {
+  if (!store.TakePattern(eChannel, arr)) return False;
   // Twice, so that the field's old value is the new length too: no growth is seen, and no generator runs over
   // what was just delivered.
   esLast->SetValue(lngNumBits);
@@ -109,28 +111,29 @@ Boolean BitPattern::Enabled() const { return OwnEnabled(*this); }
 
 Boolean BitPattern::Visible() const { return OwnVisible(*this); }
 
+void BitPattern::SetVisible(Boolean fShow) { setVisible(fShow); }
+
 void BitPattern::SetFocus() { GiveFocus(*this); }
 
 void BitPattern::SetEnabled(Boolean fEnable) {
   setEnabled(fEnable);
-  m_site.PropertyChanged("Enabled");
+  m->site.PropertyChanged("Enabled");
 }
 
-Long BitPattern::ToolIndexToChannel(Long lngIndex) {
+Long BitPattern::Private::ToolIndexToChannel(Long lngIndex) {
   if (lngIndex >= 0 && lngIndex < static_cast<Long>(std::size(ToolChannels))) return ToolChannels[lngIndex];
   ShowStopMessage("Invalid case");
   return eChan1;
 }
 
-Long BitPattern::ActualAddress() const { return CLng(esAddress->Value()); }
+Long BitPattern::Private::ActualAddress() const { return CLng(esAddress->Value()); }
 
-std::string BitPattern::PlaceInWords() const {
-  const std::string strAddress =
-      "address " + std::to_string(ActualAddress()) + " of " + std::to_string(m_store.Length());
-  const Long lngCode = m_view->Selected();
-  if (!m_store.RowOf(lngCode)) return "no row selected, " + strAddress;
+std::string BitPattern::Private::PlaceInWords() const {
+  const std::string strAddress = "address " + std::to_string(ActualAddress()) + " of " + std::to_string(store.Length());
+  const Long lngCode = view->Selected();
+  if (!store.RowOf(lngCode)) return "no row selected, " + strAddress;
   Long lngValue = 0;
-  m_store.ReadChannelBit(lngCode, ActualAddress(), lngValue);
+  store.ReadChannelBit(lngCode, ActualAddress(), lngValue);
   if (lngCode == eBoth)
     return "Both channels, " + strAddress + ", channel 1 bit " + std::to_string(lngValue & 1) + ", channel 2 bit " +
            std::to_string(lngValue >> 1);
@@ -138,13 +141,13 @@ std::string BitPattern::PlaceInWords() const {
   return strRow + ", " + strAddress + ", bit " + std::to_string(lngValue);
 }
 
-void BitPattern::RedrawPattern() {
-  m_view->Draw(ActualAddress());
+void BitPattern::Private::RedrawPattern() {
+  view->Draw(ActualAddress());
   picWave->TellPlace();
   if (PanelReference *panel = gobjPanel()) panel->SetTabState(ePageIsDirty, eCurrPage);
 }
 
-void BitPattern::SetWaveformRange() {
+void BitPattern::Private::SetWaveformRange() {
   if (fInRange) return;
   fInRange = True;
   try {
@@ -157,13 +160,13 @@ void BitPattern::SetWaveformRange() {
   fInRange = False;
 }
 
-void BitPattern::UpdateRange() {
+void BitPattern::Private::UpdateRange() {
   if (esLast->Value() < esAddress->Value()) esAddress->SetValue(esLast->Value());
   if (esLast->Value() != esAddress->Max()) esAddress->SetMax(esLast->Value());
   if (esLast->Value() != HScroll1->Max()) {
     HScroll1->SetMin(1);
     HScroll1->SetMax(CInt(esLast->Value()));
-    HScroll1->SetLargeChange(static_cast<Integer>(m_view->CellsPerView()));
+    HScroll1->SetLargeChange(static_cast<Integer>(view->CellsPerView()));
   }
   tarvik::SetEnabled(*HScroll1, HScroll1->Max() >= MinScrollLength);
   if (esAddress->Value() != HScroll1->Value()) {
@@ -172,91 +175,91 @@ void BitPattern::UpdateRange() {
   }
 }
 
-void BitPattern::SelectAndRedraw(Long lngCode) {
-  m_view->Select(lngCode);
+void BitPattern::Private::SelectAndRedraw(Long lngCode) {
+  view->Select(lngCode);
   RedrawPattern();
 }
 
-void BitPattern::HandKeysToPicture() {
+void BitPattern::Private::HandKeysToPicture() {
   // A row is selected to work on it. The button has had the focus first, so that an address that was being typed
   // counts.
   picWave->setFocus(Qt::OtherFocusReason);
 }
 
-void BitPattern::toolPopup_ButtonClick(Long lngIndex) {
+void BitPattern::Private::toolPopup_ButtonClick(Long lngIndex) {
   HandKeysToPicture();
   SelectAndRedraw(ToolIndexToChannel(lngIndex));
 }
 
-void BitPattern::toolPopup_ButtonMenuClick(Long lngIndex, const std::string &strKey) {
+void BitPattern::Private::toolPopup_ButtonMenuClick(Long lngIndex, const std::string &strKey) {
   const Long lngCode = ToolIndexToChannel(lngIndex);
   HandKeysToPicture();
-  m_view->Select(lngCode);
-  m_operations.RunByKey(strKey, lngCode, ActualAddress());
+  view->Select(lngCode);
+  operations.RunByKey(strKey, lngCode, ActualAddress());
   RedrawPattern();
 }
 
-void BitPattern::cmdNumOrGraph_Click() {
+void BitPattern::Private::cmdNumOrGraph_Click() {
   const bool fToDigits = cmdNumOrGraph->Caption() == NumericalCaption;
   cmdNumOrGraph->SetCaption(fToDigits ? GraphicalCaption : NumericalCaption);
-  for (const Long lngCode : {eChan1, eChan2, eStrobe}) m_store.RowOf(lngCode)->fNumeric = fToDigits;
+  for (const Long lngCode : {eChan1, eChan2, eStrobe}) store.RowOf(lngCode)->fNumeric = fToDigits;
   RedrawPattern();
 }
 
-void BitPattern::optChannelRzNrz_Click() {
-  SetRz(BooleanArray(1, {optChannelRzNrz[0]->Value(), optChannelRzNrz[2]->Value()}), False);
-  RzChange.Raise();
+void BitPattern::Private::optChannelRzNrz_Click() {
+  editor.SetRz(BooleanArray(1, {optChannelRzNrz[0]->Value(), optChannelRzNrz[2]->Value()}), False);
+  editor.RzChange.Raise();
 }
 
-void BitPattern::esAddress_AfterUpdate() { SetWaveformRange(); }
+void BitPattern::Private::esAddress_AfterUpdate() { SetWaveformRange(); }
 
-void BitPattern::esLast_AfterUpdate() {
-  m_store.SetLength(CLng(esLast->Value()));
-  if (esLast->OldValue() < m_store.Length()) m_operations.Grow(CLng(esLast->OldValue()));
+void BitPattern::Private::esLast_AfterUpdate() {
+  store.SetLength(CLng(esLast->Value()));
+  if (esLast->OldValue() < store.Length()) operations.Grow(CLng(esLast->OldValue()));
   SetWaveformRange();
 }
 
-void BitPattern::HScroll1_Change() {
+void BitPattern::Private::HScroll1_Change() {
   fInRange = True;
   esAddress->SetValue(HScroll1->Value());
   RedrawPattern();
   fInRange = False;
 }
 
-void BitPattern::HScroll1_GotFocus() { SetFocusIfEnabled(*picWave); }
+void BitPattern::Private::HScroll1_GotFocus() { SetFocusIfEnabled(*picWave); }
 
-void BitPattern::MoveTo(Double dblAddress) {
+void BitPattern::Private::MoveTo(Double dblAddress) {
   esAddress->SetValue(dblAddress);
   SetWaveformRange();
 }
 
-void BitPattern::StepSelection(Long lngCode) {
-  if (lngCode >= eChan1 && lngCode <= eStrobe) m_view->Select(lngCode);
+void BitPattern::Private::StepSelection(Long lngCode) {
+  if (lngCode >= eChan1 && lngCode <= eStrobe) view->Select(lngCode);
   RedrawPattern();
 }
 
-void BitPattern::KeyDownOnRow(Integer intKeyCode) {
+void BitPattern::Private::KeyDownOnRow(Integer intKeyCode) {
   switch (intKeyCode) {
     case KeyLeft: MoveTo(ActualAddress() - 1); break;
     case KeyHome: MoveTo(1); break;
     case KeyRight: MoveTo(ActualAddress() + 1); break;
     case KeyEnd: MoveTo(esLast->Value()); break;
-    case KeyUp: StepSelection(m_view->Selected() / 2); break;
-    case KeyDown: StepSelection(m_view->Selected() * 2); break;
+    case KeyUp: StepSelection(view->Selected() / 2); break;
+    case KeyDown: StepSelection(view->Selected() * 2); break;
     default: break;
   }
 }
 
-void BitPattern::picWave_KeyDown(Integer &intKeyCode) {
+void BitPattern::Private::picWave_KeyDown(Integer &intKeyCode) {
   if (m_fInKeyDown) return;
-  const EntryGuard guard(*this, m_fInKeyDown);
-  if (m_view->Selected() != 0) KeyDownOnRow(intKeyCode);
+  const EntryGuard guard(editor, m_fInKeyDown);
+  if (view->Selected() != 0) KeyDownOnRow(intKeyCode);
   if (intKeyCode >= KeyPageUp && intKeyCode <= KeyDown) intKeyCode = 0;
 }
 
-void BitPattern::picWave_KeyPress(char32_t character) {
-  if (m_fInKeyPress || m_view->Selected() == 0) return;
-  const EntryGuard guard(*this, m_fInKeyPress);
+void BitPattern::Private::picWave_KeyPress(char32_t character) {
+  if (m_fInKeyPress || view->Selected() == 0) return;
+  const EntryGuard guard(editor, m_fInKeyPress);
   const bool fDigit = character >= U'0' && character <= U'3';
   const bool fSign = character == U'+' || character == U'-';
   if (!fDigit && !fSign) return;
@@ -265,17 +268,17 @@ void BitPattern::picWave_KeyPress(char32_t character) {
   const Long lngAddress = ActualAddress();
   const Long lngValue = fDigit ? static_cast<Long>(character - U'0') : ToggleValue;
   Boolean fDone;
-  m_store.WriteChannelBit(m_view->Selected(), lngAddress, lngValue, fDone);
+  store.WriteChannelBit(view->Selected(), lngAddress, lngValue, fDone);
   if (fDone) esAddress->SetValue(lngAddress + 1);
   SetWaveformRange();
 }
 
-void BitPattern::picWave_MouseDown(Integer intButton, Single sngX, Single sngY) {
+void BitPattern::Private::picWave_MouseDown(Integer intButton, Single sngX, Single sngY) {
   if (intButton != LeftButton) return;
   for (const Long lngCode : ToolChannels) {
     const bool fOfChannel2 = lngCode == eChan2 || lngCode == eBoth;
-    if (fOfChannel2 && !m_store.Chan2Enabled()) continue;
-    if (m_view->SelectRowAt(lngCode, sngX, sngY)) RedrawPattern();
+    if (fOfChannel2 && !store.Chan2Enabled()) continue;
+    if (view->SelectRowAt(lngCode, sngX, sngY)) RedrawPattern();
   }
 }
 

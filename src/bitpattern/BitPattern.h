@@ -1,47 +1,33 @@
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <memory>
-#include <string>
 
-#include "bitpattern/PatternOperations.h"
-#include "bitpattern/PatternStore.h"
-#include "platform/ControlSite.h"
-#include "platform/WidgetControl.h"
+#include "bitpattern/ChannelCode.h"
+#include "support/Control.h"
 #include "support/DynamicArray.h"
 #include "support/Event.h"
 #include "support/Export.h"
 
 namespace tarvik {
 
-class CommandButton;
-class EngrSpin;
-class FrameEnhanced;
-class HScrollBar;
-class OptionButton;
-class ToolPopup;
-class WaveformView;
-class WavePicture;
-
-/// Sizes of the editor's form that its view is computed from, in twips.
-struct BitPatternForm {
-  Single sngPictureWidth = 5175;
-  Single sngPictureHeight = 2175;
-  Single sngScrollHeight = 255;
-};
+class ControlSite;
 
 /// Editor of one digital pattern: up to 16384 addresses, each with a bit for channel 1, for channel 2 and for the
 /// strobe, shown as waveforms or digits. The pattern scrolls under the cell of the actual address; keys write bits
 /// there, menus change whole stretches. Every redraw marks the panel's page in front dirty.
 ///
-/// Channel codes: 1 channel 1, 2 channel 2, 8 strobe. A refused call shows a stop box, answers false and leaves the
+/// eChannel is one of eChan1, eChan2 and eStrobe. A refused call shows a stop box, answers false and leaves the
 /// pattern as it was; a run-time failure is reported and logged and answers false.
 class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   Q_OBJECT
 
  public:
-  explicit BitPattern(QWidget *parent = nullptr, ControlSite &site = RunTimeSite(), const BitPatternForm &form = {});
+  class Private;
+
+  explicit BitPattern(QWidget *parent = nullptr);
+  /// In a container, which is told of changes of properties.
+  BitPattern(QWidget *parent, ControlSite &site);
   ~BitPattern() override;
 
   /// Whether channel 1 and channel 2 return to zero, into the entries 1 and 2. Error 9 for an array without them.
@@ -67,7 +53,7 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   Boolean Enabled() const override;
   void SetEnabled(Boolean fEnable) override;
   Boolean Visible() const override;
-  void SetVisible(Boolean fShow) override { setVisible(fShow); }
+  void SetVisible(Boolean fShow) override;
   /// The keyboard always works on the picture.
   void SetFocus() override;
 
@@ -78,70 +64,12 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   Event<> RzChange;
 
  protected:
-  static Long ToolIndexToChannel(Long lngIndex);
-
-  void RedrawPattern();
-  /// Makes address field, length field and scroll bar agree.
-  void SetWaveformRange();
-
-  void toolPopup_ButtonClick(Long lngIndex);
-  void toolPopup_ButtonMenuClick(Long lngIndex, const std::string &strKey);
-  void cmdNumOrGraph_Click();
-  void optChannelRzNrz_Click();
-  void esAddress_AfterUpdate();
-  void esLast_AfterUpdate();
-  void HScroll1_Change();
-  void HScroll1_GotFocus();
-  /// Sets the key code to 0 for a key of the editor.
-  void picWave_KeyDown(Integer &intKeyCode);
-  void picWave_KeyPress(char32_t character);
-  void picWave_MouseDown(Integer intButton, Single sngX, Single sngY);
-
-  PatternStore &Store() { return m_store; }
-  PatternOperations &Operations() { return m_operations; }
-  WaveformView &View() { return *m_view; }
-  Boolean InRange() const { return fInRange; }
-
   void changeEvent(QEvent *event) override;
   /// Hands the focus on to the picture. As its proxy the picture would draw the tab key past what stands before it.
   void focusInEvent(QFocusEvent *event) override;
 
  private:
-  void CreateControls();
-  void CreateToolPopups();
-  void CreatePicture();
-  void CreateGroup(Integer intGroup, const char *strCaption);
-  void ConnectControls();
-  void PlaceControls();
-  void UpdateRange();
-  Boolean DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits);
-  Long ActualAddress() const;
-  /// "Channel 1, address 5 of 128, bit 1", for those who do not see the picture.
-  std::string PlaceInWords() const;
-  void MoveTo(Double dblAddress);
-  void HandKeysToPicture();
-  void SelectAndRedraw(Long lngCode);
-  void StepSelection(Long lngCode);
-  void KeyDownOnRow(Integer intKeyCode);
-
-  ControlSite &m_site;
-  const BitPatternForm m_form;
-  PatternStore m_store;
-  PatternOperations m_operations{m_store};
-  std::unique_ptr<WaveformView> m_view;
-
-  WavePicture *picWave = nullptr;
-  HScrollBar *HScroll1 = nullptr;
-  std::array<ToolPopup *, 4> toolPopup{};
-  CommandButton *cmdNumOrGraph = nullptr;
-  EngrSpin *esAddress = nullptr;
-  EngrSpin *esLast = nullptr;
-  std::array<FrameEnhanced *, 2> grpChannelRzOrNrz{};
-  std::array<OptionButton *, 4> optChannelRzNrz{};
-
-  Boolean fInRange;
-  bool m_fInKeyDown = false;
-  bool m_fInKeyPress = false;
+  const std::unique_ptr<Private> m;
 };
 
 }  // namespace tarvik

@@ -3,9 +3,7 @@
 #include <QFocusEvent>
 #include <QGroupBox>
 
-#include "bitpattern/BitPattern.h"
-#include "bitpattern/HScrollBar.h"
-#include "bitpattern/WavePicture.h"
+#include "bitpattern/BitPatternPrivate.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
@@ -76,43 +74,49 @@ QString Indexed(const char *strName, int intIndex) {
 
 }  // namespace
 
-void BitPattern::CreateControls() {
+void BitPattern::Private::CreateControls() {
   // The grey is fixed, so the texts on it may not follow a dark theme.
-  QPalette colours = palette();
+  QPalette colours = editor.palette();
   const QColor grey = ToQColor(FormColour);
   colours.setColor(QPalette::Window, grey);
   colours.setColor(QPalette::WindowText, Qt::black);
   colours.setColor(QPalette::Disabled, QPalette::WindowText, DisabledText(Qt::black, grey));
-  setPalette(colours);
-  setAutoFillBackground(true);
+  editor.setPalette(colours);
+  editor.setAutoFillBackground(true);
 
-  cmdNumOrGraph = new CommandButton(this);
+  cmdNumOrGraph = new CommandButton(&editor);
   cmdNumOrGraph->setObjectName(QStringLiteral("cmdNumOrGraph"));
   cmdNumOrGraph->SetCaption("Numerical");
   cmdNumOrGraph->setToolTip(QStringLiteral("Toggle between numerical and graphical pattern views"));
-  esAddress = MakeField(this, "esAddress", "Address that the keys write and the operations start from",
+  esAddress = MakeField(&editor, "esAddress", "Address that the keys write and the operations start from",
                         FieldProperties("Actual Address", 1));
-  esLast = MakeField(this, "esLast", "Addresses in the pattern, 2 to 16384", FieldProperties("Length (Last)", 2));
+  esLast = MakeField(&editor, "esLast", "Addresses in the pattern, 2 to 16384", FieldProperties("Length (Last)", 2));
 
   CreateToolPopups();
   CreatePicture();
   CreateGroup(0, " Channel 1 ");
   CreateGroup(1, " Channel 2 ");
 
-  auto *lblTip = new Label(this);
+  auto *lblTip = new Label(&editor);
   lblTip->setObjectName(QStringLiteral("lblTip"));
   lblTip->setText(QStringLiteral("Label1"));
   lblTip->hide();
+}
 
+void BitPattern::Private::TakeForm(const BitPatternForm &sizes) {
+  form = sizes;
+  picWave->SetScale(form.sngPictureWidth, form.sngPictureHeight);
+  view = std::make_unique<WaveformView>(*picWave, store, form.sngScrollHeight);
+  HScroll1->SetLargeChange(static_cast<Integer>(view->CellsPerView()));
   PlaceControls();
 }
 
-void BitPattern::CreateToolPopups() {
+void BitPattern::Private::CreateToolPopups() {
   std::vector<ToolPopup::Entry> arrEntries;
   for (const auto &operation : PatternOperations::Operations())
     arrEntries.emplace_back(operation.strKey, operation.strCaption);
   for (std::size_t i = 0; i < toolPopup.size(); ++i) {
-    toolPopup[i] = new ToolPopup(this);
+    toolPopup[i] = new ToolPopup(&editor);
     toolPopup[i]->setObjectName(Indexed("toolPopup", static_cast<int>(i)));
     toolPopup[i]->SetCaption(ToolRows[i].strCaption);
     toolPopup[i]->setToolTip(QString::fromLatin1(ToolRows[i].strToolTip));
@@ -120,12 +124,11 @@ void BitPattern::CreateToolPopups() {
   }
 }
 
-void BitPattern::CreatePicture() {
-  picWave = new WavePicture(this);
+void BitPattern::Private::CreatePicture() {
+  picWave = new WavePicture(&editor);
   picWave->setObjectName(QStringLiteral("picWave"));
   picWave->SetBackColor(PictureColour);
   picWave->SetForeColor(TraceColour);
-  picWave->SetScale(m_form.sngPictureWidth, m_form.sngPictureHeight);
   picWave->setAccessibleName(QStringLiteral("Pattern"));
   picWave->setToolTip(QStringLiteral("A click selects the row; keys write bits at the actual address"));
   picWave->setAccessibleDescription(
@@ -140,8 +143,8 @@ void BitPattern::CreatePicture() {
   HScroll1->SetMin(1);
 }
 
-void BitPattern::CreateGroup(Integer intGroup, const char *strCaption) {
-  auto *group = new FrameEnhanced(this, RunTimeSite());
+void BitPattern::Private::CreateGroup(Integer intGroup, const char *strCaption) {
+  auto *group = new FrameEnhanced(&editor, RunTimeSite());
   grpChannelRzOrNrz[static_cast<std::size_t>(intGroup)] = group;
   group->setObjectName(Indexed("grpChannelRzOrNrz", intGroup));
   group->ReadProperties({{"Caption", std::string(strCaption)}});
@@ -157,7 +160,7 @@ void BitPattern::CreateGroup(Integer intGroup, const char *strCaption) {
   }
 }
 
-void BitPattern::ConnectControls() {
+void BitPattern::Private::ConnectControls() {
   cmdNumOrGraph->Click.Connect([this] { cmdNumOrGraph_Click(); });
   esAddress->AfterUpdate.Connect([this] { esAddress_AfterUpdate(); });
   esLast->AfterUpdate.Connect([this] { esLast_AfterUpdate(); });
@@ -176,9 +179,9 @@ void BitPattern::ConnectControls() {
   for (OptionButton *option : optChannelRzNrz) option->Click.Connect([this] { optChannelRzNrz_Click(); });
 }
 
-void BitPattern::PlaceControls() {
+void BitPattern::Private::PlaceControls() {
   const auto place = [this](QWidget *widget, const TwipsRect &rect) {
-    widget->setGeometry(TwipsToPixels(*this, rect));
+    widget->setGeometry(TwipsToPixels(editor, rect));
   };
   const auto move = [](EngrSpin *field, const TwipsRect &rect) {
     field->Move(rect.sngLeft, rect.sngTop, rect.sngWidth, rect.sngHeight);
@@ -188,22 +191,22 @@ void BitPattern::PlaceControls() {
   move(esLast, LastPlace);
   for (std::size_t i = 0; i < toolPopup.size(); ++i)
     place(toolPopup[i], {ToolLeft, ToolRows[i].sngTop, ToolWidth, ToolHeight});
-  place(picWave, {PictureLeft, PictureTop, m_form.sngPictureWidth, m_form.sngPictureHeight});
-  HScroll1->Move({0, m_form.sngPictureHeight - m_form.sngScrollHeight, m_form.sngPictureWidth, m_form.sngScrollHeight});
+  place(picWave, {PictureLeft, PictureTop, form.sngPictureWidth, form.sngPictureHeight});
+  HScroll1->Move({0, form.sngPictureHeight - form.sngScrollHeight, form.sngPictureWidth, form.sngScrollHeight});
   for (std::size_t i = 0; i < optChannelRzNrz.size(); ++i) {
     place(grpChannelRzOrNrz[i / 2], GroupPlaces[i / 2]);
     place(optChannelRzNrz[i], OptionPlaces[i % 2]);
   }
 }
 
-void BitPattern::focusInEvent(QFocusEvent *event) { picWave->setFocus(event->reason()); }
+void BitPattern::focusInEvent(QFocusEvent *event) { m->picWave->setFocus(event->reason()); }
 
 QSize BitPattern::sizeHint() const { return TwipsToPixels(*this, TwipsRect{0, 0, FormWidth, FormHeight}).size(); }
 
 void BitPattern::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
   // Everything placed in twips grows with the font.
-  if (event->type() == QEvent::FontChange && picWave) PlaceControls();
+  if (event->type() == QEvent::FontChange && m) m->PlaceControls();
 }
 
 }  // namespace tarvik

@@ -1,11 +1,9 @@
 #pragma once
 
+#include "bitpattern/ChannelCode.h"
 #include "support/Types.h"
 
 namespace tarvik {
-
-/// Channel codes of the editor. They are powers of two, so that a sum tells a set of channels.
-enum ChannelCode : Long { eChan1 = 1, eChan2 = 2, eBoth = 4, eStrobe = 8 };
 
 /// What last filled a row, and so what fills it again when the pattern grows.
 enum Generator : Long {

@@ -52,39 +52,16 @@ bool WaveformView::SelectRowAt(Long lngCode, Single, Single sngY) {
   return fHit;
 }
 
-void WaveformView::TakeView(Long lngAddress, Long lngFirst, Long lngLast) {
-  m_now.lngAddress = lngAddress;
-  m_now.lngSelected = lngSelected;
-  m_now.lngLength = m_store.Length();
-  m_now.fChan2Enabled = m_store.Chan2Enabled();
-  m_now.arrRows = m_store.Rows();
-  m_now.arrBytes.clear();
-  // The first cell also shows the level that it comes from.
-  const Long lngFirstByte = BitByteIndex(std::max(lngFirst - 1, Long{1}));
-  const Long lngLastByte = std::min(BitByteIndex(lngLast), PatternArraySize);
-  for (const Long lngCode : {eChan1, eChan2, eStrobe})
-    for (Long i = lngFirstByte; i <= lngLastByte; ++i) m_now.arrBytes.push_back((*m_store.StreamOf(lngCode))[i]);
-}
-
 void WaveformView::Draw(Long lngAddress) {
   Single sngX = ActualCellLeft;
   Long lngFirst = lngAddress, lngLast = 0;
   GetVisibleRange(lngCellsPerView, m_store.Length(), sngX, lngFirst, lngLast);
-  TakeView(lngAddress, lngFirst, lngLast);
-  if (picWave.IsComplete() && m_now == m_drawn) {
-    picWave.DrawAgain();
-    return;
-  }
   // Measured once for each picture: the font may have changed since the last one.
   m_digitSizes.fill(std::nullopt);
   picWave.Cls();
   DrawBackground();
   DrawRows(sngX, lngFirst, lngLast);
   if (lngSelected != 0) DrawSelectedCell(lngAddress);
-  // A selection that no row has is told of each time.
-  if (lngSelected != 0 && !m_store.RowOf(lngSelected)) return;
-  std::swap(m_drawn, m_now);
-  picWave.SetComplete();
 }
 
 void WaveformView::DrawRows(Single sngX, Long lngFirst, Long lngLast) {

@@ -3,7 +3,6 @@
 #include <array>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "bitpattern/PatternStore.h"
 #include "platform/PictureBox.h"
@@ -27,8 +26,7 @@ class WaveformView {
   /// Selects the row when sngY lies in its band and tells whether it does. The place along the row has no part.
   bool SelectRowAt(Long lngCode, Single sngX, Single sngY);
 
-  /// The whole picture with the actual address in its fixed cell. A complete picture of the same is drawn again
-  /// without work.
+  /// The whole picture with the actual address in its fixed cell.
   void Draw(Long lngAddress);
 
   /// Lines of a cell from the pen, in red when highlighted. An unknown case shows "Illegal Case".
@@ -41,17 +39,6 @@ class WaveformView {
     Single sngHeight;
   };
 
-  /// What a picture shows.
-  struct View {
-    Long lngAddress = 0, lngSelected = 0, lngLength = 0;
-    Boolean fChan2Enabled;
-    std::array<RowInfo, 4> arrRows{};
-    std::vector<Byte> arrBytes;  ///< those of the three streams that are in view
-    bool operator==(const View &) const = default;
-  };
-
-  /// Puts what the picture of this address shows into m_now.
-  void TakeView(Long lngAddress, Long lngFirst, Long lngLast);
   void DrawRows(Single sngX, Long lngFirst, Long lngLast);
   void DrawBackground();
   void DrawRow(const ByteArray &arr, const RowInfo &row, Long lngFirst, Long lngLast, Boolean fHighlight);
@@ -66,7 +53,6 @@ class WaveformView {
   Long lngSelected = 0;
   Long lngCellsPerView = 0;
   std::array<std::optional<DigitSize>, 4> m_digitSizes;
-  View m_drawn, m_now;  ///< of the latest complete picture, and of the one that is to be drawn
 };
 
 }  // namespace tarvik

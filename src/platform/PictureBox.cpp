@@ -51,14 +51,10 @@ Single PictureBox::ScaleHeight() const {
 void PictureBox::SetScale(Single sngWidth, Single sngHeight) {
   m_sngScaleWidth = sngWidth;
   m_sngScaleHeight = sngHeight;
-  m_fComplete = false;
   update();
 }
 
-void PictureBox::SetTextMetrics(TextMetrics metrics) {
-  m_metrics = std::move(metrics);
-  m_fComplete = false;
-}
+void PictureBox::SetTextMetrics(TextMetrics metrics) { m_metrics = std::move(metrics); }
 
 Single PictureBox::TextWidth(const std::string &strText) const {
   if (m_metrics.Width) return m_metrics.Width(strText);
@@ -107,26 +103,10 @@ void PictureBox::Print(const std::string &strText) {
 }
 
 void PictureBox::Add(DrawPrimitive primitive) {
-  m_fComplete = false;
   Drawn.Raise(primitive);
   m_arrList.push_back(std::move(primitive));
   // One request is enough for all that is drawn before the next paint.
   if (!std::exchange(m_fPaintRequested, true)) update();
-}
-
-void PictureBox::DrawAgain() const {
-  if (!Drawn.HasHandlers()) return;
-  for (const DrawPrimitive &primitive : m_arrList) Drawn.Raise(primitive);
-}
-
-void PictureBox::resizeEvent(QResizeEvent *event) {
-  m_fComplete = false;
-  QFrame::resizeEvent(event);
-}
-
-void PictureBox::changeEvent(QEvent *event) {
-  if (event->type() == QEvent::FontChange) m_fComplete = false;
-  QFrame::changeEvent(event);
 }
 
 void PictureBox::paintEvent(QPaintEvent *event) {

@@ -84,20 +84,11 @@ class PictureBox : public WidgetControl<QFrame> {
   /// What is shown of the list.
   std::span<const DrawPrimitive> Painted() const;
 
-  /// Marks the drawing as complete, until something is drawn or what sizes depend on changes. Whoever would draw the
-  /// same again can let it stand.
-  void SetComplete() { m_fComplete = true; }
-  bool IsComplete() const { return m_fComplete; }
-  /// Draws what stands there once more: only who listens notices.
-  void DrawAgain() const;
-
   /// Called with each primitive as it is drawn.
   Event<const DrawPrimitive &> Drawn;
 
  protected:
   void paintEvent(QPaintEvent *event) override;
-  void resizeEvent(QResizeEvent *event) override;
-  void changeEvent(QEvent *event) override;
 
  private:
   void Add(DrawPrimitive primitive);
@@ -111,7 +102,6 @@ class PictureBox : public WidgetControl<QFrame> {
   Single m_sngScaleWidth = 0, m_sngScaleHeight = 0;
   std::size_t m_lngPainted = std::numeric_limits<std::size_t>::max();
   bool m_fPaintRequested = false;
-  bool m_fComplete = false;
 };
 
 /// Paints a display list into a rectangle of pixels; the one place where twips of a drawing become pixels.

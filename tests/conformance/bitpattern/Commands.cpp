@@ -127,38 +127,38 @@ void AddUserCommands(std::map<std::string, Handler> &table) {
   table["menu"] = [](Session &session, Words &words) {
     const Long lngIndex = words.NextLong();
     const std::string strKey = words.Next();
-    AsUser([&] { session.Editor().toolPopup_ButtonMenuClick(lngIndex, strKey); });
+    AsUser([&] { session.Inside().toolPopup_ButtonMenuClick(lngIndex, strKey); });
   };
   table["button"] = [](Session &session, Words &words) {
     const Long lngIndex = words.NextLong();
-    AsUser([&] { session.Editor().toolPopup_ButtonClick(lngIndex); });
+    AsUser([&] { session.Inside().toolPopup_ButtonClick(lngIndex); });
   };
   table["key"] = [](Session &session, Words &words) {
     auto intKeyCode = words.NextNumber<Integer>();
-    AsUser([&] { session.Editor().picWave_KeyDown(intKeyCode); });
+    AsUser([&] { session.Inside().picWave_KeyDown(intKeyCode); });
     session.Note({"key", intKeyCode});
   };
   table["char"] = [](Session &session, Words &words) {
     const char32_t character = Character(words.Rest());
-    AsUser([&] { session.Editor().picWave_KeyPress(character); });
+    AsUser([&] { session.Inside().picWave_KeyPress(character); });
   };
   table["mouse"] = [](Session &session, Words &words) {
     const auto intButton = words.NextNumber<Integer>();
     const auto sngX = words.NextNumber<Single>(), sngY = words.NextNumber<Single>();
-    AsUser([&] { session.Editor().picWave_MouseDown(intButton, sngX, sngY); });
+    AsUser([&] { session.Inside().picWave_MouseDown(intButton, sngX, sngY); });
   };
   table["scroll"] = [](Session &session, Words &words) {
-    session.Editor().Find<QScrollBar>("HScroll1").setValue(words.NextLong());
+    session.Find<QScrollBar>("HScroll1").setValue(words.NextLong());
   };
   table["scrollfocus"] = [](Session &session, Words &) {
     QFocusEvent event(QEvent::FocusIn);
-    QCoreApplication::sendEvent(&session.Editor().Find<QScrollBar>("HScroll1"), &event);
+    QCoreApplication::sendEvent(&session.Find<QScrollBar>("HScroll1"), &event);
   };
-  table["numgraph"] = [](Session &session, Words &) { session.Editor().Find<CommandButton>("cmdNumOrGraph").click(); };
+  table["numgraph"] = [](Session &session, Words &) { session.Find<CommandButton>("cmdNumOrGraph").click(); };
   table["opt"] = [](Session &session, Words &words) {
     const Long lngIndex = words.NextLong();
     if (lngIndex < 0 || lngIndex > 3) throw BadCommand("no option");
-    session.Editor().Find<OptionButton>(("optChannelRzNrz(" + std::to_string(lngIndex) + ")").c_str()).click();
+    session.Find<OptionButton>(("optChannelRzNrz(" + std::to_string(lngIndex) + ")").c_str()).click();
   };
 }
 
@@ -208,34 +208,34 @@ void AddInnerCommands(std::map<std::string, Handler> &table) {
   table["wcb"] = [](Session &session, Words &words) {
     const Long lngCode = words.NextLong(), lngAddress = words.NextLong(), lngValue = words.NextLong();
     Boolean fDone;
-    session.Editor().Store().WriteChannelBit(lngCode, lngAddress, lngValue, fDone);
+    session.Inside().store.WriteChannelBit(lngCode, lngAddress, lngValue, fDone);
     session.Note({"ret", static_cast<bool>(fDone)});
   };
   table["rcb"] = [](Session &session, Words &words) {
     const Long lngCode = words.NextLong(), lngAddress = words.NextLong();
     Long lngValue = 0;
-    session.Editor().Store().ReadChannelBit(lngCode, lngAddress, lngValue);
+    session.Inside().store.ReadChannelBit(lngCode, lngAddress, lngValue);
     session.Note({"ret", lngValue});
   };
   table["setgen"] = [](Session &session, Words &words) {
     const Long lngCode = words.NextLong(), lngGenerator = words.NextLong();
-    session.Editor().Operations().SetGenerator(lngCode, lngGenerator, words.NextLong());
+    session.Inside().operations.SetGenerator(lngCode, lngGenerator, words.NextLong());
   };
   table["applygen"] = [](Session &session, Words &words) {
     const Long lngCode = words.NextLong(), lngStart = words.NextLong();
-    session.Editor().Operations().ApplyGenerator(lngCode, lngStart, words.NextFlag());
+    session.Inside().operations.ApplyGenerator(lngCode, lngStart, words.NextFlag());
   };
   table["drawcell"] = [](Session &session, Words &words) {
     const Long lngCase = words.NextLong();
     const Boolean fHighlight = words.NextFlag();
-    auto &picWave = session.Editor().Find<PictureBox>("picWave");
+    auto &picWave = session.Find<PictureBox>("picWave");
     picWave.SetCurrentX(words.NextNumber<Single>());
     picWave.SetCurrentY(words.NextNumber<Single>());
-    session.Editor().View().DrawCell(lngCase, fHighlight);
+    session.Inside().view->DrawCell(lngCase, fHighlight);
   };
-  table["redraw"] = [](Session &session, Words &) { session.Editor().RedrawPattern(); };
-  table["range"] = [](Session &session, Words &) { session.Editor().SetWaveformRange(); };
-  table["pend"] = [](Session &session, Words &) { session.Note({"ret", session.Editor().Store().PendingChannels()}); };
+  table["redraw"] = [](Session &session, Words &) { session.Inside().RedrawPattern(); };
+  table["range"] = [](Session &session, Words &) { session.Inside().SetWaveformRange(); };
+  table["pend"] = [](Session &session, Words &) { session.Note({"ret", session.Inside().store.PendingChannels()}); };
   table["validate"] = [](Session &session, Words &words) {
     const Long lngMin = words.NextLong(), lngMax = words.NextLong();
     Boolean fOk;

@@ -33,15 +33,17 @@ Session::Session(const Settings &settings)
   m_host.OnEntry = [this](const HostEntry &entry) { NoteHost(entry); };
   m_focus = FocusRequested().ConnectScoped([this](const std::string &strName) { Note({"focus", strName}); });
 
-  m_editor = std::make_unique<OpenBitPattern>(nullptr, *this, settings.form);
+  m_editor = std::make_unique<BitPattern>(nullptr, *this);
+  Inside().TakeForm(settings.form);
+  Inside().view->Draw(Inside().ActualAddress());
   m_editor->RzChange.Connect([this] { NoteRzChange(); });
-  auto &picWave = m_editor->Find<PictureBox>("picWave");
+  auto &picWave = Find<PictureBox>("picWave");
   picWave.Drawn.Connect([this](const DrawPrimitive &primitive) { NoteDrawing(primitive); });
   picWave.SetTextMetrics({[settings](const std::string &strText) {
                             return settings.arrTextWidths.at(static_cast<std::size_t>(strText.at(0) - '0'));
                           },
                           [settings](const std::string &) { return settings.sngTextHeight; }});
-  m_editor->Find<HScrollBar>("HScroll1").MaxChanging.Connect([this](Integer) { RefuseMax(); });
+  Find<HScrollBar>("HScroll1").MaxChanging.Connect([this](Integer) { RefuseMax(); });
   EngrSpin &esLast = Field("esLast");
   esLast.SetValue(esLast.Value());
   m_arrEvents.clear();

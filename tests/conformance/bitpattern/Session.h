@@ -6,10 +6,7 @@
 
 #include "LineProtocol.h"
 #include "RecordingHost.h"
-#include "bitpattern/BitPattern.h"
-#include "bitpattern/HScrollBar.h"
-#include "bitpattern/WavePicture.h"
-#include "bitpattern/WaveformView.h"
+#include "bitpattern/BitPatternPrivate.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/CommandButton.h"
@@ -19,28 +16,6 @@
 #include "support/modGlobals.h"
 
 namespace tarvik::test {
-
-/// The editor with its inner procedures within reach.
-class OpenBitPattern : public BitPattern {
- public:
-  using BitPattern::BitPattern;
-  using BitPattern::InRange;
-  using BitPattern::Operations;
-  using BitPattern::picWave_KeyDown;
-  using BitPattern::picWave_KeyPress;
-  using BitPattern::picWave_MouseDown;
-  using BitPattern::RedrawPattern;
-  using BitPattern::SetWaveformRange;
-  using BitPattern::Store;
-  using BitPattern::toolPopup_ButtonClick;
-  using BitPattern::toolPopup_ButtonMenuClick;
-  using BitPattern::View;
-
-  template <class Child>
-  Child &Find(const char *strName) const {
-    return dynamic_cast<Child &>(*findChild<QWidget *>(QString::fromLatin1(strName)));
-  }
-};
 
 /// What `new` can be told.
 struct Settings {
@@ -58,8 +33,13 @@ class Session : private PanelReference, public ControlSite {
   explicit Session(const Settings &settings);
   ~Session() override;
 
-  OpenBitPattern &Editor() { return *m_editor; }
-  EngrSpin &Field(const std::string &strName) { return m_editor->Find<EngrSpin>(strName.c_str()); }
+  BitPattern &Editor() { return *m_editor; }
+  BitPattern::Private &Inside() { return BitPattern::Private::Of(*m_editor); }
+  template <class Child>
+  Child &Find(const char *strName) const {
+    return dynamic_cast<Child &>(*m_editor->findChild<QWidget *>(QString::fromLatin1(strName)));
+  }
+  EngrSpin &Field(const std::string &strName) { return Find<EngrSpin>(strName.c_str()); }
   RecordingHost &Host() { return m_host; }
 
   void SetOnline(bool fOnline) { m_fOnline = fOnline; }
@@ -88,7 +68,7 @@ class Session : private PanelReference, public ControlSite {
   RecordingHost m_host;
   std::shared_ptr<Instrument> m_instrument;
   Event<const std::string &>::Connection m_focus;
-  std::unique_ptr<OpenBitPattern> m_editor;
+  std::unique_ptr<BitPattern> m_editor;
   Json m_arrEvents = Json::array();
   BooleanArray m_mfRz{1, {False, False}};
   bool m_fDraw = true;

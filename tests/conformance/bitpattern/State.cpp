@@ -45,8 +45,8 @@ Json RowValues(const PatternStore &store, Value value) {
 }  // namespace
 
 Json Session::TakeState() {
-  OpenBitPattern &editor = *m_editor;
-  const PatternStore &store = editor.Store();
+  BitPattern::Private &inside = Inside();
+  const PatternStore &store = inside.store;
   Json last = FieldState(Field("esLast"));
   last["old"] = Field("esLast").OldValue();
 
@@ -57,8 +57,8 @@ Json Session::TakeState() {
   }
   Json options = Json::array();
   for (const char *strName : {"optChannelRzNrz(0)", "optChannelRzNrz(1)", "optChannelRzNrz(2)", "optChannelRzNrz(3)"})
-    options.push_back(static_cast<bool>(editor.Find<OptionButton>(strName).Value()));
-  const auto enabled = [&](const char *strName) { return static_cast<bool>(editor.Find<Control>(strName).Enabled()); };
+    options.push_back(static_cast<bool>(Find<OptionButton>(strName).Value()));
+  const auto enabled = [&](const char *strName) { return static_cast<bool>(Find<Control>(strName).Enabled()); };
 
   return {{"addr", FieldState(Field("esAddress"))},
           {"last", last},
@@ -71,18 +71,18 @@ Json Session::TakeState() {
           {"num", RowValues(store, [](const RowInfo &row) { return static_cast<bool>(row.fNumeric); })},
           {"rz", RowValues(store, [](const RowInfo &row) { return static_cast<bool>(row.fRz); })},
           {"base", RowValues(store, [](const RowInfo &row) { return row.sngBaseY; })},
-          {"cells", editor.View().CellsPerView()},
-          {"sel", editor.View().Selected()},
+          {"cells", inside.view->CellsPerView()},
+          {"sel", inside.view->Selected()},
           {"ch2", static_cast<bool>(store.Chan2Enabled())},
-          {"hs", ScrollState(editor.Find<HScrollBar>("HScroll1"))},
-          {"cap", editor.Find<CommandButton>("cmdNumOrGraph").Caption()},
+          {"hs", ScrollState(Find<HScrollBar>("HScroll1"))},
+          {"cap", Find<CommandButton>("cmdNumOrGraph").Caption()},
           {"opt", options},
           {"en",
            {{"grp1", enabled("grpChannelRzOrNrz(1)")},
             {"tool1", enabled("toolPopup(1)")},
             {"tool2", enabled("toolPopup(2)")},
-            {"self", static_cast<bool>(editor.Enabled())}}},
-          {"inrange", static_cast<bool>(editor.InRange())},
+            {"self", static_cast<bool>(m_editor->Enabled())}}},
+          {"inrange", static_cast<bool>(inside.fInRange)},
           {"answers", m_host.arrInputAnswers.size()},
           {"ev", std::exchange(m_arrEvents, Json::array())}};
 }

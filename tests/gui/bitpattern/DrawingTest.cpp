@@ -132,7 +132,7 @@ TEST_F(DrawingTest, RowButtonsStandBesideTheirRows) {
   }
 }
 
-TEST_F(DrawingTest, ThePictureOfTheSameIsToldAgainAndAnyChangeIsDrawn) {
+TEST_F(DrawingTest, ThePictureOfTheSameIsDrawnAgainAndAnyChangeIsSeen) {
   Show(0x60, 4);
   std::size_t intHeard = 0;
   picWave().Drawn.Connect([&](const DrawPrimitive &) { ++intHeard; });

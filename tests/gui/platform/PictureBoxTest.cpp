@@ -134,49 +134,6 @@ TEST(PictureBoxTest, ColoursOfTheAutomationWorldHaveRedFirst) {
   EXPECT_NE(ToQColor(SystemColour | 21), ToQColor(SystemColour | 5));
 }
 
-TEST(PictureBoxTest, ACompleteDrawingStandsUntilSomethingChanges) {
-  PictureBox picture;
-  picture.resize(200, 100);
-  picture.SetScale(1000, 500);
-  const auto complete = [&] {
-    picture.Cls();
-    picture.Line(0, 0, 10, 10);
-    EXPECT_FALSE(picture.IsComplete());
-    picture.SetComplete();
-  };
-  complete();
-  EXPECT_TRUE(picture.IsComplete());
-  picture.Line(0, 0, 1, 1);
-  EXPECT_FALSE(picture.IsComplete()) << "drawn on";
-  complete();
-  picture.Cls();
-  EXPECT_FALSE(picture.IsComplete()) << "cleared";
-  complete();
-  picture.SetScale(2000, 500);
-  EXPECT_FALSE(picture.IsComplete()) << "another scale";
-  complete();
-  picture.SetTextMetrics({});
-  EXPECT_FALSE(picture.IsComplete()) << "other sizes of texts";
-  complete();
-  QFont font = picture.font();
-  font.setPointSizeF(2 * font.pointSizeF());
-  picture.setFont(font);
-  EXPECT_FALSE(picture.IsComplete()) << "another font";
-}
-
-TEST(PictureBoxTest, DrawnAgainTellsWhoListensAndKeepsTheList) {
-  PictureBox picture;
-  picture.SetScale(1000, 500);
-  picture.Cls();
-  picture.Line(0, 0, 10, 10);
-  picture.Print("7");
-  std::vector<Kind> arrHeard;
-  picture.Drawn.Connect([&](const DrawPrimitive &primitive) { arrHeard.push_back(primitive.kind); });
-  picture.DrawAgain();
-  EXPECT_THAT(arrHeard, testing::ElementsAre(Kind::Clear, Kind::Line, Kind::Text));
-  EXPECT_EQ(picture.DisplayList().size(), 3u);
-}
-
 TEST(HighlightTest, PaintsItsColourOnlyWhileItIsOn) {
   QWidget page;
   page.resize(100, 100);
