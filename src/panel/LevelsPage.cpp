@@ -13,14 +13,12 @@ namespace {
 
 using form::Container, form::Field, form::Frame, form::List, form::Option;
 
-constexpr Double TTLHigh = 2.5, TTLLow = 0, ECLHigh = -0.85, ECLLow = -1.8;
-constexpr const char *Volts = "V", *Amperes = "A";
 constexpr Double CaptionWidth = 1320;
 constexpr Integer ThisPage = 1;  // element of the output groups that stands here
 /// The two options of a narrow box, one below the other.
 constexpr TwipsRect FirstOption{120, 255, 990, 270}, SecondOption{120, 525, 990, 270};
 
-ControlDesign LevelField(const char *strName, Long k, Single sngTop, const char *strCaption) {
+ControlDesign Level(const char *strName, Long k, Single sngTop, const char *strCaption) {
   return Field(strName, k)
       .In("grpLevelFormat", k)
       .At({120, sngTop, 3810, 315})
@@ -45,8 +43,8 @@ FormTable FormatBox(Long k, Single sngLeft) {
           .At({60, 390, 3810, 345})
           .Caption("Voltage/Current", CaptionWidth)
           .ToolTip("Quantity in which the levels are shown"),
-      LevelField("esLevelHigh", k, 1080, "TTL-High").ToolTip("High level or offset"),
-      LevelField("esLevelLo", k, 1455, "TTL-Low").ToolTip("Low level or amplitude"),
+      Level("esLevelHigh", k, 1080, "TTL-High").ToolTip("High level or offset"),
+      Level("esLevelLo", k, 1455, "TTL-Low").ToolTip("Low level or amplitude"),
   };
 }
 
@@ -113,11 +111,6 @@ FormTable Design() {
   return table;
 }
 
-/// Captions of the two level fields for each item of the format list.
-constexpr struct {
-  const char *strHigh, *strLow;
-} FormatCaptions[] = {{"TTL-High", "TTL-Low"}, {"High", "Low"}, {"Offset", "Amplitude"}, {"ECL-High", "ECL-Low"}};
-
 void LogFailure(const char *strProc, const RunTimeError &error) {
   LogError("TarvikGUI", strProc, error.Number(), error.Description());
 }
@@ -158,10 +151,8 @@ void LevelsPage::FillLevelCombos() {
     cboOutputImpedance[k].AddItemData("50 Ohm", 50);
     cboOutputImpedance[k].AddItemData("1 kOhm", 1000);
     cboOutputImpedance[k].SetListIndex(0);
-    cboLevelFormat[k].AddItemData("Set TTL", eFormatTTL, eLevelHighLow, False);
-    cboLevelFormat[k].AddItemData("High-Low", eFormatHighLow, eLevelHighLow, True);
-    cboLevelFormat[k].AddItemData("Offset-Amplitude", eFormatOffsetAmpl, eLevelOffsetAmplitude, True);
-    cboLevelFormat[k].AddItemData("Set ECL", eFormatECL, eLevelHighLow, False);
+    for (const LevelFormat &format : LevelFormats)
+      cboLevelFormat[k].AddItemData(format.strItem, format.eFormat, format.eOutputLevel, format.fGroupDefault);
     cboLevelFormat[k].SetListIndex(1);
     cboLevelUnits[k].AddItemData("Voltage", eTypeVoltage);
     cboLevelUnits[k].AddItemData("Current", eTypeCurrent);
@@ -188,46 +179,22 @@ void LevelsPage::cboLevelFormat_Click(Integer Index) {
 }
 
 void LevelsPage::ApplyLevelFormat(Integer Index) {
-  const auto slot = static_cast<std::size_t>(Index);
-  const Long lngItem = cboLevelFormat[Index].ListIndex();
-  Double &dblHigh = m_sdblHigh.at(slot), &dblLow = m_sdblLow.at(slot);
   EngrSpin &esHigh = esLevelHigh[Index], &esLow = esLevelLo[Index];
-  if (lngItem >= 0 && lngItem < Long{std::size(FormatCaptions)}) {
-    esHigh.SetCaption(FormatCaptions[lngItem].strHigh);
-    esLow.SetCaption(FormatCaptions[lngItem].strLow);
+  const LevelFields fields =
+      ChooseLevelFormat(cboLevelFormat[Index].ListIndex(), m_arrPresets.at(static_cast<std::size_t>(Index)));
+  if (fields.format) {
+    esHigh.SetCaption(fields.format->strHighCaption);
+    esLow.SetCaption(fields.format->strLowCaption);
   }
-
-  Boolean fLock = False, fWriteBack = True;
-  switch (lngItem) {
-    case eFormatTTL:
-      dblHigh = TTLHigh, dblLow = TTLLow;
-      fLock = True;
-      break;
-    case eFormatECL:
-      dblHigh = ECLHigh, dblLow = ECLLow;
-      fLock = True;
-      break;
-    case eFormatOffsetAmpl:
-      esHigh.SetValue((dblHigh + dblLow) / 2);
-      esLow.SetValue(dblHigh - dblLow);
-      fWriteBack = False;
-      break;
-    default: break;
-  }
-  // The fields show the remembered preset again, never a conversion of what stood in them.
-  if (fWriteBack) {
-    esHigh.SetValue(dblHigh);
-    esLow.SetValue(dblLow);
-  }
-  esHigh.LockControl(fLock, False);
-  esLow.LockControl(fLock, False);
+  esHigh.SetValue(fields.dblHighOrOffset);
+  esLow.SetValue(fields.dblLowOrAmplitude);
+  esHigh.LockControl(fields.fLocked, False);
+  esLow.LockControl(fields.fLocked, False);
 }
 
 void LevelsPage::cboLevelUnits_Click(Integer Index) {
   try {
-    // A panel shown again has both items twice; the second pair names no unit.
-    const Long lngItem = cboLevelUnits[Index].ListIndex();
-    ConvertLevelFields(Index, lngItem == 0 ? Volts : lngItem == 1 ? Amperes : "");
+    ConvertLevelFields(Index, LevelUnitOf(cboLevelUnits[Index].ListIndex()));
   } catch (const RunTimeError &error) {
     LogFailure("cboLevelUnits_Click", error);
   }
@@ -244,16 +211,13 @@ void LevelsPage::ConvertLevelFields(Integer intChan, const std::string &strUnits
 
 void LevelsPage::ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits) {
   if (strUnits.empty()) strUnits = esField.BaseUnit();
-  EngrSpin &esLoad = esLoadCompensation[intChan];
-  if (strUnits != esField.BaseUnit()) {
-    esField.SetBaseUnit(strUnits);
-    // AuxValue keeps the voltage while the field shows amperes.
-    if (esField.AuxUnits() != strUnits)
-      esField.SetAuxValue(esField.Value());
-    else
-      esField.SetValue(esLoad.Value() * esField.Value());
-  }
-  if (esField.BaseUnit() == Amperes) esField.SetValue(esField.AuxValue() * esLoad.Reciprocal());
+  const EngrSpin &esLoad = esLoadCompensation[intChan];
+  const LevelConversion conversion =
+      ConvertLevel({esField.BaseUnit(), esField.AuxUnits(), esField.Value(), esField.AuxValue()}, strUnits,
+                   {esLoad.Value(), esLoad.Reciprocal()});
+  if (conversion.strBaseUnit) esField.SetBaseUnit(*conversion.strBaseUnit);
+  if (conversion.dblAuxValue) esField.SetAuxValue(*conversion.dblAuxValue);
+  if (conversion.dblValue) esField.SetValue(*conversion.dblValue);
 }
 
 // ---- Transfer ----
@@ -289,7 +253,7 @@ void LevelsPage::DownloadLevels() {
   for (Long i = 1; i <= lngChannels; ++i) ShowChannel(levels, i);
   if (Instr().IsNotRestricted(eLacksChannelMath)) grpOutputs.SetValue(levels.eChannelMath);
   m_outputs->ShowFlags();
-  // Values went before the formats: a change of the selected item brings the remembered preset back.
+  // After the levels: selecting another format fills them from the preset, also over what was just read.
   for (const Long i : {1, 2}) cboLevelFormat[i - 1].SetListIndexByGroupData(levels.eOutputLevel[i]);
   SetOptionButtonToTag(optOutputs.All(), CStr(levels.eChannelMath));
   m_panel.SetTabState(ePageIsCurrent, ePageLevels);
@@ -315,8 +279,7 @@ void LevelsPage::ShowChannel(const udtLevelInfo &levels, Long lngChannel) {
 
 void LevelsPage::ShowLevel(EngrSpin &esField, Double dblLevel, Double dblLoad) {
   esField.SetValue(dblLevel);
-  // Volts, from which a later edit of the load works out the current.
-  if (esField.BaseUnit() == Amperes) esField.SetAuxValue(esField.Value() * dblLoad);
+  if (const auto dblVolts = VoltageBehind(esField.Value(), esField.BaseUnit(), dblLoad)) esField.SetAuxValue(*dblVolts);
 }
 
 }  // namespace tarvik

@@ -9,6 +9,7 @@
 #include "engrspin/EngrSpin.h"
 #include "panel/Page.h"
 #include "platform/OptionButton.h"
+#include "settings/LevelRules.h"
 
 namespace tarvik {
 
@@ -55,8 +56,7 @@ class LevelsPage : public Page {
   std::unique_ptr<ChannelOutputs> m_outputs;
 
   bool m_sfInFormat = false;
-  /// The last preset of each channel, volts. Neither typing nor a download changes them.
-  std::array<Double, 2> m_sdblHigh{}, m_sdblLow{};
+  std::array<LevelPreset, 2> m_arrPresets{};  ///< of each channel, by control index
 };
 
 }  // namespace tarvik

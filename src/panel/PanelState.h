@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "settings/PageStates.h"
 #include "settings/RzFlags.h"
 #include "support/Types.h"
 #include "support/modGlobals.h"
@@ -10,7 +11,7 @@ namespace tarvik {
 
 /// Fields that several pages share. Channel arrays are addressed by the channel number; all start false or 0.
 struct PanelState {
-  std::array<TabStates, eNumPages> meTabState{};
+  PageStates meTabState{};
 
   Boolean mfDownloading;       ///< controls are being filled: nothing turns dirty
   Boolean mfForceDownloadAll;  ///< an automatic download takes every page, whatever the option says

@@ -399,26 +399,16 @@ void TarvikGUI::SaveOptions() {
 
 // ---- Page states ----
 
-TabStates &TarvikGUI::StateOf(Long lngPage) {
-  if (lngPage < 0 || lngPage >= eNumPages) RaiseError(ErrSubscriptOutOfRange);
-  return m_state.meTabState[static_cast<std::size_t>(lngPage)];
-}
-
 void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) {
-  if (eState == ePageIsDirty && (m_state.mfDownloading || m_start->IsAwaited())) return;
-  if (eState != ePageSetStatus) {
-    if (ePage == eAllPages)
-      m_state.meTabState.fill(eState);
-    else
-      StateOf(ePage == eCurrPage ? m_tabMain->Tab() : ePage) = eState;
-  }
+  const Boolean fProgramFills = m_state.mfDownloading || m_start->IsAwaited();
+  if (!SetPageState(m_state.meTabState, eState, ePage, m_tabMain->Tab(), fProgramFills)) return;
   TellPageStates();
   ShowStateOfVisiblePage();
 }
 
 void TarvikGUI::TellPageStates() {
   for (Long lngPage = 0; lngPage < m_tabMain->Tabs(); ++lngPage) {
-    const TabStates eState = StateOf(lngPage);
+    const TabStates eState = StateOf(m_state.meTabState, lngPage);
     m_tabMain->SetSpokenNote(lngPage, eState == ePageIsDirty            ? "changed, not uploaded"
                                       : eState == ePageNeedsDownloading ? "not read from the instrument yet"
                                                                         : "");
@@ -426,19 +416,10 @@ void TarvikGUI::TellPageStates() {
 }
 
 void TarvikGUI::ShowStateOfVisiblePage() {
-  const TabStates eVisible = StateOf(m_tabMain->Tab());
-  if (eVisible == ePageIsDirty) {
-    ShowHighlights(False, True, False);
-    return;
-  }
-  const bool fKnown = eVisible == ePageIsCurrent || eVisible == ePageNeedsDownloading;
-  if (!fKnown) ShowIllegalCase();
-  const auto &states = m_state.meTabState;
-  const bool fOtherDirty = std::find(states.begin(), states.end(), ePageIsDirty) != states.end();
-  if (fOtherDirty && m_optionsPage->UploadsAll())
-    ShowHighlights(False, True, True);
-  else if (fKnown)
-    ShowHighlights(eVisible == ePageNeedsDownloading, False, False);
+  const Long lngVisible = m_tabMain->Tab();
+  if (!IsPageState(StateOf(m_state.meTabState, lngVisible))) ShowIllegalCase();
+  const auto show = HighlightsOf(m_state.meTabState, lngVisible, m_optionsPage->UploadsAll());
+  if (show) ShowHighlights(show->fDownload, show->fUpload, show->fOtherPage);
 }
 
 void TarvikGUI::ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage) {
@@ -458,8 +439,7 @@ void TarvikGUI::tabMain_Click() {
 // ---- Upload and download ----
 
 Boolean TarvikGUI::NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage) {
-  const bool fDirty = StateOf(intPage) == ePageIsDirty;
-  return fDirty && (intPage == m_tabMain->Tab() || fAll) && fContinue;
+  return tarvik::NeedsUpload(m_state.meTabState, intPage, m_tabMain->Tab(), fAll, fContinue);
 }
 
 void TarvikGUI::cmdUpload_Click() {

@@ -116,7 +116,6 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void ZorvaneInstr_InstrError();
 
   Boolean NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage);
-  TabStates &StateOf(Long lngPage);
   void ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage);
   void ShowStateOfVisiblePage();
   /// The states in words, for those who do not see the highlights.

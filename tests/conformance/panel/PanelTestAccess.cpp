@@ -18,9 +18,15 @@ using paneltest::BadLine;
 using paneltest::Json;
 using paneltest::Words;
 
-Json PanelTestAccess::PresetsHigh(const TarvikGUI &panel) { return Json(panel.m_levelsPage->m_sdblHigh); }
+Json PanelTestAccess::PresetsHigh(const TarvikGUI &panel) {
+  const auto &presets = panel.m_levelsPage->m_arrPresets;
+  return {presets[0].sdblHigh, presets[1].sdblHigh};
+}
 
-Json PanelTestAccess::PresetsLow(const TarvikGUI &panel) { return Json(panel.m_levelsPage->m_sdblLow); }
+Json PanelTestAccess::PresetsLow(const TarvikGUI &panel) {
+  const auto &presets = panel.m_levelsPage->m_arrPresets;
+  return {presets[0].sdblLow, presets[1].sdblLow};
+}
 
 const std::vector<PanelTestAccess::NamedProcedure> &PanelTestAccess::PanelProcedures() {
   static const std::vector<NamedProcedure> arrProcedures{

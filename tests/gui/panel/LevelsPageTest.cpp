@@ -65,32 +65,6 @@ TEST_F(LevelsPageTest, EclShowsItsNumbersLockedAndThenGoesIntoOffsetAndAmplitude
   EXPECT_EQ(session.StateOf(ePageLevels), ePageIsDirty);
 }
 
-TEST_F(LevelsPageTest, TtlThenHighLowShowsThePresetFreeAndBringsItBackLater) {
-  TakeFormat(Ttl);
-  EXPECT_EQ(session.Field("esLevelHigh(0)").Caption(), "TTL-High");
-  TakeFormat(HighLow);
-  EXPECT_DOUBLE_EQ(Value("esLevelHigh(0)"), 2.5);
-  EXPECT_DOUBLE_EQ(Value("esLevelLo(0)"), 0);
-  EXPECT_FALSE(session.Field("esLevelHigh(0)").Locked());
-
-  session.Type("esLevelHigh(0)", "4V");
-  TakeFormat(OffsetAmplitude);
-  EXPECT_DOUBLE_EQ(Value("esLevelHigh(0)"), 1.25);
-  EXPECT_DOUBLE_EQ(Value("esLevelLo(0)"), 2.5);
-  session.Type("esLevelLo(0)", "5V");
-  TakeFormat(HighLow);
-  EXPECT_DOUBLE_EQ(Value("esLevelHigh(0)"), 2.5);
-  EXPECT_DOUBLE_EQ(Value("esLevelLo(0)"), 0);
-}
-
-TEST_F(LevelsPageTest, OffsetAndAmplitudeAsTheFirstChoiceAreZero) {
-  session.Type("esLevelHigh(0)", "3V");
-  session.Type("esLevelLo(0)", "1V");
-  TakeFormat(OffsetAmplitude);
-  EXPECT_EQ(Value("esLevelHigh(0)"), 0);
-  EXPECT_EQ(Value("esLevelLo(0)"), 0);
-}
-
 TEST_F(LevelsPageTest, TheFormatOfOneChannelLeavesTheOtherAlone) {
   session.Type("esLevelHigh(1)", "3V");
   TakeFormat(Ecl);
@@ -107,27 +81,6 @@ TEST_F(LevelsPageTest, CurrentsAreVoltagesOverTheLoad) {
   EXPECT_EQ(Shown("esLevelHigh(0)"), "10.00 mA");
   session.Take("cboLevelUnits(0)", 0);
   EXPECT_EQ(Shown("esLevelHigh(0)"), "1.000 V");
-}
-
-TEST_F(LevelsPageTest, TheSecondPairOfUnitsAfterASecondShowConvertsNothing) {
-  session.panel->hide();
-  ShowAndStart(*session.panel);
-  session.Open();
-  session.ShowPage(ePageLevels);
-  session.Type("esLoadCompensation(0)", "50Ohm");
-  session.Type("esLevelHigh(0)", "1V");
-  for (const int intItem : {2, 3}) {
-    session.Take("cboLevelUnits(0)", intItem);
-    EXPECT_EQ(Shown("esLevelHigh(0)"), "1.000 V") << intItem;
-  }
-  session.Take("cboLevelUnits(0)", 1);
-  EXPECT_EQ(Shown("esLevelHigh(0)"), "20.00 mA");
-}
-
-TEST_F(LevelsPageTest, AnEditOfTheLoadLeavesVoltagesAlone) {
-  session.Type("esLevelHigh(0)", "1V");
-  session.Type("esLoadCompensation(0)", "100Ohm");
-  EXPECT_DOUBLE_EQ(Value("esLevelHigh(0)"), 1);
 }
 
 TEST_F(LevelsPageTest, ACurrentThatWasTypedIsDroppedByTheNextEditOfTheLoad) {

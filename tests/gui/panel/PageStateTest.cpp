@@ -27,44 +27,21 @@ class PageState : public testing::Test {
   SimulatorSession session{{{"AutoDownload", "0"}}};
 };
 
-struct HighlightRow {
-  const char *strName;
-  TabStates eVisible;
-  bool fOtherDirty, fAll;
-  bool fDownload, fUpload;
-  Colour colour;  ///< 0 where the upload highlight is hidden
-};
-
-void PrintTo(const HighlightRow &row, std::ostream *out) { *out << row.strName; }
-
-class Highlight : public PageState, public testing::WithParamInterface<HighlightRow> {};
-
-TEST_P(Highlight, FollowsTheStateOfTheVisiblePage) {
-  const HighlightRow &row = GetParam();
-  if (!row.fAll) session->Get<FrameEnhanced>("grpUpload").SetValue(std::string());
+TEST_F(PageState, TheHighlightsFollowTheVisiblePageAndTheChangesElsewhere) {
   session->ShowPage(ePageLimits);
+  Set(ePageNeedsDownloading, eCurrPage);
+  EXPECT_TRUE(Download().Visible());
+  EXPECT_FALSE(Upload().Visible());
+  Set(ePageIsDirty, ePageMode);
+  EXPECT_FALSE(Download().Visible());
+  EXPECT_TRUE(Upload().Visible());
+  EXPECT_EQ(Upload().BackColor(), ButtonShadow);
+  Set(ePageIsDirty, eCurrPage);
+  EXPECT_EQ(Upload().BackColor(), DarkShadow);
   Set(ePageIsCurrent, eAllPages);
-  if (row.fOtherDirty) Set(ePageIsDirty, ePageMode);
-  Set(row.eVisible, ePageLimits);
-  EXPECT_EQ(Boolean(Download().Visible()), Boolean(row.fDownload));
-  EXPECT_EQ(Boolean(Upload().Visible()), Boolean(row.fUpload));
-  if (row.fUpload) {
-    EXPECT_EQ(Upload().BackColor(), row.colour);
-  }
+  EXPECT_FALSE(Download().Visible());
+  EXPECT_FALSE(Upload().Visible());
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, Highlight,
-    testing::Values(HighlightRow{"DirtyAlone", ePageIsDirty, false, true, false, true, DarkShadow},
-                    HighlightRow{"DirtyWithOthers", ePageIsDirty, true, true, false, true, DarkShadow},
-                    HighlightRow{"DirtyWithOthersPageOnly", ePageIsDirty, true, false, false, true, DarkShadow},
-                    HighlightRow{"CurrentAlone", ePageIsCurrent, false, true, false, false, 0},
-                    HighlightRow{"CurrentWithOthers", ePageIsCurrent, true, true, false, true, ButtonShadow},
-                    HighlightRow{"CurrentWithOthersPageOnly", ePageIsCurrent, true, false, false, false, 0},
-                    HighlightRow{"UnreadAlone", ePageNeedsDownloading, false, true, true, false, 0},
-                    HighlightRow{"UnreadWithOthers", ePageNeedsDownloading, true, true, false, true, ButtonShadow},
-                    HighlightRow{"UnreadWithOthersPageOnly", ePageNeedsDownloading, true, false, true, false, 0}),
-    [](const testing::TestParamInfo<HighlightRow> &test) { return test.param.strName; });
 
 TEST_F(PageState, AllPagesAreCurrentAtTheStart) {
   EXPECT_THAT(States(), Each(ePageIsCurrent));
@@ -85,14 +62,6 @@ TEST_F(PageState, TheShadowsLieBehindTheirButtonsALittleToTheRightAndBelow) {
   }
 }
 
-TEST_F(PageState, ADirtyMarkDuringADownloadChangesNothing) {
-  session->ShowPage(ePageLimits);
-  PanelTestAccess::State(*session.panel).mfDownloading = True;
-  Set(ePageIsDirty, eCurrPage);
-  EXPECT_THAT(States(), Each(ePageIsCurrent));
-  EXPECT_FALSE(Upload().Visible());
-}
-
 TEST_F(PageState, ADirtyMarkDuringADownloadLeavesAlsoTheHighlights) {
   session->ShowPage(ePageLimits);
   Set(ePageIsDirty, eCurrPage);
@@ -104,35 +73,11 @@ TEST_F(PageState, ADirtyMarkDuringADownloadLeavesAlsoTheHighlights) {
   EXPECT_EQ(Upload().BackColor(), DarkShadow);
 }
 
-TEST_F(PageState, TheOtherStatesTakeEffectDuringADownload) {
-  Set(ePageIsDirty, eAllPages);
-  PanelTestAccess::State(*session.panel).mfDownloading = True;
-  Set(ePageIsCurrent, eAllPages);
-  EXPECT_THAT(States(), Each(ePageIsCurrent));
-  EXPECT_FALSE(Upload().Visible());
-}
-
-TEST_F(PageState, TheCommandChangesNoState) {
-  Set(ePageNeedsDownloading, ePageLevels);
-  Set(ePageSetStatus, eAllPages);
-  EXPECT_EQ(States()[ePageLevels], ePageNeedsDownloading);
-  EXPECT_EQ(States()[ePageMode], ePageIsCurrent);
-}
-
 TEST_F(PageState, ThePageInFrontIsMeantByItsOwnName) {
   session->ShowPage(ePagePattern);
   Set(ePageIsDirty, eCurrPage);
   EXPECT_EQ(States()[ePagePattern], ePageIsDirty);
   EXPECT_EQ(States()[ePageInstr], ePageIsCurrent);
-}
-
-TEST_F(PageState, TheCountIsNoPage) {
-  try {
-    Set(ePageIsCurrent, eNumPages);
-    FAIL() << "the count was taken for a page";
-  } catch (const RunTimeError &error) {
-    EXPECT_EQ(error.Number(), ErrSubscriptOutOfRange);
-  }
 }
 
 TEST_F(PageState, AnUnknownStateIsAnIllegalCase) {
