@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "automation/Activation.h"
 #include "automation/ErrorInfo.h"
 #include "support/RunTimeError.h"
 
@@ -60,15 +61,6 @@ std::string Shortened(std::string_view strText) {
   return std::string(strText.substr(0, lngEnd)) + "...";
 }
 
-/// A ProgID names files on this machine; whatever else a client sends must not reach them.
-bool IsProgId(std::string_view strText) {
-  const auto fits = [](char ch) {
-    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') || ch == '.' || ch == '_' ||
-           ch == '-';
-  };
-  return !strText.empty() && strText.size() <= MaxShown && strText.front() != '.' && std::ranges::all_of(strText, fits);
-}
-
 }  // namespace
 
 ServerSession::ServerSession(DriverCreator creator, SessionLimits limits, Log log)
@@ -113,7 +105,8 @@ std::string ServerSession::Greet(Reader &in) {
   m_fGreeted = true;
   Failure failure;
   try {
-    if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "The driver server is sent no ProgID");
+    if (!automation::IsProgId(strProgId))
+      throw RunTimeError(ErrCannotCreateObject, "The driver server is sent no ProgID");
     automation::ForgetErrorInfo();
     Ref<IUnknown> root = m_creator(strProgId);
     const auto &iid = Contract()[ThePlaces().intRoot].iid;

@@ -24,11 +24,8 @@ viInfo InfoOf(const InstrumentDescription &description) {
 Status InstrumentObject::GetViInfo(kolven::AutomationArray **ppBuffer) {
   return RunClosed([&] {
     RequirePlace(ppBuffer);
-    if (!automation::IsByteArray(*ppBuffer) || !(*ppBuffer)->pvData ||
-        (*ppBuffer)->rgsabound[0].cElements < static_cast<std::uint32_t>(kolven::ViInfoSize))
+    if (!InfoOf(m_session->Description()).WriteTo(*ppBuffer))
       throw CallFailure{automation::StatusInvalidArgument, "The information record needs an array of 28 bytes"};
-    const auto record = InfoOf(m_session->Description()).arrBytes;
-    std::copy(record.begin(), record.end(), static_cast<Byte *>((*ppBuffer)->pvData));
   });
 }
 

@@ -1,9 +1,6 @@
 #include "Instrument.h"
 
-#include <algorithm>
-
 #include "Blocks.h"
-#include "automation/AutomationArray.h"
 #include "automation/AutomationString.h"
 #include "instrument/viInfo.h"
 
@@ -39,10 +36,8 @@ bool IsTheOne(const AutomationVariant &key) {
 }  // namespace
 
 Status Instrument::GetViInfo(AutomationArray **ppBuffer) {
-  if (!ppBuffer || !tarvik::automation::IsByteArray(*ppBuffer) ||
-      (*ppBuffer)->rgsabound[0].cElements < tarvik::viInfo::Size)
+  if (!ppBuffer || !Record.WriteTo(*ppBuffer))
     return tarvik::automation::Fail(tarvik::automation::StatusInvalidArgument, "The record needs 28 bytes");
-  std::copy(Record.arrBytes.begin(), Record.arrBytes.end(), static_cast<tarvik::Byte *>((*ppBuffer)->pvData));
   return StatusOk;
 }
 

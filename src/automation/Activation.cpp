@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <mutex>
@@ -111,17 +110,6 @@ fs::path FindManifest(const std::string &strName, std::string &strTried) {
   return {};
 }
 
-/// A ProgID becomes a file name, and may come from another machine: it must not lead out of the manifests' folders.
-bool IsProgId(const std::string &strProgId) {
-  constexpr std::size_t Longest = 200;
-  const auto isAllowed = [](char ch) {
-    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') || ch == '.' || ch == '_' ||
-           ch == '-';
-  };
-  return !strProgId.empty() && strProgId.size() <= Longest && strProgId.front() != '.' &&
-         std::ranges::all_of(strProgId, isAllowed);
-}
-
 Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
   if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "Cannot create an object: the name is no ProgID");
   std::string strTried;
@@ -183,6 +171,16 @@ Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strS
   return maker ? maker() : CreateFromManifest(strProgId);
 }
 
+bool IsProgId(std::string_view strText) {
+  constexpr std::size_t Longest = 200;
+  const auto isAllowed = [](char ch) {
+    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') || ch == '.' || ch == '_' ||
+           ch == '-';
+  };
+  return !strText.empty() && strText.size() <= Longest && strText.front() != '.' &&
+         std::ranges::all_of(strText, isAllowed);
+}
+
 fs::path UserManifestFolder() {
   const fs::path folder = UserDataFolder();
   return folder.empty() ? folder : folder / FolderName;
@@ -194,9 +192,7 @@ std::vector<fs::path> ManifestFolders() {
     if (!folder.empty() && std::ranges::find(arrFolders, folder) == arrFolders.end()) arrFolders.push_back(folder);
   };
   append(UserManifestFolder());
-  const char *dirs = std::getenv("XDG_DATA_DIRS");
-  for (const std::string &strFolder : Split(dirs && *dirs ? dirs : "/usr/local/share:/usr/share", ':'))
-    if (!strFolder.empty() && strFolder.front() == '/') append(fs::path(strFolder) / FolderName);
+  for (const fs::path &folder : SystemDataFolders()) append(folder / FolderName);
   const fs::path own = OwnFolder();
   append(ManifestFolderOfPrefix(own));
   append(own);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "automation/Abi.h"
@@ -28,6 +29,10 @@ TARVIK_AUTOMATION_EXPORT void SetRemoteActivator(RemoteActivator activator);
 /// manifest names the driver's shared library, relative to the manifest's folder. A missing or broken driver
 /// raises a RunTimeError that says which files were tried and why each failed.
 TARVIK_AUTOMATION_EXPORT Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strServer);
+
+/// Whether a text can be a ProgID: up to 200 letters, digits, dots, underscores and hyphens, no dot in front. A ProgID
+/// becomes a file name and may come from another machine; anything else could lead out of the manifests' folders.
+TARVIK_AUTOMATION_EXPORT bool IsProgId(std::string_view strText);
 
 /// Folders in which manifests are looked for: the user's data folder, the system's data folders, the data folder of
 /// the prefix that this library is installed to, the folder of this library. All are whole paths: nothing is looked for

@@ -40,8 +40,6 @@ enum TransactionCommand : Long {
 };
 /// The one packing of pattern bits in use.
 inline constexpr Long PatternForm = 2;
-/// Bytes of the record of IInstrument::GetViInfo.
-inline constexpr Long ViInfoSize = 28;
 
 /// The reference of the phase-locked loop.
 class IPllReference : public IDispatch {
@@ -482,7 +480,7 @@ class IInstrument : public IDispatch {
  public:
   static constexpr Guid Iid{0x1B6ED75A, 0x5CB6, 0x8D36, {0x89, 0x8A, 0x2F, 0x49, 0xEA, 0xA6, 0x75, 0x38}};
 
-  /// Writes the 28-byte information record into the caller's array; needs no open session.
+  /// Writes the information record (viInfo.h) into the caller's array of 28 bytes; needs no open session.
   virtual Status TARVIK_CALL GetViInfo(AutomationArray **ppBuffer) = 0;
   virtual Status TARVIK_CALL Reserved1() { return StatusNotImplemented; }
   /// The driver's own error detection after each access.

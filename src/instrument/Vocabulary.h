@@ -157,6 +157,16 @@ enum Functionality : Long {
 inline constexpr Long AllFunctionality = eLacksTrailingEdge | eLacksImpedance | eLacksLoadCompensation |
                                          eLacksChannelMath | eLacksComplement | eLacksAnyVxi | eLacksFreeLeadingEdge;
 
+/// What an entry of the instrument list is. Entries of other kinds are as a box: a logical address and nothing more.
+enum InstrKind : Integer {
+  eKindBox = 1,
+  eKindSlot = 2,
+  eKindSlotOnController = 3,
+};
+
+/// Whether entries of the kind have a slot and a model code.
+constexpr bool IsSlotKind(Integer intKind) { return intKind == eKindSlot || intKind == eKindSlotOnController; }
+
 /// Commands of clsInstrInterface that have no settings.
 enum InstrCommands : Long {
   ICReset = 0,      ///< default state of the instrument

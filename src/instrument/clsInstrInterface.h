@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -186,7 +185,7 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   std::string m_LastWarning;
   /// The last check found another warning text than the one before.
   Boolean m_WarningChanged;
-  std::array<Byte, viInfo::Size> m_ViBuffer{};
+  viInfo m_ViBuffer;
 };
 
 /// gobjInstr as the class that it is, made on first use. Null only where somebody installed an instrument

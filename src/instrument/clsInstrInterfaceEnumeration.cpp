@@ -1,26 +1,9 @@
-#include <algorithm>
-
 #include "instrument/DriverCall.h"
 #include "instrument/OperationFrames.h"
 
 namespace tarvik {
 
 using namespace kolven;
-
-namespace {
-
-/// The driver writes into an array whose first element has the index 1.
-template <std::size_t Size>
-void FillFrom(const automation::Ref<IInstrument> &instrument, std::array<Byte, Size> &arrBuffer) {
-  automation::ArrayOwner array(ByteArray(1, {arrBuffer.begin(), arrBuffer.end()}));
-  Call(instrument, &IInstrument::GetViInfo, array.InOut());
-  const ByteArray arrFilled = automation::ToByteArray(array.Get());
-  // The record is of fixed size whatever the driver hands back.
-  const auto count = std::min(arrFilled.Elements().size(), Size);
-  std::copy_n(arrFilled.Elements().begin(), count, arrBuffer.begin());
-}
-
-}  // namespace
 
 Boolean clsInstrInterface::GetViInfo(Integer Index, tarvik::viInfo &viInfo, std::string &strName) {
   return Reported("GetViInfo", [&](Boolean &fResult) {
@@ -35,8 +18,11 @@ Boolean clsInstrInterface::GetViInfo(Integer Index, tarvik::viInfo &viInfo, std:
     const auto instrument = Narrowed<IInstrument>(Fetch(list, &IInstrumentList::GetItem, key));
     if (!instrument) return;
     strName = Read(instrument, &IInstrument::GetName);
-    FillFrom(instrument, m_ViBuffer);
-    viInfo.arrBytes = m_ViBuffer;
+    // The driver writes into an array whose first element has the index 1, and may hand back another one.
+    automation::ArrayOwner array(ByteArray(1, {m_ViBuffer.arrBytes.begin(), m_ViBuffer.arrBytes.end()}));
+    Call(instrument, &IInstrument::GetViInfo, array.InOut());
+    m_ViBuffer.ReadFrom(array.Get());
+    viInfo = m_ViBuffer;
     fResult = True;
   });
 }

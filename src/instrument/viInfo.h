@@ -1,17 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 
-#include "support/Types.h"
+#include "automation/AutomationArray.h"
+#include "instrument/Vocabulary.h"
 
 namespace tarvik {
-
-/// What an entry of the instrument list is; other values are entries with a logical address only.
-enum InstrKind : Integer {
-  eKindBox = 1,
-  eKindSlot = 2,
-  eKindSlotOnController = 3,
-};
 
 /// The driver's own record of an instrument: 28 raw bytes of which five 16-bit words, low byte
 /// first, are understood.
@@ -34,10 +29,23 @@ struct viInfo {
     return record;
   }
 
+  /// Fills the array that the caller of IInstrument::GetViInfo hands over. False, and nothing is written, where it is
+  /// no byte array with room for the record.
+  bool WriteTo(automation::AutomationArray *pArray) const {
+    if (!automation::IsByteArray(pArray) || !pArray->pvData || pArray->rgsabound[0].cElements < arrBytes.size())
+      return false;
+    std::copy(arrBytes.begin(), arrBytes.end(), static_cast<Byte *>(pArray->pvData));
+    return true;
+  }
+  /// Takes what a driver has filled in; what a shorter array lacks stays as it was. Fails as ToByteArray.
+  void ReadFrom(const automation::AutomationArray *pArray) {
+    const ByteArray arrFilled = automation::ToByteArray(pArray);
+    std::copy_n(arrFilled.Elements().begin(), std::min(arrFilled.Elements().size(), arrBytes.size()), arrBytes.begin());
+  }
+
   /// InstrKind.
   Integer Kind() const { return Word(KindAt); }
-  static bool HasSlot(Integer intKind) { return intKind == eKindSlot || intKind == eKindSlotOnController; }
-  Boolean HasSlot() const { return HasSlot(Kind()); }
+  Boolean HasSlot() const { return IsSlotKind(Kind()); }
   Integer LogicalAddress() const { return Word(HasSlot() ? SlotAddressAt : BoxAddressAt); }
   /// Only where HasSlot.
   Integer Slot() const { return Word(SlotAt); }

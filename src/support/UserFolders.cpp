@@ -2,14 +2,19 @@
 
 #include <cstdlib>
 
+#include "support/Conversions.h"
+
 namespace tarvik {
 
 namespace {
 
-std::filesystem::path WholePath(const char *strVariable) {
+std::string Environment(const char *strVariable) {
   const char *value = std::getenv(strVariable);
-  if (!value) return {};
-  const std::filesystem::path path(value);
+  return value ? value : "";
+}
+
+std::filesystem::path WholePath(const char *strVariable) {
+  const std::filesystem::path path(Environment(strVariable));
   return path.is_absolute() ? path : std::filesystem::path();
 }
 
@@ -27,5 +32,13 @@ std::filesystem::path FolderOr(const char *strVariable, const char *strBelowHome
 std::filesystem::path UserConfigFolder() { return FolderOr("XDG_CONFIG_HOME", ".config"); }
 std::filesystem::path UserDataFolder() { return FolderOr("XDG_DATA_HOME", ".local/share"); }
 std::filesystem::path UserStateFolder() { return FolderOr("XDG_STATE_HOME", ".local/state"); }
+
+std::vector<std::filesystem::path> SystemDataFolders() {
+  const std::string strFolders = Environment("XDG_DATA_DIRS");
+  std::vector<std::filesystem::path> arrFolders;
+  for (const std::string &strFolder : Split(strFolders.empty() ? "/usr/local/share:/usr/share" : strFolders, ':'))
+    if (const std::filesystem::path folder(strFolder); folder.is_absolute()) arrFolders.push_back(folder);
+  return arrFolders;
+}
 
 }  // namespace tarvik

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace tarvik {
 
@@ -10,5 +11,8 @@ namespace tarvik {
 std::filesystem::path UserConfigFolder();
 std::filesystem::path UserDataFolder();
 std::filesystem::path UserStateFolder();
+
+/// The system's folders of data, first one first: those of XDG_DATA_DIRS, else /usr/local/share and /usr/share.
+std::vector<std::filesystem::path> SystemDataFolders();
 
 }  // namespace tarvik

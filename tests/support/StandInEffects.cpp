@@ -4,6 +4,7 @@
 
 #include "OperationTable.h"
 #include "automation/Abi.h"
+#include "instrument/Vocabulary.h"
 
 namespace tarvik::test {
 
@@ -14,10 +15,6 @@ using Effects = OperationTable<StandInEffect>;
 constexpr Long InvalidChannelIndex = -2147220735, InvalidPatternRow = -2147220734;
 /// The number that the stand-in answers as the driver's own part of the transaction state.
 constexpr Integer OwnTransactionWord = 7;
-constexpr Long SinglePulse = 1, DoublePulse = 2;
-constexpr Long HighAndLow = 1;
-enum Trigger : Long { Continuous, Triggered, Gated };
-enum Pulses : Long { Stream, Burst, Pattern };
 
 InstrumentSettings &Of(const StandInWork &at, InstrumentSettings *) { return at.Settings(); }
 ChannelSettings &Of(const StandInWork &at, ChannelSettings *) { return at.Channel(); }
@@ -128,23 +125,23 @@ void AddTrigger(Effects &effects) {
 
 /// The setters of both modes differ in which groups of arguments they have, in one order: burst length, period, arming,
 /// PLL. Triggered single pulses have no period: each comes with its trigger.
-StandInEffect Mode(Trigger eTrigger, Pulses ePulses) {
+StandInEffect Mode(TriggerMode eTrigger, PulseMode ePulses) {
   return [=](const StandInWork &at) {
     InstrumentSettings &settings = at.Settings();
     settings.lngTriggerMode = eTrigger;
     settings.lngPulseMode = ePulses;
     std::size_t next = 0;
     const auto take = [&](Long &lngSetting) { lngSetting = at.call.In<Long>(next++); };
-    if (ePulses == Burst) take(settings.lngBurstLength);
-    if (eTrigger != Triggered || ePulses != Stream) {
+    if (ePulses == ePulseBurst) take(settings.lngBurstLength);
+    if (eTrigger != eTriggerTriggered || ePulses != ePulseStream) {
       take(settings.lngPeriodSource);
       take(settings.lngClockSlope);
     }
-    if (eTrigger != Continuous) {
+    if (eTrigger != eTriggerContinuous) {
       take(settings.lngArmingSource);
       take(settings.lngArmSlope);
     }
-    if (eTrigger != Triggered || ePulses == Stream) return;
+    if (eTrigger != eTriggerTriggered || ePulses == ePulseStream) return;
     const bool fFrequency = at.call.In<Long>(next) == 1;
     const auto dblPll = at.call.In<Double>(next + 1);
     const Double dblFromPeriod = dblPll == 0 ? 0 : 1 / dblPll;
@@ -153,15 +150,15 @@ StandInEffect Mode(Trigger eTrigger, Pulses ePulses) {
 }
 
 void AddModes(Effects &effects) {
-  effects["IModeSetup.SetContinuousBurst"] = Mode(Continuous, Burst);
-  effects["IModeSetup.SetContinuousPattern"] = Mode(Continuous, Pattern);
-  effects["IModeSetup.SetContinuousPulses"] = Mode(Continuous, Stream);
-  effects["IModeSetup.SetGatedBurst"] = Mode(Gated, Burst);
-  effects["IModeSetup.SetGatedPattern"] = Mode(Gated, Pattern);
-  effects["IModeSetup.SetGatedPulses"] = Mode(Gated, Stream);
-  effects["IModeSetup.SetTriggeredBurst"] = Mode(Triggered, Burst);
-  effects["IModeSetup.SetTriggeredPattern"] = Mode(Triggered, Pattern);
-  effects["IModeSetup.SetTriggeredPulses"] = Mode(Triggered, Stream);
+  effects["IModeSetup.SetContinuousBurst"] = Mode(eTriggerContinuous, ePulseBurst);
+  effects["IModeSetup.SetContinuousPattern"] = Mode(eTriggerContinuous, ePulsePattern);
+  effects["IModeSetup.SetContinuousPulses"] = Mode(eTriggerContinuous, ePulseStream);
+  effects["IModeSetup.SetGatedBurst"] = Mode(eTriggerGated, ePulseBurst);
+  effects["IModeSetup.SetGatedPattern"] = Mode(eTriggerGated, ePulsePattern);
+  effects["IModeSetup.SetGatedPulses"] = Mode(eTriggerGated, ePulseStream);
+  effects["IModeSetup.SetTriggeredBurst"] = Mode(eTriggerTriggered, ePulseBurst);
+  effects["IModeSetup.SetTriggeredPattern"] = Mode(eTriggerTriggered, ePulsePattern);
+  effects["IModeSetup.SetTriggeredPulses"] = Mode(eTriggerTriggered, ePulseStream);
 }
 
 PatternRow &Row(const StandInWork &at) {
@@ -199,10 +196,10 @@ void AddDelay(Effects &effects, const std::string &strInterface, Double ChannelS
 }
 
 void AddTiming(Effects &effects) {
-  AddDelay(effects, "ISinglePulse", &ChannelSettings::dblSingleDelay, SinglePulse);
-  AddDelay(effects, "IDoublePulse", &ChannelSettings::dblDoubleDelay, DoublePulse);
+  AddDelay(effects, "ISinglePulse", &ChannelSettings::dblSingleDelay, eTypeSingle);
+  AddDelay(effects, "IDoublePulse", &ChannelSettings::dblDoubleDelay, eTypeDouble);
   effects["IDoublePulse.GetEnabled"] = [](const StandInWork &at) {
-    at.call.Fill(at.Channel().lngPulseType == DoublePulse);
+    at.call.Fill(at.Channel().lngPulseType == eTypeDouble);
   };
   Keep(effects, "IEdges", "Coupling", &ChannelSettings::lngCoupling);
   Keep(effects, "IEdges", "Leading", &ChannelSettings::dblLeading);
@@ -221,14 +218,14 @@ void AddLevels(Effects &effects) {
   Keep(effects, "IChannelLevels", "Polarity", &ChannelSettings::lngPolarity);
   effects["IChannelLevels.GetLevel"] = [](const StandInWork &at) {
     const ChannelSettings &channel = at.Channel();
-    if (at.call.In<Long>(0) == HighAndLow)
+    if (at.call.In<Long>(0) == eLevelHighLow)
       at.call.Fill(channel.lngLevelType, channel.dblHigh, channel.dblLow);
     else
       at.call.Fill(channel.lngLevelType, channel.dblHigh - channel.dblLow, (channel.dblHigh + channel.dblLow) / 2);
   };
   effects["IChannelLevels.SetLevel"] = [](const StandInWork &at) {
     const auto dblFirst = at.call.In<Double>(2), dblSecond = at.call.In<Double>(3);
-    const bool fHighAndLow = at.call.In<Long>(0) == HighAndLow;
+    const bool fHighAndLow = at.call.In<Long>(0) == eLevelHighLow;
     at.Channel().lngLevelType = at.call.In<Long>(1);
     at.Channel().dblHigh = fHighAndLow ? dblFirst : dblSecond + dblFirst / 2;
     at.Channel().dblLow = fHighAndLow ? dblSecond : dblSecond - dblFirst / 2;

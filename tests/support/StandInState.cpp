@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "instrument/KolvenDriver.h"
+#include "instrument/viInfo.h"
 
 namespace tarvik::test {
 
@@ -32,7 +32,7 @@ InstrumentSettings::InstrumentSettings() {
 
 StandInState::StandInState(std::string strInstrument)
     : strName(std::move(strInstrument)), strIdentity("MAKER," + strName + ",SN1,V1.0") {
-  for (int i = 0; i < kolven::ViInfoSize; ++i) arrVi.push_back(static_cast<Byte>(16 + i));
+  for (int i = 0; i < viInfo::Size; ++i) arrVi.push_back(static_cast<Byte>(16 + i));
 }
 
 void StandInState::Begin() {
@@ -54,7 +54,7 @@ void StandInState::Configure(const Json &config) {
   take("options", [&](const Json &value) { strOptions = value; });
   take("vi", [&](const Json &value) {
     arrVi = FromHex(value.get<std::string>());
-    arrVi.resize(kolven::ViInfoSize);
+    arrVi.resize(viInfo::Size);
   });
   take("opens", [&](const Json &value) { fOpens = value.get<int>() != 0; });
   take("verbose", [&](const Json &value) { fVerbose = value.get<int>() != 0; });

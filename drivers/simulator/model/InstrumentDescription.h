@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "instrument/Vocabulary.h"
-#include "instrument/viInfo.h"
 #include "simulator/model/ScpiError.h"
 
 namespace tarvik::simulator {
@@ -28,7 +27,7 @@ struct InstrumentDescription {
   std::vector<ScpiError> arrErrors;    ///< in the error queue from the start
   std::vector<ScpiError> arrWarnings;  ///< hold until the instrument is reset
 
-  bool HasSlot() const { return viInfo::HasSlot(intKind); }
+  bool HasSlot() const { return IsSlotKind(intKind); }
   bool Lacks(Long lngLack) const { return (lngMask & lngLack) != 0; }
   bool operator==(const InstrumentDescription &) const = default;
 };

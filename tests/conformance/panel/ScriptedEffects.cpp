@@ -6,6 +6,7 @@
 #include "OperationTable.h"
 #include "automation/Abi.h"
 #include "instrument/KolvenDriver.h"
+#include "instrument/viInfo.h"
 
 namespace tarvik::paneltest {
 
@@ -131,21 +132,12 @@ void AddLists(Effects &effects) {
   effects["IRestrictions.GetMask"] = Tell(&InstrumentScript::lngMask);
 }
 
-/// Fills in the words of the information record that the script tells, low byte first.
 void TellViInfo(const ScriptedWork &at) {
-  auto arrBytes = at.call.In<std::vector<Byte>>(0);
-  const auto put = [&](std::size_t offset, Integer intWord) {
-    if (offset + 1 >= arrBytes.size()) return;
-    arrBytes[offset] = static_cast<Byte>(intWord & 0xFF);
-    arrBytes[offset + 1] = static_cast<Byte>((intWord >> 8) & 0xFF);
-  };
   const InstrumentScript &instrument = at.Instrument();
-  put(16, instrument.intKind);
-  put(18, instrument.intBox);
-  put(22, instrument.intSlot);
-  put(24, instrument.intAddress);
-  put(26, instrument.intModel);
-  at.call.FillBytes(arrBytes);
+  const bool fSlot = IsSlotKind(instrument.intKind);
+  const viInfo record = viInfo::Of(instrument.intKind, fSlot ? instrument.intAddress : instrument.intBox,
+                                   instrument.intSlot, instrument.intModel);
+  at.call.FillBytes({record.arrBytes.begin(), record.arrBytes.end()});
 }
 
 void AddInstrument(Effects &effects) {

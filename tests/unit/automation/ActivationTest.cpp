@@ -73,6 +73,16 @@ TEST_F(ActivationTest, ANameThatLeadsOutOfTheManifestFoldersIsNoProgId) {
   }
 }
 
+TEST(ProgId, HasUpToTwoHundredLettersDigitsDotsUnderscoresAndHyphens) {
+  EXPECT_TRUE(IsProgId("KolvenAtl.Kolven"));
+  EXPECT_TRUE(IsProgId("a-Z_0.9"));
+  EXPECT_TRUE(IsProgId(std::string(200, 'a')));
+  EXPECT_FALSE(IsProgId(std::string(201, 'a')));
+  EXPECT_FALSE(IsProgId(".a"));
+  EXPECT_FALSE(IsProgId("a/b"));
+  EXPECT_FALSE(IsProgId(""));
+}
+
 TEST_F(ActivationTest, AnEmptyManifestIsNamed) {
   WriteManifest("");
   EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(Manifest()), HasSubstr("is empty or cannot be read")));

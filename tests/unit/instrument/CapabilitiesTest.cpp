@@ -125,6 +125,31 @@ TEST_F(CapabilitiesTest, AnEntryWithoutASlotHasItsAddressElsewhere) {
   EXPECT_EQ(info.LogicalAddress(), -2);
 }
 
+TEST(viInfo, IsWrittenIntoAnArrayWithRoomForIt) {
+  const viInfo record = viInfo::Of(eKindSlot, 24, 3, 0x0210);
+  const automation::ArrayOwner array(ByteArray(1, std::vector<Byte>(30, 0xEE)));
+  EXPECT_TRUE(record.WriteTo(array.Get()));
+  const std::vector<Byte> arrBytes = automation::ToByteArray(array.Get()).Elements();
+  EXPECT_EQ(arrBytes, (std::vector<Byte>{0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  0, 0,    0, 0,    0,
+                                         0, 2, 0, 0, 0, 0, 0, 3, 0, 24, 0, 0x10, 2, 0xEE, 0xEE}));
+}
+
+TEST(viInfo, IsNotWrittenIntoAnythingElse) {
+  const automation::ArrayOwner array(ByteArray(0, std::vector<Byte>(27, 0xEE)));
+  EXPECT_FALSE(viInfo::Of(eKindBox, 9).WriteTo(array.Get()));
+  EXPECT_THAT(automation::ToByteArray(array.Get()).Elements(), testing::Each(0xEE));
+  EXPECT_FALSE(viInfo().WriteTo(nullptr));
+}
+
+TEST(viInfo, KeepsWhatAShorterArrayLacksAndDropsWhatALongerOneHasMore) {
+  viInfo record = viInfo::Of(eKindSlotOnController, 24, 3, 0x0210);
+  record.ReadFrom(automation::ArrayOwner(ByteArray(1, std::vector<Byte>(24, 7))).Get());
+  EXPECT_EQ(record.Slot(), 0x0707);
+  EXPECT_EQ(record.ModelCode(), 0x0210);
+  record.ReadFrom(automation::ArrayOwner(ByteArray(0, std::vector<Byte>(40, 9))).Get());
+  EXPECT_THAT(record.arrBytes, testing::Each(9));
+}
+
 TEST_F(CapabilitiesTest, OfflineThereIsNoChannelCountAndNoRestriction) {
   EXPECT_EQ(Instr().ChannelCount(), std::nullopt);
   EXPECT_FALSE(Instr().IsSingleChannel());

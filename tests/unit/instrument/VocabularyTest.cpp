@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "instrument/KolvenDriver.h"
-#include "instrument/viInfo.h"
 
 namespace tarvik::test {
 namespace {
