@@ -26,7 +26,7 @@ constexpr const char *ModuleName = "BitPattern";
 constexpr const char *NumericalCaption = "Numerical";
 constexpr const char *GraphicalCaption = "Graphical";
 
-/// From this length on there is something to scroll.
+/// Shorter patterns fit into the view, so the scroll bar is disabled.
 constexpr Integer MinScrollLength = 5;
 constexpr Integer LeftButton = 1;
 
@@ -49,7 +49,7 @@ BitPattern::Private::Private(BitPattern &objEditor, ControlSite &objSite) : edit
   };
   ConnectControls();
   SetWaveformRange();
-  // The first picture is drawn without the mark that every later one makes.
+  // The first drawing must not mark the page dirty.
   view->Draw(ActualAddress());
 }
 
@@ -99,8 +99,8 @@ Boolean BitPattern::SetPattern(Long eChannel, const ByteArray &arr, Long lngNumB
 
 Boolean BitPattern::Private::DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits) {
   if (!store.TakePattern(eChannel, arr)) return False;
-  // Twice, so that the field's old value is the new length too: no growth is seen, and no generator runs over
-  // what was just delivered.
+  // Twice, so that OldValue equals the new length: otherwise the pattern seems to have grown, and its generator would
+  // overwrite the delivered bits.
   esLast->SetValue(lngNumBits);
   esLast->SetValue(lngNumBits);
   esLast_AfterUpdate();
@@ -153,7 +153,7 @@ void BitPattern::Private::SetWaveformRange() {
   try {
     UpdateRange();
   } catch (const RunTimeError &error) {
-    // fInRange stays set: until the next scroll the fields are left alone.
+    // fInRange stays set: the fields are not synchronized again before the next scroll.
     LogError(ModuleName, "SetWaveformRange", error.Number(), error.Description());
     return;
   }
@@ -181,8 +181,8 @@ void BitPattern::Private::SelectAndRedraw(Long lngCode) {
 }
 
 void BitPattern::Private::HandKeysToPicture() {
-  // A row is selected to work on it. The button has had the focus first, so that an address that was being typed
-  // counts.
+  // After selecting a row the keys work on it. The button took the focus first, which ended an entry in the address
+  // field.
   picWave->setFocus(Qt::OtherFocusReason);
 }
 

@@ -15,7 +15,7 @@ class ControlSite;
 
 /// Editor of one digital pattern: up to 16384 addresses, each with a bit for channel 1, for channel 2 and for the
 /// strobe, shown as waveforms or digits. The pattern scrolls under the cell of the actual address; keys write bits
-/// there, menus change whole stretches. Every redraw marks the panel's page in front dirty.
+/// there, menus change whole ranges. Every redraw marks the panel's visible page dirty.
 ///
 /// eChannel is one of eChan1, eChan2 and eStrobe. A refused call shows a stop box, answers false and leaves the
 /// pattern as it was; a run-time failure is reported and logged and answers false.
@@ -26,14 +26,14 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   class Private;
 
   explicit BitPattern(QWidget *parent = nullptr);
-  /// In a container, which is told of changes of properties.
+  /// In a container that takes reports of changed properties.
   BitPattern(QWidget *parent, ControlSite &site);
   ~BitPattern() override;
 
-  /// Whether channel 1 and channel 2 return to zero, into the entries 1 and 2. Error 9 for an array without them.
+  /// Return-to-zero flags of channels 1 and 2, into the entries 1 and 2. Error 9 for an array without them.
   void GetRz(BooleanArray &fRz) const;
-  /// Takes both flags. With fSetGroup the option buttons follow; one that really changes raises RzChange during
-  /// this call, and the host may write fRz then.
+  /// Sets both flags. With fSetGroup the option buttons follow; a button that changes raises RzChange during this
+  /// call, and the host may write to fRz meanwhile.
   void SetRz(const BooleanArray &fRz, Boolean fSetGroup);
   /// Shows or leaves out the rows of channel 2 from the next redraw on.
   void EnableChannel2(Boolean fEnable);
@@ -54,18 +54,18 @@ class TARVIK_EXPORT BitPattern : public QWidget, public Control {
   void SetEnabled(Boolean fEnable) override;
   Boolean Visible() const override;
   void SetVisible(Boolean fShow) override;
-  /// The keyboard always works on the picture.
+  /// Focuses the picture, which handles the keys.
   void SetFocus() override;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
-  /// The user changed an option of return to zero, or a program changed it through SetRz.
+  /// A return-to-zero option changed, by the user or by SetRz.
   Event<> RzChange;
 
  protected:
   void changeEvent(QEvent *event) override;
-  /// Hands the focus on to the picture. As its proxy the picture would draw the tab key past what stands before it.
+  /// Passes the focus to the picture. A focus proxy would change the tab order instead.
   void focusInEvent(QFocusEvent *event) override;
 
  private:

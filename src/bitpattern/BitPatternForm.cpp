@@ -1,4 +1,4 @@
-// The form of the editor: which controls stand where, and what they look like.
+// Creation, places and looks of the editor's controls.
 #include <QEvent>
 #include <QFocusEvent>
 #include <QGroupBox>
@@ -75,7 +75,7 @@ QString Indexed(const char *strName, int intIndex) {
 }  // namespace
 
 void BitPattern::Private::CreateControls() {
-  // The grey is fixed, so the texts on it may not follow a dark theme.
+  // The grey is fixed, so the text colours must not follow a dark theme.
   QPalette colours = editor.palette();
   const QColor grey = ToQColor(FormColour);
   colours.setColor(QPalette::Window, grey);
@@ -139,7 +139,7 @@ void BitPattern::Private::CreatePicture() {
   HScroll1->setObjectName(QStringLiteral("HScroll1"));
   HScroll1->setAccessibleName(QStringLiteral("Actual Address"));
   HScroll1->setToolTip(QStringLiteral("Move along the addresses"));
-  // Stands on the first address from the start: a new editor has nothing to tell the panel that is running.
+  // Starts at the first address, so that creating the editor raises no change that would mark the page dirty.
   HScroll1->SetMin(1);
 }
 

@@ -27,7 +27,7 @@ struct BitPatternForm {
   Single sngScrollHeight = 255;
 };
 
-/// What is inside the editor: the pattern, its view, and what the controls do to both.
+/// Implementation of BitPattern: the pattern, its view and the handlers of the controls.
 class TARVIK_HIDDEN BitPattern::Private {
  public:
   Private(BitPattern &editor, ControlSite &site);
@@ -38,12 +38,12 @@ class TARVIK_HIDDEN BitPattern::Private {
 
   static Long ToolIndexToChannel(Long lngIndex);
 
-  /// Gives picture and scroll bar their sizes and begins a new view.
+  /// Sets the sizes of picture and scroll bar and creates the view for them.
   void TakeForm(const BitPatternForm &sizes);
   void PlaceControls();
   Boolean DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits);
   void RedrawPattern();
-  /// Makes address field, length field and scroll bar agree.
+  /// Synchronizes address field, length field and scroll bar.
   void SetWaveformRange();
   Long ActualAddress() const;
 

@@ -9,14 +9,14 @@ namespace tarvik {
 
 HScrollBar::HScrollBar(QWidget *parent) : WidgetControl(Qt::Horizontal, parent) {
   setRange(0, std::numeric_limits<Integer>::max());
-  // The Tab key passes it by: whoever comes here is sent on at once.
+  // Not in the tab order: the editor moves the focus on to the picture.
   setFocusPolicy(Qt::ClickFocus);
   connect(this, &QScrollBar::valueChanged, this, [this] {
     if (!m_fProgramChange) RunUserEvent(*this, "Change", [this] { Change.Raise(); });
   });
 }
 
-/// The toolkit's signals cannot carry a failure of the handler, so a program's change is told from here.
+/// Exceptions must not pass through Qt's signals, so a change by the program raises Change directly.
 template <class Write>
 void HScrollBar::ByProgram(Write write) {
   const int intBefore = value();

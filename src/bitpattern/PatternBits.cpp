@@ -22,7 +22,7 @@ Byte Mask(const std::array<Byte, 8> &arrMasks, Long lngAddress) {
   return arrMasks[static_cast<std::size_t>(lngIndex)];
 }
 
-/// Eight bytes with the lowest address in the highest bit, wherever they stand.
+/// Loads eight bytes as a big-endian word, at any alignment.
 Word LoadWord(const Byte *bytes) {
   Word word;
   std::memcpy(&word, bytes, WordSize);
@@ -35,7 +35,7 @@ void StoreWord(Byte *bytes, Word word) {
 }
 
 void InvertBytes(Byte *bytes, std::size_t count) {
-  // Blocks of a fixed size, so that the compiler can use its widest registers.
+  // Fixed-size blocks, so that the compiler vectorizes the loop.
   constexpr std::size_t BlockWords = 8, BlockSize = BlockWords * WordSize;
   for (; count >= BlockSize; bytes += BlockSize, count -= BlockSize) {
     std::array<Word, BlockWords> block;
@@ -58,7 +58,7 @@ void OrBytes(Byte *bytes, const Byte *other, std::size_t count) {
   for (; count > 0; ++bytes, ++other, --count) *bytes = static_cast<Byte>(*bytes | *other);
 }
 
-/// Shifts the bytes one bit toward higher addresses; what leaves one word enters the next.
+/// Shifts the bytes one bit toward higher addresses, with carry from word to word.
 void ShiftUp(Byte *bytes, std::size_t count) {
   Word carry = 0;
   for (; count >= WordSize; bytes += WordSize, count -= WordSize) {
@@ -81,12 +81,12 @@ void ShiftDown(Byte *bytes, std::size_t count) {
   if (count == 1) *bytes = static_cast<Byte>(*bytes << 1);
 }
 
-/// The bytes that hold a stretch of addresses.
+/// The bytes that hold a range of addresses.
 struct Stretch {
   Byte *bytes;
   std::size_t count;
-  Byte byFirst;  ///< the bits of the first byte that belong to the stretch
-  Byte byLast;   ///< the same of the last byte
+  Byte byFirst;  ///< mask of the range's bits in the first byte
+  Byte byLast;   ///< and in the last byte
 };
 
 Stretch BytesOf(ByteArray &arr, Long lngFirst, Long lngLast) {
@@ -101,7 +101,7 @@ Byte Blend(Byte byOld, Byte byNew, Byte byMaskOfNew) {
   return static_cast<Byte>((byOld & ~byMaskOfNew) | (byNew & byMaskOfNew));
 }
 
-/// Runs a change of whole bytes on the stretch; the bits at its ends that do not belong to it keep their value.
+/// Runs a change of whole bytes on the range and restores the bits at its ends that lie outside.
 template <class Change>
 void ChangeWithin(const Stretch &stretch, Change change) {
   Byte &first = stretch.bytes[0];

@@ -17,17 +17,17 @@ namespace {
 constexpr Long MinClockPeriod = 2, MaxClockPeriod = MaxPatternLength;
 constexpr Long MinPrbsBase = 7, MaxPrbsBase = 14;
 
-/// The number of an entry, rounded; empty for an entry that is no number or far too large for one of ours.
+/// The number of an entry, rounded; empty for an entry that is no number or overflows.
 std::optional<Double> WholeNumber(const std::string &strEntry) {
   try {
     if (const auto dbl = ParseNumber(strEntry, TheHost().DecimalSeparator())) return std::nearbyint(*dbl);
   } catch (const RunTimeError &) {
-    // Larger than any Double: as wrong as every other number beyond the bounds.
+    // Overflow: rejected like any other number out of bounds.
   }
   return std::nullopt;
 }
 
-/// Asks until the entry is good; empty when the user gave up.
+/// Asks until the entry is valid; empty if the user cancels.
 std::optional<Long> AskForNumber(const char *strTitle, Long lngMin, Long lngMax) {
   std::string strEntry;
   Boolean fOk;
@@ -137,7 +137,7 @@ void PatternOperations::Prbs(Long lngCode, Long lngStart, Long lngBase) {
 void PatternOperations::CalcPrbs(ByteArray &arr, Long lngStart, Long lngBase) {
   InstrReference *instr = InstrOnFirstUse();
   if (!instr) return;
-  // A driver may hand back an array of another size; the stream keeps its own.
+  // A driver may return an array of another size; the stream keeps its own.
   ByteArray arrWhole = arr;
   instr->CalcPRBS(lngStart, m_store.Length(), lngBase, arrWhole);
   const auto count = std::min(arr.Count(), arrWhole.Count());

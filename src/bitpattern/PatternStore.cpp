@@ -11,7 +11,7 @@ namespace {
 
 ByteArray EmptyStream() { return ByteArray(1, std::vector<Byte>(PatternArraySize)); }
 
-/// Asks for something that only an array of one dimension with elements has.
+/// Raises error 9 unless the array has one dimension and at least one element.
 void RequireElements(const ByteArray &arr) {
   if (arr.Dimensions() != 1 || arr.Count() == 0) RaiseError(ErrSubscriptOutOfRange);
 }

@@ -50,7 +50,7 @@ void WavePicture::keyPressEvent(QKeyEvent *event) {
   const bool fUsed = intKeyCode != 0 && intCodeAfter == 0;
   const char32_t character = CharacterOf(*event);
   if (!fUsed && character != 0) RunUserEvent(*this, "KeyPress", [&] { KeyPress.Raise(character); });
-  // Tab, Enter and Escape belong to the form.
+  // Tab, Enter and Escape go to the form.
   event->setAccepted(fUsed || character > U' ');
 }
 

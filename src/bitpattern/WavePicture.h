@@ -21,9 +21,9 @@ class WavePicture : public PictureBox {
     Long lngAddress = 0;
     Long lngLength = 0;
   };
-  /// Asked when assistive technology wants to know the place; empty until the editor gives it.
+  /// Called when assistive technology asks for the place; set by the editor.
   std::function<PlaceInPattern()> Place;
-  /// The place or what stands there changed.
+  /// To be called when the place or its bit has changed.
   void TellPlace();
 
   /// Key code of a key that went down; a handler that uses the key sets the code to 0, and no KeyPress follows.

@@ -56,7 +56,7 @@ void WaveformView::Draw(Long lngAddress) {
   Single sngX = ActualCellLeft;
   Long lngFirst = lngAddress, lngLast = 0;
   GetVisibleRange(lngCellsPerView, m_store.Length(), sngX, lngFirst, lngLast);
-  // Measured once for each picture: the font may have changed since the last one.
+  // Measured once per drawing, as the font may change in between.
   m_digitSizes.fill(std::nullopt);
   picWave.Cls();
   DrawBackground();

@@ -14,8 +14,7 @@ namespace tarvik {
 /// of the pattern.
 class WaveformView {
  public:
-  /// Takes the number of cells and the base lines of the rows from the sizes of the picture and of the scroll
-  /// bar at its bottom, once.
+  /// Computes cell count and base lines from the sizes of the picture and of the scroll bar at its bottom.
   WaveformView(PictureBox &picWave, PatternStore &objStore, Single sngScrollHeight);
 
   Long CellsPerView() const { return lngCellsPerView; }
@@ -23,7 +22,7 @@ class WaveformView {
   /// Channel code of the selected row, 0 for none.
   Long Selected() const { return lngSelected; }
   void Select(Long lngCode) { lngSelected = lngCode; }
-  /// Selects the row when sngY lies in its band and tells whether it does. The place along the row has no part.
+  /// Selects the row when sngY lies in its band and tells whether it does. sngX is ignored.
   bool SelectRowAt(Long lngCode, Single sngX, Single sngY);
 
   /// The whole picture with the actual address in its fixed cell.

@@ -22,7 +22,7 @@ namespace {
 constexpr Single CaptionGap = 100;  // between label and list
 constexpr Single LabelTop = 50;     // brings the label's line down to the list's text
 
-/// A list that leaves the wheel to the page unless it has the focus.
+/// Passes the wheel to its parent unless it has the focus.
 class DropDownList : public QComboBox {
  public:
   explicit DropDownList(QWidget *parent) : QComboBox(parent) { OfferAccessible<DropDownList, ListAccessible>(); }
@@ -46,7 +46,7 @@ CboEnhanced::CboEnhanced(QWidget *parent, ControlSite &site)
     : FormControl(parent, site, Private::Properties(), [this](const PropertyBag &bag) { ReadProperties(bag); }),
       m(std::make_unique<Private>(*this)) {
   setFocusProxy(m->cbo);
-  // The label of a row in a form gives the focus only to what takes it itself.
+  // A QFormLayout label passes the focus only to a buddy with a focus policy of its own.
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
@@ -71,7 +71,7 @@ CboEnhanced::Private::Private(CboEnhanced &objControl)
 }
 
 void CboEnhanced::AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData, Boolean fGroupDefault) {
-  // The toolkit would choose the first item of an empty list by itself.
+  // QComboBox selects the first item that is added to an empty list.
   m->fProgramChange = true;
   const int intBefore = m->cbo->currentIndex();
   m->cbo->addItem(QString::fromStdString(strItem));
@@ -301,7 +301,7 @@ void CboEnhanced::InitProperties() {
 
 void CboEnhanced::ReadProperties(const PropertyBag &bag) {
   m->fReadingProperties = True;
-  // A value that is none ends the reading, and the flag stays: the control takes no part in change reports any more.
+  // A value of the wrong type ends the reading and leaves the flag set: the control reports no changes from then on.
   IgnoreErrors([&] {
     for (const ControlProperty &property : Private::Properties())
       if (property.IsRead()) property.Assign(*this, bag);
@@ -320,7 +320,7 @@ void CboEnhanced::Private::PropChanged(const char *strProperty, bool fResize) {
 }
 
 void CboEnhanced::Resize(Single sngWidth) {
-  // The form's pixels are rounded; taken back for the width they would shift what the program placed in twips.
+  // Pixels are rounded; converting them back would lose the exact width that the program set.
   m->intWidthAtResize = width();
   m->sngWidth = sngWidth;
   m->LayOut();
@@ -339,7 +339,7 @@ void CboEnhanced::SetListHeight(Single sngHeight) { m->sngListHeight = sngHeight
 
 bool CboEnhanced::Private::HasCaptionRoom() const {
   if (sngCaptionWidth < 1) return false;
-  // On a form of fixed places an empty caption keeps lists in line; in a layout the rows see to that.
+  // At fixed places an empty caption keeps its room so that lists line up; in a QLayout the rows line up anyway.
   return !(lblCaption->text().isEmpty() && StandsInLayout(control));
 }
 
@@ -348,8 +348,8 @@ Single CboEnhanced::Private::CaptionRoom() const { return HasCaptionRoom() ? sng
 void CboEnhanced::Private::NoteCaption(bool fAppears) {
   control.updateGeometry();
   const bool fLaidOut = layout.sngHeight > 0;
-  // While the control runs the list waits for the next layout. The label has its width at once, and what has just
-  // appeared may not be covered until then.
+  // At run time the list moves with the next layout only. The label is resized at once, and a label that was just shown
+  // must not be covered until then.
   if (fLaidOut && fAppears && !fReadingProperties)
     ShowLayout(Arranged());
   else
@@ -369,7 +369,7 @@ void CboEnhanced::Private::LayOut() {
 }
 
 void CboEnhanced::Private::ShowLayout(const Layout &places) {
-  // The label begins lower than the list; the margin below brings its text to the same line.
+  // The label starts lower than the list; the bottom margin aligns its text with the list's line.
   lblCaption->setContentsMargins(0, 0, 0, TwipsToPixels(control, LabelTop));
   cbo->setGeometry(TwipsToPixels(control, places.list));
   lblCaption->setGeometry(TwipsToPixels(control, places.label));

@@ -22,7 +22,7 @@ class TARVIK_EXPORT CboEnhanced : public FormControl {
   TARVIK_FORM_PASSING(ListIndex, NOTIFY currentIndexChanged)
   TARVIK_FORM_READING(ListCount)
   TARVIK_FORM_READING(Text, NOTIFY currentTextChanged)
-  // By the names that the toolkit's own lists have.
+  // The names that QComboBox uses.
   Q_PROPERTY(
       int currentIndex READ ListIndex WRITE setCurrentIndex NOTIFY currentIndexChanged DESIGNABLE false STORED false)
   Q_PROPERTY(QString currentText READ currentText NOTIFY currentTextChanged DESIGNABLE false STORED false USER true)
@@ -30,9 +30,9 @@ class TARVIK_EXPORT CboEnhanced : public FormControl {
  public:
   class Private;
 
-  /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
+  /// At run time, with the defaults of the stored properties.
   explicit CboEnhanced(QWidget *parent = nullptr);
-  /// In a container, which calls InitProperties or ReadProperties.
+  /// In a container, which then calls InitProperties or ReadProperties.
   CboEnhanced(QWidget *parent, ControlSite &site);
   ~CboEnhanced() override;
 
@@ -40,15 +40,15 @@ class TARVIK_EXPORT CboEnhanced : public FormControl {
   void AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData = 0, Boolean fGroupDefault = False);
   void Clear();
 
-  /// Selects the item that stands for its group. Without one a stop box says so and the selection stays.
+  /// Selects the default item of the group. Without one it shows a stop box and keeps the selection.
   Boolean SetListIndexByGroupData(Long lngGroupData);
   Long GetCurrGroupData(Long lngDefault = 0) const;
-  /// Selects the first item with this item data; false, and no word, where there is none.
+  /// Selects the first item with this item data; false, without a message, if there is none.
   Boolean SetListIndexByItemData(Long lngItemData);
   Long GetCurrItemData(Long lngDefault = 0) const;
 
   Boolean Enabled() const override;
-  /// A disabled list shows no selection; the one it had is lost.
+  /// Disabling clears the selection.
   void SetEnabled(Boolean fEnable) override;
   void SetFocus() override;
 
@@ -85,8 +85,7 @@ class TARVIK_EXPORT CboEnhanced : public FormControl {
   void ReadProperties(const PropertyBag &bag);
   void WriteProperties(PropertyBag &bag) const;
 
-  /// Width in twips, as the program gives it; the height is that of the list and cannot be chosen. A form that gives
-  /// the control another place afterwards has the last word: the layout follows the width on the form.
+  /// Width in twips; the height is that of the list. A later resize by a layout or form overrides it.
   void Resize(Single sngWidth);
   /// Height of the list in twips, from which the control takes its own.
   void SetListHeight(Single sngHeight);
@@ -94,19 +93,19 @@ class TARVIK_EXPORT CboEnhanced : public FormControl {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
-  /// An item was chosen that was not chosen before, by whomever.
+  /// Another item was selected, by the user or by the program.
   Event<> Click;
 
-  /// The text of the selected item, in the toolkit's own kind.
+  /// Text as a QString.
   QString currentText() const;
 
  public Q_SLOTS:
-  /// SetListIndex for connections: a failure of a handler that it calls ends here, with box and record.
+  /// SetListIndex as a slot: run-time errors of handlers are reported and logged here instead of thrown.
   void setCurrentIndex(int intIndex);
 
  Q_SIGNALS:
-  /// Another item is selected, or none (-1), by whomever. Comes before Click, which does not tell of none. A slot must
-  /// let no exception out.
+  /// The selection changed, -1 for none, whoever changed it. Emitted before Click, which is not raised for none. A slot
+  /// must not throw.
   void currentIndexChanged(int intIndex);
   void currentTextChanged(const QString &strText);
 

@@ -15,7 +15,7 @@
 
 namespace tarvik {
 
-/// What is inside a drop-down list with caption.
+/// Implementation of CboEnhanced.
 class TARVIK_HIDDEN CboEnhanced::Private {
  public:
   explicit Private(CboEnhanced &control);
@@ -48,7 +48,7 @@ class TARVIK_HIDDEN CboEnhanced::Private {
   void cbo_Click();
   void TellIndex();
   void PropChanged(const char *strProperty, bool fResize = false);
-  /// Whether the list leaves room for the caption.
+  /// Whether the layout reserves room for the caption.
   bool HasCaptionRoom() const;
   Single CaptionRoom() const;
   void NoteCaption(bool fAppears);
@@ -64,7 +64,7 @@ class TARVIK_HIDDEN CboEnhanced::Private {
   FieldLabel *const lblCaption;
 
   std::vector<Item> arrItems;
-  Long lngToldIndex = -1;  ///< by the latest currentIndexChanged
+  Long lngToldIndex = -1;  ///< of the last currentIndexChanged
   /// The saved list indexes, each followed by a blank.
   std::string strSavedIndexes;
   std::string strTagX;
@@ -73,7 +73,7 @@ class TARVIK_HIDDEN CboEnhanced::Private {
   Single sngLabelWidth = DefaultCaptionWidth;
   Single sngListHeight = 315;
   Single sngWidth = 3000;
-  /// Pixels at the latest Resize; until then, and after a form gave it another width, the form's width counts.
+  /// Width in pixels at the last Resize; empty while the width of the form decides.
   std::optional<int> intWidthAtResize;
   Layout layout;
   bool fInResize = false;

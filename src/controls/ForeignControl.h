@@ -7,12 +7,12 @@
 
 namespace tarvik {
 
-/// A widget of the toolkit that a form put into one of the controls, as a control. It lives as long as its widget.
+/// Adapts any QWidget of a form to Control. Owned by its widget.
 class ForeignControl : public QObject, public Control {
   Q_OBJECT
 
  public:
-  /// The one of this widget; made when it is asked for first.
+  /// The adapter of this widget, created on first use.
   static ForeignControl &Of(QWidget &widget);
 
   Boolean Enabled() const override;

@@ -32,7 +32,7 @@ const std::string &ForeignOption::Tag() const {
 }
 
 void ForeignOption::SetValue(Boolean fValue) {
-  // The toolkit keeps the last chosen button of a group on.
+  // QRadioButton refuses to uncheck the last button of an exclusive group.
   const bool fExclusive = m_button.autoExclusive();
   if (!fValue) m_button.setAutoExclusive(false);
   m_button.setChecked(fValue);

@@ -8,16 +8,15 @@
 
 namespace tarvik {
 
-/// A radio button of the toolkit that a form put into a frame, as an option of the frame. Its number and its tag are
-/// the dynamic properties "Index" and "Tag"; without the first it stands outside of any array. It lives as long as its
-/// button.
+/// Adapts a QRadioButton of a form to OptionButtonControl. Index and Tag are the button's dynamic properties of these
+/// names; without "Index" it belongs to no control array. Owned by its button.
 class ForeignOption : public QObject, public OptionButtonControl {
   Q_OBJECT
 
  public:
   static constexpr const char *IndexProperty = "Index", *TagProperty = "Tag";
 
-  /// The one of this button; made when it is asked for first.
+  /// The adapter of this button, created on first use.
   static ForeignOption &Of(QRadioButton &button);
 
   Boolean Enabled() const override;

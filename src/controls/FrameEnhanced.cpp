@@ -14,7 +14,7 @@ namespace tarvik {
 
 namespace {
 
-/// Runs a step whose failure is reported and ends it.
+/// Runs a step; a run-time error is logged and ends the step.
 template <class Step>
 void Reported(const char *strProc, Step &&step) {
   try {
@@ -153,7 +153,7 @@ void FrameEnhanced::Private::ShowBorder() {
 }
 
 void FrameEnhanced::Private::KeepContentsWithin() {
-  // A layout that a form gives the frame begins below the caption.
+  // A layout of the frame itself must start below the caption.
   frame.setContentsMargins(fra->contentsMargins());
 }
 

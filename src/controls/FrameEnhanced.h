@@ -10,9 +10,9 @@
 namespace tarvik {
 
 /// A group box that treats the option buttons in it as one value: the Index of the chosen button, or the text
-/// in its Tag. What stands in it are the child widgets of Container() that are controls, and after them what a form of
-/// the toolkit put into the frame itself, each in the order in which they were made. Radio buttons of a form are
-/// options as well: their dynamic properties "Index" and "Tag" are those of an option button.
+/// in its Tag. It contains the child widgets of Container() that are controls, followed by all widgets that a form
+/// added to the frame itself, each in the order of creation. A QRadioButton of a form counts as an option button with
+/// its dynamic properties "Index" and "Tag".
 class TARVIK_EXPORT FrameEnhanced : public FormControl {
   Q_OBJECT
   TARVIK_FORM_PROPERTY(BorderStyle)
@@ -23,32 +23,32 @@ class TARVIK_EXPORT FrameEnhanced : public FormControl {
  public:
   class Private;
 
-  /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
+  /// At run time, with the defaults of the stored properties.
   explicit FrameEnhanced(QWidget *parent = nullptr);
-  /// In a container, which calls ReadProperties.
+  /// In a container, which then calls ReadProperties.
   FrameEnhanced(QWidget *parent, ControlSite &site);
 
   ~FrameEnhanced() override;
 
-  /// The parent of whatever a program puts into the frame.
+  /// Parent for controls that a program adds to the frame.
   QWidget *Container() const;
 
   Long Appearance() const;
   /// 0 flat, 1 raised from the page.
   void SetAppearance(Long lngAppearance);
 
-  /// Index of the chosen button; 0 with none chosen, which looks like button 0.
+  /// Index of the chosen button; 0 if none is chosen, as for button 0.
   Integer ArrayIndex() const;
-  /// Chooses the button with this Index; nothing happens where there is none.
+  /// Chooses the button with this Index, if there is one.
   void SetArrayIndex(Integer intIndex);
 
   /// The chosen button, or null.
   const OptionButtonControl *Chosen() const;
-  /// Tag of the chosen button; empty with none chosen.
+  /// Tag of the chosen button; empty if none is chosen.
   Variant Value() const;
-  /// Chooses the first button whose Tag is the value's text; nothing happens where there is none.
+  /// Chooses the first button whose Tag equals the value as text, if there is one.
   void SetValue(const Variant &vValue);
-  /// The same, with a second value to fall back to.
+  /// The same with a fallback value.
   void Match(const Variant &vMatchValue, const Variant &vDefault);
 
   std::string Caption() const;
@@ -59,11 +59,11 @@ class TARVIK_EXPORT FrameEnhanced : public FormControl {
   void SetBorderStyle(Long lngBorderStyle);
 
   Boolean Enabled() const override;
-  /// The frame and everything that stands in it. A control without an Enabled property raises 438.
+  /// Applies to the frame and everything in it. A control without an Enabled property raises 438.
   void SetEnabled(Boolean fEnable) override;
   void SetFocus() override { SetFocusOnOpt(); }
 
-  /// The focus goes to the chosen button, if it and the frame are enabled.
+  /// Focuses the chosen button if it and the frame are enabled.
   void SetFocusOnOpt();
 
   void ReadProperties(const PropertyBag &bag);

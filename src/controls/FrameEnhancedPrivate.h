@@ -8,7 +8,7 @@
 
 namespace tarvik {
 
-/// What is inside a frame.
+/// Implementation of FrameEnhanced.
 class TARVIK_HIDDEN FrameEnhanced::Private {
  public:
   explicit Private(FrameEnhanced &frame);
@@ -18,7 +18,7 @@ class TARVIK_HIDDEN FrameEnhanced::Private {
   static const Private &Of(const FrameEnhanced &frame) { return *frame.m; }
   static const PropertyTable &Properties();
 
-  /// Everything that stands in the frame.
+  /// All controls in the frame, and all other widgets of a form as controls.
   std::vector<Control *> ContainedControls() const;
   bool Choose(const Variant &vValue);
   void ShowBorder();

@@ -5,8 +5,8 @@
 
 namespace tarvik {
 
-/// The drop-down list of a CboEnhanced: named by what it chooses, where the toolkit's own would take the chosen item
-/// for a name. Its one child is the list that drops down.
+/// The drop-down list of a CboEnhanced. Its name is the caption, where Qt's own interface would use the selected item.
+/// Its one child is the popup list.
 class ListAccessible : public QAccessibleWidget {
  public:
   explicit ListAccessible(QComboBox &cbo);

@@ -6,10 +6,10 @@
 
 namespace tarvik {
 
-/// Places of the digit cursor that are no decimal positions.
+/// Cursor moves other than to a decimal position.
 enum CursorMode : Long {
-  curNext = -905,     ///< on in the latest direction
-  curRestore = -904,  ///< back where it was
+  curNext = -905,     ///< once more in the direction of the last move
+  curRestore = -904,  ///< to the last position
   curRight = -903,
   curLeft = -902,
   curLast = -901,
@@ -23,13 +23,13 @@ class CursorText {
   virtual std::u16string Content() const = 0;
   virtual Long SelStart() const = 0;
   virtual Long SelLength() const = 0;
-  /// Held to the text's length; sets the length of the selection to 0. Error 380 below 0.
+  /// Clamped to the text's length; clears the selection. Error 380 below 0.
   virtual void SetSelStart(Long lngStart) = 0;
   /// Cut at the end of the text.
   virtual void SetSelLength(Long lngLength) = 0;
 };
 
-/// The cursor of one character that marks the digit to be stepped. It never rests on separator or sign.
+/// The one-character selection that marks the digit to be stepped. It skips separator and sign.
 class DigitCursor {
  public:
   explicit DigitCursor(CursorText &text) : m_text(text) {}
@@ -45,7 +45,7 @@ class DigitCursor {
   /// Decimal position of the cursor, kept for CursorDigit. Separator and units both count as 0.
   Long GetCursorDigit();
   /// The selected character; fFirst tells whether the cursor stood at the start of the text before a
-  /// selection of another length was put right.
+  /// selection of another length was corrected.
   std::u16string GetCursorChar(Boolean &fFirst);
 
   Long CursorPos() const { return m_lngCursorPos; }

@@ -10,10 +10,10 @@ namespace tarvik {
 inline constexpr Long LowestExponent = -12;
 inline constexpr Long HighestExponent = 12;
 
-/// Digits that a value is rounded to before any of them is cut off.
+/// A value is rounded to this many digits before it is truncated to the significant ones.
 inline constexpr Long RoundedDigits = 10;
 
-/// The prefix letter of an exponent from -12 to 12; the one below for what is no multiple of 3.
+/// The prefix letter of an exponent from -12 to 12, rounded down to a multiple of 3;
 /// "*" for any other exponent.
 std::string_view PrefixOfExponent(Long lngExponent);
 

@@ -8,7 +8,7 @@
 
 namespace tarvik {
 
-/// What a typed text means to the field.
+/// Result of parsing a typed text.
 struct Entry {
   enum class Kind {
     Empty,   ///< the text is empty: the minimum is shown, the value stays
@@ -19,7 +19,7 @@ struct Entry {
   Double dblValue = 0;
 };
 
-/// The number of a field: its value within its limits, and its way to and from text.
+/// The number model of a field: value, limits, and conversion to and from text.
 /// Exponents are powers of ten, multiples of 3 from -12 to 12.
 class EngrNumber {
  public:
@@ -27,16 +27,16 @@ class EngrNumber {
   explicit EngrNumber(const ValueFormat &engineering = EngineeringFormat(), const ValueFormat &plain = PlainFormat())
       : m_engineering(&engineering), m_plain(&plain) {}
 
-  /// Starts as a field that was just put on a form.
+  /// State of a field that was just placed on a form.
   void InitProperties();
-  /// Value, old value and exponent of a field that nothing was assigned to yet.
+  /// Resets value, old value and exponent.
   void ForgetValue();
 
   Double Value() const { return m_dblValue; }
   /// The value before the latest assignment.
   Double OldValue() const { return m_dblOldValue; }
-  /// Takes the value, held to the limits. What is too small to be held jumps to the lower limit on the way
-  /// down and to the smallest value on the way up. What is no number at all counts as too small.
+  /// Clamps the value to the limits. A magnitude below Smallest becomes the lower limit when the value falls and
+  /// Smallest when it rises. NaN counts as too small.
   void Assign(Double dblValue);
 
   /// 1 / value, or the upper limit for 0.
@@ -46,7 +46,7 @@ class EngrNumber {
 
   Double Min() const { return m_dblMin; }
   Double Max() const { return m_dblMax; }
-  /// Each limit pushes the other one when it passes it. A limit that is no number is not taken.
+  /// A limit that crosses the other one moves it along. NaN is ignored.
   void SetMin(Double dblMin);
   void SetMax(Double dblMax);
 
@@ -70,22 +70,21 @@ class EngrNumber {
 
   Boolean EngrMode() const { return m_fEngrMode; }
   void SetEngrMode(Boolean fEngrMode) { TakeFormat(m_fEngrMode, fEngrMode); }
-  /// Exponent of the text shown last in engineering format; it survives a value of 0.
+  /// Exponent of the last text in engineering format; a value of 0 keeps it.
   Long Exponent() const { return m_lngExponent; }
-  /// Counts the changes of whatever decides, beside the value, how the value is written; a failure to write it
-  /// counts as well.
+  /// Incremented by every change that can alter the text of an unchanged value, and by a failed conversion.
   Long FormatVersion() const { return m_lngFormatVersion; }
 
   /// Prefix letter in engineering format, "*" outside of -12 to 12; always empty in plain format.
   std::string ExponentToPrefix(Long lngExponent) const;
   /// Exponent of a tail: a prefix within the exponents of the field, the unit, or both. strUnits is left
-  /// with what was compared last.
+  /// with the text that was compared last.
   void UnitsToExponent(std::string &strUnits, Long &lngExponent, Boolean &fFound) const;
   void FormatEngr(Double dblValue, Long &lngExponent, std::string &strText) const;
   /// Text of the value in the format in force. A failure is reported and gives the empty text.
   std::string ConvertValue2Engr();
 
-  /// What the typed text means. Errors 6 and 13 where it looks like a number and does not convert.
+  /// Parses the typed text. Errors 6 and 13 where it looks like a number but does not convert.
   Entry ReadEntry(std::string strEntry) const;
 
  private:

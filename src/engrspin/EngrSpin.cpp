@@ -23,7 +23,7 @@ EngrSpin::EngrSpin(QWidget *parent, ControlSite &site)
   connect(m->txtNumber, &QLineEdit::textChanged, this, &EngrSpin::textChanged);
   setFocusProxy(m->txtNumber);
   OfferAccessible<EngrSpin, FieldBoxAccessible>();
-  // The label of a row in a form gives the focus only to what takes it itself.
+  // A QFormLayout label passes the focus only to a buddy with a focus policy of its own.
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }

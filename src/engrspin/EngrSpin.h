@@ -11,7 +11,7 @@ namespace tarvik {
 /// Number of the error that a design-time mistake on a property raises, with the source "EngrSpin.ctl".
 inline constexpr Long ErrFieldProperty = static_cast<Long>(0x800401F5u);
 
-/// The property by which a container makes typing replace the number in all fields in it.
+/// Property of a container that makes typing replace the whole number in all fields inside it.
 inline constexpr const char *TypingReplacesProperty = "TypingReplacesNumber";
 
 /// A number with its unit, as an instrument shows it: a digit cursor that keys, spin button and wheel step,
@@ -44,20 +44,20 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
   TARVIK_FORM_READING(OldValue, NOTIFY valueChanged)
   TARVIK_FORM_PASSING(Text, NOTIFY textChanged)
   TARVIK_FORM_PASSING(TextBoxWidth)
-  // By the names that the toolkit's own controls have.
+  // The names that Qt's own controls use.
   Q_PROPERTY(double value READ Value WRITE setValue NOTIFY valueChanged DESIGNABLE false STORED false USER true)
   Q_PROPERTY(QString text READ text NOTIFY textChanged DESIGNABLE false STORED false)
 
  public:
   class Private;
 
-  /// On a running form that tells nothing of it: stands with the defaults of the stored properties.
+  /// At run time, with the defaults of the stored properties.
   explicit EngrSpin(QWidget *parent = nullptr);
-  /// In a container, which calls InitProperties or ReadProperties.
+  /// In a container, which then calls InitProperties or ReadProperties.
   EngrSpin(QWidget *parent, ControlSite &site);
   ~EngrSpin() override;
 
-  /// Only of those properties that have a description.
+  /// Properties without a description are left out.
   static PropertyDescriptions Descriptions();
 
   /// The user changed the value, or the host did while the user was typing.
@@ -67,12 +67,11 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
 
   /// A container calls one of the two once, and then Resize.
   void InitProperties();
-  /// Properties that are missing take their default, those that are refused keep what they were.
+  /// Missing properties get their default; rejected ones keep their value.
   void ReadProperties(const PropertyBag &bag);
   void WriteProperties(PropertyBag &bag) const;
 
-  /// Value in the base unit. An assignment is held to the limits and, while the user is not typing, raises
-  /// no event.
+  /// Value in the base unit. An assignment is clamped to the limits; it raises no event unless the user is typing.
   Double Value() const;
   void SetValue(Double dblValue);
   /// The value before the latest assignment.
@@ -81,20 +80,20 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
   Double Reciprocal() const;
   void SetReciprocal(Double dblReciprocal);
 
-  /// Limits in the base unit. A limit that passes the other one takes it along; the value is limited again.
+  /// Limits in the base unit. A limit that crosses the other one moves it along; the value is clamped again.
   Double Min() const;
   void SetMin(Double dblMin);
   Double Max() const;
   void SetMax(Double dblMax);
 
-  /// Powers of ten between which typed prefixes are taken, multiples of 3 from -12 to 12. Corrected at run
-  /// time, refused at design time.
+  /// Range of the prefixes that can be typed, as powers of ten: multiples of 3 from -12 to 12. Other values are
+  /// corrected at run time and rejected at design time.
   Long MinExponent() const;
   void SetMinExponent(Long lngExponent);
   Long MaxExponent() const;
   void SetMaxExponent(Long lngExponent);
 
-  /// 4 to 10, refused otherwise.
+  /// 4 to 10; other values raise ErrFieldProperty.
   Long SignificantDigits() const;
   void SetSignificantDigits(Long lngDigits);
 
@@ -114,7 +113,7 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
   Single CaptionWidth() const;
   void SetCaptionWidth(Single sngWidth);
 
-  /// Value that the field comes up with.
+  /// Value after ReadProperties.
   Double DefaultValue() const;
   void SetDefaultValue(Double dblValue);
 
@@ -124,16 +123,16 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
   void SetFocus() override;
 
   Boolean Locked() const;
-  /// Locks the field against the user, and blanks its text as long as it is locked if that is wanted too.
+  /// Locks the field against the user; fBlankOut also replaces the text by dashes while it is locked.
   void LockControl(Boolean fNewValue, Boolean fBlankOut);
 
-  /// Hides only the button, keys and wheel go on working.
+  /// Hides only the button; keys and wheel keep working.
   Boolean SpinCtlVisible() const;
   void SetSpinCtlVisible(Boolean fVisible);
 
-  /// Whether what is typed, or deleted, at rest takes the place of the whole number instead of the selected digit.
-  /// Keys, spin button and wheel step the digit either way. A container with a property of this name that is true
-  /// chooses for all fields in it, also for those that come later.
+  /// Whether the first key of an entry replaces the whole number instead of the selected digit. Arrow keys, spin button
+  /// and wheel step the digit either way. A container sets it for all fields inside it, also for those created later,
+  /// by a property of this name.
   Boolean TypingReplacesNumber() const;
   void SetTypingReplacesNumber(Boolean fReplaces);
 
@@ -148,7 +147,7 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
   const std::string &ValueArray() const;
   void SetValueArray(const std::string &strValues);
 
-  /// Two places for the host's own use.
+  /// Free for the host's own use.
   const std::string &AuxUnits() const;
   void SetAuxUnits(const std::string &strUnits);
   Double AuxValue() const;
@@ -166,18 +165,18 @@ class TARVIK_EXPORT EngrSpin : public FormControl {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
-  /// The text of the text box, in the toolkit's own kind.
+  /// Text as a QString.
   QString text() const;
 
  public Q_SLOTS:
-  /// SetValue for connections: a failure of a handler that it calls ends here, with box and record.
+  /// SetValue as a slot: run-time errors of handlers are reported and logged here instead of thrown.
   void setValue(double dblValue);
 
  Q_SIGNALS:
-  /// The value has another number now, by whomever: it is shown and held to its limits. Comes before AfterUpdate, which
-  /// tells of the user's changes only. A slot must let no exception out.
+  /// The value changed, whoever changed it; it is clamped and shown. Emitted before AfterUpdate, which is raised for
+  /// the user's changes only. A slot must not throw.
   void valueChanged(double dblValue);
-  /// The text box shows another text, also while the user types.
+  /// The text changed, also while the user types.
   void textChanged(const QString &strText);
 
  protected:

@@ -14,7 +14,7 @@ namespace tarvik {
 
 namespace {
 
-/// Further than any form reaches; keeps the arithmetic of pixels in range.
+/// Larger than any form; keeps the conversion to pixels in the range of int.
 constexpr Single FarAway = 1e6F;
 
 }  // namespace
@@ -39,8 +39,7 @@ void EngrSpin::Move(Single sngLeft, Single sngTop, Single sngWidth, Single sngHe
 void EngrSpin::Private::Layout() {
   if (fInResize) return;
   fInResize = True;
-  // A layout of the toolkit gives the field its room, and nobody drags it there: its parts stand at the left within
-  // their bounds, and the room that is left over stays empty.
+  // A QLayout decides the size: the parts keep to the left within their bounds, and excess width stays empty.
   const bool fInLayout = StandsInLayout(field);
   layout.Arrange(!site.UserMode() && !fInLayout);
   if (!fInLayout) field.resize(TwipsToPixels(field, layout.sngWidth), TwipsToPixels(field, layout.sngHeight));
@@ -60,7 +59,7 @@ void EngrSpin::Private::PlaceParts(const FieldLayout &places) {
   put(txtNumber, places.txtNumber);
   put(spinCtl, places.spinCtl);
   put(lblUnits, places.lblUnits);
-  // Labels begin lower than the text box; the margin below brings their text to the same line.
+  // Labels start lower than the text box; the bottom margin aligns their text with its line.
   for (FieldLabel *label : {lblCaption, lblUnits})
     label->setContentsMargins(0, 0, 0, TwipsToPixels(field, places.lblCaption.place.sngTop));
 }
@@ -68,8 +67,8 @@ void EngrSpin::Private::PlaceParts(const FieldLayout &places) {
 void EngrSpin::Private::NotePart(bool fAppears) {
   field.updateGeometry();
   if (!fAppears || !IsLaidOut() || fLoading) return;
-  // While the field runs, its layout waits for the next resize, TextBoxWidth with it. On the screen what has just
-  // appeared may not cover the number until then.
+  // At run time the layout and TextBoxWidth change with the next resize only. Until then the new part must not cover
+  // the number on the screen.
   FieldLayout shown = layout;
   shown.Arrange(false);
   PlaceParts(shown);
@@ -82,7 +81,7 @@ void EngrSpin::Private::TakeSizeOfForm() {
 void EngrSpin::resizeEvent(QResizeEvent *event) {
   QWidget::resizeEvent(event);
   if (m->fInResize) return;
-  // Taken back from pixels the size would differ a little from the one that a program gave in twips.
+  // Converting pixels back to twips would lose the exact size that the program set.
   const QSize known(TwipsToPixels(*this, m->layout.sngWidth), TwipsToPixels(*this, m->layout.sngHeight));
   if (event->size() != known)
     m->TakeSizeOfForm();
@@ -94,7 +93,7 @@ void EngrSpin::changeEvent(QEvent *event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::EnabledChange && OwnEnabled(*this) != m->fEnabled)
     SetPropertyValue("Enabled", QVariant(static_cast<bool>(OwnEnabled(*this))));
-  // The colours that the text box sets for itself would hide the change from it.
+  // The text box has a palette of its own, so it does not inherit the change.
   if (event->type() == QEvent::PaletteChange) m->txtNumber->UpdateColours();
   if (event->type() != QEvent::FontChange || !m->IsLaidOut()) return;
   if (StandsInLayout(*this))

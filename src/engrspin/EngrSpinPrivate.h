@@ -16,7 +16,7 @@ namespace tarvik {
 
 class SpinControl;
 
-/// What is inside a field: its parts, its state, and what happens when the user types, steps and leaves.
+/// Implementation of EngrSpin: its child widgets, its state and its event handlers.
 class TARVIK_HIDDEN EngrSpin::Private final : public TextBoxEvents {
  public:
   explicit Private(EngrSpin &field);
@@ -49,7 +49,7 @@ class TARVIK_HIDDEN EngrSpin::Private final : public TextBoxEvents {
   void BeginEdit();
   void EndEdit();
   void ParseEntry();
-  /// Ends an entry that a program has written over, unless the user types on.
+  /// Ends an entry that an assignment has overwritten, unless the user goes on typing.
   void EndOverwrittenEntry();
 
   /// Shows the value unless the field shows it already.
@@ -76,7 +76,7 @@ class TARVIK_HIDDEN EngrSpin::Private final : public TextBoxEvents {
   void NotePart(bool fAppears);
   /// Width of a text box that shows all digits.
   Single RoomForDigits() const;
-  /// Tells assistive technology that the number, its unit or what can be done with it changed.
+  /// Notifies assistive technology of a changed number, unit or lock.
   void TellAccessible();
 
   EngrSpin &field;
@@ -91,7 +91,7 @@ class TARVIK_HIDDEN EngrSpin::Private final : public TextBoxEvents {
   FieldLabel *const lblUnits;
   DigitCursor cursor;
 
-  Double dblToldValue = 0;  ///< by the latest valueChanged
+  Double dblToldValue = 0;  ///< of the last valueChanged
   std::string strCaption;
   std::string strAuxUnits;
   std::string strSavedText;
@@ -114,7 +114,7 @@ class TARVIK_HIDDEN EngrSpin::Private final : public TextBoxEvents {
   Boolean fInResize = False;
 
  private:
-  /// What text and unit show. Cached: a download brings most fields the value that they have.
+  /// What text box and unit label show. Cached: most assignments of a download bring the value that is shown.
   struct Shown {
     Double dblValue = 0;
     Long lngFormatVersion = 0;
@@ -131,7 +131,7 @@ class TARVIK_HIDDEN EngrSpin::Private final : public TextBoxEvents {
   void RestoreEntry();
   bool IsShown() const;
   void ShowValue();
-  /// Selects the digit again that was selected before a text was written.
+  /// Restores the digit selection after a text was written.
   void ShowCursor();
   void StepThroughList(Integer intIndex);
 

@@ -1,4 +1,4 @@
-// The properties of a field: the table that all its readers and writers go by, and what each assignment does.
+// The property table of EngrSpin and its setters.
 #include <algorithm>
 
 #include "engrspin/EngrFormat.h"
@@ -21,7 +21,7 @@ constexpr Single UnitsWidth = 500, NoUnitsWidth = 1;
 constexpr Long MaxDigits = 10;
 constexpr Long AlignCaptionCenter = 2;
 
-/// Shown where a locked field has nothing to tell.
+/// Text of a field that is locked and blanked.
 constexpr const char *BlankText = "----";
 
 }  // namespace
@@ -114,7 +114,7 @@ void EngrSpin::Private::UpdateEngrMode() {
 
 void EngrSpin::Private::UpdateReadOnly() {
   fReadOnly = !fEnabled || fLocked;
-  // Enabled gives a locked field its spin button back; the value stays locked all the same.
+  // Setting Enabled re-enables the spin button of a locked field, so the button has to know the lock as well.
   spinCtl->SetLocked(fReadOnly);
   txtNumber->SetLocked(fLocked);
 }
@@ -304,8 +304,8 @@ void EngrSpin::ReadProperties(const PropertyBag &bag) {
 }
 
 void EngrSpin::Private::ReadAnew(const PropertyBag &bag) {
-  // What the former reading left behind would act on this one: a lock on the spin button, the value on how a number
-  // too small to be held is taken, the exponent on the prefix of 0.
+  // State that would leak into the new reading: the lock into the spin button, the old value into the clamping of
+  // small numbers, the exponent into the prefix of 0.
   fLoading = True;
   if (fLocked) field.LockControl(False, False);
   number.ForgetValue();

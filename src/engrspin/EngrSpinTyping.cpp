@@ -1,4 +1,4 @@
-// What a field does with keys, typed text, spin button and wheel.
+// Keys, typed text, spin button and wheel.
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -17,7 +17,7 @@ namespace tarvik {
 
 namespace {
 
-/// A text that can never be a number, so that it is taken back as a bad entry is.
+/// Never a number, so that Escape restores the old text the way a bad entry does.
 constexpr const char *AbandonedText = "~";
 
 bool TypesNothing(Integer intCode) {
@@ -56,7 +56,7 @@ void EngrSpin::Private::EndOverwrittenEntry() {
     EndEdit();
     ShowCursor();
   };
-  // The assignment itself leaves the entry open: what called it may go on with it.
+  // Queued: the caller of the assignment may still continue the entry.
   QMetaObject::invokeMethod(&field, end, Qt::QueuedConnection);
 }
 
@@ -138,7 +138,7 @@ void EngrSpin::Private::StepDown() {
   }
   Double dblStep = GetStepSize();
   Boolean fFirst;
-  // A leading 1 gives way to the next decade; a step to 0 would be of no use on an instrument.
+  // A leading 1 steps in the next lower decade; stepping to 0 would be useless on an instrument.
   if (cursor.GetCursorChar(fFirst) == u"1" && fFirst) dblStep = dblStep / 10;
   const Long lngExponent = number.Exponent();
   field.SetValue(field.Value() - dblStep);

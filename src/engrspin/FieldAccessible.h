@@ -48,7 +48,7 @@ class FieldAccessible : public QAccessibleWidget, public QAccessibleValueInterfa
   NumberTextBox &m_txtNumber;
 };
 
-/// The field around the text box: of its parts only the text box is told, which speaks for caption, unit and button.
+/// The field itself exposes only its text box, which represents caption, unit and button as well.
 class FieldBoxAccessible : public QAccessibleWidget {
  public:
   explicit FieldBoxAccessible(EngrSpin &field);

@@ -27,39 +27,39 @@ namespace {
 /// Angle of one notch of a wheel.
 constexpr int NotchAngle = 120;
 
-/// Pixels that the toolkit leaves at each side of the text, the caret's included.
+/// Pixels that QLineEdit leaves at each side of the text, including the caret.
 constexpr int TextMargin = 3;
 
 bool MakesText(const QKeyEvent &event) { return !event.text().isEmpty() && event.text().front().isPrint(); }
 
-/// A chord that the text box works on alone, such as copy, or an access key of the form.
+/// A chord that the text box handles by itself, such as copy, or a mnemonic of the form.
 bool IsCommandChord(const QKeyEvent &event) {
   const auto modifiers = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
   if (!modifiers) return false;
-  // The third level of the keyboard comes as both keys held together.
+  // AltGr is reported as Ctrl+Alt.
   if (modifiers == (Qt::ControlModifier | Qt::AltModifier) && MakesText(event)) return false;
   if (modifiers == Qt::AltModifier && MakesText(event) && event.key() == Qt::Key_unknown) return false;
   const Integer intCode = KeyCodeOf(event);
   return intCode != KeyTab && intCode != KeyEnter && intCode != KeyEscape && (intCode < KeyPageUp || intCode > KeyDown);
 }
 
-/// The keys that take an entry or give it up.
+/// Keys that accept or cancel an entry.
 bool EndsEntry(const QKeyEvent &event) {
   const Integer intCode = KeyCodeOf(event);
   return intCode == KeyEnter || intCode == KeyEscape;
 }
 
 bool LeavesField(Qt::FocusReason reason) {
-  // A menu or another window in front ends no entry.
+  // A popup or a deactivated window does not end the entry.
   return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
 }
 
 }  // namespace
 
 NumberTextBox::NumberTextBox(TextBoxEvents &events, QWidget *parent) : QLineEdit(parent), m_events(events) {
-  // Before anything asks for the interface: what the toolkit made once, it keeps.
+  // Must come first: QAccessible caches the interface it has created for an object.
   OfferAccessible<NumberTextBox, FieldAccessible>();
-  // Cutting what was pasted could turn it into another number.
+  // Truncating pasted text could make it another number.
   setMaxLength(std::numeric_limits<int>::max());
   setFocusPolicy(Qt::StrongFocus);
   setDragEnabled(false);
@@ -89,8 +89,8 @@ void NumberTextBox::SetSelLength(Long lngLength) {
 }
 
 void NumberTextBox::HideCaret() {
-  // A selection brings the caret to the screen, also without the focus. Told that the window lost it, the text box
-  // takes the caret away and lets the selection be.
+  // Selecting text shows the caret even without the focus. A window-deactivation event hides the caret but keeps the
+  // selection.
   QFocusEvent event(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
   QLineEdit::focusOutEvent(&event);
 }
@@ -114,7 +114,7 @@ bool NumberTextBox::Offered(const QKeyEvent &event) {
   const Integer intCode = KeyCodeOf(event);
   if (intCode == 0 && !MakesText(event)) return false;
   const bool fZeroed = m_events.KeyDown(intCode) == 0 && intCode != 0;
-  // The key press follows the key-down of the same key and takes the flag with it.
+  // KeyPress reads and clears the flag that KeyDown set for the same key.
   const bool fDropped = !event.text().isEmpty() && m_events.KeyPress();
   return fZeroed || fDropped;
 }
@@ -124,7 +124,7 @@ bool NumberTextBox::event(QEvent *event) {
     event->accept();
     return true;
   }
-  // While another window was in front the focus can have moved without a word to the text box that had it.
+  // While the window was inactive the focus can have moved to another widget without a focus-out event here.
   if (event->type() == QEvent::WindowActivate && m_events.IsTyping() && window()->focusWidget() != this)
     m_events.TextLeft();
   // Tab never reaches keyPressEvent: the toolkit moves the focus first.
@@ -151,12 +151,12 @@ void NumberTextBox::keyPressEvent(QKeyEvent *event) {
   const bool fWasTyping = m_events.IsTyping();
   const bool fSwallowed = Offered(*event);
   if (EndsEntry(*event)) {
-    // At rest they are no business of the field's: a dialog around it may wait for them.
+    // At rest they go to the parent: a dialog may be waiting for them.
     event->setAccepted(fWasTyping);
   } else if (fSwallowed) {
     event->accept();
   } else if (KeyCodeOf(*event) == KeyPadDecimal && m_events.TakesText()) {
-    // The pad has one decimal key, whatever the layout prints on it.
+    // The keypad's decimal key always types the separator of the locale.
     insert(QString(QLatin1Char(m_events.DecimalCharacter())));
     event->accept();
   } else {
@@ -167,7 +167,7 @@ void NumberTextBox::keyPressEvent(QKeyEvent *event) {
 void NumberTextBox::RunChord(QKeyEvent *event) {
   if (m_events.TakesText() || event->matches(QKeySequence::Copy) || event->matches(QKeySequence::SelectAll)) {
     QLineEdit::keyPressEvent(event);
-    // Some that find nothing to change still move the caret.
+    // Some chords move the caret even if there is nothing to change.
     if (!m_events.IsTyping() && SelLength() == 0) m_events.TextEntered();
   } else {
     event->ignore();
@@ -195,26 +195,26 @@ void NumberTextBox::inputMethodEvent(QInputMethodEvent *event) {
 void NumberTextBox::focusInEvent(QFocusEvent *event) {
   const Long lngStart = SelStart(), lngLength = SelLength();
   QLineEdit::focusInEvent(event);
-  // Coming by Tab must not mark the whole text.
+  // QLineEdit selects all text on Tab; restore the selection.
   setSelection(lngStart, lngLength);
   UpdateColours();
-  // A window that comes to the front brings back neither an entry nor a piece that was marked: they are still there.
+  // Window activation must not restore the cursor over a running entry or a selection of the user.
   const bool fAtRest = !m_events.IsTyping() && SelLength() == 0;
   if (LeavesField(event->reason()) || fAtRest) m_events.TextEntered();
 }
 
 void NumberTextBox::focusOutEvent(QFocusEvent *event) {
-  // The digit cursor stays where it is; only the caret goes.
+  // Keeps the digit selection, hides the caret.
   HideCaret();
   UpdateColours();
   if (LeavesField(event->reason())) m_events.TextLeft();
 }
 
 void NumberTextBox::mousePressEvent(QMouseEvent *event) {
-  // At rest the middle button pastes over the whole number and needs no place in it.
+  // At rest the middle button replaces the whole number on release, so the press must not move the caret.
   if (event->button() == Qt::MiddleButton && !m_events.IsTyping()) return;
   QLineEdit::mousePressEvent(event);
-  // The third click of three.
+  // Triple click.
   m_fNumberClicked = event->button() == Qt::LeftButton && SelLength() == text().size();
 }
 
@@ -226,7 +226,7 @@ void NumberTextBox::mouseDoubleClickEvent(QMouseEvent *event) {
 }
 
 void NumberTextBox::mouseMoveEvent(QMouseEvent *event) {
-  // A hand that trembles shall not shrink to a piece what it has just chosen.
+  // A small move during a double click must not shrink the selection.
   if (!m_fNumberClicked) QLineEdit::mouseMoveEvent(event);
 }
 
@@ -242,7 +242,7 @@ void NumberTextBox::mouseReleaseEvent(QMouseEvent *event) {
   }
   QLineEdit::mouseReleaseEvent(event);
   if (event->button() != Qt::LeftButton || m_events.IsTyping() || SelLength() != 0) return;
-  // The caret goes to the nearer side of the character; what was clicked is the character.
+  // The caret lands at the nearer edge of a character; the click meant the character itself.
   if (event->position().x() < cursorRect().center().x()) cursorBackward(false);
   m_events.TextClicked();
 }
@@ -250,7 +250,7 @@ void NumberTextBox::mouseReleaseEvent(QMouseEvent *event) {
 void NumberTextBox::contextMenuEvent(QContextMenuEvent *event) {
   const bool fDigit = !m_events.IsTyping() && SelLength() == 1;
   ChooseNumber();
-  // A list of values has the menu of a text that cannot be changed.
+  // A field with a value list offers the read-only menu.
   const bool fWasReadOnly = isReadOnly();
   setReadOnly(!m_events.TakesText());
   QMenu *menu = createStandardContextMenu();
@@ -274,7 +274,7 @@ void NumberTextBox::dragMoveEvent(QDragMoveEvent *event) {
   if (m_events.IsTyping()) {
     QLineEdit::dragMoveEvent(event);
   } else if (CanTake(*event)) {
-    // The text box would bring its caret here, and the digit cursor would be lost.
+    // QLineEdit would move its caret here and lose the digit selection.
     event->acceptProposedAction();
   } else {
     event->ignore();
@@ -286,7 +286,7 @@ void NumberTextBox::dropEvent(QDropEvent *event) {
     event->ignore();
     return;
   }
-  // Without the focus the entry could never be left.
+  // The entry ends with a focus-out, so the box needs the focus.
   setFocus(Qt::OtherFocusReason);
   if (m_events.IsTyping()) {
     QLineEdit::dropEvent(event);
@@ -294,7 +294,7 @@ void NumberTextBox::dropEvent(QDropEvent *event) {
   }
   selectAll();
   insert(event->mimeData()->text());
-  // Where the text came from it stays.
+  // Never remove the text from its source.
   event->setDropAction(Qt::CopyAction);
   event->accept();
 }

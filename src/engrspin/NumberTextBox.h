@@ -7,7 +7,7 @@
 
 namespace tarvik {
 
-/// What happens in the text box of a number field, in the words of the field.
+/// Events of the text box that the number field handles.
 class TextBoxEvents {
  public:
   virtual ~TextBoxEvents() = default;
@@ -17,7 +17,7 @@ class TextBoxEvents {
   virtual bool KeyPress() = 0;
   virtual void TextLeft() = 0;
   virtual void TextEntered() = 0;
-  /// The mouse was released on the text without marking a piece of it.
+  /// The text was clicked without selecting any of it.
   virtual void TextClicked() = 0;
   /// Notches of the wheel while the text box has the focus, up above 0.
   virtual void WheelTurned(int intNotches) = 0;
@@ -35,9 +35,8 @@ class TextBoxEvents {
   virtual QString ValueInWords() const = 0;
 };
 
-/// The text box of a number field: keeps its selection when the focus is elsewhere, and hands keys, clicks
-/// and wheel to the field before it works on them itself. What is pasted or dropped at rest takes the place of the
-/// whole number: within the number it would make another one, or none.
+/// The text box of a number field. It keeps its selection without the focus and offers keys, clicks and wheel to the
+/// field first. Text pasted or dropped at rest replaces the whole number: inserted into it, it would make another one.
 class NumberTextBox : public QLineEdit, public CursorText {
  public:
   NumberTextBox(TextBoxEvents &events, QWidget *parent);
@@ -50,20 +49,20 @@ class NumberTextBox : public QLineEdit, public CursorText {
 
   TextBoxEvents &Events() const { return m_events; }
 
-  /// The program's write: selection to the start, no user event.
+  /// Sets the text, with the selection at the start and without a user event.
   void WriteText(const QString &strText);
-  /// The number of the latest WriteText, counted from 1; 0 once text or selection are not as it left them.
+  /// Number of the last WriteText, from 1; 0 once text or selection have changed since.
   Long StandingWrite() const { return m_fAsWritten ? m_lngWrites : 0; }
 
-  /// At rest, marks the whole number in place of the digit cursor; a piece that the user marked stays.
+  /// At rest, selects the whole number in place of the digit; a selection of the user is kept.
   void ChooseNumber();
 
   /// A locked or disabled text box shows no selection, any other only with the focus.
   void SetLocked(bool fLocked);
-  /// Takes its colours from the palette of the field anew.
+  /// Recomputes the colours from the palette of the field.
   void UpdateColours();
 
-  /// Width of a box that shows the whole text.
+  /// Pixels that a box needs to show the whole text.
   int WidthFor(const QString &strText) const;
 
  protected:

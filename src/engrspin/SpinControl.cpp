@@ -22,7 +22,7 @@ SpinControl::SpinControl(std::function<void()> changed, std::function<void()> en
   setFocusPolicy(Qt::ClickFocus);
   connect(&m_repeat, &QTimer::timeout, this, [this] {
     m_repeat.setInterval(RepeatDelay);
-    // A box that a step opened took the mouse: its release will never come here.
+    // A message box that a step opened grabs the mouse, so its release never arrives here.
     const QWidget *modal = QApplication::activeModalWidget();
     if (modal && modal != window()) StopHolding();
     if (m_fOnButton) Step();
@@ -71,7 +71,7 @@ void SpinControl::mouseMoveEvent(QMouseEvent *event) {
 void SpinControl::mouseReleaseEvent(QMouseEvent *event) {
   if (event->button() != Qt::LeftButton) return;
   StopHolding();
-  // The digit cursor is what the user looks at next.
+  // The keyboard works on the digit cursor in the text box.
   if (m_focusHome && hasFocus() && m_focusHome->isEnabled()) m_focusHome->setFocus(Qt::OtherFocusReason);
 }
 
@@ -88,7 +88,7 @@ void SpinControl::focusInEvent(QFocusEvent *event) {
 }
 
 void SpinControl::keyPressEvent(QKeyEvent *event) {
-  // The keys of the field work wherever in the field the focus is.
+  // Keys belong to the text box, whichever part has the focus.
   if (!m_focusHome || !m_focusHome->isEnabled()) {
     event->ignore();
     return;

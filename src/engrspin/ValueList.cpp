@@ -19,7 +19,7 @@ void ValueList::SetText(const std::string &strValueArray) {
 Double ValueList::GetArrayValue(Integer intIndex) {
   const auto arrEntries = Split(m_strValueArray, ';');
   m_nArrayIndex = static_cast<Integer>((m_nArrayCount + intIndex) % m_nArrayCount);
-  // An index further below than the list is long falls before its start, as an array's would.
+  // % keeps the sign, so an index below -Count is out of bounds.
   if (m_nArrayIndex < 0) RaiseError(ErrSubscriptOutOfRange);
   const auto number = ParseNumber(arrEntries[static_cast<std::size_t>(m_nArrayIndex)], '.');
   if (!number) RaiseError(ErrTypeMismatch);

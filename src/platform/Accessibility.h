@@ -6,14 +6,14 @@
 
 namespace tarvik {
 
-/// What a control is called for a screen reader: its own name, then the captions of the boxes that it stands in, from
-/// the innermost out, which tell like controls of two channels apart. "Width, Channel 1".
+/// Accessible name of a control: its own name, then the captions of the group boxes around it from the innermost out,
+/// to distinguish the same control of two channels. "Width, Channel 1".
 QString NameInBoxes(const QString &strOwnName, const QWidget &widget);
 
-/// A caption without its blanks at the ends and without the mark of its access key.
+/// A caption trimmed and without its mnemonic mark.
 QString PlainCaption(const QString &strCaption);
 
-/// Tells assistive technology that the widget is called something else now.
+/// Notifies assistive technology of a changed name.
 void TellNameChanged(QWidget &widget);
 
 /// From the first call on, assistive technology sees each widget of this class through an Interface, which is made from

@@ -8,7 +8,7 @@
 namespace tarvik {
 
 CommandButton::CommandButton(QWidget *parent) : WidgetControl(parent) {
-  // Enter belongs to the fields and lists of the panel, not to a default button.
+  // No default button: Enter is handled by the fields and lists of the panel.
   setAutoDefault(false);
   connect(this, &QPushButton::clicked, this, [this] {
     if (TakeFocusForClick(*this)) RunUserEvent(*this, "Click", [this] { Click.Raise(); });
@@ -24,8 +24,8 @@ bool CommandButton::event(QEvent *event) {
   if (event->type() != QEvent::Shortcut) return WidgetControl::event(event);
   const auto *accessKey = static_cast<QShortcutEvent *>(event);
   if (accessKey->key() != shortcut()) return WidgetControl::event(event);
-  // The toolkit would click a moment later, when keys typed behind the access key have already gone to the entry that
-  // it ends, and not at all where another control has the same key.
+  // Qt would animate the click and let keys typed after the mnemonic reach the entry that the click ends; for an
+  // ambiguous mnemonic it would not click at all.
   setShortcutAutoRepeat(accessKey->shortcutId(), false);
   click();
   return true;
@@ -36,7 +36,7 @@ void CommandButton::keyPressEvent(QKeyEvent *event) {
     WidgetControl::keyPressEvent(event);
     return;
   }
-  // Taken, so that a dialog around does not press its default button.
+  // Accepted, so that a dialog does not press its default button as well.
   event->accept();
   if (!event->isAutoRepeat()) click();
 }

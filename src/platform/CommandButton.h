@@ -7,7 +7,7 @@
 
 namespace tarvik {
 
-/// A push button. However it is pressed, it has the focus before its click, and Enter presses it as Space does.
+/// A push button that takes the focus before its click, however it is pressed; Enter presses it like Space.
 class CommandButton : public WidgetControl<QPushButton> {
   Q_OBJECT
 
@@ -24,7 +24,7 @@ class CommandButton : public WidgetControl<QPushButton> {
   void keyPressEvent(QKeyEvent *event) override;
 
  private:
-  std::string m_strCaption;  ///< spares the pages a conversion each time they ask
+  std::string m_strCaption;  ///< avoids a conversion from UTF-16 for each read
 };
 
 }  // namespace tarvik

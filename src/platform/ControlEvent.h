@@ -9,14 +9,14 @@
 
 namespace tarvik {
 
-/// A user's event of the control enters the system here.
+/// RunUserEvent of a control, by its object name.
 template <class Procedure>
 bool RunUserEvent(const QObject &control, const char *strEvent, Procedure &&procedure) {
   return RunUserEvent(ObjectName(control), strEvent, std::forward<Procedure>(procedure), &control);
 }
 
-/// A handler's flag that is set while the handler runs and then as it was before, also when a failure leaves the
-/// handler. The control that has the flag may be gone by then.
+/// Sets a flag while a handler runs and restores it on every exit, unless the control that owns the flag has been
+/// deleted meanwhile.
 template <class Flag>
 class EntryGuard {
  public:

@@ -4,8 +4,7 @@
 
 namespace tarvik {
 
-/// What is disabled looks the same everywhere: fields, lists, buttons and labels have one grey behind them and one text
-/// colour on it, which stays readable.
+/// Colours of disabled fields, lists, buttons and labels: the same background everywhere, with readable text on it.
 struct DisabledLook {
   QColor back;
   QColor text;

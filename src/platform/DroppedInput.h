@@ -6,7 +6,7 @@ class QMouseEvent;
 
 namespace tarvik {
 
-/// For as long as it lives no input of the user reaches any window of the program; it is gone, not put off.
+/// While an object of this class exists, all user input to the program is discarded.
 class DroppedInput : public QObject {
  public:
   DroppedInput();

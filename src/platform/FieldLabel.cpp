@@ -10,7 +10,7 @@ namespace tarvik {
 
 namespace {
 
-/// Letters squeezed further than this are hard to read.
+/// Text condensed further than this is hard to read.
 constexpr qreal MostSqueeze = 1.4;
 
 }  // namespace
@@ -29,7 +29,7 @@ qreal FieldLabel::Squeeze() const {
 
 bool FieldLabel::event(QEvent *event) {
   if (event->type() != QEvent::ToolTip || Squeeze() <= MostSqueeze) return QLabel::event(event);
-  // Rich text is broken into lines; the caption itself is taken as it is.
+  // The caption is plain text; escape it for the tool tip, which takes rich text to wrap lines.
   const QString tip = QStringLiteral("<qt>%1</qt>").arg(text().toHtmlEscaped());
   QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), tip, this);
   return true;

@@ -4,8 +4,8 @@
 
 namespace tarvik {
 
-/// The caption or unit of a control. Its width is fixed so that controls line up; a text that is wider is drawn
-/// narrower, and where that is not enough it ends in dots and its tool tip tells the whole.
+/// The caption or unit of a control. Its width is fixed so that controls line up; a wider text is condensed, then
+/// elided with the full text as tool tip.
 class FieldLabel : public QLabel {
  public:
   using QLabel::QLabel;

@@ -20,7 +20,7 @@ struct ToQVariant {
   QVariant operator()(const std::string &strValue) const { return QString::fromStdString(strValue); }
 };
 
-/// The value as one of the type of the default; nothing where it cannot be made one.
+/// The value converted to the type of the default; empty if that is impossible.
 std::optional<Variant> Converted(const QVariant &value, const Variant &vDefault) {
   bool fDone = true;
   if (std::holds_alternative<Boolean>(vDefault)) {
@@ -103,7 +103,7 @@ void FormProperties::Write(const char *strKey, const QVariant &value) {
   }
   PropertyBag single;
   single.Set(strKey, *vValue);
-  // To read all anew would undo what the host assigned.
+  // Reading all properties again would undo what the host assigned.
   if (m_fLoading && ChangedByHost(*property)) m_fLoading = false;
   if (!m_fLoading) {
     Assign(*property, single);
@@ -121,7 +121,7 @@ void FormProperties::Load(const ControlProperty &property, const PropertyBag &si
     Assign(property, single);
     return;
   }
-  // A value that the property refuses keeps its default when the control reads it, and only an assignment says why.
+  // Reading drops a rejected value silently; only a direct assignment raises the reason.
   if (m_site.UserMode()) Assign(property, single);
   const Variant vValue = single.Values().at(property.strKey);
   m_loaded.Set(property.strKey, vValue);
@@ -150,7 +150,7 @@ void FormProperties::NoteEvent(QEvent &event) {
   if (event.type() == QEvent::Polish) m_fLoading = false;
   if (event.type() != QEvent::DynamicPropertyChange) return;
   const QByteArray name = static_cast<QDynamicPropertyChangeEvent &>(event).propertyName();
-  // The toolkit keeps notes of its own under names with an underscore, and the container gives each control a Tag.
+  // Qt uses dynamic properties that begin with an underscore; Tag is set by the container.
   const bool fForeign = !name.startsWith('_') && name != "Tag" && m_control.property(name).isValid();
   if (fForeign) Tell("there is no property " + name.toStdString() + "; it is passed over");
 }

@@ -15,31 +15,30 @@ class QEvent;
 
 namespace tarvik {
 
-/// The properties of a control as a form of the toolkit knows them.
+/// Sets the properties of a control on behalf of a Qt form.
 ///
-/// A form sets properties one by one, in the order of its file, which need not be the order that the control needs;
-/// compiled forms set the texts after all others.
-/// So until the control is shown for the first time each property that comes in joins what came before, and the control
-/// reads all of it anew, in its own order. Afterwards, and as soon as the host has changed a property by the control's
-/// own operations, an assignment goes to the control's property alone. What a value cannot be made of leaves the
-/// default, and a message tells of it; at design time a refused assignment shows its message in a box.
+/// A form sets properties one by one in the order of its file, compiled forms set texts last, but the control needs an
+/// order of its own. So while the form is loading, each assignment is collected and the control reads all collected
+/// properties again, in the order of its table. Loading ends with the first show, or as soon as the host has changed a
+/// property directly; from then on an assignment sets its property alone. A value that cannot be converted is reported
+/// with qWarning and leaves the default; an assignment that is rejected at design time shows its message in a box.
 class FormProperties {
  public:
   FormProperties(FormControl &control, ControlSite &site, const PropertyTable &arrProperties,
                  std::function<void(const PropertyBag &)> ReadAll);
 
-  /// On a form that has told nothing yet: the control reads its defaults.
+  /// Assigns the defaults.
   void Begin();
 
-  /// A control that was newly placed on a form: init gives it the state of one, which the container is told of.
+  /// For a control that was newly placed on a form: runs init and reports what differs from the defaults.
   void BeginNew(const std::function<void()> &init);
 
   QVariant Read(const char *strKey) const;
   void Write(const char *strKey, const QVariant &value);
   void Reset(const char *strKey);
 
-  /// To be called with each event of the widget: the first showing ends the loading, and a property that the control
-  /// does not have is told of.
+  /// To be called with each event of the widget: the polish before the first show ends the loading, and an unknown
+  /// property is reported.
   void NoteEvent(QEvent &event);
 
  private:
@@ -55,9 +54,9 @@ class FormProperties {
   const PropertyTable &m_arrProperties;
   std::function<void(const PropertyBag &)> m_readAll;
   PropertyBag m_loaded;
-  /// What a form assigned besides, in the order of assignment: reading anew undoes it.
+  /// Assignments of properties that are not stored, in order; repeated after each reading, which resets them.
   std::vector<std::pair<const ControlProperty *, PropertyBag>> m_arrPassed;
-  /// The properties as the latest one of the form left them; empty before that.
+  /// All properties after the last assignment of the form, to detect changes by the host; empty before the first.
   std::vector<Variant> m_arrStanding;
   bool m_fLoading = true;
 };

@@ -4,8 +4,8 @@
 
 namespace tarvik {
 
-/// A lamp: an area in its back colour while it is on, and nothing at all while it is off. It changes with nearly every
-/// step of the panel, so turning it on or off costs no more than a request to paint.
+/// A lamp: an area in its back colour while it is on, transparent while it is off. Switching it only requests a
+/// repaint, since it changes with nearly every step of the panel.
 class Highlight final : public PictureBox {
  public:
   using PictureBox::PictureBox;

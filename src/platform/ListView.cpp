@@ -93,7 +93,7 @@ void ListView::TellTick(const QModelIndex &index) {
   QAccessibleTableInterface *table = list ? list->tableInterface() : nullptr;
   QAccessibleInterface *cell = table ? table->cellAt(index.row(), index.column()) : nullptr;
   if (!cell) return;
-  // The toolkit tells that the row changed, but not what of it.
+  // QTreeWidget reports that the row changed, but not what.
   QAccessible::State changed;
   changed.checked = true;
   QAccessibleStateChangeEvent event(cell, changed);
@@ -140,7 +140,7 @@ void ListView::keyPressEvent(QKeyEvent *event) {
 }
 
 void ListView::mouseDoubleClickEvent(QMouseEvent *event) {
-  // A quick second click on a check box is two ticks, not a double click on the row.
+  // Two quick clicks on a check box toggle it twice; they are no double click on the row.
   const QModelIndex index = indexAt(event->position().toPoint());
   if (index.isValid() && event->button() == Qt::LeftButton) {
     const int boxWidth =

@@ -11,7 +11,7 @@ namespace tarvik {
 
 class ListView;
 
-/// One row of a list view; owned by the list and gone when the list is cleared.
+/// One row of a list view; owned by the list and deleted when the list is cleared.
 class ListItem : public QTreeWidgetItem {
  public:
   const std::string &Key() const { return m_strKey; }
@@ -50,7 +50,7 @@ class ListView : public WidgetControl<QTreeWidget> {
   ListItem *Item(int intIndex) const;
   ListItem *SelectedItem() const;
 
-  /// The user turned the check box of a row over; the row has its new state.
+  /// The user toggled the check box of a row, which has its new state.
   Event<ListItem *> ItemCheck;
   Event<> DblClick;
   /// Key codes of the automation world: 13 is Enter.
@@ -64,7 +64,7 @@ class ListView : public WidgetControl<QTreeWidget> {
 
  private:
   friend class ListItem;
-  /// Tells assistive technology that the tick of the row came or went.
+  /// Notifies assistive technology of the toggled check box.
   void TellTick(const QModelIndex &index);
   void NoteCheckChange(QTreeWidgetItem *item, int intColumn);
   void RaiseItemCheck();

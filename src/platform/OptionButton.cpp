@@ -30,7 +30,7 @@ void OptionButton::SetDesignValue(Boolean fValue) { Choose(fValue); }
 
 void OptionButton::Choose(bool fValue) {
   m_fProgramChange = true;
-  // The toolkit keeps the last chosen button of an exclusive group on.
+  // QRadioButton refuses to uncheck the last button of an exclusive group.
   if (!fValue) setAutoExclusive(false);
   setChecked(fValue);
   if (!fValue) setAutoExclusive(true);
@@ -50,7 +50,7 @@ void OptionButton::PassTabStop() {
 
 void OptionButton::focusInEvent(QFocusEvent *event) {
   WidgetControl::focusInEvent(event);
-  // The toolkit lets the tab key come to the button that had the focus last, chosen or not.
+  // Qt would make the button that was focused last the tab stop, chosen or not.
   PassTabStop();
 }
 

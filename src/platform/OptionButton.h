@@ -8,8 +8,7 @@
 
 namespace tarvik {
 
-/// An option button. Among the buttons of one container at most one is on; the tab key comes to that one, and the arrow
-/// keys lead to the others.
+/// An option button. At most one button of a container is on; it is the tab stop of the group.
 class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
   Q_OBJECT
 
@@ -22,7 +21,7 @@ class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
   Boolean Value() const override { return isChecked(); }
   void SetValue(Boolean fValue) override;
 
-  /// As the form brings it: changes the choice and raises nothing.
+  /// Sets the initial choice of a form without raising Click.
   void SetDesignValue(Boolean fValue);
 
   Event<> Click;
@@ -33,8 +32,7 @@ class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
 
  private:
   void Choose(bool fValue);
-  /// Makes the chosen button of the container the one to which the tab key comes; without a choice the first that can
-  /// be reached.
+  /// Makes the chosen button the tab stop of the container; without a choice, the first focusable one.
   void PassTabStop();
 
   std::optional<Integer> m_intIndex;

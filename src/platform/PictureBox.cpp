@@ -15,7 +15,7 @@ void RequireFinite(std::initializer_list<Single> arrCoordinates) {
     if (!std::isfinite(sng)) RaiseError(ErrOverflow);
 }
 
-/// Far outside of any picture; keeps the toolkit's fixed-point line clipping exact.
+/// Far outside of any picture; keeps Qt's fixed-point line clipping exact.
 qreal Bounded(qreal pixels) { return std::clamp(pixels, -1e6, 1e6); }
 
 }  // namespace
@@ -105,13 +105,13 @@ void PictureBox::Print(const std::string &strText) {
 void PictureBox::Add(DrawPrimitive primitive) {
   Drawn.Raise(primitive);
   m_arrList.push_back(std::move(primitive));
-  // One request is enough for all that is drawn before the next paint.
+  // One request is enough until the next paint.
   if (!std::exchange(m_fPaintRequested, true)) update();
 }
 
 void PictureBox::paintEvent(QPaintEvent *event) {
   m_fPaintRequested = false;
-  // The frame paints with a painter of its own, and a widget takes one at a time.
+  // QFrame paints with a painter of its own, and a widget allows one at a time.
   QPainter(this).fillRect(rect(), ToQColor(m_backColour));
   QFrame::paintEvent(event);
   QPainter painter(this);

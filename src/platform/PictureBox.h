@@ -21,7 +21,7 @@ QColor ToQColor(Colour colour);
 
 enum class LineStyle : Integer { Solid = 0, Dotted = 2 };
 
-/// One thing drawn; coordinates in twips.
+/// One drawing operation; coordinates in twips.
 struct DrawPrimitive {
   enum class Kind { Clear, Line, Box, Text };
   Kind kind;
@@ -37,8 +37,8 @@ struct TextMetrics {
   std::function<Single(const std::string &)> Height;
 };
 
-/// A drawing surface that keeps what was drawn: a display list in twips, painted at any resolution. It has a
-/// pen with a current position, a fore colour and a line style.
+/// A drawing surface that keeps its drawing as a display list in twips and paints it at any resolution. It has a pen
+/// with a current position, a fore colour and a line style.
 class PictureBox : public WidgetControl<QFrame> {
   Q_OBJECT
 
@@ -60,14 +60,14 @@ class PictureBox : public WidgetControl<QFrame> {
   /// Size of the drawing in twips: the design size where one was set, otherwise that of the widget.
   Single ScaleWidth() const;
   Single ScaleHeight() const;
-  /// Fixes the drawing's own scale; it is stretched over the widget.
+  /// Sets the scale of the drawing, which is stretched over the widget.
   void SetScale(Single sngWidth, Single sngHeight);
 
   Single TextWidth(const std::string &strText) const;
   Single TextHeight(const std::string &strText) const;
   void SetTextMetrics(TextMetrics metrics);
 
-  /// Forgets the drawing and puts the pen at (0, 0).
+  /// Clears the drawing and moves the pen to (0, 0).
   void Cls();
   /// Error 6 for a coordinate that is no number or out of a Single's range.
   void Line(Single sngX1, Single sngY1, Single sngX2, Single sngY2);
@@ -78,10 +78,10 @@ class PictureBox : public WidgetControl<QFrame> {
   void Print(const std::string &strText);
 
   const std::vector<DrawPrimitive> &DisplayList() const { return m_arrList; }
-  /// Shows only this many of the things drawn, from the first; the list keeps them all. Ends with Cls.
+  /// Paints only the first lngCount entries of the list, until Cls.
   void PaintFirst(std::size_t lngCount);
   void PaintAll() { PaintFirst(std::numeric_limits<std::size_t>::max()); }
-  /// What is shown of the list.
+  /// The entries that are painted.
   std::span<const DrawPrimitive> Painted() const;
 
   /// Called with each primitive as it is drawn.

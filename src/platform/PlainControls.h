@@ -14,13 +14,13 @@ class Label : public WidgetControl<QLabel> {
   using WidgetControl::WidgetControl;
 };
 
-/// A container without a frame, within which controls keep their own Enabled while it is out of reach.
+/// A container without a frame; disabling it leaves the Enabled of the controls in it.
 class PlainContainer : public WidgetControl<QWidget> {
  public:
   using WidgetControl::WidgetControl;
 };
 
-/// A line of text that the program writes and the user may read and copy.
+/// A read-only line of text that the user can copy.
 class DisplayField : public WidgetControl<QLineEdit> {
  public:
   explicit DisplayField(QWidget *parent = nullptr);
@@ -35,7 +35,7 @@ class DisplayField : public WidgetControl<QLineEdit> {
  private:
   void TakeColours();
 
-  std::string m_strText;  ///< spares a comparison in the toolkit's own characters
+  std::string m_strText;  ///< avoids a conversion to UTF-16 for each comparison
 };
 
 /// The same with several lines.

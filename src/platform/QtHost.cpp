@@ -47,7 +47,7 @@ int WidthForTitle(const QString &strTitle) {
   return metrics.horizontalAdvance(strTitle) + Signs * 3 * metrics.height() / 2;
 }
 
-/// A message box takes no width but that of what stands in it.
+/// QMessageBox ignores a minimum width; a spacer in its layout does not.
 void MakeRoomForTitle(QMessageBox &box) {
   auto *grid = qobject_cast<QGridLayout *>(box.layout());
   if (!grid) return;
@@ -65,7 +65,7 @@ bool ShowsHourglass() {
   return cursor && cursor->shape() == Qt::WaitCursor;
 }
 
-/// Takes the topmost hourglass away and leaves what others have set above it.
+/// Removes the topmost hourglass and keeps override cursors above it.
 void RemoveHourglass() {
   std::vector<QCursor> arrAbove;
   while (QGuiApplication::overrideCursor() && !ShowsHourglass()) {

@@ -11,7 +11,7 @@ namespace tarvik {
 TabControl::TabControl(QWidget *parent) : WidgetControl(parent) {
   connect(this, &QTabWidget::currentChanged, this, [this](int intPage) {
     const Long lngBefore = std::exchange(m_lngTab, intPage);
-    // The first page that is added comes to the front without anybody's doing.
+    // Adding the first page makes it current, which is no click.
     if (m_fProgramChange || lngBefore < 0) return;
     RunUserEvent(*this, "Click", [&] { Click.Raise(lngBefore); });
   });

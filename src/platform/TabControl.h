@@ -15,15 +15,15 @@ class TabControl : public WidgetControl<QTabWidget> {
   explicit TabControl(QWidget *parent = nullptr);
 
   Long Tab() const { return m_lngTab; }
-  /// Brings the page to the front; raises Click when that is another one than before.
+  /// Shows the page; raises Click if it was not visible before.
   void SetTab(Long lngPage);
   Long Tabs() const { return count(); }
-  /// What a screen reader says behind the caption of a tab; the tab itself does not change.
+  /// Text that a screen reader adds to the caption of a tab; the tab itself does not change.
   void SetSpokenNote(Long lngPage, const std::string &strNote);
   std::string Tag() const { return m_strTag; }
   void SetTag(const std::string &strTag) { m_strTag = strTag; }
 
-  /// The page in front changed; the argument is the page before.
+  /// The visible page changed; the argument is the previous one.
   Event<Long> Click;
 
  private:

@@ -11,26 +11,25 @@ namespace tarvik {
 /// Raised with the object name of each control that is told to take the focus, whether or not it can.
 Event<const std::string &> &FocusRequested();
 
-/// Gives the widget the focus and tells FocusRequested.
+/// Focuses the widget and raises FocusRequested.
 void GiveFocus(QWidget &widget);
 
-/// Gives a button the focus before its click, so that an entry that is being typed elsewhere is taken over first and
-/// counts for the click. False when that has disabled the button: there is nothing left to click.
+/// Focuses a button before its click, so that an entry in another field ends first and counts for the click. False if
+/// ending the entry has disabled the button.
 bool TakeFocusForClick(QWidget &button);
 
-/// The widget's own flags, whatever is around it.
+/// The widget's own flags, regardless of its parents.
 Boolean OwnEnabled(const QWidget &widget);
 Boolean OwnVisible(const QWidget &widget);
-/// Sets the widget's own flag. One that does not change is left alone: the toolkit would prepare the widget for a
-/// screen on which its page may never come.
+/// Sets the widget's own flag, if it changes: an explicit show makes Qt polish the widget even on a hidden page.
 void SetOwnVisible(QWidget &widget, Boolean fShow);
 
-/// Whether a layout of the toolkit gives the widget its place.
+/// Whether a QLayout manages the widget.
 bool StandsInLayout(const QWidget &widget);
 
 std::string ObjectName(const QObject &object);
 
-/// A widget of the toolkit as a control with the common properties.
+/// A QWidget class as a Control.
 template <class Widget, class Interface = Control>
 class WidgetControl : public Widget, public Interface {
  public:
