@@ -93,8 +93,10 @@ TEST_F(TimingPictureTest, ThePulsesOfAPairTouchWhenTheDelayIsTheWidth) {
   EXPECT_EQ(arrTrace[5], "line 676.25,487.50 682.78,60.00");
 }
 
-TEST_F(TimingPictureTest, APeriodOfZeroLeavesTheBoxEmpty) {
+TEST_F(TimingPictureTest, APeriodOrFrequencyOfZeroLeavesTheLaneEmpty) {
   timing.dblPeriodOrFreq = 0;
+  EXPECT_THAT(Drawn(), IsEmpty());
+  timing.fIsFrequency = True;
   EXPECT_THAT(Drawn(), IsEmpty());
 }
 

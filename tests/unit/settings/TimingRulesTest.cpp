@@ -67,6 +67,7 @@ const PushRow PushRows[] = {
     {"TooShort", 1e-6, 2e-6, false, 1e-6, 2e-6},
     {"TooHighAFrequency", 1e-6, 2e-6, true, 1e6, 5e5},
     {"Equal", 2e-6, 2e-6, false, 2e-6, std::nullopt},
+    {"EqualWhateverTheRoundedFrequencyShows", 2e-6, 2e-6, true, 499999.9, std::nullopt},
     {"Longer", 3e-6, 2e-6, false, 3e-6, std::nullopt},
     {"NoWidth", 1e-6, 0, true, 1e6, std::nullopt},
     {"RoundedBelowTheWidthAndShownAlready", RoundedPeriod, 7e-6, true, 1 / 7e-6, std::nullopt},
