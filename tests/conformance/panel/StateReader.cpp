@@ -4,7 +4,7 @@
 
 #include "Hex.h"
 #include "PanelTestAccess.h"
-#include "bitpattern/BitPattern.h"
+#include "bitpattern/BitPatternPrivate.h"
 #include "controls/CboEnhancedPrivate.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
@@ -135,11 +135,6 @@ void ReadGroup(const Keys &keys, const std::string &strName, const FrameEnhanced
   keys.Put("priv." + strName + ".Tags", std::move(tags));
 }
 
-/// The store of an editor, which it shows to those who derive from it.
-struct OpenBitPattern : BitPattern {
-  static const PatternStore &StoreOf(BitPattern &editor) { return (editor.*(&OpenBitPattern::Store))(); }
-};
-
 void ReadPattern(const Keys &keys, const PanelUnderTest &panel) {
   auto &editor = panel.Get<BitPattern>("BitPattern1");
   keys.Put("BitPattern1.Length", editor.GetPatternLength());
@@ -156,7 +151,7 @@ void ReadPattern(const Keys &keys, const PanelUnderTest &panel) {
   const auto &group1 = panel.Get<FrameEnhanced>("grpChannelRzOrNrz(0)");
   const auto &group2 = panel.Get<FrameEnhanced>("grpChannelRzOrNrz(1)");
   keys.Put("BitPattern1.RzChosen", Json::array({ChosenIndex(group1), ChosenIndex(group2)}));
-  keys.Put("BitPattern1.Channel2", Flag(OpenBitPattern::StoreOf(editor).Chan2Enabled()));
+  keys.Put("BitPattern1.Channel2", Flag(BitPattern::Private::Of(editor).store.Chan2Enabled()));
   keys.Put("BitPattern1.Chan2GroupEnabled", Flag(group2.Enabled()));
 }
 
