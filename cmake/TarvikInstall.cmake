@@ -117,7 +117,7 @@ tarvik_install_headers(development
   instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
   instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
   panel/Form.h panel/Page.h panel/PanelState.h panel/TarvikGUI.h
-  settings/RzFlags.h
+  settings/PageStates.h settings/RzFlags.h
   platform/ConsoleHost.h platform/ControlSite.h platform/FormControl.h platform/PictureBox.h
   platform/PlainControls.h platform/PropertyBag.h platform/QtHost.h platform/TabControl.h platform/Twips.h
   platform/WidgetControl.h
