@@ -13,12 +13,12 @@ constexpr const char *CommandButtons[] = {"cmdUpload",     "cmdDownload", "cmdCh
                                           "cmdResetInstr", "cmdSelfTest", "cmdCalibrate"};
 
 enum class Step {
-  EnableForTwoChannels,  ///< a control that only an instrument with one channel loses
-  EnableUnlessLacking,   ///< a control that goes with one of the capability bits
-  NoteVxiLines,          ///< what the arming sources can offer
-  LockTrailingEdge,      ///< coupling of the edges, of the channel whose index is the argument
-  EnablePatternChannel2,
-  StopIfDisabled,  ///< what is within a disabled box keeps its state
+  EnableForTwoChannels,   ///< disabled only on an instrument with one channel
+  EnableUnlessLacking,    ///< disabled where the instrument lacks the capability of the argument
+  NoteVxiLines,           ///< sets mfVxiLines
+  LockTrailingEdge,       ///< locks or frees the trailing edge; the argument is the control index of the channel
+  EnablePatternChannel2,  ///< the pattern editor's channel 2
+  StopIfDisabled,         ///< ends here if the box is disabled: what it contains keeps its state
 };
 
 struct GateRow {
@@ -27,7 +27,8 @@ struct GateRow {
   Long lngArgument;
 };
 
-/// Top to bottom. grpOutputs stands here twice: what the model lacks has the last word over the number of channels.
+/// Runs from top to bottom. The second row of grpOutputs overrides the first: the capability decides there, not the
+/// number of channels.
 constexpr GateRow GateTable[] = {
     {Step::EnableForTwoChannels, "cboPulseType2", 0},
     {Step::NoteVxiLines, "", eLacksVxiLines},

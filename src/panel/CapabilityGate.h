@@ -10,15 +10,15 @@ namespace tarvik {
 class BitPattern;
 class TimingPage;
 
-/// Adapts the controls of all pages to what the open instrument can do: number of channels, and what its model lacks.
-/// Nothing is hidden and no value changes; it only enables and disables.
+/// Enables and disables the controls of all pages by what the open instrument can do: its number of channels, and what
+/// its model lacks. Hides nothing and changes no value.
 class CapabilityGate {
  public:
   CapabilityGate(QWidget &panel, PanelServices &services, TimingPage &timing, BitPattern &pattern);
 
-  /// Runs the whole table; 0 channels stands for no session. Sets mfDualChannel and mfVxiLines.
+  /// Also sets mfDualChannel and mfVxiLines. 0 channels stands for no session.
   void EnableControlsForChannels(Long lngChannels);
-  /// The buttons that need a session.
+  /// Enables or disables the buttons that need a session.
   void EnableCommandButtons(Boolean fEnable);
 
  private:

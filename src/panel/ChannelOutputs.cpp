@@ -13,7 +13,7 @@ struct SwitchRow {
   Boolean fIsComplement;
 };
 
-/// The order in which the groups are filled.
+/// In the order in which ShowFlags sets the groups.
 constexpr SwitchRow SwitchTable[] = {
     {"grpChan1OnOff", "optChannel1Output", 1, False},
     {"grpChan2OnOff", "optChannel2Output", 2, False},
@@ -80,7 +80,7 @@ void ChannelOutputs::SetChannelOutput(Integer intChan, Boolean fState, Boolean f
     m_panel.ZorvaneInstr().Output(intChan, fState, fIsComplement);
     return;
   }
-  // Both records carry the switches.
+  // The records of both pages contain the switches.
   m_panel.SetTabState(ePageIsDirty, ePageTiming);
   m_panel.SetTabState(ePageIsDirty, ePageLevels);
 }

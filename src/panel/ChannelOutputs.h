@@ -6,7 +6,7 @@
 
 namespace tarvik {
 
-/// Where an output switch stands: its group in the container, its two options in the group.
+/// Places of an output switch: the group within its container, the two options within the group.
 struct OutputSwitchPlace {
   TwipsRect group, on, off;
 };
@@ -16,16 +16,16 @@ struct OutputSwitchPlace {
 FormTable OutputSwitch(Integer intChan, Boolean fIsComplement, Long lngElement, const std::string &strContainer,
                        const OutputSwitchPlace &place);
 
-/// The four output switches of a page: normal and inverse output of each channel. Two pages carry them over the same
-/// flags of the panel: even options turn an output on, odd ones off.
+/// The four output switches of a page: normal and inverse output of each channel. The timing and the levels page have
+/// them both, over the same flags of the panel. Even options turn an output on, odd ones off.
 class ChannelOutputs {
  public:
-  /// Takes the switches that stand on this form and answers their clicks.
+  /// Connects to the switches of this form.
   ChannelOutputs(const Form &form, PanelServices &panel);
 
-  /// Sends one output switch to the instrument at once, or leaves it to the next upload of both pages.
+  /// Sends the switch to the instrument at once, or marks both pages for the next upload.
   void SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement);
-  /// The groups follow the panel's flags.
+  /// Sets the groups from the panel's flags.
   void ShowFlags();
 
  private:
@@ -37,8 +37,8 @@ class ChannelOutputs {
 
   Boolean &Flag(const Switch &output) const;
   void optChannelOutput_Click(const Switch &output, Integer Index);
-  /// The pages keep the switches of channel 2 when an instrument without it is opened, and refresh them with the
-  /// others.
+  /// The open instrument has no such channel. The switches of channel 2 are refreshed all the same, and their clicks
+  /// must not reach the driver.
   bool LacksChannel(Integer intChan) const;
 
   PanelServices &m_panel;

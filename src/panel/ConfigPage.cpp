@@ -14,7 +14,7 @@ namespace {
 using form::Button, form::Display, form::Frame, form::List, form::Text;
 
 constexpr const char *NoValue = " - ";
-/// These lists do not depend on the mode: one place to remember a choice in.
+/// Memory slot of the lists, which do not depend on the mode.
 constexpr Integer OnlyPosition = 1;
 
 struct IdentityRow {
@@ -36,10 +36,11 @@ constexpr IdentityRow IdentityRows[] = {
 };
 
 constexpr Double PllCaptionWidth = 900;
+constexpr Single IdentityTop = 330, IdentityPitch = 390;
 
 FormTable Identity() {
   FormTable table{Frame("grpIdentity").At({120, 120, 4620, 3540}).Caption("Instrument")};
-  Single sngTop = 330;
+  Single sngTop = IdentityTop;
   for (const IdentityRow &row : IdentityRows) {
     table.Add({Text(row.strLabelName).In("grpIdentity").At({150, sngTop, 1350, 315}).Caption(row.strLabel),
                Display(row.strTextBox)
@@ -47,7 +48,7 @@ FormTable Identity() {
                    .At({1530, sngTop, 2940, 315})
                    .SpokenName(row.strLabel)
                    .ToolTip(row.strToolTip)});
-    sngTop += 390;
+    sngTop += IdentityPitch;
   }
   return table;
 }
@@ -125,7 +126,7 @@ void ConfigPage::InitPllRefCombos() {
 }
 
 void ConfigPage::cboPllRefSource_Click() {
-  // Only an external reference has to be told its frequency.
+  // The frequency is a setting of the external reference only.
   if (cboPllRefSource.GetCurrItemData() != ePllRefClkIn)
     cboPllRefFreq.SetEnabled(False);
   else

@@ -9,7 +9,7 @@ namespace tarvik {
 
 class InstrPage;
 
-/// Who the instrument is, the buttons of the instrument commands, and the reference of the internal PLL.
+/// Identity of the instrument, the buttons of the instrument commands, and the reference of the internal PLL.
 class ConfigPage : public Page {
  public:
   ConfigPage(QWidget &page, PanelServices &panel, InstrPage &instruments);

@@ -82,6 +82,12 @@ ControlDesign &ControlDesign::Columns(std::initializer_list<std::string> headers
   return Store("Columns", strColumns);
 }
 
+ControlDesign &ControlDesign::ColumnWidths(std::initializer_list<Long> widths) {
+  std::string strWidths;
+  for (const Long lngWidth : widths) strWidths += (strWidths.empty() ? "" : "|") + std::to_string(lngWidth);
+  return Store("ColumnWidths", strWidths);
+}
+
 namespace form {
 
 ControlDesign Frame(std::string strName, Long lngIndex) { return {ControlKind::Frame, std::move(strName), lngIndex}; }

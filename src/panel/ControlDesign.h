@@ -86,6 +86,8 @@ class ControlDesign {
   ControlDesign &Menu(std::initializer_list<std::pair<std::string, std::string>> entries);
   /// The headers of a list view, none with a "|" in it.
   ControlDesign &Columns(std::initializer_list<std::string> headers);
+  /// Twips, from the first column on; the last one takes the rest.
+  ControlDesign &ColumnWidths(std::initializer_list<Long> widths);
 
   ControlKind Kind() const { return m_eKind; }
   const std::string &Name() const { return m_strName; }

@@ -96,10 +96,16 @@ QWidget *MakeMenu(QWidget *parent, const ControlDesign &design) {
   return popup;
 }
 
-/// "Columns" holds the headers, separated by "|".
+/// "Columns" holds the headers, "ColumnWidths" the widths of all but the last, each separated by "|".
 QWidget *MakeListView(QWidget *parent, const ControlDesign &design) {
   auto *list = new ListView(parent);
   list->SetColumns(Split(design.Properties().ReadProperty("Columns", ""), '|'));
+  if (design.Properties().Contains("ColumnWidths")) {
+    std::vector<Single> arrWidths;
+    for (const std::string &strWidth : Split(design.Properties().ReadProperty("ColumnWidths", ""), '|'))
+      arrWidths.push_back(static_cast<Single>(CLng(std::string_view(strWidth))));
+    list->SetColumnWidths(std::move(arrWidths));
+  }
   return list;
 }
 
@@ -131,8 +137,8 @@ Maker MakerFor(ControlKind eKind) {
   return nullptr;
 }
 
-/// What a screen reader says. Fields, lists and buttons, whose captions change, find their captions themselves; what a
-/// form gives them is a name in place of a caption.
+/// Fields, lists and buttons derive their accessible name from their caption, which can change; a name in the form
+/// overrides it. The others get theirs here: the form's name, else the caption, else the tool tip.
 void GiveAccessibleName(QWidget &widget, const ControlDesign &design) {
   const PropertyBag &bag = design.Properties();
   const QString strGiven = Text(bag, "AccessibleName");
@@ -158,7 +164,7 @@ Form::Form(QWidget &page, const FormTable &table) : m_page(page) {
   for (const ControlDesign &design : table) {
     m_arrMade.push_back({design.Name(), design.Index(), Make(design), design.Place()});
     Place(m_arrMade.back());
-    // The toolkit shows a control with its page only while the page itself is still hidden.
+    // A child made after its page was shown stays hidden until it is shown itself.
     if (QWidget &made = *m_arrMade.back().widget;
         page.isVisible() && !made.testAttribute(Qt::WA_WState_ExplicitShowHide))
       made.show();
@@ -198,7 +204,7 @@ void Form::Place(const Made &made) {
     field->move(rect.topLeft());
     field->Resize(made.place.sngWidth, made.place.sngHeight);
   } else if (auto *list = dynamic_cast<CboEnhanced *>(made.widget)) {
-    // Not the rounded edges: a list that is a pixel too low loses its lower border.
+    // Its size is rounded by itself, not from its edges: one pixel less would cut off the lower border.
     list->move(rect.topLeft());
     list->resize(TwipsToPixels(*list, made.place.sngWidth), TwipsToPixels(*list, made.place.sngHeight));
     list->SetListHeight(made.place.sngHeight);
@@ -211,7 +217,7 @@ void Form::Place(const Made &made) {
 bool Form::eventFilter(QObject *watched, QEvent *event) {
   if (event->type() == QEvent::FontChange) {
     PlaceAll();
-    // A style sheet gives the controls their font only behind the page's own.
+    // With a style sheet the controls get their font after the page has got its own.
     QMetaObject::invokeMethod(this, &Form::PlaceAll, Qt::QueuedConnection);
   }
   return QObject::eventFilter(watched, event);

@@ -22,7 +22,7 @@ class ControlArray {
       if (lngNumber == lngIndex) return *control;
     RaiseError(ErrNoSuchElement);
   }
-  /// Numbers come in ascending order.
+  /// Call in ascending order of the numbers.
   void Add(Long lngIndex, T &control) { m_controls.emplace_back(lngIndex, &control); }
   /// Pairs of number and pointer, in the order of the numbers.
   auto begin() const { return m_controls.begin(); }
@@ -34,7 +34,7 @@ class ControlArray {
   std::vector<std::pair<Long, T *>> m_controls;
 };
 
-/// A page's controls, made from its table and kept in their places as the font grows.
+/// The controls of a page, made from its table and placed again whenever the font changes.
 class Form : public QObject {
  public:
   Form(QWidget &page, const FormTable &table);
@@ -54,7 +54,7 @@ class Form : public QObject {
     return arr;
   }
 
-  /// The controls were put into their places anew.
+  /// All controls were placed again, after a change of the font.
   Event<> Placed;
 
  protected:

@@ -23,6 +23,7 @@ FormTable Design() {
       form::ListView("lvwInstruments")
           .At({120, 120, 8220, 4260})
           .Columns({"Instrument", "Slot", "Log. Addr.", "Model Code"})
+          .ColumnWidths({3900, 1300, 1500})
           .SpokenName("Instruments")
           .ToolTip("Tick an instrument to start a session with it"),
       form::Button("cmdRefresh")
@@ -38,7 +39,7 @@ FormTable Design() {
   };
 }
 
-/// Reports a failure of the procedure and takes the busy pointer away, whatever becomes of the report.
+/// Logs a failure of the procedure. Where the log fails as well, the busy pointer is reset before that error goes on.
 void ReportAndRelease(const char *strProc, const RunTimeError &error) {
   try {
     LogError(AppTitle, strProc, error.Number(), error.Description());
@@ -55,7 +56,6 @@ InstrPage::InstrPage(QWidget &page, PanelServices &panel, OptionsPage &options)
       cmdRefresh(m_form.Get<CommandButton>("cmdRefresh")),
       lvwInstruments(m_form.Get<ListView>("lvwInstruments")),
       m_options(options) {
-  lvwInstruments.SetColumnWidths({3900, 1300, 1500});
   cmdRefresh.Click.Connect([this] { cmdRefresh_Click(); });
   lvwInstruments.ItemCheck.Connect([this](ListItem *Item) { lvwInstruments_ItemCheck(Item); });
   lvwInstruments.DblClick.Connect([this] { lvwInstruments_DblClick(); });
@@ -89,7 +89,7 @@ void InstrPage::ListInstruments() {
 }
 
 void InstrPage::AddRow(Integer Index, const viInfo &record, const std::string &strName) {
-  // The key keeps the driver's own number, so entries that are not shown leave gaps.
+  // The key holds the driver's index, so entries that are not shown leave gaps.
   ListItem *item = lvwInstruments.Add(KeyPrefix + CStr(Long{Index}), Trim(strName));
   const bool fHasSlot = record.HasSlot();
   item->SetText(ColumnSlot, fHasSlot ? CStr(Long{record.Slot()}) : NoValue);

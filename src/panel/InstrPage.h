@@ -10,25 +10,25 @@ namespace tarvik {
 
 class OptionsPage;
 
-/// The list of the instruments that the driver knows, and the road from a row to an open session. At most one row is
-/// checked: that of the instrument in session.
+/// Lists the instruments that the driver knows, and opens and closes sessions with them. At most one row is checked:
+/// that of the open instrument.
 class InstrPage : public Page {
  public:
   InstrPage(QWidget &page, PanelServices &panel, OptionsPage &options);
 
   void Enter() override;
 
-  /// Ends the session and lists the instruments anew.
+  /// Closes the session and lists the instruments again.
   void cmdRefresh_Click();
-  /// Ends whatever session there is and, when starting, opens one with the row's instrument. Without a row it only
-  /// ends.
+  /// Closes the session, if any, and with fStart opens one with the row's instrument. Item may be null: then it only
+  /// closes.
   void InstrStartStop(ListItem *Item, Boolean fStart);
-  /// Takes every tick away. Raises nothing.
+  /// Clears all ticks without raising an event.
   void UncheckAllInstruments();
-  /// The driver's number of the checked row; 1 and false where none is checked.
+  /// The driver's index of the checked row; 1 and false where none is checked.
   Boolean GetCheckedInstrNum(Long &lngInstrNum) const;
 
-  /// The page control's tag is emptied with the ticks.
+  /// Called when the ticks are cleared; clears the tag of the page control.
   std::function<void()> ClearTabTag;
 
   CommandButton &cmdRefresh;

@@ -262,7 +262,7 @@ void LevelsPage::DownloadLevels() {
 void LevelsPage::ShowChannel(const udtLevelInfo &levels, Long lngChannel) {
   const Long k = lngChannel - 1;
   const clsInstrInterface &instr = Instr();
-  // The unit goes first, because choosing it converts what the level fields hold.
+  // The unit first: selecting it converts what the level fields show.
   cboLevelUnits[k].SetListIndexByItemData(levels.eOutputType[lngChannel]);
   const Boolean fImpedance = instr.IsNotRestricted(eLacksImpedance);
   cboOutputImpedance[k].SetEnabled(fImpedance);

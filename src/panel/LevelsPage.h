@@ -15,8 +15,8 @@ namespace tarvik {
 
 class ChannelOutputs;
 
-/// Levels of each channel: format, volts or amperes, impedance, load compensation, polarity and output switches, and
-/// whether channel 2 is added to output 1.
+/// Levels of each channel: format, unit, impedance, load compensation, polarity and output switches; and whether
+/// channel 2 is added to output 1.
 class LevelsPage : public Page {
  public:
   LevelsPage(QWidget &page, PanelServices &panel);
@@ -25,7 +25,7 @@ class LevelsPage : public Page {
   void Enter() override;
 
   void FillLevelCombos();
-  /// The output groups of this page follow the panel's flags.
+  /// Sets the output groups of this page from the panel's flags.
   void ShowLevelOutputs();
   void UploadLevels(Boolean &fOk);
   void DownloadLevels();
@@ -40,7 +40,7 @@ class LevelsPage : public Page {
   void ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits);
   void ConvertLevelFields(Integer intChan, const std::string &strUnits);
   void ShowChannel(const udtLevelInfo &levels, Long lngChannel);
-  /// A level as the instrument told it, in the unit that the field shows.
+  /// Shows a level as the instrument told it, in the unit of the field, without conversion.
   static void ShowLevel(EngrSpin &esField, Double dblLevel, Double dblLoad);
 
   ControlArray<CboEnhanced> cboLevelFormat;

@@ -80,7 +80,7 @@ void LimitsPage::UploadLimits(Boolean &fOk) {
     limits.dblHighCurrent[i] = esLimitHighCurrent[k].Value();
     limits.dblLowCurrent[i] = esLimitLowCurrent[k].Value();
   }
-  // The switches travel for both channels, whatever the instrument has.
+  // Sent for both channels, also to an instrument with one.
   limits.fEnabled[1] = optLimitsChanel[0].Value();
   limits.fEnabled[2] = optLimitsChanel[2].Value();
   if (!Instr().SetLimits(limits)) return;

@@ -7,7 +7,7 @@
 
 namespace tarvik {
 
-/// Output limits of each channel and whether they are in force.
+/// Output limits of each channel, and whether they apply.
 class LimitsPage : public Page {
  public:
   LimitsPage(QWidget &page, PanelServices &panel);

@@ -91,6 +91,11 @@ FormTable Design() {
   return table;
 }
 
+bool ChoosesAll(const FrameEnhanced &group) {
+  const OptionButtonControl *button = group.Chosen();
+  return button && button->Tag() == std::string_view(AllPagesTag);
+}
+
 }  // namespace
 
 OptionsPage::OptionsPage(QWidget &page, PanelServices &panel)
@@ -121,15 +126,6 @@ void OptionsPage::chkAutoWarnings_Click() {
 }
 
 void OptionsPage::chkAutoOutputOnOff_Click() { m_state.mfAutoOutputOnOff = chkAutoOutputOnOff.Value() == 1; }
-
-namespace {
-
-bool ChoosesAll(const FrameEnhanced &group) {
-  const OptionButtonControl *button = group.Chosen();
-  return button && button->Tag() == std::string_view(AllPagesTag);
-}
-
-}  // namespace
 
 Boolean OptionsPage::UploadsAll() const { return ChoosesAll(grpUpload); }
 

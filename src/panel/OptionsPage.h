@@ -7,7 +7,7 @@
 
 namespace tarvik {
 
-/// The panel's own options; they never travel to the instrument.
+/// The panel's own options; none is sent to the instrument.
 class OptionsPage : public Page {
  public:
   OptionsPage(QWidget &page, PanelServices &panel);

@@ -16,7 +16,7 @@ struct PanelState {
   Boolean mfDownloading;       ///< controls are being filled: nothing turns dirty
   Boolean mfForceDownloadAll;  ///< an automatic download takes every page, whatever the option says
   Boolean mfAutoOutputOnOff;   ///< output switches go to the instrument at once
-  Boolean mfWorkWithBoxes;     ///< list entries without a slot as well
+  Boolean mfWorkWithBoxes;     ///< the list shows instruments without a slot, too
 
   Boolean mfDualChannel;  ///< not an instrument with one channel
   Boolean mfVxiLines;     ///< the instrument can be armed by VXI lines

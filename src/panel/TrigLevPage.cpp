@@ -98,7 +98,7 @@ struct TagRow {
   Double dblTag;
 };
 
-/// Tags are the text of the numbers that the driver knows, so that a number from it compares equal.
+/// The tags are the driver's numbers as text, so that a number read from the driver selects its option.
 constexpr TagRow Tags[] = {
     {"optTrigLevelExtIn", 0, ThresholdTTL},
     {"optTrigLevelExtIn", 1, ThresholdECL},

@@ -36,6 +36,14 @@ TEST(ControlDesign, StoresEachPropertyUnderItsName) {
                           Pair("Max", "2"), Pair("MaxExponent", "0"), Pair("Min", "0.5"), Pair("MinExponent", "-9")));
 }
 
+TEST(ControlDesign, StoresListsOfThingsAsOneText) {
+  EXPECT_THAT(Stored(form::ListView("lvwInstruments").Columns({"Instrument", "Slot"}).ColumnWidths({3900, 1300})),
+              ElementsAre(Pair("ColumnWidths", "3900|1300"), Pair("Columns", "Instrument|Slot")));
+  EXPECT_THAT(
+      Stored(form::Menu("toolPopupTEdge", 0).Menu({{"TeEqLe", "Trail Edge = Lead Edge"}, {"TeAbs", "Absolute"}})),
+      ElementsAre(Pair("Menu", "TeEqLe=Trail Edge = Lead Edge|TeAbs=Absolute")));
+}
+
 TEST(ControlDesign, ALabelledListHasItsCaptionAtTheRight) {
   EXPECT_THAT(Stored(form::List("cboLevelUnits", 0)), ElementsAre(Pair("CaptionAlignment", "1")));
 }
