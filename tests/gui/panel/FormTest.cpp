@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "RecordingHost.h"
 #include "WidgetEnvironment.h"
 #include "controls/FrameEnhanced.h"
 #include "panel/Form.h"
@@ -15,6 +16,7 @@ using testing::Pair;
 
 /// The stored properties as texts.
 std::map<std::string, std::string> Stored(const ControlDesign &design) {
+  const RecordingHost host;  // tells the decimal separator
   std::map<std::string, std::string> properties;
   for (const auto &[strKey, vValue] : design.Properties().Values()) properties[strKey] = CStr(vValue);
   return properties;
@@ -58,6 +60,7 @@ TEST(ControlDesign, AnIndexThatNoControlArrayCanHaveIsAnOverflow) {
 }
 
 TEST(FormTest, MakesTheRowsInOrderWithinTheirContainers) {
+  const RecordingHost host;
   QWidget page;
   FormTable table{form::Frame("grpOutputs").At({0, 0, 3000, 1500})};
   table.Add({form::Option("optOutputs", 1).In("grpOutputs").At({150, 300, 1500, 300}).Caption("Added").Chosen(),
