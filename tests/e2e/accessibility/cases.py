@@ -12,15 +12,8 @@ import pyatspi
 from gi.repository import GLib
 
 sys.path.insert(0, str(Path(__file__).parent.parent / "program"))
+from rack import BENCH, fill_rack  # noqa: E402
 from screen import PATIENCE, Program as Started, Screen, wait_for  # noqa: E402
-
-RACK = """
-[Bench]
-kind = slot
-address = 24
-slot = 3
-model code = 0x0210
-"""
 
 # The keys that bring each page to the front, and a control by which it is known.
 PAGES = {
@@ -58,9 +51,7 @@ class Accessibility(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         home = Path(folder.name, "home")
-        drivers = home / ".local/share/tarvikvi/drivers"
-        drivers.mkdir(parents=True)
-        (drivers / "KolvenAtl.Kolven.rack").write_text(RACK, encoding="utf-8")
+        fill_rack(home / ".local/share/tarvikvi/drivers", BENCH)
         screen = Screen(Path(folder.name, "screen"))
         self.addCleanup(screen.close)
         self.program = Started(screen, self.path, home, accessible=True)

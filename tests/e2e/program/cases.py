@@ -9,23 +9,12 @@ import unittest
 from pathlib import Path
 
 from panel import PanelPlaces
-from screen import SKIPPED, STATUS_HEIGHT, Program as Started, Screen, settings_file, tools_missing, wait_for
-
-RACK = """
-[Bench]
-kind = slot
-address = 24
-slot = 3
-model code = 0x0210
-[Taken]
-kind = slot
-address = 25
-slot = 4
-opens = no
-"""
+from rack import BENCH, TAKEN, fill_rack
+from screen import (SKIPPED, STATUS_HEIGHT, Program as Started, Screen, panel_top, settings_file, tools_missing,
+                    wait_for)
 
 # The middle of buttons, counted as the places below, and the share of the page that the pressed one takes.
-SELFTEST, ERRORS = (502, 144), (430, 400)
+SELFTEST, ERRORS, UPLOAD = (502, 144), (463, 477), (310, 477)
 SELFTEST_BUTTON_SHARE = 0.02
 
 
@@ -38,8 +27,7 @@ class Program(PanelPlaces, unittest.TestCase):
         self.folder = Path(folder.name)
         self.home = self.folder / "home"
         self.drivers = self.home / ".local/share/tarvikvi/drivers"
-        self.drivers.mkdir(parents=True)
-        (self.drivers / "KolvenAtl.Kolven.rack").write_text(RACK, encoding="utf-8")
+        fill_rack(self.drivers, BENCH, TAKEN)
 
     def start(self, width=1280, height=1024):
         screen = Screen(self.folder / f"screen-{width}", width, height)
@@ -86,6 +74,30 @@ class Program(PanelPlaces, unittest.TestCase):
         self.assertEqual(box.title, "TarvikVI")
         program.close_box(box)
         self.open_first(panel)
+
+    def test_clicks_made_before_the_start_do_nothing(self):
+        screen = Screen(self.folder / "screen")
+        self.addCleanup(screen.close)
+        # From the second time on the window comes to the place where it was; the pointer waits there for it.
+        for _ in range(2):
+            program = self.start_on(screen)
+            panel = program.panel()
+            self.assertEqual(program.quit(), 0)
+        screen.xdotool("mousemove", panel.left + UPLOAD[0], panel.top + panel_top(panel) + UPLOAD[1])
+        for _ in range(4):
+            with screen.clicking():
+                program = self.start_on(screen)
+                panel = program.panel()
+
+            def listed():
+                # The start serves its window once; a click of that moment is told that no instrument is open.
+                box = program.find_box()
+                if box:
+                    program.close_box(box)
+                return not box and self.row(panel, 1).dark() > 20
+            wait_for("the list", listed)
+            self.assertEqual(program.log(), "", "a command of before the start would have failed")
+            self.assertEqual(program.quit(), 0)
 
     def test_the_alt_keys_lead_to_the_pages(self):
         program = self.start()
@@ -198,8 +210,7 @@ class Program(PanelPlaces, unittest.TestCase):
 
     def test_an_answered_question_is_gone_and_clicks_are_dropped_while_the_instrument_works(self):
         # Longer than everything that is looked at meanwhile takes on a busy machine.
-        slow = RACK.replace("slot = 3\n", "slot = 3\nself test delay = 20000 ms\n", 1)
-        (self.drivers / "KolvenAtl.Kolven.rack").write_text(slow, encoding="utf-8")
+        fill_rack(self.drivers, BENCH, "self test delay = 20000 ms\n")
         program = self.start()
         panel = program.panel()
         wait_for("the list", lambda: self.row(panel, 1).dark() > 20)

@@ -5,7 +5,7 @@ import shutil
 import struct
 import subprocess
 import time
-from contextlib import nullcontext
+from contextlib import contextmanager, nullcontext
 from pathlib import Path
 
 # How long anything may take on a busy machine before it counts as not happening, in seconds.
@@ -103,6 +103,18 @@ class Screen:
         run = subprocess.run(["xdotool", *map(str, arguments)], env={**os.environ, "DISPLAY": self.display},
                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, timeout=PATIENCE)
         return run.stdout.strip() if run.returncode == 0 else ""
+
+    @contextmanager
+    def clicking(self):
+        """Clicks every ten milliseconds where the pointer is."""
+        clicks = subprocess.Popen(["xdotool", "click", "--repeat", "1000000", "--delay", "10", "1"],
+                                  env={**os.environ, "DISPLAY": self.display}, stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            yield
+        finally:
+            clicks.terminate()
+            clicks.wait(timeout=PATIENCE)
 
     def picture(self, left, top, width, height):
         data = self._file.read_bytes()

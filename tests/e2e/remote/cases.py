@@ -14,24 +14,15 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "program"))
+from rack import BENCH, fill_rack  # noqa: E402
 from screen import SKIPPED, STATUS_TOP, Program, Screen, panel_top, tools_missing, wait_for
-
-RACK = """
-[Bench]
-kind = slot
-address = 24
-slot = 3
-model code = 0x0210
-"""
 
 
 class Server:
     """The server program with a rack of its own."""
 
     def __init__(self, program, folder, certificates, port="0"):
-        drivers = folder / "data/tarvikvi/drivers"
-        drivers.mkdir(parents=True, exist_ok=True)
-        (drivers / "KolvenAtl.Kolven.rack").write_text(RACK, encoding="utf-8")
+        fill_rack(folder / "data/tarvikvi/drivers", BENCH)
         (folder / "clients").write_text("# who may work with the rack\nbench  # the client\n", encoding="utf-8")
         self._log = folder / "server.log"
         self._process = subprocess.Popen(
