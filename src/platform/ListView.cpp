@@ -71,12 +71,15 @@ ListItem *ListView::Add(const std::string &strKey, const std::string &strText) {
   addTopLevelItem(item);
   m_fProgramChange = false;
   m_arrItems.push_back(item);
+  // The view asks for a paint only when the message loop lays its rows out, which is too late while a driver is busy.
+  viewport()->update();
   return item;
 }
 
 void ListView::Clear() {
   m_arrItems.clear();
   clear();
+  viewport()->update();
 }
 
 ListItem *ListView::Item(int intIndex) const {
