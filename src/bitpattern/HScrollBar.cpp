@@ -47,7 +47,7 @@ void HScrollBar::SetValue(Integer intValue) {
 
 void HScrollBar::focusInEvent(QFocusEvent *event) {
   QScrollBar::focusInEvent(event);
-  RunUserEvent(*this, "GotFocus", [this] { GotFocus.Raise(); });
+  RunFocusEvent(*this, "GotFocus", [this] { GotFocus.Raise(); });
 }
 
 }  // namespace tarvik

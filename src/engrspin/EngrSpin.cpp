@@ -41,7 +41,7 @@ EngrSpin::Private::Private(EngrSpin &objField)
       lblCaption(new FieldLabel("Caption", &field)),
       txtNumber(new NumberTextBox(*this, &field)),
       spinCtl(new SpinControl([this] { RunUserEvent(field, "spinCtl_Change", [this] { spinCtl_Change(); }); },
-                              [this] { RunUserEvent(field, "spinCtl_GotFocus", [this] { spinCtl_GotFocus(); }); },
+                              [this] { RunFocusEvent(field, "spinCtl_GotFocus", [this] { spinCtl_GotFocus(); }); },
                               &field)),
       lblUnits(new FieldLabel("Unit", &field)),
       cursor(*txtNumber) {

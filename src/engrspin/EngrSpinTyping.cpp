@@ -234,12 +234,12 @@ bool EngrSpin::Private::KeyPress() { return std::exchange(fSwallowKey, False); }
 // ---- events of the inner controls
 
 void EngrSpin::Private::TextLeft() {
-  UserEvent("txtNumber_Validate", [this] { txtNumber_Validate(); });
-  UserEvent("txtNumber_LostFocus", [this] { txtNumber_LostFocus(); });
+  RunFocusEvent(field, "txtNumber_Validate", [this] { txtNumber_Validate(); });
+  RunFocusEvent(field, "txtNumber_LostFocus", [this] { txtNumber_LostFocus(); });
 }
 
 void EngrSpin::Private::TextEntered() {
-  UserEvent("txtNumber_GotFocus", [this] { txtNumber_GotFocus(); });
+  RunFocusEvent(field, "txtNumber_GotFocus", [this] { txtNumber_GotFocus(); });
 }
 
 void EngrSpin::Private::TextClicked() {

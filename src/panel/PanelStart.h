@@ -2,14 +2,17 @@
 
 #include <QObject>
 #include <functional>
+#include <optional>
+
+#include "platform/InputBlock.h"
 
 class QWidget;
 class QWindow;
 
 namespace tarvik {
 
-/// The way from a panel's showing to its start. The window stands painted before the start runs, which may ask the
-/// driver for long and put questions; until it runs, whatever the user does to the panel is dropped.
+/// Starts the panel once its window has been painted, because the start may wait long for the driver and ask the user.
+/// Until then the panel takes no input.
 class PanelStart : public QObject {
  public:
   /// `start` runs once for each Await that was not given up.
@@ -20,25 +23,20 @@ class PanelStart : public QObject {
   /// The panel was hidden. Answers whether the start was still to come; it does not come then.
   bool GiveUp();
 
-  bool IsAwaited() const { return m_fAwaited; }
-  /// At least once, to whatever end.
-  bool HasRun() const { return m_fHasRun; }
+  bool IsAwaited() const { return m_block.has_value(); }
 
  protected:
-  bool eventFilter(QObject *watched, QEvent *event) override;
+  bool eventFilter(QObject *window, QEvent *event) override;
   void customEvent(QEvent *event) override;
 
  private:
-  void PostBehindPainting();
-  void RunWhenPainted();
-  /// The panel's window where its exposure will bring the first frame; null where that has been or is not to come.
+  void RunBehindPainting();
+  /// The panel's window if it is going to be exposed and painted, but is not yet; else null.
   QWindow *WindowToBeExposed() const;
-  bool IsForPanel(QObject *receiver, const QEvent &event) const;
 
   QWidget &m_panel;
   std::function<void()> m_start;
-  bool m_fAwaited = false;
-  bool m_fHasRun = false;
+  std::optional<InputBlock> m_block;  ///< while the start is awaited
 };
 
 }  // namespace tarvik

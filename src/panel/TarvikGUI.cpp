@@ -1,9 +1,11 @@
 #include "panel/TarvikGUI.h"
 
+#include <QCoreApplication>
 #include <QHideEvent>
 #include <algorithm>
 #include <cmath>
 #include <ranges>
+#include <utility>
 
 #include "engrspin/EngrSpin.h"
 #include "panel/CapabilityGate.h"
@@ -120,11 +122,7 @@ std::string Setting(const char *strKey, const char *strDefault) {
 
 TarvikGUI::TarvikGUI(QWidget *parent)
     : QWidget(parent),
-      m_start(std::make_unique<PanelStart>(*this,
-                                           [this] {
-                                             RunUserEvent(
-                                                 "TarvikGUI", "Show", [this] { UserControl_Show(); }, this);
-                                           })),
+      m_start(std::make_unique<PanelStart>(*this, [this] { Start(); })),
       m_face(*new QWidget(this)),
       m_tabMain(MakeTabs(&m_face)),
       m_form(m_face, Design()),
@@ -143,15 +141,28 @@ TarvikGUI::TarvikGUI(QWidget *parent)
 }
 
 TarvikGUI::~TarvikGUI() {
+  m_fEnding = true;
   // Closing the session tells what it does, and what the host's slots would touch may be gone by now.
   blockSignals(true);
-  EndEvents();
   const UserEvent::Waiting waiting;
+  if (EndEvents()) LeaveFaceToToolkit();
   // A panel that never started has read no options, and would write its design's over the user's.
-  if (m_start->HasRun())
+  if (m_fStarted)
     RunUserEvent(
         "TarvikGUI", "Terminate", [this] { UserControl_Terminate(); }, this);
   if (gobjPanel() == this) gobjPanel() = nullptr;
+  if (!m_strUnsaved) return;
+  // The host may destroy the window around the panel while the box stands.
+  setParent(nullptr);
+  TellUnsaved();
+}
+
+void TarvikGUI::LeaveFaceToToolkit() {
+  // An event of a control has shown the box at which the host destroys the panel, and the toolkit's code for that
+  // control is still running: QComboBox, for one, uses itself after its signals.
+  m_face.hide();
+  m_face.setParent(nullptr);
+  UserEvent::AfterAll([&face = m_face] { face.deleteLater(); });
 }
 
 QWidget &TarvikGUI::Sheet(TabNumEnum ePage) const { return *m_tabMain->widget(ePage); }
@@ -296,24 +307,44 @@ void TarvikGUI::showEvent(QShowEvent *event) {
   m_start->Await();
 }
 
+void TarvikGUI::Start() {
+  m_fStarted = true;
+  RunUserEvent(
+      "TarvikGUI", "Show", [this] { UserControl_Show(); }, this);
+}
+
 void TarvikGUI::hideEvent(QHideEvent *event) {
   QWidget::hideEvent(event);
-  if (event->spontaneous() || m_start->GiveUp()) return;
+  if (event->spontaneous() || m_fEnding || m_start->GiveUp()) return;
   EndEvents();
   const UserEvent::Waiting waiting;
   RunUserEvent(
       "TarvikGUI", "Hide", [this] { UserControl_Hide(); }, this);
+  // The toolkit is still hiding the panel, and the host may destroy it while the box stands. At low priority, so that a
+  // program that is about to quit does so first; the panel's end then saves once more.
+  if (m_strUnsaved) QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
 }
 
-void TarvikGUI::EndEvents() {
+void TarvikGUI::customEvent(QEvent *) { TellUnsaved(); }
+
+void TarvikGUI::TellUnsaved() {
+  const auto strReason = std::exchange(m_strUnsaved, std::nullopt);
+  if (!strReason) return;
+  const UserEvent::Waiting waiting;
+  RunUserEvent(
+      "TarvikGUI", "Terminate", [&] { ShowBox("Unable to save settings: " + *strReason, BoxIcon::Information); }, this);
+}
+
+bool TarvikGUI::EndEvents() {
   const auto arrParts = findChildren<const QObject *>();
   const auto isPart = [&](const void *owner) {
     return owner == this || std::find(arrParts.begin(), arrParts.end(), owner) != arrParts.end();
   };
-  if (!UserEvent::EndAllOf(isPart)) return;
+  if (!UserEvent::EndAllOf(isPart)) return false;
   // They cannot put back what they had set.
   m_state.mfDownloading = False;
   m_state.mfForceDownloadAll = False;
+  return true;
 }
 
 void TarvikGUI::HoldInstr() {
@@ -379,7 +410,7 @@ void TarvikGUI::UserControl_Terminate() {
     m_errorConnection.Disconnect();
     m_zorvaneInstr.reset();
   } catch (const RunTimeError &error) {
-    ShowBox("Unable to save settings: " + error.Description(), BoxIcon::Information);
+    m_strUnsaved = error.Description();
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "controls/FrameEnhanced.h"
 #include "panel/Page.h"
@@ -72,6 +74,7 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void showEvent(QShowEvent *event) override;
   void hideEvent(QHideEvent *event) override;
   void changeEvent(QEvent *event) override;
+  void customEvent(QEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;
 
  private:
@@ -84,8 +87,13 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   void cmdDownload_Click() override;
   void EnableControlsForChannels(Long lngChannels) override;
 
-  /// None of the panel's events that wait behind a box goes on.
-  void EndEvents();
+  /// None of the panel's events that wait behind a box goes on. Answers whether there were any.
+  bool EndEvents();
+  /// The controls outlive the panel until the toolkit has left them.
+  void LeaveFaceToToolkit();
+  /// Shows the box for options that could not be saved.
+  void TellUnsaved();
+  void Start();
   void UserControl_Show();
   void UserControl_Hide();
   void UserControl_Terminate();
@@ -127,6 +135,9 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference, private P
   Event<const std::string &>::Connection m_statusConnection;
   Event<const std::string &>::Connection m_errorConnection;
   std::unique_ptr<PanelStart> m_start;
+  bool m_fStarted = false;  ///< at least once, with whatever result
+  bool m_fEnding = false;
+  std::optional<std::string> m_strUnsaved;  ///< why options could not be saved, until that is told
 
   /// Carries all controls, so that its font can be zoomed while the panel's own stays the host's.
   QWidget &m_face;

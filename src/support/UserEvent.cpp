@@ -1,6 +1,7 @@
 #include "support/UserEvent.h"
 
 #include <utility>
+#include <vector>
 
 #include "support/Host.h"
 
@@ -11,6 +12,7 @@ namespace {
 thread_local UserEvent *g_atWork = nullptr;  // null while a box stands
 thread_local UserEvent *g_topmost = nullptr;
 thread_local bool g_fDriverWorked = false;
+thread_local std::vector<std::function<void()>> g_arrAfterAll;
 
 }  // namespace
 
@@ -24,6 +26,8 @@ UserEvent::~UserEvent() {
   g_atWork = m_outer;
   g_topmost = m_below;
   if (!m_outer) DropInput();
+  if (m_below) return;
+  for (const auto &procedure : std::exchange(g_arrAfterAll, {})) procedure();
 }
 
 UserEvent::Waiting::Waiting() : m_before(std::exchange(g_atWork, nullptr)) {}
@@ -49,6 +53,13 @@ void UserEvent::BeforeDriverCall() {
 
 void UserEvent::DropInput() {
   if (std::exchange(g_fDriverWorked, false)) TheHost().DropInput();
+}
+
+void UserEvent::AfterAll(std::function<void()> procedure) {
+  if (g_topmost)
+    g_arrAfterAll.push_back(std::move(procedure));
+  else
+    procedure();
 }
 
 }  // namespace tarvik

@@ -40,6 +40,8 @@ class UserEvent {
   static void BeforeDriverCall();
   /// Drops what the user did while the driver worked, if it did.
   static void DropInput();
+  /// Runs the procedure at the end of the thread's bottommost event; at once where there is no event.
+  static void AfterAll(std::function<void()> procedure);
 
  private:
   UserEvent *m_outer;  ///< the event that goes on when this one is done; null at the bottom and behind a box

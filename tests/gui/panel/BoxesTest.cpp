@@ -11,8 +11,8 @@ namespace tarvik::test {
 namespace {
 
 using testing::Combine;
+using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Values;
 using testing::ValuesIn;
 
 const DriverFailure TheFailure{-2147221503, "driver failed"};
@@ -172,11 +172,6 @@ const Way Ways[] = {
        session.driver.FailAt(1, TheFailure);
        AskPattern(session, "PRBS", "7");
      }},
-};
-
-/// A list is at work within the toolkit's own list while it tells of a choice, so that the host cannot end the panel
-/// there.
-const Way WaysOfLists[] = {
     {"phase-locked loop in use",
      [](PanelSession &session) {
        session.ShowPage(ePageMode);
@@ -184,6 +179,31 @@ const Way WaysOfLists[] = {
        session.Choose("optPulseMode(1)");
        session.Take("cboArmingSource", 1);
        session.Take("cboPeriodSource", 1);
+     }},
+    {"phase-locked loop in use, by key",
+     [](PanelSession &session) {
+       session.ShowPage(ePageMode);
+       session.Choose("optTriggerMode(1)");
+       session.Choose("optPulseMode(1)");
+       session.Take("cboArmingSource", 1);
+       QTest::keyClick(session.List("cboPeriodSource").findChild<QComboBox *>(), Qt::Key_Down);
+     }},
+    {"typing into a locked field",
+     [](PanelSession &session) {
+       session.ShowPage(ePageLimits);
+       auto &field = session.Field("esLimitHighVoltage(0)");
+       field.LockControl(True, False);
+       auto &text = *field.findChild<QLineEdit *>();
+       text.setReadOnly(false);
+       QTest::keyClick(&text, Qt::Key_7);
+     }},
+    {"output sent again by a change of page",
+     [](PanelSession &session) {
+       session.ShowPage(ePageTiming);
+       session.Choose("optChannel1Output(0)");
+       session.Get<CheckBox>("chkAutoOutputOnOff").SetValue(1);
+       session.driver.FailAt(1, TheFailure);
+       session.ShowPage(ePageLevels);
      }},
 };
 
@@ -236,8 +256,85 @@ TEST_P(Boxes, WhatFollowsTheBoxEndsQuietlyWhenTheHostHidesShowsOrEndsThePanel) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Host, Boxes, Combine(ValuesIn(Ways), ValuesIn(Interruptions)));
-INSTANTIATE_TEST_SUITE_P(HostAndLists, Boxes,
-                         Combine(ValuesIn(WaysOfLists), Values(Interruption::Hide, Interruption::HideAndShow)));
+
+/// A panel with an open session in its host's window, whose options cannot be saved once.
+class UnsavedOptions : public testing::TestWithParam<Interruption> {
+ protected:
+  UnsavedOptions() {
+    window->resize(session.panel->size());
+    session.panel->setParent(window.get());
+    window->show();
+    ShowAndStart(*session.panel);
+    session.Open();
+    session.Forget();
+    session.host.arrSaveFailures.push_back({ErrPathFileAccess, "disk full", 1});
+    session.host.OnEntry = [this](const HostEntry &entry) {
+      if (entry.kind == HostEntry::Box) Interrupt();
+    };
+  }
+  ~UnsavedOptions() override {
+    session.host.OnEntry = {};
+    if (session.panel) session.panel->setParent(nullptr);
+  }
+  void Interrupt() {
+    switch (GetParam()) {
+      case Interruption::Hide: session.panel->hide(); break;
+      case Interruption::HideAndShow: session.panel->hide(), window->show(), session.panel->show(); break;
+      case Interruption::Destroy: session.panel.reset(); break;
+    }
+  }
+  void ExpectToldOnce() {
+    EXPECT_TRUE(session.panel) << "no box while the toolkit is at work";
+    EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box information: Unable to save settings: disk full"));
+    LetPanelsStart();
+    EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
+    EXPECT_EQ(session.panel == nullptr, GetParam() == Interruption::Destroy);
+  }
+
+  std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
+  PanelSession session;
+};
+
+TEST_P(UnsavedOptions, AreToldBehindTheHidingOfThePanel) {
+  session.panel->hide();
+  ExpectToldOnce();
+}
+
+TEST_P(UnsavedOptions, AreToldBehindTheHidingOfTheWindow) {
+  window->hide();
+  ExpectToldOnce();
+}
+
+TEST_P(UnsavedOptions, AreToldBehindTheClosingOfTheWindow) {
+  window->close();
+  ExpectToldOnce();
+}
+
+TEST_P(UnsavedOptions, AreToldBehindAChangeOfTheWindow) {
+  session.panel->setParent(nullptr);
+  ExpectToldOnce();
+}
+
+INSTANTIATE_TEST_SUITE_P(Host, UnsavedOptions, ValuesIn(Interruptions));
+
+TEST(UnsavedOptionsAtTheEnd, AreToldAlsoWhenTheHostDestroysTheWindowMeanwhile) {
+  PanelSession session;
+  auto window = std::make_unique<QWidget>();
+  session.panel->setParent(window.get());
+  window->show();
+  ShowAndStart(*session.panel);
+  session.Forget();
+  session.host.arrSaveFailures.push_back({ErrPathFileAccess, "disk full", 1});
+  session.host.OnEntry = [&](const HostEntry &entry) {
+    if (entry.kind == HostEntry::Box) window.reset();
+  };
+  session.panel.reset();
+  session.host.OnEntry = {};
+  EXPECT_EQ(window, nullptr);
+  EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box information: Unable to save settings: disk full"));
+}
 
 }  // namespace
 }  // namespace tarvik::test
