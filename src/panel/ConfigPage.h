@@ -19,17 +19,15 @@ class ConfigPage : public Page {
   void InitPllRefCombos();
   void UploadConfig(Boolean &fOk);
   void DownloadConfig();
+  void cmdResetInstr_Click();
+  void cmdSelfTest_Click();
+  void cmdCalibrate_Click();
 
   CommandButton &cmdResetInstr;
   CommandButton &cmdSelfTest;
   CommandButton &cmdCalibrate;
 
  private:
-  friend class PanelTestAccess;
-
-  void cmdResetInstr_Click();
-  void cmdSelfTest_Click();
-  void cmdCalibrate_Click();
   void cboPllRefSource_Click();
   void cboPllRefFreq_Click();
   void ShowEntryOfSession();

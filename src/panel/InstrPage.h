@@ -35,8 +35,6 @@ class InstrPage : public Page {
   ListView &lvwInstruments;
 
  private:
-  friend class PanelTestAccess;
-
   void lvwInstruments_DblClick();
   void lvwInstruments_KeyDown(Integer KeyCode);
   void lvwInstruments_ItemCheck(ListItem *Item);

@@ -29,15 +29,15 @@ class LevelsPage : public Page {
   void ShowLevelOutputs();
   void UploadLevels(Boolean &fOk);
   void DownloadLevels();
+  /// The latest preset of each channel, by control index.
+  const std::array<LevelPreset, 2> &Presets() const { return m_arrPresets; }
+  void ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits);
 
  private:
-  friend class PanelTestAccess;
-
   void cboLevelFormat_Click(Integer Index);
   void ApplyLevelFormat(Integer Index);
   void cboLevelUnits_Click(Integer Index);
   void esLoadCompensation_AfterUpdate(Integer Index);
-  void ConvertLevelField(EngrSpin &esField, Integer intChan, std::string &strUnits);
   void ConvertLevelFields(Integer intChan, const std::string &strUnits);
   void ShowChannel(const udtLevelInfo &levels, Long lngChannel);
   /// Shows a level as the instrument told it, in the unit of the field, without conversion.
@@ -56,7 +56,7 @@ class LevelsPage : public Page {
   std::unique_ptr<ChannelOutputs> m_outputs;
 
   bool m_sfInFormat = false;
-  std::array<LevelPreset, 2> m_arrPresets{};  ///< of each channel, by control index
+  std::array<LevelPreset, 2> m_arrPresets{};
 };
 
 }  // namespace tarvik

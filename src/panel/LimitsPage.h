@@ -18,8 +18,6 @@ class LimitsPage : public Page {
   void DownloadLimits();
 
  private:
-  friend class PanelTestAccess;
-
   ControlArray<FrameEnhanced> grpLimitsChanel;
   ControlArray<OptionButton> optLimitsChanel;
   ControlArray<EngrSpin> esLimitHighVoltage;

@@ -26,12 +26,11 @@ class ModePage : public Page {
   void InitModePage();
   /// Everything that follows from the two modes.
   void UpdateModePage();
+  void UpdatePulseType();
   void UploadMode(Boolean &fOk);
   void DownloadMode();
 
  private:
-  friend class PanelTestAccess;
-
   void ConnectEvents();
   void optMode_Click();
   void cboArmingSource_Click();
@@ -53,7 +52,6 @@ class ModePage : public Page {
   void FillArmingLevel();
   void UpdatePllField();
   void CheckPllConflict(Boolean &fConflict) const;
-  void UpdatePulseType();
   void ShowRz(const RzFlags::Change &change);
 
   /// The automatic download of a session runs before EnableControlsForChannels. What the instrument has and the one

@@ -31,7 +31,6 @@ class OptionsPage : public Page {
   FrameEnhanced &grpUpload;
 
  private:
-  friend class PanelTestAccess;
 };
 
 }  // namespace tarvik

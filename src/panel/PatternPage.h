@@ -22,8 +22,6 @@ class PatternPage : public Page {
   BitPattern &Editor() const { return BitPattern1; }
 
  private:
-  friend class PanelTestAccess;
-
   void BitPattern1_RzChange();
 
   BitPattern &BitPattern1;

@@ -42,28 +42,26 @@ class TimingPage : public Page {
   void SetTrailEdgeMode(Integer intChan, Boolean fTeEqLe, Boolean fLocked, Boolean fClearLock);
   /// Sends one output switch at once, or marks the pages that carry it.
   void SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement);
-
- private:
-  friend class PanelTestAccess;
-
-  void ConnectEvents();
   void cmdPeriodOrFreq_Click();
-  void esPeriodOrFreq_AfterUpdate();
-  void esWidth_AfterUpdate(Integer Index);
-  void esLeadingEdge_AfterUpdate(Integer Index);
   void toolPopupTEdge_ButtonMenuClick(Integer Index, const std::string &strKey);
-
-  /// The field shows a frequency, not a period.
-  Boolean IsFrequency() const { return m_fIsFrequency; }
-  /// Seconds, in either form.
-  Double GetPeriod() const;
   /// Widest width that the period has to hold; the answer tells whether any channel counts.
   Boolean GetWidestWidth(Long lngCount, Double &dblWidth) const;
   /// What becomes of a value that lies outside a range written now.
   enum class OutOfRange { Cut, Stands };
   void SetTimingRanges(Boolean fCheckPeriod, OutOfRange eValues = OutOfRange::Cut);
-  void SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues);
   void SetPeriodOrFreq(Boolean fToggle, Boolean fToFrequency);
+
+ private:
+  void ConnectEvents();
+  void esPeriodOrFreq_AfterUpdate();
+  void esWidth_AfterUpdate(Integer Index);
+  void esLeadingEdge_AfterUpdate(Integer Index);
+
+  /// The field shows a frequency, not a period.
+  Boolean IsFrequency() const { return m_fIsFrequency; }
+  /// Seconds, in either form.
+  Double GetPeriod() const;
+  void SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues);
   udtChannelTiming TimingOf(Integer intChan) const;
   Boolean &TeEqLe(Long k) const;
   void ShowChannel(const udtTimingInfo &timing, Long lngChannel);

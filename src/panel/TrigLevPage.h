@@ -19,12 +19,10 @@ class TrigLevPage : public Page {
   void FillTrigLevelControls();
   void UploadTrigLevels(Boolean &fOk);
   void DownloadTrigLevels();
-
- private:
-  friend class PanelTestAccess;
-
   void optTrigLevelExtIn_Click(Integer Index);
   void optTrigLevelClkIn_Click(Integer Index);
+
+ private:
   void esTrgLevExtInThreshold_AfterUpdate();
   void esTrgLevClkInThreshold_AfterUpdate();
   void ApplyPreset(EngrSpin &field, Integer Index);

@@ -16,33 +16,13 @@
 #include "engrspin/EngrSpin.h"
 #include "instrument/clsInstrInterface.h"
 #include "panel/ModePage.h"
+#include "panel/Panel.h"
 #include "panel/PatternPage.h"
-#include "panel/TarvikGUI.h"
 #include "panel/TimingPage.h"
 #include "platform/CommandButton.h"
 #include "platform/ListView.h"
 #include "platform/OptionButton.h"
 #include "platform/ToolPopup.h"
-
-namespace tarvik {
-
-/// What tests need of the panel besides its controls.
-class PanelTestAccess {
- public:
-  static PanelState &State(TarvikGUI &panel) { return panel.m_state; }
-  static TimingPage &Timing(TarvikGUI &panel) { return *panel.m_timingPage; }
-  static ModePage &Mode(TarvikGUI &panel) { return *panel.m_modePage; }
-  static PatternPage &Pattern(TarvikGUI &panel) { return *panel.m_patternPage; }
-
-  static void SetPeriodOrFreq(TimingPage &page, Boolean fToggle, Boolean fToFrequency) {
-    page.SetPeriodOrFreq(fToggle, fToFrequency);
-  }
-  static void MenuClick(TimingPage &page, Integer Index, const std::string &strKey) {
-    page.toolPopupTEdge_ButtonMenuClick(Index, strKey);
-  }
-};
-
-}  // namespace tarvik
 
 namespace tarvik::test {
 
@@ -136,7 +116,7 @@ class PanelSession {
   }
   EngrSpin &Field(const char *strName) const { return Get<EngrSpin>(strName); }
   CboEnhanced &List(const char *strName) const { return Get<CboEnhanced>(strName); }
-  PanelState &State() const { return PanelTestAccess::State(*panel); }
+  PanelState &State() const { return TarvikGUI::Panel::Of(*panel).state; }
   TabStates StateOf(TabNumEnum ePage) const { return State().meTabState[static_cast<std::size_t>(ePage)]; }
 
   // What the user does.

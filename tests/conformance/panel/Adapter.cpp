@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Hex.h"
-#include "PanelTestAccess.h"
+#include "Procedures.h"
 #include "StaticReader.h"
 #include "UserActions.h"
 #include "controls/CboEnhanced.h"
@@ -294,7 +294,7 @@ void Adapter::Hide(Words &, Json &) {
 }
 
 void Adapter::Terminate(Words &, Json &) {
-  m_world.Run([this] { PanelTestAccess::Terminate(Panel().Gui()); });
+  m_world.Run([this] { TarvikGUI::Panel::Of(Panel().Gui()).UserControl_Terminate(); });
 }
 
 // ---- Looking ----
@@ -346,7 +346,7 @@ void Adapter::Prop(Words &words, Json &) {
 void Adapter::Invoke(Words &words, Json &answer) {
   const std::string strProcedure = words.Text();
   m_world.Run([&] {
-    const Json ret = PanelTestAccess::Invoke(Panel().Gui(), strProcedure, words);
+    const Json ret = paneltest::Invoke(TarvikGUI::Panel::Of(Panel().Gui()), strProcedure, words);
     if (!ret.is_null()) answer["ret"] = ret;
   });
 }

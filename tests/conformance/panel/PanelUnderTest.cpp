@@ -1,6 +1,5 @@
 #include "PanelUnderTest.h"
 
-#include "PanelTestAccess.h"
 #include "Words.h"
 #include "platform/PlainControls.h"
 

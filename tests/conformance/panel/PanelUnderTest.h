@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Recorder.h"
-#include "panel/TarvikGUI.h"
+#include "panel/Panel.h"
 #include "platform/PictureBox.h"
 
 namespace tarvik::paneltest {
@@ -20,7 +20,7 @@ class PanelUnderTest {
   PanelUnderTest(Recorder &recorder, const Surface &surface);
 
   TarvikGUI &Gui() { return m_gui; }
-  const TarvikGUI &Gui() const { return m_gui; }
+  const TarvikGUI::Panel &Inside() const { return m_inside; }
 
   void SetSurface(const Surface &surface);
 
@@ -39,6 +39,7 @@ class PanelUnderTest {
 
  private:
   TarvikGUI m_gui;
+  TarvikGUI::Panel &m_inside{TarvikGUI::Panel::Of(m_gui)};
   std::map<std::string, QWidget *> m_controls;
   bool m_fDrawn = false;
 };

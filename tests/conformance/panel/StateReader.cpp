@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "Hex.h"
-#include "PanelTestAccess.h"
+#include "Procedures.h"
 #include "bitpattern/BitPatternPrivate.h"
 #include "controls/CboEnhancedPrivate.h"
 #include "controls/FrameEnhanced.h"
@@ -182,7 +182,8 @@ void ReadForm(const Keys &keys, const PanelUnderTest &panel) {
 }
 
 void ReadPrivate(const Keys &keys, const PanelUnderTest &panel) {
-  const PanelState &state = PanelTestAccess::State(panel.Gui());
+  const TarvikGUI::Panel &inside = panel.Inside();
+  const PanelState &state = inside.state;
   const auto flags = [](const auto &arr) { return Json::array({Flag(arr[1]), Flag(arr[2])}); };
   Json states = Json::array();
   for (const TabStates eState : state.meTabState) states.push_back(static_cast<Long>(eState));
@@ -201,8 +202,8 @@ void ReadPrivate(const Keys &keys, const PanelUnderTest &panel) {
   keys.Put("priv.mfRz", flags(state.mfRz));
   keys.Put("priv.mfDoublePulse", flags(state.mfDoublePulse));
   keys.Put("priv.mfTeEqLe", Json::array({Flag(state.mfTeEqLe[0]), Flag(state.mfTeEqLe[1])}));
-  keys.Put("priv.sdblHigh", PanelTestAccess::PresetsHigh(panel.Gui()));
-  keys.Put("priv.sdblLow", PanelTestAccess::PresetsLow(panel.Gui()));
+  keys.Put("priv.sdblHigh", PresetsHigh(inside));
+  keys.Put("priv.sdblLow", PresetsLow(inside));
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ TEST(AllOutputsOff, SwitchesNormalAndInverseOutputsOfBothChannelsAndThePagesFoll
   session->ShowPage(ePageTiming);
   for (const char *strOn : OnSwitches) session->Choose(strOn);
   ASSERT_THAT(Outputs(session.Instr()), Each(true));
-  const auto marks = PanelTestAccess::State(*session.panel).meTabState;
+  const auto marks = TarvikGUI::Panel::Of(*session.panel).state.meTabState;
 
   EXPECT_TRUE(session.panel->AllOutputsOff());
 
@@ -39,7 +39,7 @@ TEST(AllOutputsOff, SwitchesNormalAndInverseOutputsOfBothChannelsAndThePagesFoll
   for (const char *strOff : OffSwitches) EXPECT_TRUE(session->Get<OptionButton>(strOff).isChecked()) << strOff;
   session->ShowPage(ePageLevels);
   EXPECT_TRUE(session->Get<OptionButton>("optChannel1Output(3)").isChecked());
-  EXPECT_EQ(PanelTestAccess::State(*session.panel).meTabState, marks);
+  EXPECT_EQ(TarvikGUI::Panel::Of(*session.panel).state.meTabState, marks);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 

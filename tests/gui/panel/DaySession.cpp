@@ -264,7 +264,7 @@ void DaySession::EditEverything(bool fAgain) {
 }
 
 void DaySession::ExpectAll(TabStates eState) {
-  const auto &states = PanelTestAccess::State(*session.panel).meTabState;
+  const auto &states = TarvikGUI::Panel::Of(*session.panel).state.meTabState;
   for (const TabNumEnum ePage :
        {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
     EXPECT_EQ(states[static_cast<std::size_t>(ePage)], eState) << ePage;

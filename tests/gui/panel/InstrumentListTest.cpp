@@ -30,7 +30,7 @@ class InstrumentList : public testing::Test {
  protected:
   InstrumentList() { session.host.TakeLines(); }
   std::string Status() { return session->Get<DisplayBox>("txtStatus").Text(); }
-  std::array<TabStates, eNumPages> &States() { return PanelTestAccess::State(*session.panel).meTabState; }
+  std::array<TabStates, eNumPages> &States() { return TarvikGUI::Panel::Of(*session.panel).state.meTabState; }
 
   SimulatorSession session;
 };
@@ -99,7 +99,7 @@ TEST_F(InstrumentList, ATickOpensASessionAndReadsAllPages) {
   EXPECT_EQ(session->Get<TabControl>("tabMain").Tab(), ePageInstr);
   EXPECT_EQ(States()[ePageTiming], ePageIsCurrent);
   EXPECT_EQ(States()[ePageOptions], ePageNeedsDownloading);
-  EXPECT_FALSE(PanelTestAccess::State(*session.panel).mfForceDownloadAll);
+  EXPECT_FALSE(TarvikGUI::Panel::Of(*session.panel).state.mfForceDownloadAll);
   EXPECT_TRUE(Enabled(session, "cmdUpload"));
   EXPECT_EQ(session.host.intPointer, PointerDefault);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
@@ -171,7 +171,7 @@ TEST_F(InstrumentList, TickingAnotherRowClosesTheFormerSession) {
   session.Open("VP-110");
   EXPECT_THAT(session->Ticked(), ElementsAre("VP-110"));
   EXPECT_EQ(Status(), "Online with VP-110 (VP-110 Pulse Generator)");
-  EXPECT_FALSE(PanelTestAccess::State(*session.panel).mfDualChannel);
+  EXPECT_FALSE(TarvikGUI::Panel::Of(*session.panel).state.mfDualChannel);
 }
 
 TEST_F(InstrumentList, AnInstrumentThatDoesNotOpenLosesItsTickAndTheFormerSessionIsGone) {

@@ -21,7 +21,7 @@ class PageState : public testing::Test {
 
   PictureBox &Download() { return session->Get<PictureBox>("picDownloadHighlight"); }
   PictureBox &Upload() { return session->Get<PictureBox>("picUploadHighlight"); }
-  std::array<TabStates, eNumPages> &States() { return PanelTestAccess::State(*session.panel).meTabState; }
+  std::array<TabStates, eNumPages> &States() { return TarvikGUI::Panel::Of(*session.panel).state.meTabState; }
   void Set(TabStates eState, TabNumEnum ePage) { session.panel->SetTabState(eState, ePage); }
 
   SimulatorSession session{{{"AutoDownload", "0"}}};
@@ -67,7 +67,7 @@ TEST_F(PageState, ADirtyMarkDuringADownloadLeavesAlsoTheHighlights) {
   Set(ePageIsDirty, eCurrPage);
   Set(ePageNeedsDownloading, ePageMode);
   States()[ePageLimits] = ePageIsCurrent;  // behind the panel's back: the highlight is out of date now
-  PanelTestAccess::State(*session.panel).mfDownloading = True;
+  TarvikGUI::Panel::Of(*session.panel).state.mfDownloading = True;
   Set(ePageIsDirty, eCurrPage);
   EXPECT_TRUE(Upload().Visible());
   EXPECT_EQ(Upload().BackColor(), DarkShadow);

@@ -62,7 +62,7 @@ TEST(Start, AFirstRunShowsTheDefaults) {
   EXPECT_EQ(Value(session, "chkAutoOutputOnOff"), 1);
   EXPECT_TRUE(session.Instr().GetErrorsEnabled());
   EXPECT_TRUE(session.Instr().GetWarningsEnabled());
-  EXPECT_TRUE(PanelTestAccess::State(*session.panel).mfAutoOutputOnOff);
+  EXPECT_TRUE(TarvikGUI::Panel::Of(*session.panel).state.mfAutoOutputOnOff);
   EXPECT_THAT(Names(session), ElementsAre("VP-210", "VP-110", "VP-220", "VP-250F", "VP-210 reserved"));
 }
 
@@ -83,7 +83,7 @@ TEST(Start, SavedOptionsComeBack) {
   EXPECT_EQ(Value(session, "chkAutoOutputOnOff"), 0);
   EXPECT_FALSE(session.Instr().GetErrorsEnabled());
   EXPECT_FALSE(session.Instr().GetWarningsEnabled());
-  EXPECT_FALSE(PanelTestAccess::State(*session.panel).mfAutoOutputOnOff);
+  EXPECT_FALSE(TarvikGUI::Panel::Of(*session.panel).state.mfAutoOutputOnOff);
 }
 
 TEST(Start, AnUnknownStoredChoiceLeavesTheDesignedOne) {
@@ -151,8 +151,8 @@ TEST(Start, AFailedConnectionLeavesRefreshDisabledAndALaterShowTriesAgain) {
   EXPECT_FALSE(Enabled(session, "cmdUpload"));
   EXPECT_EQ(session->Instruments().Count(), 0);
   // The gate ran as for no session.
-  EXPECT_TRUE(PanelTestAccess::State(*session.panel).mfDualChannel);
-  EXPECT_TRUE(PanelTestAccess::State(*session.panel).mfVxiLines);
+  EXPECT_TRUE(TarvikGUI::Panel::Of(*session.panel).state.mfDualChannel);
+  EXPECT_TRUE(TarvikGUI::Panel::Of(*session.panel).state.mfVxiLines);
   // The busy pointer of the search stays until a list is read.
   EXPECT_EQ(session.host.intPointer, PointerHourglass);
 
@@ -307,8 +307,8 @@ TEST(Start, TwoPanelsShareTheInstrumentAndTheLastOneShownIsTold) {
   // A choice in a list of the first panel marks the visible page of the second one.
   session->ShowPage(ePageConfig);
   session->Take("cboPllRefSource", 1);
-  EXPECT_EQ(PanelTestAccess::State(*session.panel).meTabState[ePageConfig], ePageIsCurrent);
-  EXPECT_EQ(PanelTestAccess::State(second).meTabState[ePageInstr], ePageIsDirty);
+  EXPECT_EQ(TarvikGUI::Panel::Of(*session.panel).state.meTabState[ePageConfig], ePageIsCurrent);
+  EXPECT_EQ(TarvikGUI::Panel::Of(second).state.meTabState[ePageInstr], ePageIsDirty);
 }
 
 TEST(Start, BothPanelsShowTheStatusOfTheOneInstrument) {

@@ -215,7 +215,7 @@ class RejectedCommit : public testing::Test {
  protected:
   /// The two pages without settings of the instrument have no part in it.
   void ExpectPagesCurrent(const SimulatorSession &session) {
-    const auto &states = PanelTestAccess::State(*session.panel).meTabState;
+    const auto &states = TarvikGUI::Panel::Of(*session.panel).state.meTabState;
     for (const TabNumEnum ePage :
          {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
       EXPECT_EQ(states[static_cast<std::size_t>(ePage)], ePageIsCurrent) << ePage;
@@ -254,8 +254,8 @@ TEST_F(RejectedCommit, WithAutomaticDownloadThePanelShowsAgainWhatTheInstrumentH
   EXPECT_DOUBLE_EQ(session->Field("esLevelHigh(0)").Value(), 2.5);
   EXPECT_DOUBLE_EQ(session->Field("esLevelLo(0)").Value(), 0);
   EXPECT_DOUBLE_EQ(session->Field("esLimitHighVoltage(0)").Value(), 0.5);
-  EXPECT_FALSE(PanelTestAccess::State(*session.panel).mfForceDownloadAll);
-  EXPECT_FALSE(PanelTestAccess::State(*session.panel).mfDownloading);
+  EXPECT_FALSE(TarvikGUI::Panel::Of(*session.panel).state.mfForceDownloadAll);
+  EXPECT_FALSE(TarvikGUI::Panel::Of(*session.panel).state.mfDownloading);
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }
 

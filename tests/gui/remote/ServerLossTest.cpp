@@ -79,7 +79,7 @@ class ServerLoss : public ServedPanel {
     User().Type("esWidth(0)", "250ns");
     EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
   }
-  TabStates TimingState() { return PanelTestAccess::State(*session.panel).meTabState[ePageTiming]; }
+  TabStates TimingState() { return TarvikGUI::Panel::Of(*session.panel).state.meTabState[ePageTiming]; }
   /// Uploads and answers the seconds that it took; every box of it says this of the server.
   double UploadInVain(const char *strWhy) {
     const double dblSeconds = SecondsOf([&] { User().Click("cmdUpload"); });

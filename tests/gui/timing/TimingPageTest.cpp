@@ -41,7 +41,7 @@ class TimingPageTest : public testing::Test {
   EngrSpin &Leading(int k) { return session.Field(k ? "esLeadingEdge(1)" : "esLeadingEdge(0)"); }
   EngrSpin &Trailing(int k) { return session.Field(k ? "esTrailingEdge(1)" : "esTrailingEdge(0)"); }
   EngrSpin &Period() { return session.Field("esPeriodOrFreq"); }
-  TimingPage &Page() { return PanelTestAccess::Timing(*session.panel); }
+  TimingPage &Page() { return *TarvikGUI::Panel::Of(*session.panel).timingPage; }
   Boolean IsOn(const char *strButton) { return session.Get<OptionButton>(strButton).Value(); }
 
   void SwitchAllOff() {
@@ -128,13 +128,13 @@ TEST_F(TimingPageTest, TheToggleKeepsThePeriodAndDrawsNothing) {
 }
 
 TEST_F(TimingPageTest, AFormCanBeForced) {
-  PanelTestAccess::SetPeriodOrFreq(Page(), False, True);
+  Page().SetPeriodOrFreq(False, True);
   EXPECT_EQ(Period().BaseUnit(), "Hz");
-  PanelTestAccess::SetPeriodOrFreq(Page(), False, True);
+  Page().SetPeriodOrFreq(False, True);
   EXPECT_EQ(Period().BaseUnit(), "Hz");
-  PanelTestAccess::SetPeriodOrFreq(Page(), False, False);
+  Page().SetPeriodOrFreq(False, False);
   EXPECT_EQ(Period().BaseUnit(), "s");
-  PanelTestAccess::SetPeriodOrFreq(Page(), False, False);
+  Page().SetPeriodOrFreq(False, False);
   EXPECT_EQ(Period().BaseUnit(), "s");
 }
 
@@ -172,7 +172,7 @@ TEST_F(TimingPageTest, TheEdgeMenuMarksNoPage) {
 }
 
 TEST_F(TimingPageTest, AnUnknownEdgeKeyIsReportedAndStillDraws) {
-  PanelTestAccess::MenuClick(Page(), 0, "TeOther");
+  Page().toolPopupTEdge_ButtonMenuClick(0, "TeOther");
   EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: Illegal case"));
   EXPECT_EQ(intDrawn, 1);
   EXPECT_TRUE(Trailing(0).Enabled());

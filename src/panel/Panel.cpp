@@ -1,0 +1,491 @@
+#include "panel/Panel.h"
+
+#include <QCoreApplication>
+#include <QHideEvent>
+#include <algorithm>
+#include <cmath>
+#include <ranges>
+#include <utility>
+
+#include "engrspin/EngrSpin.h"
+#include "panel/CapabilityGate.h"
+#include "panel/ConfigPage.h"
+#include "panel/InstrPage.h"
+#include "panel/LevelsPage.h"
+#include "panel/LimitsPage.h"
+#include "panel/ModePage.h"
+#include "panel/OptionsPage.h"
+#include "panel/PanelStart.h"
+#include "panel/PatternPage.h"
+#include "panel/TimingPage.h"
+#include "panel/TrigLevPage.h"
+#include "platform/CommandButton.h"
+#include "platform/DisabledLook.h"
+#include "platform/Highlight.h"
+#include "platform/QtHost.h"
+#include "support/Boxes.h"
+#include "support/Conversions.h"
+#include "support/EventBoundary.h"
+#include "support/Host.h"
+#include "support/modErrorLog.h"
+#include "support/modUtils.h"
+
+namespace tarvik {
+
+namespace {
+
+constexpr const char *SettingsSection = "Config";
+
+/// Tops of what stands below the pages.
+constexpr Single StatusTop = 5580, ButtonTop = 6450;
+/// How far a highlight looks out from under its button.
+constexpr Single Shadow = 50;
+
+/// The toolkit's shadow colours behind the numbers of the system's colour table.
+constexpr Colour ButtonShadow = SystemColour | 16, DarkShadow = SystemColour | 21;
+
+/// Teal; the upload highlight has two greys.
+constexpr Long DownloadShadow = 0x00A0A000;
+
+constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
+                                                "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
+
+constexpr TwipsRect DownloadPlace{120, ButtonTop, 2700, 420}, UploadPlace{2970, ButtonTop, 2700, 420};
+
+FormTable Design() {
+  return {
+      form::Text("lblStatus").At({120, StatusTop + 30, 780, 315}).Caption("Status"),
+      form::DisplayBox("txtStatus")
+          .At({900, StatusTop, 7620, 735})
+          .SpokenName("Status")
+          .ToolTip("The last message of the instrument connection"),
+      // The highlights are made before the buttons, so that they lie behind them.
+      form::Highlight("picDownloadHighlight")
+          .At(DownloadPlace)
+          .BackColor(DownloadShadow)
+          .Hidden()
+          .SpokenName("This page has not been read from the instrument yet"),
+      form::Highlight("picUploadHighlight").At(UploadPlace).Hidden().SpokenName("There are changes to upload"),
+      form::Button("cmdDownload")
+          .At(DownloadPlace)
+          .Caption("&Download From Instrument")
+          .ToolTip("Download settings FROM the instrument"),
+      form::Button("cmdUpload")
+          .At(UploadPlace)
+          .Caption("&Upload To Instrument")
+          .ToolTip("Upload current settings TO the instrument"),
+      form::Button("cmdCheckErrors")
+          .At({5820, ButtonTop, 1275, 420})
+          .Caption("Errors")
+          .ToolTip("Check instrument for errors"),
+      form::Button("cmdCheckWarnings")
+          .At({7245, ButtonTop, 1275, 420})
+          .Caption("Warnings")
+          .ToolTip("Check instrument for warnings"),
+  };
+}
+
+TabControl *MakeTabs(QWidget *panel) {
+  auto *tabs = new TabControl(panel);
+  tabs->setObjectName(QStringLiteral("tabMain"));
+  for (int i = 0; i < eNumPages; ++i) tabs->addTab(new QWidget, QString());
+  return tabs;
+}
+
+/// Warnings are not polled while the object lives.
+class WarningsHeldBack {
+ public:
+  explicit WarningsHeldBack(clsInstrInterface &instr) : m_instr(instr), m_fBefore(instr.GetWarningsEnabled()) {
+    m_instr.LetWarningsEnabled(False);
+  }
+  WarningsHeldBack(const WarningsHeldBack &) = delete;
+  WarningsHeldBack &operator=(const WarningsHeldBack &) = delete;
+  ~WarningsHeldBack() { m_instr.LetWarningsEnabled(m_fBefore); }
+
+ private:
+  clsInstrInterface &m_instr;
+  const Boolean m_fBefore;
+};
+
+std::string Setting(const char *strKey, const char *strDefault) {
+  return TheHost().GetSetting(AppTitle, SettingsSection, strKey, strDefault);
+}
+
+}  // namespace
+
+TarvikGUI::Panel::Panel(TarvikGUI &objGui)
+    : gui(objGui),
+      start(std::make_unique<PanelStart>(gui, [this] { Start(); })),
+      face(*new QWidget(&gui)),
+      tabMain(MakeTabs(&face)),
+      controls(face, Design()),
+      txtStatus(controls.Get<DisplayBox>("txtStatus")),
+      picDownloadHighlight(controls.Get<Highlight>("picDownloadHighlight")),
+      picUploadHighlight(controls.Get<Highlight>("picUploadHighlight")) {}
+
+TarvikGUI::Panel::~Panel() = default;
+
+void TarvikGUI::Panel::LeaveFaceToToolkit() {
+  // An event of a control has shown the box at which the host destroys the panel, and the toolkit's code for that
+  // control is still running: QComboBox, for one, uses itself after its signals.
+  face.hide();
+  face.setParent(nullptr);
+  UserEvent::AfterAll([&face = face] { face.deleteLater(); });
+}
+
+QWidget &TarvikGUI::Panel::Sheet(TabNumEnum ePage) const { return *tabMain->widget(ePage); }
+
+void TarvikGUI::Panel::MakePages() {
+  PanelServices &panel = *this;
+  optionsPage = std::make_unique<OptionsPage>(Sheet(ePageOptions), panel);
+  instrPage = std::make_unique<InstrPage>(Sheet(ePageInstr), panel, *optionsPage);
+  timingPage = std::make_unique<TimingPage>(Sheet(ePageTiming), panel);
+  patternPage = std::make_unique<PatternPage>(Sheet(ePagePattern), panel);
+  modePage = std::make_unique<ModePage>(Sheet(ePageMode), panel, *timingPage, *patternPage);
+  levelsPage = std::make_unique<LevelsPage>(Sheet(ePageLevels), panel);
+  limitsPage = std::make_unique<LimitsPage>(Sheet(ePageLimits), panel);
+  trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
+  configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *instrPage);
+  gate = std::make_unique<CapabilityGate>(gui, panel, *timingPage, patternPage->Editor());
+  NameTabs();
+  PutCommandsBehindPages();
+}
+
+void TarvikGUI::Panel::NameTabs() {
+  // Behind the pages: of what shares an access key, the one named first comes first. So R presses Refresh on its page
+  // before it leads away to the tab of the trigger levels.
+  for (int i = 0; i < eNumPages; ++i) tabMain->setTabText(i, QString::fromLatin1(TabCaptions[i]));
+}
+
+void TarvikGUI::Panel::PutCommandsBehindPages() {
+  QWidget *last = tabMain;
+  for (QWidget *next = last->nextInFocusChain(); next != tabMain; next = next->nextInFocusChain())
+    if (tabMain->isAncestorOf(next)) last = next;
+  for (const char *strName : {"txtStatus", "cmdDownload", "cmdUpload", "cmdCheckErrors", "cmdCheckWarnings"}) {
+    auto &command = controls.Get<QWidget>(strName);
+    QWidget::setTabOrder(last, &command);
+    last = &command;
+  }
+}
+
+void TarvikGUI::Panel::ConnectEvents() {
+  controls.Placed.Connect([this] { PlaceHighlights(); });
+  tabMain->Click.Connect([this](Long) { tabMain_Click(); });
+  instrPage->ClearTabTag = [this] { tabMain->SetTag(""); };
+  controls.Get<CommandButton>("cmdUpload").Click.Connect([this] { cmdUpload_Click(); });
+  controls.Get<CommandButton>("cmdDownload").Click.Connect([this] { cmdDownload_Click(); });
+  controls.Get<CommandButton>("cmdCheckErrors").Click.Connect([this] { cmdCheckErrors_Click(); });
+  controls.Get<CommandButton>("cmdCheckWarnings").Click.Connect([this] { cmdCheckWarnings_Click(); });
+}
+
+Page *TarvikGUI::Panel::PageOf(Long lngPage) const {
+  switch (lngPage) {
+    case ePageInstr: return instrPage.get();
+    case ePageMode: return modePage.get();
+    case ePageTiming: return timingPage.get();
+    case ePageLevels: return levelsPage.get();
+    case ePagePattern: return patternPage.get();
+    case ePageLimits: return limitsPage.get();
+    case ePageTrigLev: return trigLevPage.get();
+    case ePageConfig: return configPage.get();
+    case ePageOptions: return optionsPage.get();
+    default: return nullptr;
+  }
+}
+
+void TarvikGUI::Panel::PlaceHighlights() {
+  // Taken from the button itself: rounded apart from it, a shadow could come out a pixel wider.
+  const int offset = TwipsToPixels(face, Shadow);
+  picDownloadHighlight.setGeometry(controls.Get<CommandButton>("cmdDownload").geometry().translated(offset, offset));
+  picUploadHighlight.setGeometry(controls.Get<CommandButton>("cmdUpload").geometry().translated(offset, offset));
+}
+
+// ---- Start and end ----
+
+void TarvikGUI::Panel::Start() {
+  fStarted = true;
+  RunUserEvent(
+      "TarvikGUI", "Show", [this] { UserControl_Show(); }, &gui);
+}
+
+void TarvikGUI::Panel::TellUnsaved() {
+  const auto strReason = std::exchange(strUnsaved, std::nullopt);
+  if (!strReason) return;
+  const UserEvent::Waiting waiting;
+  RunUserEvent(
+      "TarvikGUI", "Terminate", [&] { ShowBox("Unable to save settings: " + *strReason, BoxIcon::Information); }, &gui);
+}
+
+bool TarvikGUI::Panel::EndEvents() {
+  const auto arrParts = gui.findChildren<const QObject *>();
+  const auto isPart = [&](const void *owner) {
+    return owner == &gui || std::find(arrParts.begin(), arrParts.end(), owner) != arrParts.end();
+  };
+  if (!UserEvent::EndAllOf(isPart)) return false;
+  // They cannot put back what they had set.
+  state.mfDownloading = False;
+  state.mfForceDownloadAll = False;
+  return true;
+}
+
+void TarvikGUI::Panel::HoldInstr() {
+  zorvaneInstr = InstrInterface();
+  statusConnection = zorvaneInstr->StatusMessage.ConnectScoped(
+      [this](const std::string &strStatus) { ZorvaneInstr_StatusMessage(strStatus); });
+  errorConnection = zorvaneInstr->InstrError.ConnectScoped([this](const std::string &) { ZorvaneInstr_InstrError(); });
+}
+
+clsInstrInterface &TarvikGUI::Panel::ZorvaneInstr() {
+  if (!zorvaneInstr) RaiseError(ErrObjectNotSet);
+  return *zorvaneInstr;
+}
+
+void TarvikGUI::Panel::UserControl_Show() {
+  HoldInstr();
+  RestoreOptions();
+  InitAllPages();
+  if (ZorvaneInstr().Connect()) {
+    tabMain->SetTab(ePageInstr);
+    instrPage->cmdRefresh.SetEnabled(True);
+    YieldToEvents();
+    instrPage->cmdRefresh_Click();
+  }
+  EnableControlsForChannels(0);
+}
+
+void TarvikGUI::Panel::RestoreOptions() {
+  OptionsPage &options = *optionsPage;
+  const auto number = [](const char *strKey, const char *strDefault) {
+    return CInt(std::string_view(Setting(strKey, strDefault)));
+  };
+  options.grpUpload.SetValue(Setting("Upload", "All"));
+  options.grpDownload.SetValue(Setting("Download", "All"));
+  // The handlers run whether or not the assignment changed anything.
+  options.chkAutoWarnings.SetValue(number("AutoWarnings", "1"));
+  options.chkAutoWarnings_Click();
+  options.chkAutoErrors.SetValue(number("AutoErrors", "1"));
+  options.chkAutoErrors_Click();
+  options.chkAutoDownOnError.SetValue(number("AutoDownOnError", "0"));
+  options.chkAutoDownload.SetValue(number("AutoDownload", "1"));
+  options.chkAutoOutputOnOff.SetValue(number("AutoOutputOnOff", "1"));
+  options.chkAutoOutputOnOff_Click();
+  state.mfWorkWithBoxes = Setting("WorkWithBoxes", "0") != "0";
+}
+
+void TarvikGUI::Panel::InitAllPages() {
+  modePage->InitModePage();
+  levelsPage->FillLevelCombos();
+  trigLevPage->FillTrigLevelControls();
+  configPage->InitPllRefCombos();
+}
+
+void TarvikGUI::Panel::UserControl_Hide() { UserControl_Terminate(); }
+
+void TarvikGUI::Panel::UserControl_Terminate() {
+  try {
+    SaveOptions();
+    if (!zorvaneInstr) return;
+    zorvaneInstr->CloseInstrument();
+    statusConnection.Disconnect();
+    errorConnection.Disconnect();
+    zorvaneInstr.reset();
+  } catch (const RunTimeError &error) {
+    strUnsaved = error.Description();
+  }
+}
+
+void TarvikGUI::Panel::SaveOptions() {
+  const OptionsPage &options = *optionsPage;
+  const auto save = [](const char *strKey, const std::string &strValue) {
+    TheHost().SaveSetting(AppTitle, SettingsSection, strKey, strValue);
+  };
+  save("Upload", CStr(options.grpUpload.Value()));
+  save("Download", CStr(options.grpDownload.Value()));
+  save("AutoWarnings", CStr(Long{options.chkAutoWarnings.Value()}));
+  save("AutoErrors", CStr(Long{options.chkAutoErrors.Value()}));
+  save("AutoDownOnError", CStr(Long{options.chkAutoDownOnError.Value()}));
+  save("AutoDownload", CStr(Long{options.chkAutoDownload.Value()}));
+  save("AutoOutputOnOff", CStr(Long{options.chkAutoOutputOnOff.Value()}));
+}
+
+// ---- Page states ----
+
+void TarvikGUI::Panel::SetTabState(TabStates eState, TabNumEnum ePage) {
+  const Boolean fProgramFills = state.mfDownloading || start->IsAwaited();
+  if (!SetPageState(state.meTabState, eState, ePage, tabMain->Tab(), fProgramFills)) return;
+  TellPageStates();
+  ShowStateOfVisiblePage();
+}
+
+void TarvikGUI::Panel::TellPageStates() {
+  for (Long lngPage = 0; lngPage < tabMain->Tabs(); ++lngPage) {
+    const TabStates eState = StateOf(state.meTabState, lngPage);
+    tabMain->SetSpokenNote(lngPage, eState == ePageIsDirty            ? "changed, not uploaded"
+                                    : eState == ePageNeedsDownloading ? "not read from the instrument yet"
+                                                                      : "");
+  }
+}
+
+void TarvikGUI::Panel::ShowStateOfVisiblePage() {
+  const Long lngVisible = tabMain->Tab();
+  if (!IsPageState(StateOf(state.meTabState, lngVisible))) ShowIllegalCase();
+  const auto show = HighlightsOf(state.meTabState, lngVisible, optionsPage->UploadsAll());
+  if (show) ShowHighlights(show->fDownload, show->fUpload, show->fOtherPage);
+}
+
+void TarvikGUI::Panel::ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage) {
+  picDownloadHighlight.SetVisible(fDownload);
+  if (fUpload) picUploadHighlight.SetBackColor(fOtherPage ? ButtonShadow : DarkShadow);
+  picUploadHighlight.SetVisible(fUpload);
+}
+
+void TarvikGUI::Panel::tabMain_Click() {
+  if (Page *page = PageOf(tabMain->Tab()))
+    page->Enter();
+  else
+    ShowIllegalCase();
+  SetTabState(ePageSetStatus, eCurrPage);
+}
+
+// ---- Upload and download ----
+
+Boolean TarvikGUI::Panel::NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage) {
+  return tarvik::NeedsUpload(state.meTabState, intPage, tabMain->Tab(), fAll, fContinue);
+}
+
+void TarvikGUI::Panel::cmdUpload_Click() {
+  const auto instr = zorvaneInstr;
+  try {
+    UploadPages();
+  } catch (const RunTimeError &) {
+    ZorvaneInstr().TransactionCancel();
+  } catch (const EventEnded &) {
+    // The panel may be gone; the instrument interface is not, and must not believe in a transaction.
+    instr->TransactionCancel();
+    throw;
+  }
+  SetHourglass(False);
+}
+
+void TarvikGUI::Panel::UploadPages() {
+  clsInstrInterface &instr = ZorvaneInstr();
+  if (!instr.IsOnline(False)) return;
+  SetHourglass(True);
+  instr.TransactionStart(True);
+  const Boolean fAll = optionsPage->UploadsAll();
+  Boolean fOk = True;
+
+  static constexpr struct {
+    TabNumEnum ePage;
+    void (*upload)(Panel &panel, Boolean &fOk);
+  } Steps[] = {
+      // Not the tab order: the pattern's flags go last, its bits follow behind the transaction.
+      {ePageMode, [](Panel &panel, Boolean &f) { panel.modePage->UploadMode(f); }},
+      {ePageTiming, [](Panel &panel, Boolean &f) { panel.timingPage->UploadTiming(f); }},
+      {ePageLevels, [](Panel &panel, Boolean &f) { panel.levelsPage->UploadLevels(f); }},
+      {ePageLimits, [](Panel &panel, Boolean &f) { panel.limitsPage->UploadLimits(f); }},
+      {ePageTrigLev, [](Panel &panel, Boolean &f) { panel.trigLevPage->UploadTrigLevels(f); }},
+      {ePageConfig, [](Panel &panel, Boolean &f) { panel.configPage->UploadConfig(f); }},
+      {ePagePattern, [](Panel &panel, Boolean &f) { panel.patternPage->UploadRz(f); }},
+  };
+  for (const auto &step : Steps)
+    if (NeedsUpload(fAll, fOk, step.ePage)) step.upload(*this, fOk);
+
+  if (fOk) {
+    instr.TransactionFinish(True);
+    instr.CheckWarnings(False);
+  } else {
+    instr.TransactionCancel();
+  }
+  if (NeedsUpload(fAll, fOk, ePagePattern)) patternPage->UploadPattern(fOk);
+}
+
+void TarvikGUI::Panel::cmdDownload_Click() {
+  if (!ZorvaneInstr().IsOnline(False)) return;
+  // A failure below leaves the pointer and the flag as they are until the next download that works.
+  SetHourglass(True);
+  state.mfDownloading = True;
+  const Long intPage = tabMain->Tab();
+  const Boolean fAll = state.mfForceDownloadAll || optionsPage->DownloadsAll();
+
+  static constexpr struct {
+    TabNumEnum ePage;
+    void (*download)(Panel &panel);
+  } Steps[] = {
+      {ePageMode, [](Panel &panel) { panel.modePage->DownloadMode(); }},
+      {ePageTiming, [](Panel &panel) { panel.timingPage->DownloadTiming(); }},
+      {ePageLevels, [](Panel &panel) { panel.levelsPage->DownloadLevels(); }},
+      {ePagePattern, [](Panel &panel) { panel.patternPage->DownloadPattern(); }},
+      {ePageLimits, [](Panel &panel) { panel.limitsPage->DownloadLimits(); }},
+      {ePageTrigLev, [](Panel &panel) { panel.trigLevPage->DownloadTrigLevels(); }},
+      {ePageConfig, [](Panel &panel) { panel.configPage->DownloadConfig(); }},
+  };
+  for (const auto &step : Steps)
+    if (intPage == step.ePage || fAll) step.download(*this);
+
+  state.mfDownloading = False;
+  SetHourglass(False);
+  ZorvaneInstr().CheckWarnings(False);
+}
+
+void TarvikGUI::Panel::EnableControlsForChannels(Long lngChannels) { gate->EnableControlsForChannels(lngChannels); }
+
+// ---- All outputs off ----
+
+Boolean TarvikGUI::Panel::TurnOutputsOff() {
+  const std::shared_ptr<clsInstrInterface> instr = zorvaneInstr;
+  if (!instr || !instr->IsOnline(True)) return False;
+  const QPointer<TarvikGUI> self(&gui);
+  Boolean fAllOff = True;
+  {
+    // The box of a warning would keep the outputs behind it on until somebody has read it.
+    const WarningsHeldBack heldBack(*instr);
+    for (const Boolean fIsComplement : {False, True}) {
+      for (Integer intChan = 1; intChan <= instr->ChannelCount().value_or(0); ++intChan) {
+        const Boolean fOff = instr->Output(intChan, False, fIsComplement);
+        fAllOff = fAllOff && fOff;
+        if (fOff && self) (fIsComplement ? state.mfOutputInvOn : state.mfOutputOn)[intChan] = False;
+      }
+    }
+  }
+  if (self) ShowOutputs();
+  instr->CheckWarnings(False);
+  return fAllOff;
+}
+
+void TarvikGUI::Panel::ShowOutputs() {
+  // The switches only follow here: their clicks neither send what the instrument has already nor mark a page.
+  const Boolean fAuto = std::exchange(state.mfAutoOutputOnOff, False);
+  const Boolean fDownloading = std::exchange(state.mfDownloading, True);
+  timingPage->ShowTimingOutputs();
+  levelsPage->ShowLevelOutputs();
+  state.mfAutoOutputOnOff = fAuto;
+  state.mfDownloading = fDownloading;
+}
+
+// ---- Errors, warnings and events of the instrument ----
+
+void TarvikGUI::Panel::cmdCheckErrors_Click() {
+  if (!ZorvaneInstr().IsOnline(False)) return;
+  if (!ZorvaneInstr().CheckErrors(True)) ShowBox("No Instrument Errors", BoxIcon::Information);
+}
+
+void TarvikGUI::Panel::cmdCheckWarnings_Click() {
+  if (!ZorvaneInstr().IsOnline(False)) return;
+  if (!ZorvaneInstr().CheckWarnings(True)) ShowBox("No Instrument Warnings", BoxIcon::Information);
+}
+
+void TarvikGUI::Panel::ZorvaneInstr_StatusMessage(const std::string &strStatus) {
+  txtStatus.SetText(strStatus);
+  Q_EMIT gui.statusMessage(QString::fromStdString(strStatus));
+}
+
+void TarvikGUI::Panel::ZorvaneInstr_InstrError() {
+  if (optionsPage->chkAutoDownOnError.Value() != 1) return;
+  SetTabState(ePageNeedsDownloading, eAllPages);
+  state.mfForceDownloadAll = True;
+  cmdDownload_Click();
+  state.mfForceDownloadAll = False;
+}
+
+}  // namespace tarvik
