@@ -20,6 +20,7 @@ class PanelUnderTest {
   PanelUnderTest(Recorder &recorder, const Surface &surface);
 
   TarvikGUI &Gui() { return m_gui; }
+  const TarvikGUI &Gui() const { return m_gui; }
   const TarvikGUI::Panel &Inside() const { return m_inside; }
 
   void SetSurface(const Surface &surface);
