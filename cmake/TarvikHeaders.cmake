@@ -10,28 +10,38 @@ set(TARVIK_HEADERS_TOOLKIT
   <QApplication> <QComboBox> <QEvent> <QGroupBox> <QKeyEvent> <QLabel> <QLineEdit> <QMenu> <QMessageBox> <QPainter>
   <QPointer> <QPushButton> <QRadioButton> <QTimer> <QTreeWidget> <QVBoxLayout> <QVariant> <QWheelEvent> <QWidget>)
 set(TARVIK_HEADERS_TESTS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)
+set(TARVIK_HEADERS_REMOTE <grpcpp/grpcpp.h>)
+
+set(TARVIK_HEADERS_OF_widgets TOOLKIT)
+set(TARVIK_HEADERS_OF_remote REMOTE)
+set(TARVIK_HEADERS_OF_tests TESTS)
+set(TARVIK_HEADERS_OF_widget_tests TOOLKIT TESTS)
+set(TARVIK_LIBRARIES_OF_TOOLKIT Qt6::Widgets)
+set(TARVIK_LIBRARIES_OF_TESTS GTest::gmock nlohmann_json::nlohmann_json)
+set(TARVIK_LIBRARIES_OF_REMOTE PkgConfig::GRPCPP protobuf::libprotobuf Threads::Threads)
 
 # tarvik_headers_target(KIND): the target whose precompiled headers all targets of the kind share.
 function(tarvik_headers_target kind)
   set(source "${CMAKE_BINARY_DIR}/headers/${kind}.cpp")
   file(CONFIGURE OUTPUT "${source}" CONTENT "int main() { return 0; }\n")
-  # A program, as those are that share them: libraries would be compiled with other flags.
-  add_executable(tarvik_headers_${kind} EXCLUDE_FROM_ALL "${source}")
+  # Of the sort of its users: programs and libraries are compiled with other flags.
+  if(kind MATCHES "tests")
+    add_executable(tarvik_headers_${kind} EXCLUDE_FROM_ALL "${source}")
+  else()
+    add_library(tarvik_headers_${kind} OBJECT EXCLUDE_FROM_ALL "${source}")
+  endif()
   target_link_libraries(tarvik_headers_${kind} PRIVATE tarvik_build)
   set_target_properties(tarvik_headers_${kind} PROPERTIES AUTOMOC OFF)
   set(headers ${TARVIK_HEADERS_STANDARD})
-  if(NOT kind STREQUAL "tests")
-    target_link_libraries(tarvik_headers_${kind} PRIVATE Qt6::Widgets)
-    list(APPEND headers ${TARVIK_HEADERS_TOOLKIT})
-  endif()
-  if(NOT kind STREQUAL "widgets")
-    target_link_libraries(tarvik_headers_${kind} PRIVATE GTest::gmock nlohmann_json::nlohmann_json)
-    list(APPEND headers ${TARVIK_HEADERS_TESTS})
-  endif()
+  foreach(group ${TARVIK_HEADERS_OF_${kind}})
+    list(APPEND headers ${TARVIK_HEADERS_${group}})
+    target_link_libraries(tarvik_headers_${kind} PRIVATE ${TARVIK_LIBRARIES_OF_${group}})
+  endforeach()
   target_precompile_headers(tarvik_headers_${kind} PRIVATE ${headers})
 endfunction()
 
-# tarvik_share_headers(TARGET KIND): KIND is widgets for a room on the toolkit's side, tests or widget_tests for tests.
+# tarvik_share_headers(TARGET KIND): KIND is widgets for a room on the toolkit's side, remote for one that speaks gRPC,
+# tests or widget_tests for tests.
 function(tarvik_share_headers target kind)
   if(NOT TARVIK_PRECOMPILE)
     return()

@@ -9,6 +9,11 @@ if(TARVIK_PRECOMPILE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 target_include_directories(tarvik_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
+# Sixty programs are linked, most of them with the toolkit: mold takes a tenth of the time of the default linker.
+find_program(TARVIK_MOLD mold)
+if(TARVIK_MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

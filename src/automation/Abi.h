@@ -71,6 +71,12 @@ struct AutomationArray {
 class IUnknown;
 class IDispatch;
 
+/// A record and what describes it; as wide as the native variant has it.
+struct AutomationRecord {
+  void *pvRecord;
+  void *pRecInfo;
+};
+
 /// A value with its type in `vt`.
 struct AutomationVariant {
   std::uint16_t vt;
@@ -98,10 +104,7 @@ struct AutomationVariant {
     AutomationArray **pparray;
     AutomationVariant *pvarVal;
     void *byref;
-    struct {
-      void *pvRecord;
-      void *pRecInfo;
-    } record;
+    AutomationRecord record;
   };
 };
 

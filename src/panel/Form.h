@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWidget>
-#include <ranges>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,7 +27,11 @@ class ControlArray {
   auto begin() const { return m_controls.begin(); }
   auto end() const { return m_controls.end(); }
   /// The bare pointers, in the order of the numbers.
-  auto All() const { return m_controls | std::views::values; }
+  std::vector<T *> All() const {
+    std::vector<T *> all;
+    for (const auto &[lngNumber, control] : m_controls) all.push_back(control);
+    return all;
+  }
 
  private:
   std::vector<std::pair<Long, T *>> m_controls;

@@ -4,7 +4,7 @@
 #include <QHideEvent>
 #include <algorithm>
 #include <cmath>
-#include <ranges>
+#include <numeric>
 
 #include "engrspin/EngrSpin.h"
 #include "panel/Panel.h"
@@ -83,9 +83,12 @@ Long TarvikGUI::ZoomToFit(const QSize &room) const {
     return size.width() <= room.width() && size.height() <= room.height();
   };
   // A line of text never gets lower as the font grows, so that the percentages that fit come before those that do not.
-  const auto percentages = std::views::iota(Long{MinZoom}, Long{MaxZoom} + 1);
-  const Long lngLargest = *std::ranges::partition_point(percentages, fits) - 1;
-  if (lngLargest <= MinZoom) return MinZoom;
+  Long lngLargest = MinZoom;
+  for (Long lngTooLarge = MaxZoom + 1; lngTooLarge - lngLargest > 1;) {
+    const Long lngMiddle = std::midpoint(lngLargest, lngTooLarge);
+    (fits(lngMiddle) ? lngLargest : lngTooLarge) = lngMiddle;
+  }
+  if (lngLargest == MinZoom) return MinZoom;
   // Lines grow by whole pixels, so several percentages have one size; the letters suit the one that the size stands
   // for.
   return std::clamp(static_cast<Long>(std::lround(100 * scale(lngLargest) / scale(100))), Long{MinZoom}, lngLargest);

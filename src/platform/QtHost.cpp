@@ -11,7 +11,6 @@
 #include <QSpacerItem>
 #include <QTimer>
 #include <QWindow>
-#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -73,7 +72,7 @@ void RemoveHourglass() {
     QGuiApplication::restoreOverrideCursor();
   }
   QGuiApplication::restoreOverrideCursor();
-  for (const QCursor &cursor : std::views::reverse(arrAbove)) QGuiApplication::setOverrideCursor(cursor);
+  for (; !arrAbove.empty(); arrAbove.pop_back()) QGuiApplication::setOverrideCursor(arrAbove.back());
 }
 
 /// Reads what the window system has sent. Timers and sockets of the program wait.
