@@ -12,7 +12,7 @@
 #include "platform/QtHost.h"
 #include "platform/ToolPopup.h"
 #include "support/Conversions.h"
-#include "support/modErrorLog.h"
+#include "support/RunReported.h"
 #include "support/modGlobals.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"
@@ -89,12 +89,9 @@ Boolean BitPattern::GetPattern(Long eChannel, ByteArray &arr, Long &lngArraySize
 void BitPattern::SetPatternInit() { m->store.SetPatternInit(); }
 
 Boolean BitPattern::SetPattern(Long eChannel, const ByteArray &arr, Long lngNumBits) {
-  try {
-    return m->DeliverPattern(eChannel, arr, lngNumBits);
-  } catch (const RunTimeError &error) {
-    LogError(ModuleName, "SetPattern", error.Number(), error.Description());
-    return False;
-  }
+  Boolean fResult;
+  RunReported(ModuleName, "SetPattern", [&] { fResult = m->DeliverPattern(eChannel, arr, lngNumBits); });
+  return fResult;
 }
 
 Boolean BitPattern::Private::DeliverPattern(Long eChannel, const ByteArray &arr, Long lngNumBits) {
@@ -150,14 +147,8 @@ void BitPattern::Private::RedrawPattern() {
 void BitPattern::Private::SetWaveformRange() {
   if (fInRange) return;
   fInRange = True;
-  try {
-    UpdateRange();
-  } catch (const RunTimeError &error) {
-    // fInRange stays set: the fields are not synchronized again before the next scroll.
-    LogError(ModuleName, "SetWaveformRange", error.Number(), error.Description());
-    return;
-  }
-  fInRange = False;
+  // After a failure it stays set: the fields are not synchronized again before the next scroll.
+  if (RunReported(ModuleName, "SetWaveformRange", [this] { UpdateRange(); })) fInRange = False;
 }
 
 void BitPattern::Private::UpdateRange() {
@@ -252,14 +243,14 @@ void BitPattern::Private::KeyDownOnRow(Integer intKeyCode) {
 
 void BitPattern::Private::picWave_KeyDown(Integer &intKeyCode) {
   if (m_fInKeyDown) return;
-  const EntryGuard guard(editor, m_fInKeyDown);
+  const ScopedFlag guard(editor, m_fInKeyDown);
   if (view->Selected() != 0) KeyDownOnRow(intKeyCode);
   if (intKeyCode >= KeyPageUp && intKeyCode <= KeyDown) intKeyCode = 0;
 }
 
 void BitPattern::Private::picWave_KeyPress(char32_t character) {
   if (m_fInKeyPress || view->Selected() == 0) return;
-  const EntryGuard guard(editor, m_fInKeyPress);
+  const ScopedFlag guard(editor, m_fInKeyPress);
   const bool fDigit = character >= U'0' && character <= U'3';
   const bool fSign = character == U'+' || character == U'-';
   if (!fDigit && !fSign) return;

@@ -20,10 +20,10 @@ HScrollBar::HScrollBar(QWidget *parent) : WidgetControl(Qt::Horizontal, parent) 
 template <class Write>
 void HScrollBar::ByProgram(Write write) {
   const int intBefore = value();
-  const bool fOuter = m_fProgramChange;
-  m_fProgramChange = true;
-  write();
-  m_fProgramChange = fOuter;
+  {
+    const ScopedFlag byProgram(*this, m_fProgramChange);
+    write();
+  }
   if (value() != intBefore) Change.Raise();
 }
 

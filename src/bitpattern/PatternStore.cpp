@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "support/modErrorLog.h"
+#include "support/RunReported.h"
 
 namespace tarvik {
 
@@ -93,12 +93,9 @@ void PatternStore::ReadChannelBit(Long lngCode, Long lngAddress, Long &lngValue)
 Long PatternStore::GetPatternArraySize() const { return BytesUsed() - arrChan1.LowerBound() + 1; }
 
 Boolean PatternStore::GetPattern(Long eChannel, ByteArray &arr, Long &lngArraySize) const {
-  try {
-    return CopyOut(eChannel, arr, lngArraySize);
-  } catch (const RunTimeError &error) {
-    LogError("BitPattern", "GetPattern", error.Number(), error.Description());
-    return False;
-  }
+  Boolean fResult;
+  RunReported("BitPattern", "GetPattern", [&] { fResult = CopyOut(eChannel, arr, lngArraySize); });
+  return fResult;
 }
 
 Boolean PatternStore::CopyOut(Long eChannel, ByteArray &arr, Long &lngArraySize) const {

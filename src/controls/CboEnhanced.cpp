@@ -72,29 +72,32 @@ CboEnhanced::Private::Private(CboEnhanced &objControl)
 
 void CboEnhanced::AddItemData(const std::string &strItem, Long lngItemData, Long lngGroupData, Boolean fGroupDefault) {
   // QComboBox selects the first item that is added to an empty list.
-  m->fProgramChange = true;
-  const int intBefore = m->cbo->currentIndex();
-  m->cbo->addItem(QString::fromStdString(strItem));
-  m->cbo->setCurrentIndex(intBefore);
-  m->fProgramChange = false;
+  {
+    const ScopedFlag byProgram(*this, m->fProgramChange);
+    const int intBefore = m->cbo->currentIndex();
+    m->cbo->addItem(QString::fromStdString(strItem));
+    m->cbo->setCurrentIndex(intBefore);
+  }
   m->arrItems.push_back({lngItemData, lngGroupData, fGroupDefault});
 }
 
 void CboEnhanced::Clear() {
-  m->fProgramChange = true;
-  m->cbo->clear();
-  m->fProgramChange = false;
+  {
+    const ScopedFlag byProgram(*this, m->fProgramChange);
+    m->cbo->clear();
+  }
   m->arrItems.clear();
   m->TellIndex();
 }
 
 void CboEnhanced::Private::SetListIndexQuietly(Long lngIndex) {
-  const EntryGuard guard(control, fInternalChange);
+  const ScopedFlag guard(control, fInternalChange);
   const bool fChanges = lngIndex != control.ListIndex() && lngIndex >= -1 && lngIndex < control.ListCount();
   if (!fChanges) return;
-  fProgramChange = true;
-  cbo->setCurrentIndex(lngIndex);
-  fProgramChange = false;
+  {
+    const ScopedFlag byProgram(control, fProgramChange);
+    cbo->setCurrentIndex(lngIndex);
+  }
   TellIndex();
   cbo_Click();
 }
@@ -330,9 +333,8 @@ void CboEnhanced::Private::TakeWidthOfForm() {
   intWidthAtResize.reset();
   sngWidth = PixelsToTwips(control, control.width());
   LayOut();
-  fInResize = true;
+  const ScopedFlag resizing(control, fInResize);
   control.resize(control.width(), TwipsToPixels(control, layout.sngHeight));
-  fInResize = false;
 }
 
 void CboEnhanced::SetListHeight(Single sngHeight) { m->sngListHeight = sngHeight; }

@@ -8,20 +8,15 @@
 #include "controls/FrameEnhancedPrivate.h"
 #include "platform/ControlSite.h"
 #include "platform/WidgetControl.h"
-#include "support/modErrorLog.h"
+#include "support/RunReported.h"
 
 namespace tarvik {
 
 namespace {
 
-/// Runs a step; a run-time error is logged and ends the step.
 template <class Step>
 void Reported(const char *strProc, Step &&step) {
-  try {
-    step();
-  } catch (const RunTimeError &error) {
-    LogError("FrameEnhanced", strProc, error.Number(), error.Description());
-  }
+  RunReported("FrameEnhanced", strProc, step);
 }
 
 }  // namespace

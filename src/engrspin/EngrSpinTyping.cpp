@@ -153,7 +153,7 @@ void EngrSpin::Private::StepDown() {
 
 void EngrSpin::Private::spinCtl_Change() {
   if (fInSpinChange) return;
-  const EntryGuard guard(field, fInSpinChange);
+  const ScopedFlag guard(field, fInSpinChange);
   cursor.MoveCursor(curRestore);
   if (spinCtl->Value() < 0) {
     StepDown();
@@ -173,7 +173,7 @@ Integer EngrSpin::Private::Swallow() {
 Integer EngrSpin::Private::KeyDown(Integer intCode) {
   fSwallowKey = False;
   if (fInKeyDown || fReadOnly) return intCode;
-  const EntryGuard guard(field, fInKeyDown);
+  const ScopedFlag guard(field, fInKeyDown);
   if (!fEditing) strSavedText = field.Text();
   return KeyCodeLeft(intCode);
 }
@@ -253,7 +253,7 @@ void EngrSpin::Private::TextClicked() {
 void EngrSpin::Private::WheelTurned(int intNotches) {
   if (fReadOnly || fEditing || fInKeyDown) return;
   UserEvent("txtNumber_Wheel", [&] {
-    const EntryGuard guard(field, fInKeyDown);
+    const ScopedFlag guard(field, fInKeyDown);
     cursor.MoveCursor(curRestore);
     for (int i = std::abs(intNotches); i > 0; --i) {
       if (intNotches > 0) {

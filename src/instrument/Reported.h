@@ -5,32 +5,21 @@
 
 #include "support/Event.h"
 #include "support/EventBoundary.h"
-#include "support/RunTimeError.h"
+#include "support/RunReported.h"
 #include "support/Types.h"
-#include "support/modErrorLog.h"
 
 namespace tarvik {
 
 /// Module name in the reports of the instrument class.
 inline constexpr const char *InstrModule = "clsInstrInterface";
 
-/// The one way in which a reporting operation ends: a RunTimeError becomes a report and the result stays
-/// as the operation had set it. What has to be put in order after a failure follows the report, also when
-/// the report itself cannot be written, or the host ended the event while its box stood.
+/// Frame of a reporting operation of the class: a failure is reported and the result stays as the operation had set it.
+/// `afterwards` as in RunReported.
 template <class Result = Boolean, class Operation, class Afterwards>
 Result Reported(const char *strProc, Operation &&operation, Afterwards &&afterwards) {
   Result result{};
-  try {
-    std::forward<Operation>(operation)(result);
-  } catch (const RunTimeError &error) {
-    try {
-      LogError(InstrModule, strProc, error.Number(), error.Description());
-    } catch (...) {
-      afterwards();
-      throw;
-    }
-    afterwards();
-  }
+  RunReported(
+      InstrModule, strProc, [&] { std::forward<Operation>(operation)(result); }, afterwards);
   return result;
 }
 

@@ -118,7 +118,7 @@ Boolean InstrPage::GetCheckedInstrNum(Long &lngInstrNum) const {
 
 void InstrPage::lvwInstruments_ItemCheck(ListItem *Item) {
   if (m_fInItemCheck) return;
-  const EntryGuard guard(lvwInstruments, m_fInItemCheck);
+  const ScopedFlag guard(lvwInstruments, m_fInItemCheck);
   InstrStartStop(Item, Item->Checked());
 }
 

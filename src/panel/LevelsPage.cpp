@@ -2,8 +2,10 @@
 
 #include "instrument/Vocabulary.h"
 #include "panel/ChannelOutputs.h"
+#include "platform/ScopedFlag.h"
 #include "settings/modCboTags.h"
 #include "support/Conversions.h"
+#include "support/RunReported.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
 
@@ -111,10 +113,6 @@ FormTable Design() {
   return table;
 }
 
-void LogFailure(const char *strProc, const RunTimeError &error) {
-  LogError("TarvikGUI", strProc, error.Number(), error.Description());
-}
-
 }  // namespace
 
 LevelsPage::LevelsPage(QWidget &page, PanelServices &panel)
@@ -168,14 +166,10 @@ void LevelsPage::ShowLevelOutputs() { m_outputs->ShowFlags(); }
 
 void LevelsPage::cboLevelFormat_Click(Integer Index) {
   if (m_sfInFormat) return;
-  m_sfInFormat = true;
-  try {
+  RunReported("TarvikGUI", "cboLevelFormat_Click", [&] {
+    const ScopedFlag guard(cboLevelFormat[Index], m_sfInFormat);
     ApplyLevelFormat(Index);
-  } catch (const RunTimeError &error) {
-    m_sfInFormat = false;
-    LogFailure("cboLevelFormat_Click", error);
-  }
-  m_sfInFormat = false;
+  });
 }
 
 void LevelsPage::ApplyLevelFormat(Integer Index) {
@@ -193,11 +187,8 @@ void LevelsPage::ApplyLevelFormat(Integer Index) {
 }
 
 void LevelsPage::cboLevelUnits_Click(Integer Index) {
-  try {
-    ConvertLevelFields(Index, LevelUnitOf(cboLevelUnits[Index].ListIndex()));
-  } catch (const RunTimeError &error) {
-    LogFailure("cboLevelUnits_Click", error);
-  }
+  RunReported("TarvikGUI", "cboLevelUnits_Click",
+              [&] { ConvertLevelFields(Index, LevelUnitOf(cboLevelUnits[Index].ListIndex())); });
 }
 
 void LevelsPage::esLoadCompensation_AfterUpdate(Integer Index) { ConvertLevelFields(Index, ""); }

@@ -1,15 +1,15 @@
 #include "panel/ModePage.h"
 
-#include <QScopedValueRollback>
-
 #include "instrument/Vocabulary.h"
 #include "panel/FillList.h"
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
+#include "platform/ScopedFlag.h"
 #include "settings/ModeMask.h"
 #include "settings/TimingRules.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
+#include "support/RunReported.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
 #include "support/modUtilsGen.h"
@@ -178,7 +178,7 @@ Boolean ModePage::IsEnabledForMode(const char *strMask) const { return IsEnabled
 // ---- Consequences of the mode, one procedure for each control ----
 
 void ModePage::SetCboPulseType() {
-  try {
+  RunReported("TarvikGUI", "SetCboPulseType", [this] {
     tarvik::SetEnabled(esBurstLength, IsEnabledForMode(ModeMasks::BurstLength));
     // The mask of channel 1 decides for both.
     const Boolean fEnable = IsEnabledForMode(ModeMasks::PulseType);
@@ -187,9 +187,7 @@ void ModePage::SetCboPulseType() {
     if (!fEnable) return;
     FillPulseType(cboPulseType1, 1);
     FillPulseType(cboPulseType2, 2);
-  } catch (const RunTimeError &error) {
-    LogError("TarvikGUI", "SetCboPulseType", error.Number(), error.Description());
-  }
+  });
 }
 
 void ModePage::FillPulseType(CboEnhanced &cboPulseType, Integer intChan) {
@@ -346,7 +344,7 @@ void ModePage::FitToInstrument() {
   m_state.mfVxiLines = Instr().IsNotRestricted(eLacksVxiLines);
   if (m_fOffersVxiLines.value_or(m_state.mfVxiLines) != m_state.mfVxiLines) {
     // The remembered index belongs to the entries that the list had before, so a conflict here means nothing.
-    const QScopedValueRollback<bool> refilling(m_fIgnorePllConflict, true);
+    const ScopedFlag refilling(cboArmingSource, m_fIgnorePllConflict, true);
     UpdateArmingSource();
   }
   if (m_state.mfDualChannel || ChannelCount() < 2) return;
@@ -360,7 +358,8 @@ void ModePage::DownloadMode() {
   udtModeInfo mode;
   if (!Instr().GetMode(mode)) return;
   // Filled one after the other, the lists may claim the PLL twice for a moment although the mode read does not.
-  const QScopedValueRollback<bool> filling(m_fIgnorePllConflict, !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
+  const ScopedFlag filling(cboArmingSource, m_fIgnorePllConflict,
+                           !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
   // The two modes rebuild the lists that depend on them, so they go first and the levels last.
   if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
       SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode)))

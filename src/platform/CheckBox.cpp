@@ -21,9 +21,10 @@ Integer CheckBox::Value() const {
 void CheckBox::SetValue(Integer intValue) {
   if (intValue < 0 || intValue > 2) RaiseError(ErrInvalidPropertyValue);
   if (intValue == Value()) return;
-  m_fProgramChange = true;
-  setCheckState(intValue == 0 ? Qt::Unchecked : intValue == 1 ? Qt::Checked : Qt::PartiallyChecked);
-  m_fProgramChange = false;
+  {
+    const ScopedFlag byProgram(*this, m_fProgramChange);
+    setCheckState(intValue == 0 ? Qt::Unchecked : intValue == 1 ? Qt::Checked : Qt::PartiallyChecked);
+  }
   Click.Raise();
 }
 

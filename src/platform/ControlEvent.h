@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <utility>
 
 #include "platform/InputBlock.h"
+#include "platform/ScopedFlag.h"
 #include "platform/WidgetControl.h"
 #include "support/EventBoundary.h"
 
@@ -22,25 +22,5 @@ template <class Procedure>
 bool RunUserEvent(const QObject &control, const char *strEvent, Procedure &&procedure) {
   return !InputBlock::Covers(control) && RunFocusEvent(control, strEvent, std::forward<Procedure>(procedure));
 }
-
-/// Sets a flag while a handler runs and restores it on every exit, unless the control that owns the flag has been
-/// deleted meanwhile.
-template <class Flag>
-class EntryGuard {
- public:
-  EntryGuard(QObject &control, Flag &fInside) : m_control(&control), m_fInside(fInside), m_fBefore(fInside) {
-    m_fInside = Flag(true);
-  }
-  ~EntryGuard() {
-    if (m_control) m_fInside = m_fBefore;
-  }
-  EntryGuard(const EntryGuard &) = delete;
-  EntryGuard &operator=(const EntryGuard &) = delete;
-
- private:
-  const QPointer<QObject> m_control;
-  Flag &m_fInside;
-  const Flag m_fBefore;
-};
 
 }  // namespace tarvik

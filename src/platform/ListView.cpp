@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <optional>
 #include <utility>
 
 #include "platform/ControlEvent.h"
@@ -14,9 +15,9 @@ namespace tarvik {
 void ListItem::SetChecked(Boolean fChecked) {
   auto *list = static_cast<ListView *>(treeWidget());
   m_fChecked = fChecked;
-  if (list) list->m_fProgramChange = true;
+  std::optional<ScopedFlag<bool>> byProgram;
+  if (list) byProgram.emplace(*list, list->m_fProgramChange);
   setCheckState(0, fChecked ? Qt::Checked : Qt::Unchecked);
-  if (list) list->m_fProgramChange = false;
 }
 
 void ListItem::SetSelected(Boolean fSelected) {
@@ -67,9 +68,10 @@ ListItem *ListView::Add(const std::string &strKey, const std::string &strText) {
   item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
   item->setText(0, QString::fromStdString(strText));
   item->setCheckState(0, Qt::Unchecked);
-  m_fProgramChange = true;
-  addTopLevelItem(item);
-  m_fProgramChange = false;
+  {
+    const ScopedFlag byProgram(*this, m_fProgramChange);
+    addTopLevelItem(item);
+  }
   m_arrItems.push_back(item);
   // The view asks for a paint only when the message loop lays its rows out, which is too late while a driver is busy.
   viewport()->update();
@@ -121,9 +123,10 @@ void ListView::RaiseItemCheck() {
 /// The event is raised when the toolkit is done: the list may be gone when its handlers are.
 template <class Serve>
 void ListView::ServeThenRaise(Serve &&serve) {
-  m_fServing = true;
-  serve();
-  m_fServing = false;
+  {
+    const ScopedFlag serving(*this, m_fServing);
+    serve();
+  }
   RaiseItemCheck();
 }
 

@@ -29,12 +29,11 @@ void OptionButton::SetValue(Boolean fValue) {
 void OptionButton::SetDesignValue(Boolean fValue) { Choose(fValue); }
 
 void OptionButton::Choose(bool fValue) {
-  m_fProgramChange = true;
+  const ScopedFlag byProgram(*this, m_fProgramChange);
   // QRadioButton refuses to uncheck the last button of an exclusive group.
   if (!fValue) setAutoExclusive(false);
   setChecked(fValue);
   if (!fValue) setAutoExclusive(true);
-  m_fProgramChange = false;
 }
 
 void OptionButton::PassTabStop() {

@@ -21,9 +21,10 @@ void TabControl::SetTab(Long lngPage) {
   if (lngPage < 0 || lngPage >= Tabs()) RaiseError(ErrInvalidPropertyValue);
   if (lngPage == Tab()) return;
   const Long lngBefore = Tab();
-  m_fProgramChange = true;
-  setCurrentIndex(lngPage);
-  m_fProgramChange = false;
+  {
+    const ScopedFlag byProgram(*this, m_fProgramChange);
+    setCurrentIndex(lngPage);
+  }
   Click.Raise(lngBefore);
 }
 

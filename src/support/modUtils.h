@@ -4,8 +4,7 @@
 #include <string>
 
 #include "support/Control.h"
-#include "support/RunTimeError.h"
-#include "support/modErrorLog.h"
+#include "support/RunReported.h"
 
 namespace tarvik {
 
@@ -19,7 +18,7 @@ void SetHourglass(Boolean fOn);
 template <std::ranges::range Buttons>
 Boolean SetOptionButtonToTag(Buttons &&objButtons, const std::string &strTag) {
   Boolean fFound = False;
-  try {
+  RunReported("modUtils", "SetOptionButtonToTag", [&] {
     for (OptionButtonControl *button : objButtons) {
       const std::string &strButtonTag = button->Tag();
       // An empty tag holds no text at all, not even the empty one.
@@ -28,9 +27,7 @@ Boolean SetOptionButtonToTag(Buttons &&objButtons, const std::string &strTag) {
       fFound = True;
       break;
     }
-  } catch (const RunTimeError &error) {
-    LogError("modUtils", "SetOptionButtonToTag", error.Number(), error.Description());
-  }
+  });
   return fFound;
 }
 
