@@ -40,7 +40,7 @@ std::string ReadPem(const std::filesystem::path &path, const char *strWhat) {
 }
 
 [[noreturn]] void RaiseUnusable(const std::string &strWhy) {
-  // The library keeps what went wrong for the thread; the next one to ask must not find it.
+  // OpenSSL queues errors per thread; clear them for the next caller.
   ERR_clear_error();
   throw RunTimeError(ErrInvalidArgument, "The driver server cannot be called: " + strWhy);
 }
@@ -56,7 +56,7 @@ Certificate CertificateIn(const std::string &strPem, const std::string &strFile)
 }
 
 Key KeyIn(const std::string &strPem, const std::string &strFile) {
-  // Nobody is there to be asked for a password.
+  // No password prompt.
   const auto noPassword = [](char *, int, int, void *) { return 0; };
   Key key(PEM_read_bio_PrivateKey(SourceOf(strPem).get(), nullptr, noPassword, nullptr));
   if (!key) RaiseUnusable(strFile + " holds no key, or one with a password");
@@ -86,7 +86,7 @@ ClientCredentials LoadClientCredentials() {
   const auto authority = folder / "ca.pem", certificate = folder / "client.pem", key = folder / "client.key";
   ClientCredentials credentials{ReadPem(authority, "the certificate of the authority"),
                                 ReadPem(certificate, "the client's certificate"), ReadPem(key, "the client's key")};
-  // The server would only hang up; here it can be told what is wrong.
+  // The server would only close the connection; here the reason is known.
   CheckInForce(CertificateIn(credentials.strAuthority, authority.string()).get(), authority.string());
   const Certificate own = CertificateIn(credentials.strCertificate, certificate.string());
   CheckInForce(own.get(), certificate.string());

@@ -40,7 +40,7 @@ Connection::~Connection() {
     m_register->lngEndedRoundTrips += m_lngRoundTrips;
   }
   if (m_stream && !m_pending.Empty()) m_stream->Send(m_pending.Take(), m_patience.farewell);
-  // The wait lets a caller count on its objects being gone, as they would be without a network between.
+  // Wait, so that objects are destroyed when the last reference is released, as with a local driver.
   if (m_stream) m_stream->Farewell(m_patience.farewell);
 }
 
@@ -87,7 +87,7 @@ Status Connection::Call(const Put &put, const Take &take) {
   if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
   Writer call;
   put(call);
-  // What was posted goes ahead of a call that it would not fit beside.
+  // Flush posted commands first if the call would exceed the frame size.
   if (!m_pending.Empty() && !Fits(m_pending.Size() + call.Size()) && !SendPending(m_patience.silence))
     return automation::Fail(m_statusLost, m_strLost);
   if (!Fits(call.Size()))
@@ -137,7 +137,7 @@ Status Connection::LeaveFailure(const Failure &failure) {
     automation::SetRunTimeErrorInfo(failure.lngNumber, failure.strDescription, failure.strSource);
     return automation::StatusException;
   }
-  // Without a description none may be left over from an earlier failure.
+  // Clears the description of an earlier failure.
   if (failure.strDescription.empty())
     static_cast<void>(automation::TakeErrorInfo());
   else
@@ -153,7 +153,7 @@ bool Connection::SendPending(std::chrono::milliseconds limit) {
   return false;
 }
 
-/// A caller that only fetches or lets go and never asks must not fill the memory.
+/// Flushes when the buffer is full: a caller that only fetches and releases would otherwise grow it without bound.
 void Connection::SendWhenLarge() {
   if (!Fits(2 * m_pending.Size())) SendPending(m_patience.silence);
 }

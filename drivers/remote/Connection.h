@@ -43,7 +43,7 @@ struct ClientCredentials {
 /// raises RunTimeError 5 that tells which and why.
 ClientCredentials LoadClientCredentials();
 
-/// One stream to a driver server. All objects of one connection share it; it ends when the last of them is let go.
+/// One stream to a driver server. All objects of one connection share it; it ends when the last of them is released.
 /// Calls come from the one thread that owns the connection, which also does the waiting.
 class Connection {
  public:
@@ -65,7 +65,7 @@ class Connection {
   /// Writes a command, sends it with all that was posted, and waits. A failure leaves its description as a driver
   /// does.
   Status Call(const Put &put, const Take &take);
-  /// Lets go of an object, with the next call or at once.
+  /// Releases an object, with the next call or at once.
   void Release(ObjectId lngId, bool fAtOnce);
   /// Waits until the server has done everything posted.
   Status Sync();
@@ -93,7 +93,7 @@ class Connection {
   /// Bytes that stay free in a frame for what the transport adds.
   static constexpr std::size_t FrameSlack = 1024;
 
-  /// Held, because the last connection may go after the register's other users have gone.
+  /// Shared ownership: the last connection may outlive the register's other users.
   const std::shared_ptr<Register> m_register = TheRegister();
   const ServerAddress m_address;
   const Patience m_patience;

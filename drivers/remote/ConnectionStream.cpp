@@ -8,15 +8,15 @@ namespace {
 
 /// The answers of a driver are small; a pattern row of the largest memory is far below this.
 constexpr int LargestServerFrame = 16 * 1024 * 1024;
-/// How long an end that is already there may take to tell its reason.
+/// Limit for fetching the status of a stream that has ended.
 constexpr std::chrono::seconds ReasonLimit{1};
 
 std::shared_ptr<grpc::Channel> MakeChannel(const ServerAddress &address, const ClientCredentials *pCredentials) {
   grpc::ChannelArguments arguments;
   arguments.SetMaxReceiveMessageSize(LargestServerFrame);
-  // Instruments stand on the local network; a web proxy of the desktop has no part in it.
+  // Instruments are on the local network: ignore the HTTP proxy of the environment.
   arguments.SetInt(GRPC_ARG_ENABLE_HTTP_PROXY, 0);
-  // Each Connect dials anew at once instead of waiting for the pause after an earlier failure.
+  // Connect immediately instead of waiting for the backoff of an earlier failure.
   arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1);
   arguments.SetInt(GRPC_ARG_ENABLE_RETRIES, 0);
   std::shared_ptr<grpc::ChannelCredentials> credentials = grpc::InsecureChannelCredentials();

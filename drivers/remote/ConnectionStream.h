@@ -12,8 +12,8 @@
 
 namespace tarvik::remote {
 
-/// The transport's stream. The caller's own thread turns its queue, so that a call costs no change of threads and
-/// every wait has an end.
+/// The transport's stream. Its completion queue is polled on the caller's thread, so that a call needs no thread
+/// switch and every wait has a time-out.
 class Connection::Stream {
  public:
   enum class Received { Frame, Nothing, End };

@@ -19,9 +19,9 @@ namespace tarvik::remote {
 namespace {
 
 constexpr std::int32_t ErrInvalidArgument = 5;
-/// A client that takes its answer at all has taken it by then.
+/// Limit for a client to read its answer.
 constexpr std::chrono::seconds AnswerLimit{1};
-/// Last answers are on their way when a stopping server has finished its calls.
+/// Time for the last answers to be sent when the server stops.
 constexpr std::chrono::milliseconds AnswerTravel{100};
 
 using Stream = grpc::ServerReaderWriter<ServerFrame, ClientFrame>;
@@ -224,7 +224,7 @@ class DriverServer::Listener {
     builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, lngKeepalive);
     builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_PERMIT_WITHOUT_CALLS, 1);
     builder.AddChannelArgument(GRPC_ARG_HTTP2_MAX_PINGS_WITHOUT_DATA, 0);
-    // A second server on the port would take every other client.
+    // With SO_REUSEPORT a second server could bind the port and receive part of the connections.
     builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
     int lngPort = 0;
     builder.AddListeningPort(address.HostAndPort(), Credentials(), &lngPort);

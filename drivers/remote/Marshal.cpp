@@ -18,7 +18,7 @@ std::string_view BytesOf(const AutomationArray *pArray) {
 void PutString(Writer &out, AutomationString bstr) {
   out.Put<std::uint8_t>(bstr ? 1 : 0);
   if (!bstr) return;
-  // The units themselves, so that even a lone surrogate arrives as it left.
+  // Raw UTF-16 units, so that lone surrogates are preserved.
   out.PutText({reinterpret_cast<const char *>(bstr), automation::StringLength(bstr) * sizeof(char16_t)});
 }
 
@@ -26,7 +26,7 @@ automation::String GetString(Reader &in) {
   if (in.Get<std::uint8_t>() == 0) return {};
   const std::string_view strBytes = in.GetText();
   if (strBytes.size() % sizeof(char16_t) != 0) throw ProtocolError("a string has half a unit");
-  // A text of as many units makes the room; the units are then written over it.
+  // Allocates a string of that length, then overwrites its units.
   automation::String text(std::string(strBytes.size() / sizeof(char16_t), ' '));
   if (!strBytes.empty()) std::memcpy(text.Get(), strBytes.data(), strBytes.size());
   return text;
@@ -58,7 +58,7 @@ void StoreArray(Reader &in, AutomationArray **ppArray) {
   if (in.Get<std::uint8_t>() == 0) return;
   AutomationArray *pNew = GetArray(in);
   AutomationArray *pOld = *ppArray;
-  // A caller may have lent fixed memory: it is filled in place wherever the bounds allow.
+  // Filled in place if the bounds match: the caller may have passed fixed memory.
   const bool fInPlace =
       pOld && pNew && CountOf(pOld) == CountOf(pNew) && pOld->rgsabound[0].lLbound == pNew->rgsabound[0].lLbound;
   if (fInPlace) {

@@ -16,7 +16,7 @@ namespace tarvik::remote {
 using ProxyMaker = Ref<automation::IDispatch> (*)(std::shared_ptr<Connection> connection, ObjectId lngId);
 ProxyMaker MakerOfKind(std::uint8_t intKind);
 
-/// An object that the server knows and the contract does not: it can be counted and nothing else.
+/// Proxy of an object whose interface is not in the contract: it supports reference counting only.
 Ref<automation::IDispatch> MakeUnknownProxy(std::shared_ptr<Connection> connection, ObjectId lngId);
 
 template <class Interface>
@@ -26,7 +26,7 @@ class Proxy : public automation::Object<Interface> {
       : m_connection(std::move(connection)), m_lngId(lngId), m_intInterface(intInterface) {}
 
  protected:
-  /// An instrument's reference leaves at once; a block's rides with the next call.
+  /// The release of an instrument is sent at once, that of a block with the next call.
   ~Proxy() override { m_connection->Release(m_lngId, std::is_same_v<Interface, kolven::IInstrument>); }
 
   /// Sends the call and waits for its answer.
@@ -77,7 +77,7 @@ class Proxy : public automation::Object<Interface> {
   template <class... Args>
   static Status CheckAll(Args... args) {
     Status status = automation::StatusOk;
-    // The first argument that cannot travel decides.
+    // The first argument that cannot be marshalled decides.
     static_cast<void>(((status = Outgoing<Args>::Check(args), !automation::Failed(status)) && ...));
     return status;
   }

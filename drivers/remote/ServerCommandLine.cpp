@@ -16,7 +16,7 @@ namespace tarvik::remote {
 namespace {
 
 constexpr std::uint32_t LeastMessage = 64u * 1024u, MostMessage = 64u * 1024u * 1024u;
-// An idle client looks at its line every 5 seconds; it must not be taken for one that has vanished.
+// Must exceed the 5 seconds between keepalive pings of an idle client, which would otherwise be disconnected.
 constexpr int LeastKeepalive = 6, MostKeepalive = 3600;
 
 [[noreturn]] void Refuse(const std::string &strReason) { throw RunTimeError(ErrInvalidPropertyValue, strReason); }
@@ -34,7 +34,7 @@ void AddNames(std::set<std::string> &names, const std::string &strText) {
       names.insert(strName);
 }
 
-/// The options, each with what it does to the command line.
+/// The table of options.
 class Parser {
  public:
   explicit Parser(ServerCommandLine &line)
@@ -66,7 +66,7 @@ class Parser {
     Text("--log", "FILE", "log file to append to (default: standard error)", line.strLogFile);
   }
 
-  /// The help text if it was asked for.
+  /// Returns the help text if --help was given.
   std::string Parse(int argc, char **argv) {
     try {
       m_app.parse(argc, argv);
@@ -102,7 +102,7 @@ class Parser {
   void File(const char *strOption, const char *strText, std::string &place) {
     One(strOption, "FILE", strText, [&place](const std::string &strFile) { place = ReadFile(strFile); });
   }
-  /// Unit is that of the number.
+  /// Unit: the type that the number is converted to before the assignment.
   template <class Unit, class Place>
   void Number(const char *strOption, const char *strValue, const char *strText, Place &place, std::int64_t least,
               std::int64_t most) {

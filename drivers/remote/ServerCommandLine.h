@@ -11,10 +11,10 @@ struct ServerCommandLine {
   ServerOptions options;
   /// Empty: standard error.
   std::string strLogFile;
-  /// The help text where it was asked for; nothing is to be served then.
+  /// The help text if --help was given; the server is not to be started then.
   std::string strHelp;
 
-  /// Reads the arguments and the files that they name. RunTimeError for what the server cannot be started with.
+  /// Parses the arguments and reads the files they name. Throws RunTimeError on invalid arguments.
   static ServerCommandLine Of(int argc, char **argv);
 };
 

@@ -18,7 +18,7 @@ void ServerLog::Write(const std::string &strClient, const std::string &strText) 
   std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &utc);
   std::snprintf(time, sizeof time, "%s.%03dZ", date, lngMilliseconds);
   std::string strLine = strClient + ": " + strText;
-  // Names and texts may come from a client: none may begin a line of its own or work a terminal.
+  // Client-supplied text: control characters could forge log lines or send terminal escapes.
   std::ranges::replace_if(
       strLine, [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7F; }, '?');
   const std::lock_guard lock(m_mutex);

@@ -6,7 +6,7 @@
 
 namespace tarvik::remote {
 
-/// One line for each thing that happened: time in UTC, client, text. Characters that are none on paper come out as
+/// One line for each thing that happened: time in UTC, client, text. Control characters are written as
 /// question marks. Any thread may write.
 class ServerLog {
  public:

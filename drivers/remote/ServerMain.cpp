@@ -19,8 +19,7 @@ namespace {
 using namespace tarvik;
 using namespace tarvik::remote;
 
-/// What the transport reports as an error goes into the same log: a client whose certificate is not taken gets no
-/// further than the handshake, and nobody else would tell of it.
+/// Routes errors of gRPC into the log: a client that fails the TLS handshake appears nowhere else.
 class TransportReports {
  public:
   explicit TransportReports(ServerLog &log) {
@@ -42,12 +41,12 @@ class TransportReports {
 };
 
 int Run(int argc, char **argv) {
-  // Every thread is started with these blocked, so that the wait below is the only one to get them.
+  // Blocked before any thread starts, so that only the sigwait below receives them.
   sigset_t signals;
   sigemptyset(&signals);
   for (const int lngSignal : {SIGTERM, SIGINT}) sigaddset(&signals, lngSignal);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  // A log that nobody reads any more is no reason to let the clients down.
+  // A closed log pipe must not end the server.
   std::signal(SIGPIPE, SIG_IGN);
 
   const ServerCommandLine line = ServerCommandLine::Of(argc, argv);
@@ -62,8 +61,8 @@ int Run(int argc, char **argv) {
   }
   ServerLog log(logFile.is_open() ? static_cast<std::ostream &>(logFile) : std::cerr);
   const TransportReports reports(log);
-  // The transport's own end may wait ten seconds for a line on which nothing moves any more. With one use of it left
-  // over the process ends without.
+  // gRPC shutdown can block for ten seconds on a dead connection. An extra grpc_init keeps the library initialized, so
+  // that the process exits without the shutdown.
   grpc_init();
   const auto create = [](const std::string &strProgId) { return automation::CreateObject(strProgId, ""); };
   DriverServer server(line.options, create, log);
@@ -75,7 +74,7 @@ int Run(int argc, char **argv) {
   int lngSignal = 0;
   sigwait(&signals, &lngSignal);
   log.Write("server", "stopping");
-  // Whoever asks a second time does not want to wait for the calls at work.
+  // A second signal ends the process without waiting for calls in progress.
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   server.Stop();
   log.Write("server", "stopped");

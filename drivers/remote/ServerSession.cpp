@@ -51,7 +51,7 @@ Failure DriverFailure(Status status) {
   return failure;
 }
 
-/// The most of a client's own words that is kept for the log.
+/// Longest client-supplied text that is written to the log, bytes.
 constexpr std::size_t MaxShown = 80;
 
 std::string Shortened(std::string_view strText) {
@@ -90,7 +90,7 @@ std::string ServerSession::Handle(std::string_view strFrame) {
       }
       default: throw ProtocolError("a command is not known");
     }
-    // A client waits after each of these; more behind them would pile up answers that nobody reads.
+    // A client waits for each answer; pipelined calls would queue unread answers without bound.
     if (!in.AtEnd()) throw ProtocolError("a frame goes on behind a call");
     return strAnswer;
   } while (!in.AtEnd());
@@ -165,7 +165,7 @@ Outcome ServerSession::Run(Entry &entry, const Target &target, Reader &in, Failu
   } catch (const ProtocolError &) {
     throw;
   } catch (const std::exception &error) {
-    // A driver answers by status; one that throws all the same must not take the server with it.
+    // Drivers report failures by status; an exception from one must not end the server.
     outcome.status = automation::StatusUnexpected;
     failure = {false, outcome.status, error.what(), {}};
   }
@@ -178,11 +178,11 @@ void ServerSession::Watch(Entry &entry, const Target &target, Reader before, con
   const Places &places = ThePlaces();
   const bool fDone = !automation::Failed(outcome.status);
   if (target.intOperation == places.intOpen && fDone) {
-    // What Open fills is its one truth value.
+    // Open has one output: whether it succeeded.
     entry.fOpen = Reader(outcome.filled.Bytes()).Get<automation::VariantBool>() != 0;
     m_log((entry.fOpen ? "opened " : "could not open ") + entry.strName);
   } else if (target.intOperation == places.intClose) {
-    // Also a failing close was the client's own; a second one is not the server's to make.
+    // Counts as closed even if Close failed: the server does not repeat it.
     entry.fOpen = entry.fTransaction = false;
     m_log((fDone ? "closed " : "failed to close ") + entry.strName);
   } else if (target.intOperation == places.intTransaction) {
@@ -216,7 +216,7 @@ std::string ServerSession::NameOf(const Target &target, Reader arguments) {
   return key.vt == automation::VtString ? Shortened(text.Text()) : "instrument " + std::to_string(key.iVal);
 }
 
-/// What keeps a call or a fetch from being made at all.
+/// Why a call or fetch cannot be made; empty if it can.
 std::optional<Failure> ServerSession::Hindrance(const Entry &entry, const Target &target) const {
   if (!m_unreported.empty()) return m_objects.at(*m_unreported.begin()).failure;
   if (entry.fFailed) return entry.failure;
@@ -277,7 +277,7 @@ void ServerSession::Release(Reader &in) {
   const auto lngId = in.Get<ObjectId>();
   const auto found = m_objects.find(lngId);
   if (found == m_objects.end()) throw ProtocolError("an object is let go that is not there");
-  // Nobody could ever close it again.
+  // The client would have no way to close it.
   if (found->second.fOpen) CloseInstrument(found->second);
   m_unreported.erase(lngId);
   m_objects.erase(found);
@@ -317,7 +317,7 @@ void ServerSession::End() {
   for (auto &[lngId, entry] : m_objects)
     if (entry.fOpen) CloseInstrument(entry);
   m_unreported.clear();
-  // The latest first, so that a block goes before what it was fetched from.
+  // In reverse order of creation, so that a block is released before its parent.
   while (!m_objects.empty()) m_objects.erase(std::prev(m_objects.end()));
 }
 

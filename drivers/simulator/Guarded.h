@@ -39,7 +39,7 @@ automation::Status Guarded(bool fVerbose, Body &&body) {
   }
 }
 
-/// The caller has to say where a result goes.
+/// StatusPointer if an output argument is null.
 inline void RequirePlace(const void *pPlace) {
   if (!pPlace) throw CallFailure{automation::StatusPointer, "No place for the result"};
 }

@@ -119,7 +119,7 @@ Status InstrumentObject::SelfTest(Integer *pCode, kolven::AutomationString *pTex
     RequirePlace(pCode);
     RequirePlace(pText);
     const auto [intCode, strText] = m_session->Instrument().SelfTest();
-    // The text comes by reference: what the caller's place held is the caller's no more.
+    // An in-out string: the previous one is freed here.
     kolven::AutomationString bstrOld = *pText;
     *pText = automation::AllocString(strText);
     automation::FreeString(bstrOld);

@@ -15,8 +15,7 @@ using automation::VariantBool;
 
 inline VariantBool ToWord(bool fValue) { return Boolean(fValue).Word(); }
 
-/// Base of the objects below an instrument. Each is a thin view: the state is the instrument's, the rules are the
-/// model's, and an object outlives nothing but its own references.
+/// Base of the objects below an instrument. They are stateless views: state and rules are in the model.
 template <class Interface>
 class SessionObject : public automation::Object<Interface> {
  protected:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The layout of the automation world: status codes, class and interface identifiers, strings,
+/// Binary layout of automation: status codes, class and interface identifiers, strings,
 /// byte arrays, variants and the three basic interfaces. Where the platform has all of this natively its
 /// own declarations are used; elsewhere the declarations below give the same memory layout, so that a
 /// driver sees one contract everywhere.

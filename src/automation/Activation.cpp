@@ -38,15 +38,15 @@ using GetClassObject = Status(TARVIK_CALL *)(const Guid &rclsid, const Guid &rii
 
 fs::path OwnFolder() {
   Dl_info info{};
-  // Any address within this library tells its file.
+  // Any address within this library identifies its file.
   if (!dladdr(reinterpret_cast<const void *>(&ClassIdOf), &info) || !info.dli_fname) return {};
   std::error_code error;
   const fs::path path = fs::canonical(info.dli_fname, error);
   return error ? fs::path() : path.parent_path();
 }
 
-/// The manifests' folder in the prefix that this library was installed to, wherever the prefix has gone since; empty
-/// where the library stands in no installed tree.
+/// The manifest folder of the install prefix, derived from the library's own path because the prefix may have been
+/// moved. Empty if the library is not in an installed tree.
 fs::path ManifestFolderOfPrefix(const fs::path &own) {
   const fs::path libraries = fs::path(TARVIK_LIBRARY_FOLDER).lexically_normal();
   const auto parts = std::distance(libraries.begin(), libraries.end());
@@ -77,7 +77,7 @@ Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &str
     RaiseCannotCreate(strProgId, library.string() + " (named by " + manifest.string() + ") " + strReason);
   };
 
-  // A driver stays loaded: its objects and its state outlive every session.
+  // Never unloaded: objects and state of a driver outlive every session.
   void *handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) refuse(std::string("cannot be loaded: ") + dlerror());
   const auto getClassObject = reinterpret_cast<GetClassObject>(dlsym(handle, "DllGetClassObject"));
@@ -99,7 +99,7 @@ Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &str
   return object;
 }
 
-/// The manifest of this name, or what was tried for it.
+/// The manifest of this name; if there is none, strTried lists the files.
 fs::path FindManifest(const std::string &strName, std::string &strTried) {
   for (const fs::path &folder : ManifestFolders()) {
     const fs::path manifest = folder / (strName + ".driver");
@@ -118,7 +118,7 @@ Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
   return CreateFromLibrary(manifest, strProgId);
 }
 
-/// The library that reaches servers is found as drivers are, so that a machine without it still has its own.
+/// The remote library is found like a driver, so that a machine without it can still use local drivers.
 Ref<IUnknown> CreateThroughRemoteLibrary(const std::string &strProgId, const std::string &strServer) {
   std::string strTried;
   const fs::path manifest = FindManifest(RemoteManifest, strTried);

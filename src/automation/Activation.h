@@ -12,15 +12,15 @@
 
 namespace tarvik::automation {
 
-/// Makes one root object; an empty reference is an allowed answer. May raise RunTimeError.
+/// Creates the root object; a null reference is a valid result. May throw RunTimeError.
 using ClassMaker = std::function<Ref<IUnknown>()>;
 
-/// Registers a class within this process; it goes before any manifest. An empty maker takes the
-/// registration back.
+/// Registers a class within this process, with priority over manifests. An empty maker removes the
+/// registration.
 TARVIK_AUTOMATION_EXPORT void RegisterClass(const std::string &strProgId, ClassMaker maker);
 
-/// Makes an object by ProgID on the named server. How servers are reached is the activator's affair; without one it
-/// is the library named by the manifest "tarvik.remote.driver" that makes the object.
+/// Creates an object by ProgID on the named server. Without an activator the library named by the manifest
+/// "tarvik.remote.driver" creates it.
 using RemoteActivator = std::function<Ref<IUnknown>(const std::string &strProgId, const std::string &strServer)>;
 TARVIK_AUTOMATION_EXPORT void SetRemoteActivator(RemoteActivator activator);
 
@@ -35,7 +35,7 @@ TARVIK_AUTOMATION_EXPORT Ref<IUnknown> CreateObject(const std::string &strProgId
 TARVIK_AUTOMATION_EXPORT bool IsProgId(std::string_view strText);
 
 /// Folders in which manifests are looked for: the user's data folder, the system's data folders, the data folder of
-/// the prefix that this library is installed to, the folder of this library. All are whole paths: nothing is looked for
+/// the prefix that this library is installed to, the folder of this library. All are absolute: nothing is searched for
 /// relative to the current folder.
 TARVIK_AUTOMATION_EXPORT std::vector<std::filesystem::path> ManifestFolders();
 

@@ -27,7 +27,7 @@ std::u16string ToUtf16(std::string_view strText) {
     const std::size_t valid = std::min(utf8::find_invalid(strText), strText.size());
     utf8::unchecked::utf8to16(strText.begin(), strText.begin() + valid, std::back_inserter(strResult));
     if (valid == strText.size()) return strResult;
-    // One for each byte that belongs to no character.
+    // One for each byte that is not part of a character.
     strResult += Replacement;
     strText.remove_prefix(valid + 1);
   }

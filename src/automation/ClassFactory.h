@@ -6,7 +6,7 @@
 
 namespace tarvik::automation {
 
-/// Base of a class factory: counts its references and refuses what cannot be made. It is born with one reference.
+/// Base of a class factory: counts its references and refuses what cannot be made. Created with one reference.
 class ClassFactory : public IClassFactory {
  public:
   ClassFactory() = default;

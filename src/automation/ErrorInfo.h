@@ -10,7 +10,7 @@
 
 namespace tarvik::automation {
 
-/// What a driver tells about a failing status besides its number.
+/// Description of a failing status.
 struct ErrorInfo {
   std::string strDescription;
   std::string strSource;
@@ -27,14 +27,14 @@ TARVIK_AUTOMATION_EXPORT void SetErrorInfo(std::string_view strDescription, std:
 TARVIK_AUTOMATION_EXPORT void SetRunTimeErrorInfo(std::int32_t lngNumber, std::string_view strDescription,
                                                   std::string_view strSource = {});
 
-/// The description left for the last failing status; it is gone afterwards.
+/// Takes the description left for the last failing status.
 TARVIK_AUTOMATION_EXPORT std::optional<ErrorInfo> TakeErrorInfo();
 
 /// To be called right before a call whose status is going to be asked for its description: a description counts only
 /// for the call that left it.
 TARVIK_AUTOMATION_EXPORT void ForgetErrorInfo();
 
-/// The words left for this failing status, taken away, or else its number: "Automation error 80004005".
+/// Takes the description of this status; without one "Automation error 80004005" with its number.
 TARVIK_AUTOMATION_EXPORT std::string TakeDescription(Status status);
 
 /// For a driver: leaves the description and hands the status back, to be returned at once.
@@ -47,7 +47,7 @@ inline Status Fail(Status status, std::string_view strDescription, std::string_v
 /// when it left one.
 [[noreturn]] TARVIK_AUTOMATION_EXPORT void RaiseStatus(Status status);
 
-/// Passes a status that is no failure and raises one that is.
+/// Throws if the status is a failure.
 inline void Check(Status status) {
   if (Failed(status)) RaiseStatus(status);
 }

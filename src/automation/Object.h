@@ -9,7 +9,7 @@
 namespace tarvik::automation {
 
 /// Base of an object behind one dual interface: counts its references and answers "not implemented" to
-/// the four dispatch operations. It is born with one reference, which MakeObject hands to the caller.
+/// the four dispatch operations. The initial reference is handed to the caller by MakeObject.
 template <class Interface>
 class Object : public Interface {
  public:

@@ -25,7 +25,7 @@ bool IsLeftOut(const AutomationVariant &vArgument) {
   return vArgument.vt == VtError && vArgument.scode == StatusParamNotFound;
 }
 
-/// A caller that has no use for the difference asks for a method and a property at once.
+/// Late-bound callers may set the flags of method and property get at once.
 bool Serves(CallFlags eUse, std::uint16_t wFlags) {
   if (eUse == CallPropertyPut) return (wFlags & CallPropertyPut) != 0;
   return (wFlags & CallPropertyPut) == 0 && (wFlags & eUse) != 0;
@@ -149,7 +149,7 @@ Status DispatchObject::Invoke(std::int32_t dispIdMember, const Guid &riid, std::
     std::vector<Value> arrValues;
     const Status status = ReadArguments(*pDispParams, Member(number), arrValues, puArgErr);
     if (Failed(status)) return status;
-    // The caller may drop its last reference in an event of this very call.
+    // The caller may release its last reference in an event handler during this call.
     const auto self = Ref<IDispatch>::Share(this);
     RunChecked(number, *pDispParams, std::move(arrValues), pVarResult);
     return StatusOk;

@@ -5,8 +5,8 @@
 
 namespace tarvik {
 
-/// Makes automation faces of the instrument interface. Where no host is installed yet, the first of them installs one:
-/// that of the toolkit within a program of the toolkit, otherwise the one without any window.
+/// Creates InstrDispatch objects. If no host is installed yet, the first one installs it: QtHost in a program with a
+/// QApplication, otherwise ConsoleHost.
 class InstrClassFactory final : public automation::ClassFactory {
  public:
   automation::Status TARVIK_CALL LockServer(std::int32_t fLock) override;

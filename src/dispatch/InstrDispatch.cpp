@@ -13,7 +13,7 @@ using namespace automation;
 
 namespace {
 
-/// Members of the face itself.
+/// Members besides the operations.
 struct FaceMember {
   MemberShape shape;
   Value (*Run)(InstrDispatch &face, Arguments &arguments);
@@ -75,7 +75,7 @@ Long InstrDispatch::Advise(Ref<IDispatch> sink) {
 Boolean InstrDispatch::Unadvise(Long lngCookie) { return m_sinks.erase(lngCookie) > 0; }
 
 void InstrDispatch::Tell(InstrEvent eEvent, const std::string &strText) const {
-  // A sink may come or go while the others are being told.
+  // A sink may be added or removed during delivery.
   const auto sinks = m_sinks;
   for (const auto &[lngCookie, sink] : sinks) {
     AutomationVariant vText = ToVariant(strText);

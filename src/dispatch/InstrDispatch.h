@@ -11,8 +11,8 @@ namespace tarvik {
 /// Numbers under which a sink is told of the events, each with one text as argument.
 enum InstrEvent : std::int32_t { EventStatusMessage = 1, EventInstrWarnings = 2, EventInstrError = 3 };
 
-/// The instrument interface of this thread as an automation object. All objects of a thread are faces of the one
-/// interface and so of the one session. Besides the operations there are NewRecord, which makes the records that
+/// The instrument interface of this thread as an automation object. All objects of a thread share the one
+/// interface and its session. Besides the operations there are NewRecord, which makes the records that
 /// operations take, and Advise and Unadvise for sinks of the events.
 class InstrDispatch final : public DispatchObject {
  public:

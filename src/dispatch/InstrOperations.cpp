@@ -32,7 +32,7 @@ Value ChannelCount(Instr &instr, Arguments &) {
 }
 
 Value InstrumentCommand(Instr &instr, Arguments &args) {
-  // What is no command at all is the instrument interface's own affair.
+  // An unknown command is handled by the instrument interface.
   return instr.InstrumentCommands(static_cast<InstrCommands>(args.Get<Long>(0)), &args.Get<std::string>(1),
                                   args.Get<Integer>(2));
 }

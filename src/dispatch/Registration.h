@@ -10,7 +10,7 @@ inline constexpr const char *InstrProgId = "TarvikVI.clsInstrInterface";
 /// Writes the manifest that names this library into the user's manifest folder, where CreateObject finds it; a later
 /// one replaces an earlier one.
 automation::Status RegisterLibrary();
-/// Removes it; none there is as good.
+/// Removes it; not an error if there is none.
 automation::Status UnregisterLibrary();
 
 }  // namespace tarvik

@@ -31,9 +31,9 @@ using Value = std::variant<std::monostate, Boolean, Integer, Long, Double, std::
 struct Parameter {
   const char *strName;
   ValueKind eKind;
-  /// What stands for an argument that is left out; empty: it has to be there.
+  /// Default of an optional argument; empty: the argument is required.
   Value vDefault{};
-  /// The operation changes it; a caller who hands in a plain value does without the change.
+  /// In and out; a caller that passes it by value does not receive the change.
   bool fByRef = false;
   /// For an object: the record that it has to be; empty: any object.
   const char *strRecord = "";
@@ -47,12 +47,12 @@ automation::Status ReadVariant(const automation::AutomationVariant &vArgument, V
 
 /// Whether a changed value of this kind could be put back where a variant by reference points.
 bool CanWriteBack(const automation::AutomationVariant &vArgument, ValueKind eKind);
-/// Puts it back; a variant that refers to nothing is left alone.
+/// Writes it back; a variant that refers to nothing is left unchanged.
 void WriteBack(automation::AutomationVariant &vArgument, const Value &vValue);
 
 /// A new variant with the value; what it holds belongs to the receiver.
 automation::AutomationVariant ToVariant(const Value &vValue);
-/// Gives free what the variant owns and makes it empty.
+/// Releases what the variant owns and makes it empty.
 void ClearVariant(automation::AutomationVariant &vValue);
 
 }  // namespace tarvik

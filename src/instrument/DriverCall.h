@@ -1,8 +1,8 @@
 #pragma once
 
-/// The one way to call the driver. A failing status leaves as RunTimeError with the driver's own
-/// description; what the driver hands out is owned from the first moment. Nothing here allocates, except
-/// where a text or an array has to be made.
+/// Wrappers for driver calls. A failing status is thrown as RunTimeError with the driver's description,
+/// and returned references are owned immediately. Nothing here allocates, except for strings and
+/// arrays.
 
 #include <string>
 #include <type_traits>
@@ -31,7 +31,7 @@ decltype(auto) Outgoing(Argument &&argument) {
 
 }  // namespace drivercall
 
-/// Calls an operation. Error 91 when there is no object. What somebody left behind before is not its description.
+/// Calls an operation; error 91 for a null object. Error info left by an earlier call is cleared first.
 template <class Interface, class... Parameters, class... Arguments>
 void Call(const automation::Ref<Interface> &object,
           automation::Status (TARVIK_CALL Interface::*operation)(Parameters...), Arguments &&...arguments) {
@@ -50,7 +50,7 @@ void CallSelected(const automation::Ref<Interface> &object,
   Call(object, operation, &lngSelector, value);
 }
 
-/// Fetches an object; it may turn out empty.
+/// Fetches an object, which may be null.
 template <class Interface, class Child>
 automation::Ref<Child> Fetch(const automation::Ref<Interface> &object,
                              automation::Status (TARVIK_CALL Interface::*operation)(Child **)) {
@@ -69,7 +69,7 @@ automation::Ref<Child> Fetch(const automation::Ref<Interface> &object,
   return child;
 }
 
-/// The object by its special interface: error 13 when it has another kind; nothing stays nothing.
+/// Queries the special interface; error 13 if the object does not have it. Null stays null.
 template <class Special, class Generic>
 automation::Ref<Special> Narrowed(const automation::Ref<Generic> &object) {
   automation::Ref<Special> special = automation::Narrow<Special>(object);

@@ -15,7 +15,7 @@ Boolean clsInstrInterface::SetWithin(const char *strProc, Sending &&sending) {
         if (!clsInstrInterface::IsOnline(False)) return;
         clsInstrInterface::TransactionStart(False);
         std::forward<Sending>(sending)();
-        // A rejected combination of settings is shown by the finish itself and does not end the operation.
+        // TransactionFinish reports rejected settings itself; that does not fail the operation.
         clsInstrInterface::TransactionFinish(False);
         fResult = clsInstrInterface::CheckWarnings(False);
       },

@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char *AddressSection = "LastUsed";
 constexpr const char *AddressKey = "ServerURL";
-/// What the settings store answers as long as no address was ever stored.
+/// Default for an address that was never stored.
 constexpr const char *NoAddressStored = "Unknown";
 
 const bool g_fRegistered = [] {
@@ -53,7 +53,7 @@ Boolean clsInstrInterface::Connect() {
 
     SetHourglass(True);
     m_Root = nullptr;
-    // A creation that fails leaves from here with the hourglass up; one that yields nothing goes on.
+    // If the creation throws, the hourglass stays; a null result continues below.
     CreateDriver(strStored != NoAddressStored ? strStored : std::string());
     SetHourglass(False);
 
@@ -67,7 +67,7 @@ Boolean clsInstrInterface::Connect() {
       ShowStopMessage("Connection Failed!");
       return;
     }
-    // Where the first creation worked nothing was entered, and the empty address replaces the stored one.
+    // If the first creation succeeded, nothing was entered and the stored address is replaced by the empty one.
     if (strStored != strEntered) host.SaveSetting(AppTitle, AddressSection, AddressKey, strEntered);
     TellStatus(strEntered.empty() ? "Local Connection" : "Connected to " + strEntered);
     fResult = True;

@@ -22,19 +22,19 @@
 
 namespace tarvik {
 
-/// The only speaker to the instrument driver: connection, one session, transactions, polling of errors
-/// and warnings, and the transfer of each group of settings. Nothing that was read is kept; all settings
-/// live in the driver.
+/// The only client of the instrument driver: connection, one session, transactions, polling of errors
+/// and warnings, and transfer of each group of settings. Nothing that was read is cached; the driver
+/// owns all settings.
 ///
-/// An operation answers whether it ran to its end and lets no failure out: the user sees it in a stop
-/// box, the log takes it, the answer is false. Only LetErrorsEnabled, and a log that cannot be written,
-/// raise RunTimeError. A failing handler of an event ends there, with a box and a record of its own. Whenever the host
-/// has the word, in a box, a question or an event, nothing of the driver is held but root and instrument. What needs an
+/// An operation returns whether it ran to its end and throws no error: a failure is shown in a stop
+/// box and logged, and the result is false. Only LetErrorsEnabled, and a log that cannot be written,
+/// throw RunTimeError. A handler of an event that fails is reported separately. While the message loop runs, in a box,
+/// a question or an event handler, no driver object is held but root and instrument. What needs an
 /// open instrument asks IsOnline(False), whose box tells the user. Gets fill the caller's record as far as they come;
 /// fields that the instrument lacks stay as they were.
 ///
-/// Public operations are virtual for those who watch or replace them. Operations call one another past
-/// any override, so an override meets exactly the calls from outside.
+/// Public operations are virtual so that hosts can observe or replace them. Operations call one another
+/// non-virtually, so that an override sees exactly the calls from outside.
 class TARVIK_EXPORT clsInstrInterface : public InstrReference {
  public:
   clsInstrInterface();
@@ -124,7 +124,7 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   virtual void LetErrorsEnabled(Boolean fEnable);
 
   /// Runs a command that has no settings. Self test and options hand back their text where pstrT is given;
-  /// the number that a self test answers stays in here.
+  /// the self test's numeric result is not returned.
   virtual Boolean InstrumentCommands(InstrCommands eIC, std::string *pstrT = nullptr, Integer intT = 0);
   /// Reads or sets reference frequency (hertz) and source (PllReferenceSource) of the PLL; joins a running transaction.
   virtual Boolean PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet);
@@ -188,8 +188,8 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   viInfo m_ViBuffer;
 };
 
-/// gobjInstr as the class that it is, made on first use. Null only where somebody installed an instrument
-/// reference of another class.
+/// gobjInstr as clsInstrInterface, created on first use. Null only if an InstrReference of another class is
+/// installed.
 TARVIK_EXPORT std::shared_ptr<clsInstrInterface> InstrInterface();
 
 }  // namespace tarvik

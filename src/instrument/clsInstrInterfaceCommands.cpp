@@ -10,7 +10,7 @@ using namespace kolven;
 using automation::Ref;
 
 Boolean clsInstrInterface::InstrumentCommands(InstrCommands eIC, std::string *pstrT, Integer intT) {
-  // The pointer comes back whatever happened, after the user has answered the report.
+  // Reset in any case, and only after the user has answered the report.
   return Reported(
       "InstrumentCommands",
       [&](Boolean &fResult) {

@@ -102,7 +102,7 @@ void clsInstrInterface::ReadTriggering(udtModeInfo &ModeInfo) {
 
   const auto arm = [&] { return Fetch(trigger, &ITriggerSystem::GetArmSource); };
   ModeInfo.ArmingSource = Read(arm(), &IArmSource::GetSource);
-  // The driver tells a slope only where the PLL is not the source, and the PLL only as a frequency.
+  // The driver reports a slope only if the PLL is not the source, and the PLL only as a frequency.
   if (ModeInfo.ArmingSource == eArmPll) {
     ModeInfo.PllFormat = ePllFrequency;
     ModeInfo.PllPeriodOrFreq = Read(arm(), &IArmSource::GetPllFrequency);

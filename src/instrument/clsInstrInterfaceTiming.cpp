@@ -15,8 +15,8 @@ Ref<IChannelLevels> clsInstrInterface::Levels(Long lngChannel) const {
   return Narrowed<IChannelLevels>(Fetch(Channel(lngChannel), &IChannel::GetLevels));
 }
 
-// In what follows a block is fetched before the record's fields are read: a channel that the record does not
-// hold fails behind the fetch, as the driver's log shows it.
+// Blocks are fetched before the record's fields are read, so for a channel beyond the record's bounds the fetch
+// still reaches the driver.
 
 Boolean clsInstrInterface::SetTiming(const udtTimingInfo &TimingInfo) {
   return SetWithin("SetTiming", [&] {
@@ -81,7 +81,7 @@ void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
   TimingInfo.dblLeading[lngChannel] = ReadSelected(edges(), &IEdges::GetLeading);
   TimingInfo.dblTrailing[lngChannel] = ReadSelected(edges(), &IEdges::GetTrailing);
   TimingInfo.dblWidth[lngChannel] = Read(timing, &IChannelTiming::GetWidth);
-  // One for the instrument, so the last channel's answer stays.
+  // One value for the instrument; the last channel's is kept.
   TimingInfo.dblFrequency = Read(timing, &IChannelTiming::GetFrequency);
   const auto doublePulse = [&] { return Fetch(timing, &IChannelTiming::GetDoublePulse); };
   TimingInfo.fDoublePulse[lngChannel] = Read(doublePulse(), &IDoublePulse::GetEnabled);

@@ -25,12 +25,12 @@ Boolean clsInstrInterface::TransactionStart(Boolean fGlobalTrans) {
     if (fGlobalTrans) clsInstrInterface::TransactionCancel();
     if (m_TransActive) return False;
     if (!clsInstrInterface::IsOnline(False)) return False;
-    // A transaction that somebody left open is taken over.
+    // A transaction left open is taken over.
     if (!IsOpenAtDriver(m_Instr)) Call(m_Instr, &IInstrument::Transaction, TransactionBegin);
     fResult = True;
     m_TransActive = True;
     m_GlobalTrans = fGlobalTrans;
-    // A warning that still holds is shown again after this transaction.
+    // Warnings that persist are shown again after this transaction.
     m_LastWarning.clear();
   } catch (const RunTimeError &) {
     clsInstrInterface::TransactionCancel();

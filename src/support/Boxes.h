@@ -6,15 +6,15 @@
 
 namespace tarvik {
 
-// What the host offers while the event at work waits. The host's program runs meanwhile, and may hide or end the panel
-// from which the event came: EventEnded then leaves from here.
+// Each of these runs the host's message loop, so the host may hide or destroy the panel whose event is being handled.
+// In that case they throw EventEnded.
 
-/// A box, as Host::MsgBox. What the user did while the driver worked does not reach it.
+/// Host::MsgBox. Input that the user made during a driver call is discarded first, so that it cannot answer the box.
 BoxAnswer ShowBox(const std::string &strText, BoxIcon icon, BoxButtons buttons = BoxButtons::Ok,
                   const std::string &strTitle = AppTitle);
-/// A question for a text, as Host::InputBox.
+/// Host::InputBox, with the same rule.
 std::string AskForText(const std::string &strPrompt, const std::string &strTitle, const std::string &strDefault);
-/// Serves pending paint and input events once.
+/// Processes pending paint and input events once.
 void YieldToEvents();
 
 }  // namespace tarvik

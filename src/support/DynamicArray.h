@@ -8,7 +8,7 @@
 
 namespace tarvik {
 
-/// A dynamic array with a lower bound, as it crosses the driver's edge.
+/// A dynamic array with a lower bound, as it is passed to and from the driver.
 /// One dimension is the rule; an array without or with two dimensions can be
 /// handed in by a foreign host and fails at the first access with error 9.
 template <class T>

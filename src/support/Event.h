@@ -9,15 +9,15 @@
 
 namespace tarvik {
 
-/// A list of callbacks that is run synchronously. A handler may connect and
-/// disconnect while the event is being raised: who was disconnected is not
-/// called any more, who came in is called from the next raise on.
+/// A list of callbacks that is called synchronously. Handlers may connect and disconnect while the
+/// event is being raised: a disconnected handler is no longer called, a new one is called from the
+/// next raise on.
 template <class... Args>
 class Event {
  public:
   using Handler = std::function<void(Args...)>;
 
-  /// Ends the delivery to one handler when it goes out of scope.
+  /// Disconnects its handler when it goes out of scope.
   class Connection {
    public:
     Connection() = default;
@@ -48,7 +48,7 @@ class Event {
   /// Handler that lives as long as the event itself.
   void Connect(Handler handler) { Add(std::move(handler)); }
 
-  /// Handler whose life is that of the connection handed back.
+  /// Handler that lives as long as the returned connection.
   [[nodiscard]] Connection ConnectScoped(Handler handler) { return Connection(Add(std::move(handler))); }
 
   bool HasHandlers() const { return m_arrSlots != nullptr; }
@@ -58,11 +58,11 @@ class Event {
   }
   void operator()(Args... args) const { Raise(args...); }
 
-  /// The same with each call of a handler handed to `guard`, which decides what a handler's failure means to the
-  /// handlers behind it.
+  /// Calls each handler through `guard`, which decides whether the remaining handlers are called after one has
+  /// thrown.
   template <class Guard>
   void RaiseGuarded(Guard &&guard, Args... args) const {
-    // Held, since a handler may connect another one or end the life of the event itself.
+    // A handler may connect another one or destroy the event itself.
     const auto arrNow = m_arrSlots;
     if (!arrNow) return;
     for (const Slot &slot : *arrNow)

@@ -24,7 +24,7 @@ void ReportUnhandledError(const std::string &strControl, const std::string &strE
     Handler()(strControl, strEvent, error);
     return;
   }
-  // With the log gone as well there is nobody left to tell.
+  // If the log cannot be written either, there is no further place to report to.
   const auto log = [&] {
     IgnoreErrors([&] { WriteLogRecord(strControl, strEvent, error.Number(), error.Description()); });
   };

@@ -9,7 +9,7 @@
 
 namespace tarvik {
 
-/// Called with the control, the event and the failure that nobody handled.
+/// Called with the control, the event and the error that no procedure handled.
 using UnhandledErrorHandler =
     std::function<void(const std::string &strControl, const std::string &strEvent, const RunTimeError &error)>;
 
@@ -17,13 +17,13 @@ using UnhandledErrorHandler =
 /// control and event. Returns the one before. A null handler brings the default back.
 UnhandledErrorHandler SetUnhandledErrorHandler(UnhandledErrorHandler handler);
 
-/// Tells the handler in force of a failure that left an event.
+/// Passes an error that left an event handler to the current UnhandledErrorHandler.
 void ReportUnhandledError(const std::string &strControl, const std::string &strEvent, const RunTimeError &error);
 
 /// The place where a user's event enters the system, and where a run-time error that no procedure
 /// handled ends it: the state stays as the steps had left it and the program runs on. Events that
 /// the program raises itself do not pass here, so a failure in them reaches the step that raised them.
-/// An event that was ended while its box stood ends here in silence; its control may be gone by then.
+/// EventEnded stops here without a report; the control may have been destroyed by then.
 /// Returns whether the event ran to its end.
 template <class Procedure>
 bool RunUserEvent(const std::string &strControl, const std::string &strEvent, Procedure &&procedure,
@@ -43,7 +43,7 @@ bool RunUserEvent(const std::string &strControl, const std::string &strEvent, Pr
     return false;
   };
   const bool fDone = run();
-  // The event from which the program came here may have been ended with it.
+  // The enclosing event may have been ended as well.
   UserEvent::LeaveIfEnded();
   return fDone;
 }

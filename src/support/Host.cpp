@@ -36,7 +36,7 @@ void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
 
 #else
 
-/// One call of the system, so that the records of several programs stand one behind the other.
+/// A single write to a file opened for appending, so that records of several processes do not interleave.
 void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
   const int file = ::open(strPath.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
   if (file < 0) RaiseFileError(errno);

@@ -12,7 +12,7 @@ namespace tarvik {
 /// Title of the application: of its boxes and of its section of the settings store.
 inline constexpr const char *AppTitle = "TarvikVI";
 
-/// Critical is the stop sign of a failure inside the program; platforms show both alike.
+/// Critical marks a failure inside the program; platforms show it as Stop.
 enum class BoxIcon { Stop, Question, Exclamation, Information, Critical };
 enum class BoxButtons { Ok, YesNo };
 enum class BoxAnswer { Ok, Yes, No };
@@ -20,7 +20,7 @@ enum class BoxAnswer { Ok, Yes, No };
 inline constexpr Integer PointerDefault = 0;
 inline constexpr Integer PointerHourglass = 11;
 
-/// Everything the system asks of the machine around it. One host for each process;
+/// Platform services. One host for each process;
 /// texts are UTF-8, line breaks in texts of boxes are CR LF.
 class TARVIK_EXPORT Host {
  public:
@@ -34,7 +34,7 @@ class TARVIK_EXPORT Host {
                                const std::string &strDefault) = 0;
   virtual void Beep() = 0;
 
-  /// The screen's pointer: 0 default, 11 hourglass, others belong to somebody else.
+  /// The mouse pointer: 0 default, 11 hourglass; any other was set by the host application.
   virtual Integer MousePointer() const = 0;
   virtual void SetMousePointer(Integer intPointer) = 0;
 
@@ -53,11 +53,11 @@ class TARVIK_EXPORT Host {
   /// Appends the bytes to the file, which is created with its folder when it is
   /// missing. Raises 70, 75 or 76 when that cannot be done.
   virtual void AppendToFile(const std::string &strPath, std::string_view strBytes);
-  /// Serves pending paint and input events once.
+  /// Processes pending paint and input events once.
   virtual void DoEvents() = 0;
-  /// Brings to the screen what was written to the controls; called before each call of the driver. Serves no input.
+  /// Paints pending updates without processing input. Called before each driver call, which may block.
   virtual void Repaint() {}
-  /// Forgets clicks and keys that nobody was served yet.
+  /// Discards mouse and key events that are still queued.
   virtual void DropInput() {}
 };
 

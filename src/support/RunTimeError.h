@@ -27,8 +27,7 @@ enum RunTimeErrorNumber : std::int32_t {
   ErrNoSuchProperty = 438,
 };
 
-/// A failure on its way to the error path of some procedure. A failing driver
-/// status travels unchanged as the number.
+/// Run-time error. The number of a failing driver call is its status, unchanged.
 class TARVIK_EXPORT RunTimeError : public std::exception {
  public:
   RunTimeError(std::int32_t lngNumber, std::string strDescription, std::string strSource = {})
@@ -51,9 +50,8 @@ TARVIK_EXPORT const char *StandardDescription(std::int32_t lngNumber);
 /// Throws the RunTimeError of this number with its standard description.
 [[noreturn]] TARVIK_EXPORT void RaiseError(std::int32_t lngNumber);
 
-/// Runs one statement and drops the RunTimeError that leaves it. For statements
-/// whose failure is meant to be passed over; anything but a RunTimeError is a
-/// programming fault and goes on.
+/// Runs one statement and ignores a RunTimeError that it throws. Other exceptions are
+/// programming errors and propagate.
 template <class Statement>
 void IgnoreErrors(Statement &&statement) {
   try {

@@ -21,7 +21,7 @@ namespace tarvik {
 
 namespace fs = std::filesystem;
 
-/// A line as it stands, and the setting that it is, if it is one.
+/// A line of the file, with section, key and value if it is a setting.
 struct SettingsFile::Line {
   std::string strText;
   std::string strSection;
@@ -53,7 +53,7 @@ int ProcessNumber() { return _getpid(); }
 
 #else
 
-/// Two programs that save at the same time do so one after the other, or one would undo what the other stored.
+/// Lock against lost updates: without it, a process that saves concurrently would overwrite a setting just stored.
 class Locked {
  public:
   explicit Locked(const fs::path &folder) : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
@@ -124,7 +124,7 @@ std::vector<SettingsFile::Line> SettingsFile::Read() const {
     if (!strText.empty() && strText.back() == '\r') strText.pop_back();
     arrLines.push_back(Understood(strText, strSection, arrLines.size() + 1));
   }
-  // What stands behind the last line break is no line.
+  // Nothing follows the last line break.
   if (arrLines.back().strText.empty()) arrLines.pop_back();
   return arrLines;
 }
@@ -162,7 +162,7 @@ void SettingsFile::Save(const std::string &strSection, const std::string &strKey
 
 void SettingsFile::Write(const std::vector<Line> &arrLines) const {
   std::error_code error;
-  // A file that is a link to another place stays one.
+  // A symbolic link is followed, not replaced.
   const fs::path target = fs::exists(m_path, error) ? fs::canonical(m_path, error) : m_path;
   const fs::path fresh = target.string() + "." + std::to_string(ProcessNumber());
   std::ofstream file(fresh, std::ios::binary | std::ios::trunc);

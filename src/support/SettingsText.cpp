@@ -35,7 +35,7 @@ std::uint32_t TakeHex(std::string_view strText, std::size_t &pos) {
   return value;
 }
 
-/// What stands behind a backslash; false for nothing.
+/// Decodes the escape behind a backslash; false at the end of the text.
 bool TakeEscape(std::string_view strText, std::size_t &pos, std::string &strResult) {
   if (pos == strText.size()) return false;
   const char ch = strText[pos++];

@@ -8,11 +8,11 @@
 
 namespace tarvik {
 
-/// 16-bit truth value of the automation world: 0 is false, -1 is true.
+/// 16-bit automation truth value: 0 is false, -1 is true.
 class Boolean {
  public:
   constexpr Boolean() = default;
-  /// From a bool and nothing else: a pointer or a number is no truth value by accident.
+  /// From bool only, so that pointers and numbers do not convert implicitly.
   template <std::same_as<bool> Bool>
   constexpr Boolean(Bool fValue) : m_intValue(fValue ? std::int16_t{-1} : std::int16_t{0}) {}
 

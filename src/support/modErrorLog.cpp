@@ -13,8 +13,8 @@ namespace tarvik {
 
 namespace {
 
-/// A dead driver fails at the question of each report about it. From this depth on a report
-/// asks nothing any more, so that the reports come to an end.
+/// Asking a dead driver for the verbose flag fails and is reported in turn. This limits the
+/// recursion: deeper reports use the short form without asking.
 constexpr int MaxAskingReports = 3;
 
 thread_local int g_intReportDepth = 0;

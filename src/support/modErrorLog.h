@@ -6,14 +6,14 @@
 
 namespace tarvik {
 
-/// Reports a run-time failure: a stop box, and when it was answered one record in the log
-/// file. The box names module and procedure when the driver's verbose form is on; asking for
-/// that can fail and report in its turn, which is allowed three reports deep. A log that
-/// cannot be written leaves as RunTimeError.
+/// Reports a run-time failure: a stop box, and after it is answered one record in the log
+/// file. The box names module and procedure if the driver's verbose flag is set; asking for
+/// the flag can fail and report in turn, at most three levels deep. Throws RunTimeError if
+/// the log cannot be written.
 void LogError(const std::string &strModule, const std::string &strProc, Long lngErrNum,
               const std::string &strDescription);
 
-/// Appends one record to the log file without any box.
+/// Appends one record to the log file.
 void WriteLogRecord(const std::string &strModule, const std::string &strProc, Long lngErrNum,
                     const std::string &strDescription);
 

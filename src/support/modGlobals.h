@@ -51,16 +51,16 @@ class TARVIK_EXPORT InstrReference {
   virtual Boolean CalcPRBS(Long lngStartAddr, Long lngLastAddr, Long lngBase, ByteArray &arr) = 0;
 };
 
-/// The one instrument interface of this thread; empty until somebody used it.
+/// The instrument interface of this thread; empty until its first use.
 std::shared_ptr<InstrReference> &gobjInstr();
 
 /// The panel shown last on this thread; null when there is none, so test it before use.
 PanelReference *&gobjPanel();
 
-/// How the instrument interface is made on its first use. The class itself registers this.
+/// Sets how the instrument interface is created on its first use; clsInstrInterface registers itself.
 void SetInstrFactory(std::function<std::shared_ptr<InstrReference>()> factory);
 
-/// gobjInstr, made when it is not there. Null only where no class is linked that could be made.
+/// gobjInstr, created if necessary. Null only if no factory is registered.
 InstrReference *InstrOnFirstUse();
 
 }  // namespace tarvik

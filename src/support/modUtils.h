@@ -8,8 +8,8 @@
 
 namespace tarvik {
 
-/// The busy pointer. Only the default pointer turns into the hourglass and only the hourglass
-/// back; a pointer that somebody else set survives. Calls are not counted.
+/// Sets or resets the busy pointer. Only the default pointer becomes the hourglass and only the
+/// hourglass is reset; a pointer set by the host stays. Calls do not nest.
 void SetHourglass(Boolean fOn);
 
 /// Selects the first button whose Tag holds the text, and tells whether there was one. "1" is
@@ -21,7 +21,7 @@ Boolean SetOptionButtonToTag(Buttons &&objButtons, const std::string &strTag) {
   RunReported("modUtils", "SetOptionButtonToTag", [&] {
     for (OptionButtonControl *button : objButtons) {
       const std::string &strButtonTag = button->Tag();
-      // An empty tag holds no text at all, not even the empty one.
+      // An empty tag matches no text, not even the empty one.
       if (strButtonTag.empty() || strButtonTag.find(strTag) == std::string::npos) continue;
       button->SetValue(True);
       fFound = True;

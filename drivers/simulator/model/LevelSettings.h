@@ -11,15 +11,15 @@ namespace tarvik::simulator {
 ///
 /// Two numbers describe the levels, in one of two formats:
 ///
-///     format 1:  first = high level               second = low level
-///     format 0:  first = offset (high + low) / 2  second = amplitude high - low
+///     eLevelHighLow:          first = high level               second = low level
+///     eLevelOffsetAmplitude:  first = offset (high + low) / 2  second = amplitude high - low
 ///
-/// The order of format 0 is the panel's: its first field is captioned "Offset" and its second "Amplitude", and it
+/// The order of the latter is the panel's: its first field is captioned "Offset" and its second "Amplitude", and it
 /// sends and shows them in this order without a swap. The names of the contract's arguments (amplOrHigh,
 /// offsetOrLow) suggest the opposite order; an instrument that followed the names would show the amplitude under
 /// "Offset". The instrument keeps high and low, so that every format tells the same levels.
 struct ChannelLevels {
-  Long lngType = eTypeVoltage;  ///< unit of both levels: 0 volts, 1 amperes
+  Long lngType = eTypeVoltage;  ///< unit of both levels
   Double dblHigh = 2.5;
   Double dblLow = 0;
   Double dblLoadCompensation = 50;  ///< ohms

@@ -5,7 +5,7 @@
 
 namespace tarvik::simulator {
 
-/// How the generator runs, and from what. Values as instrument/Vocabulary.h lists them.
+/// Trigger mode, pulse mode and their sources, with the values of instrument/Vocabulary.h.
 struct ModeSettings {
   Long lngTriggerMode = eTriggerContinuous;
   Long lngPulseMode = ePulseStream;

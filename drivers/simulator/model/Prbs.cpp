@@ -51,7 +51,7 @@ void FillPrbs(std::span<Byte> bytes, Long lngStart, Long lngLast, Long lngBase) 
   CheckPrbs(bytes.size(), lngStart, lngLast, lngBase);
   const std::uint32_t lngTaps = Taps[static_cast<std::size_t>(lngBase - SmallestBase)];
   const std::uint32_t lngAllOnes = (1u << lngBase) - 1;
-  std::uint32_t lngState = lngAllOnes;  // the all-zero state would never leave itself
+  std::uint32_t lngState = lngAllOnes;  // the all-zero state is a fixed point
   for (Long lngAddress = lngStart; lngAddress <= lngLast; ++lngAddress) {
     const bool fBit = (lngState >> (lngBase - 1)) & 1;
     const Byte byMask = static_cast<Byte>(0x80 >> ((lngAddress - 1) % 8));

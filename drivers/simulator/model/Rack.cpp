@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Nobody writes so long a rack by hand; a device or a wrong file ends here.
+/// Upper bound in bytes, against devices and wrong files.
 constexpr std::streamsize LargestFile = 1 << 20;
 
 std::string ReadWhole(const fs::path &path) {

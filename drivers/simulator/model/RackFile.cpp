@@ -11,12 +11,12 @@ namespace tarvik::simulator {
 
 namespace {
 
-/// Rows of the panel are counted by a 16-bit number; this is far below it and far above a real rack.
+/// The panel counts rows by 16-bit numbers; this is well below that and well above a real rack.
 constexpr std::size_t MostInstruments = 256;
 constexpr std::size_t MostEntries = 32;
 constexpr Long LongestDelay = 60000;
 
-/// What a value can be faulted for; the reader adds file and line.
+/// A syntax error; the reader adds file and line.
 struct Fault {
   std::string strReason;
 };
@@ -128,7 +128,7 @@ const Key Keys[] = {
     {"warning", [](D &d, V v) { AddEntry(d.arrWarnings, EntryOf(v, -32768, 32767)); }, true},
 };
 
-/// Reads line after line; keeps the instrument in hand.
+/// Line-by-line parser.
 class Reader {
  public:
   void TakeLine(std::string_view strLine) {

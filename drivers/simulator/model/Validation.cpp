@@ -10,9 +10,9 @@ namespace {
 
 constexpr Long WarningNearPeriod = 101, WarningSlowEdge = 102, WarningHighLoad = 103;
 
-/// From this part of the period on the output stage has hardly time to recover.
+/// Fraction of the period above which the output stage has too little time to recover.
 constexpr Double NearPeriod = 0.95;
-/// Above this load the set levels and what an open output really shows drift apart, ohms.
+/// Load, ohms, above which the actual levels of an open output differ from those set.
 constexpr Double HighLoad = 10000;
 
 std::string OfChannel(const char *strWhat, Long lngChannel) {
