@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <functional>
 
-/// Ends the program, without any farewell, with the first painted frame for which the condition holds.
+/// Exits the process, without running destructors, at the first painted frame for which the condition holds.
 class FirstFrame : public QObject {
  public:
   FirstFrame(QWidget &window, std::function<bool()> isReady) : m_isReady(std::move(isReady)) {

@@ -17,7 +17,7 @@ namespace {
 
 using namespace tarvik;
 
-/// A host that has nobody in front of it.
+/// A host without a user.
 class NobodyHost : public Host {
  public:
   BoxAnswer MsgBox(const std::string &strText, BoxIcon, BoxButtons buttons, const std::string &) override {
@@ -59,7 +59,7 @@ class Session {
     list->DblClick.Raise();
     list->Add("InstrNum1", "One")->SetSelected(True);
     list->DblClick.Raise();
-    // Painting is no part of a transfer.
+    // Painting is not measured.
     m_panel.setUpdatesEnabled(false);
   }
   Session(const Session &) = delete;
@@ -77,7 +77,7 @@ class Session {
   NobodyHost m_host;
   bench::NothingDriver m_driver;
   TarvikGUI m_panel;
-  // The button's own look while it is down is no part of a transfer either.
+  // Raised directly: painting the pressed button is no part of a transfer.
   CommandButton *m_upload = m_panel.findChild<CommandButton *>(QStringLiteral("cmdUpload"));
   CommandButton *m_download = m_panel.findChild<CommandButton *>(QStringLiteral("cmdDownload"));
 };
@@ -153,7 +153,7 @@ void Register(const char *strName, void (*step)()) {
       ->MinTime(ShortTime);
 }
 
-/// Says that both sides ask the same of the driver; a ratio of anything else would mean nothing.
+/// Both sides must make the same number of driver calls; otherwise the comparison is meaningless.
 bool CallsAgree(const char *strTransfer, void (*bare)(), void (*panel)()) {
   const auto calls = [](void (*step)()) {
     const long lngBefore = TheSession().DriverCalls();
@@ -182,6 +182,6 @@ int main(int argc, char **argv) {
   const int intResult = bench::RunWithBounds(
       argc, argv, {{"UploadPanel", "UploadBare", 1, PanelsShare}, {"DownloadPanel", "DownloadBare", 1, PanelsShare}});
   std::fflush(stdout);
-  // The panel's own end has nothing to be measured any more.
+  // Skips destructors: the panel's teardown is not measured.
   std::_Exit(intResult);
 }

@@ -40,7 +40,7 @@ double Measure(const char *strPlatform) {
   std::vector<double> arrWindow, arrWord, arrPanel, arrListed;
   Run(START_PANEL);
   Run(START_WINDOW);
-  // In turn, so that a busy machine disturbs all alike.
+  // Interleaved, so that load on the machine hits all alike.
   for (int i = 0; i < Runs; ++i) {
     arrWindow.push_back(Run(START_WINDOW));
     arrWord.push_back(Run(START_WINDOW, "Word"));

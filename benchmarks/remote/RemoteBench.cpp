@@ -30,7 +30,7 @@ using namespace tarvik::remote;
 using namespace tarvik::kolven;
 using Clock = std::chrono::steady_clock;
 
-/// Sends each frame back as it came: the least that a stream can do.
+/// Echoes each frame: the floor of what a stream costs.
 class Echo final : public DriverSession::Service {
   grpc::Status Connect(grpc::ServerContext *, grpc::ServerReaderWriter<ServerFrame, ClientFrame> *pStream) override {
     ClientFrame in;
@@ -62,7 +62,7 @@ automation::Ref<IInstrument> FirstInstrument(const automation::Ref<IDriverRoot> 
       Fetch(Fetch(root, &IDriverRoot::GetInstruments), &IInstrumentList::GetItem, key));
 }
 
-/// The other end of Echo, in the cheapest way that the transport offers: the caller's thread turns the queue.
+/// Client of Echo. Cheapest use of gRPC: the calling thread polls the completion queue itself.
 class PingPong {
  public:
   explicit PingPong(const std::string &strPort)
@@ -105,7 +105,7 @@ class PingPong {
   const std::unique_ptr<grpc::ClientAsyncReaderWriter<ClientFrame, ServerFrame>> m_stream;
 };
 
-/// A server in a process of its own, as servers are; its first line of output is its port.
+/// A server process. Its first line of output is its port.
 class ServerChild {
  public:
   explicit ServerChild(const char *strKind) {
@@ -173,7 +173,7 @@ bool CompareWithPingPong() {
   constexpr int Turns = 9, Rounds = 2000;
   std::vector<double> arrRatios;
   for (int turn = 0; turn < Turns; ++turn) {
-    // One after the other, so that a busy machine meets both alike.
+    // Alternating, so that load on the machine hits both alike.
     std::vector<double> arrPings, arrCalls;
     for (int i = 0; i < Rounds; ++i) {
       arrPings.push_back(Microseconds(ping));

@@ -10,7 +10,7 @@ namespace tarvik::bench {
 
 namespace {
 
-/// Prints as usual and keeps the shortest time of each benchmark: what disturbs a run only makes it longer.
+/// Keeps the minimum time of each benchmark: noise only adds.
 class KeepingReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run> &arrRuns) override {
@@ -29,7 +29,7 @@ class KeepingReporter : public benchmark::ConsoleReporter {
 }  // namespace
 
 int RunWithBounds(int &argc, char **argv, const std::vector<Bound> &arrBounds) {
-  // Repetitions in turn: what disturbs the machine for a while disturbs all of them alike.
+  // Interleaved repetitions: load on the machine hits all benchmarks alike.
   static char strInterleaved[] = "--benchmark_enable_random_interleaving=true";
   std::vector<char *> arrArguments(argv, argv + argc);
   arrArguments.insert(arrArguments.begin() + 1, strInterleaved);

@@ -24,7 +24,7 @@ struct InstrumentKey {
   bool operator==(const InstrumentKey &) const = default;
 };
 
-/// The value of an argument. 16-bit numbers and enumerations are Long here.
+/// The value of an argument. 16-bit numbers are Long here.
 using Value = std::variant<Long, Double, bool, std::string, std::vector<Byte>, InstrumentKey>;
 
 /// An argument as the contract declares it.
@@ -80,9 +80,6 @@ union RawArgument {
   explicit RawArgument(Double dblValue) : dblNumber(dblValue) {}
   explicit RawArgument(automation::VariantBool intValue) : intNumber(intValue) {}
   explicit RawArgument(const automation::AutomationVariant &value) : variant(&value) {}
-  template <class T>
-  requires std::is_enum_v<T>
-  explicit RawArgument(T value) : lngNumber(static_cast<Long>(value)) {}
   template <class T>
   explicit RawArgument(T *address) : place(address) {}
 

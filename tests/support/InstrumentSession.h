@@ -10,7 +10,7 @@
 
 namespace tarvik::test {
 
-/// The instrument class with a view on its transaction flags.
+/// Exposes the transaction flags.
 class ObservedInstr : public clsInstrInterface {
  public:
   using clsInstrInterface::GlobalTrans;
@@ -25,8 +25,8 @@ class InstrumentSession {
   InstrumentSession &operator=(const InstrumentSession &) = delete;
   ~InstrumentSession() { gobjInstr().reset(); }
 
-  /// A fresh world with the instrument "Alpha" of this configuration; neither connected nor open.
-  void Renew(const Json &config = Json::object()) {
+  /// Resets everything; the driver knows "Alpha" in this configuration, not connected and not open.
+  void Renew(const StandInConfig &config = {}) {
     gobjInstr().reset();
     host.Reset();
     driver.Reset();
@@ -41,8 +41,8 @@ class InstrumentSession {
     instr->InstrWarnings.Connect(keep("InstrWarnings"));
     Forget();
   }
-  /// A fresh world with the session open.
-  void Open(const Json &config = Json::object()) {
+  /// The same with the session open.
+  void Open(const StandInConfig &config = {}) {
     Renew(config);
     instr->Connect();
     instr->OpenInstrument("Alpha");

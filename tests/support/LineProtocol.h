@@ -7,6 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "ValueText.h"
+
 namespace tarvik::test {
 
 using Json = nlohmann::json;
@@ -25,12 +27,5 @@ std::vector<Token> Tokens(std::string_view strLine);
 /// Answers each line of standard input with one line of JSON, flushed at once, until the input ends. Empty
 /// lines and lines that begin with # get no answer; an exception of the command becomes a "protocol_error".
 int ServeLines(const std::function<Json(const std::string &strLine)> &answer);
-
-/// Lower-case hexadecimal digits of the bytes, and back. An odd or wrong text raises std::invalid_argument.
-std::string ToHex(const std::vector<unsigned char> &arrBytes);
-std::vector<unsigned char> FromHex(std::string_view strHex);
-
-/// The number without loss, in the form "%.17g".
-std::string ToText17(double dblValue);
 
 }  // namespace tarvik::test

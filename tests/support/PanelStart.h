@@ -5,10 +5,10 @@
 
 namespace tarvik::test {
 
-/// Lets panels that were shown start, which they do behind their first frame.
+/// Lets shown panels start, which happens after their first frame.
 inline void LetPanelsStart() {
   QCoreApplication::processEvents();     // the frame
-  QCoreApplication::sendPostedEvents();  // what waited for it
+  QCoreApplication::sendPostedEvents();  // the start, which waits for it
 }
 
 /// Shows a panel as its host does and lets it start.

@@ -34,18 +34,18 @@ const char *ButtonsName(BoxButtons buttons);
 /// "save section/key=value", "log: record".
 std::string ToLine(const HostEntry &entry);
 
-/// A failure that comes a number of times; a count of 0 never ends.
+/// A failure that occurs `intCount` times; 0 means every time.
 struct ScriptedFailure {
   Long lngNumber = 0;
   std::string strDescription;
   int intCount = 1;
 };
 
-/// A host without screen, files and clock. It writes down what it is asked for, in order, and answers as
-/// it was told: boxes by the queue, else OK or Yes; prompts by the queue, else cancelled.
+/// A host without screen, files or clock. Records every request in order. Boxes and prompts take their answers from
+/// queues; when those are empty, boxes get OK or Yes and prompts are cancelled.
 class RecordingHost : public Host {
  public:
-  /// Installs itself; the host before comes back at the end.
+  /// Installs itself; the destructor restores the previous host.
   RecordingHost();
   RecordingHost(const RecordingHost &) = delete;
   RecordingHost &operator=(const RecordingHost &) = delete;

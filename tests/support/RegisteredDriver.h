@@ -13,10 +13,15 @@ class RegisteredDriver {
   /// Makes a root for this machine, where the server is empty, or for the named server. It may hand back nothing.
   using Maker = std::function<automation::Ref<automation::IUnknown>(const std::string &strServer)>;
 
-  explicit RegisteredDriver(Maker maker);
+  enum Where { Here = 1, OnServers = 2, Everywhere = Here | OnServers };
+
+  explicit RegisteredDriver(Maker maker, Where eWhere = Everywhere);
   RegisteredDriver(const RegisteredDriver &) = delete;
   RegisteredDriver &operator=(const RegisteredDriver &) = delete;
   ~RegisteredDriver();
+
+ private:
+  const Where m_eWhere;
 };
 
 }  // namespace tarvik::test

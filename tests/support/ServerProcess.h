@@ -10,10 +10,10 @@
 
 namespace tarvik::remote {
 
-/// Asks until the answer is yes; false when the time is over.
+/// Polls until the condition holds; false on timeout.
 bool WaitUntil(const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(10));
 
-/// A program run as a process of its own, whose first line of output is awaited.
+/// A child process. The constructor waits for its first line of output.
 class ChildProcess {
  public:
   /// Entries of the environment are NAME=VALUE and come before those of this process.

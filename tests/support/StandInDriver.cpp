@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "StandInEffects.h"
+#include "ValueText.h"
 #include "automation/ErrorInfo.h"
 #include "support/RunTimeError.h"
 
@@ -16,7 +17,7 @@ namespace {
 std::string Word(Long lngValue) { return std::to_string(lngValue); }
 std::string Word(Double dblValue) { return ToText17(dblValue); }
 std::string Word(bool fValue) { return fValue ? "True" : "False"; }
-std::string Word(const std::string &strText) { return Json(strText).dump(); }
+std::string Word(const std::string &strText) { return Quoted(strText); }
 std::string Word(const std::vector<Byte> &arrBytes) { return "<" + ToHex(arrBytes) + ">"; }
 std::string Word(const InstrumentKey &key) {
   switch (key.intType) {
@@ -54,7 +55,7 @@ std::string PathOf(const HookedPlace &place) {
   return "{" + strPath + "}";
 }
 
-std::shared_ptr<StandInState> MakeState(const std::string &strName, const Json &config) {
+std::shared_ptr<StandInState> MakeState(const std::string &strName, const StandInConfig &config) {
   auto state = std::make_shared<StandInState>(strName);
   state->Configure(config);
   return state;
@@ -79,15 +80,15 @@ void StandInDriver::Reset() {
 
 std::vector<std::string> StandInDriver::TakeTrace() { return std::exchange(arrTrace, {}); }
 
-void StandInDriver::Add(const std::string &strName, const Json &config) {
+void StandInDriver::Add(const std::string &strName, const StandInConfig &config) {
   m_arrInstruments.push_back(MakeState(strName, config));
 }
 
-void StandInDriver::AddPending(const std::string &strName, const Json &config) {
+void StandInDriver::AddPending(const std::string &strName, const StandInConfig &config) {
   m_arrPending.push_back(MakeState(strName, config));
 }
 
-void StandInDriver::Configure(const std::string &strName, const Json &config) {
+void StandInDriver::Configure(const std::string &strName, const StandInConfig &config) {
   if (const auto state = Find(strName)) state->Configure(config);
 }
 

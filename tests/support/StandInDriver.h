@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "HookedDriver.h"
-#include "LineProtocol.h"
 #include "RegisteredDriver.h"
 #include "StandInState.h"
 #include "instrument/KolvenDriver.h"
@@ -43,10 +42,10 @@ class StandInDriver : private DriverHook {
   std::vector<std::string> arrTrace;
   std::vector<std::string> TakeTrace();
 
-  void Add(const std::string &strName, const Json &config = Json::object());
-  void AddPending(const std::string &strName, const Json &config);
+  void Add(const std::string &strName, const StandInConfig &config = {});
+  void AddPending(const std::string &strName, const StandInConfig &config);
   /// Keys that are not named stay as they are.
-  void Configure(const std::string &strName, const Json &config);
+  void Configure(const std::string &strName, const StandInConfig &config);
   void Remove(const std::string &strName);
 
   /// The next creation works, yields nothing, or fails.

@@ -104,7 +104,7 @@ void AddTrigger(Effects &effects) {
     at.Settings().lngReferenceSource = at.call.In<Long>(1);
   };
   const auto outLevel = [](const StandInWork &at) -> Long & {
-    return at.call.In<Long>(0) == 1 ? at.Settings().lngTriggerOut : at.Settings().lngStrobeOut;
+    return at.call.In<Long>(0) == eOutTrigger ? at.Settings().lngTriggerOut : at.Settings().lngStrobeOut;
   };
   effects["IAuxOutputs.GetOutLevel"] = [=](const StandInWork &at) { at.call.Fill(outLevel(at)); };
   effects["IAuxOutputs.SetOutLevel"] = [=](const StandInWork &at) { outLevel(at) = at.call.In<Long>(1); };
@@ -142,7 +142,7 @@ StandInEffect Mode(TriggerMode eTrigger, PulseMode ePulses) {
       take(settings.lngArmSlope);
     }
     if (eTrigger != eTriggerTriggered || ePulses == ePulseStream) return;
-    const bool fFrequency = at.call.In<Long>(next) == 1;
+    const bool fFrequency = at.call.In<Long>(next) == ePllFrequency;
     const auto dblPll = at.call.In<Double>(next + 1);
     const Double dblFromPeriod = dblPll == 0 ? 0 : 1 / dblPll;
     settings.dblPllFrequency = fFrequency ? dblPll : dblFromPeriod;

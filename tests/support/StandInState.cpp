@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "ValueText.h"
 #include "instrument/viInfo.h"
 
 namespace tarvik::test {
@@ -44,27 +45,40 @@ void StandInState::Abort() {
   copy.reset();
 }
 
-void StandInState::Configure(const Json &config) {
-  const auto take = [&](const char *strKey, auto &&assign) {
-    if (const auto found = config.find(strKey); found != config.end()) assign(*found);
+void StandInState::Configure(const StandInConfig &config) {
+  const auto take = [&](const char *strKey, const auto &assign) {
+    if (const auto found = config.find(strKey); found != config.end()) assign(found->second);
   };
-  take("channels", [&](const Json &value) { lngChannels = value; });
-  take("mask", [&](const Json &value) { lngMask = static_cast<Long>(value.get<std::int64_t>()); });
-  take("identity", [&](const Json &value) { strIdentity = value; });
-  take("options", [&](const Json &value) { strOptions = value; });
-  take("vi", [&](const Json &value) {
-    arrVi = FromHex(value.get<std::string>());
+  const auto number = [&](const char *strKey, auto &field) {
+    take(strKey, [&](const StandInValue &value) {
+      field = static_cast<std::remove_cvref_t<decltype(field)>>(std::get<std::int64_t>(value));
+    });
+  };
+  const auto flag = [&](const char *strKey, auto &fField) {
+    take(strKey, [&](const StandInValue &value) { fField = std::get<std::int64_t>(value) != 0; });
+  };
+  const auto text = [&](const char *strKey, std::string &strField) {
+    take(strKey, [&](const StandInValue &value) { strField = std::get<std::string>(value); });
+  };
+  number("channels", lngChannels);
+  number("mask", lngMask);
+  number("timeout", lngTimeout);
+  number("selftest_code", intSelfTestCode);
+  flag("opens", fOpens);
+  flag("verbose", fVerbose);
+  text("identity", strIdentity);
+  text("options", strOptions);
+  text("selftest", strSelfTest);
+  take("vi", [&](const StandInValue &value) {
+    arrVi = FromHex(std::get<std::string>(value));
     arrVi.resize(viInfo::Size);
   });
-  take("opens", [&](const Json &value) { fOpens = value.get<int>() != 0; });
-  take("verbose", [&](const Json &value) { fVerbose = value.get<int>() != 0; });
-  take("timeout", [&](const Json &value) { lngTimeout = value; });
-  take("selftest", [&](const Json &value) { strSelfTest = value; });
-  take("selftest_code", [&](const Json &value) { intSelfTestCode = value; });
-  take("pllround", [&](const Json &value) {
-    dblPllRound = value.is_null() ? std::nullopt : std::optional<Double>(value.get<Double>());
+  take("pllround", [&](const StandInValue &value) {
+    dblPllRound.reset();
+    if (const auto *lngRound = std::get_if<std::int64_t>(&value)) dblPllRound = static_cast<Double>(*lngRound);
+    if (const auto *dblRound = std::get_if<Double>(&value)) dblPllRound = *dblRound;
   });
-  take("isOpen", [&](const Json &value) { value.get<int>() != 0 ? Begin() : End(); });
+  take("isOpen", [&](const StandInValue &value) { std::get<std::int64_t>(value) != 0 ? Begin() : End(); });
 }
 
 }  // namespace tarvik::test

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "HookedCall.h"
-#include "LineProtocol.h"
 #include "support/Types.h"
 
 namespace tarvik::test {
@@ -43,12 +44,16 @@ struct InstrumentSettings {
   std::array<PatternRow, 3> rows;
 };
 
+/// What an instrument is, by the keys of the protocol. A key without a value stands for none.
+using StandInValue = std::variant<std::monostate, std::int64_t, Double, std::string>;
+using StandInConfig = std::map<std::string, StandInValue>;
+
 /// One instrument of the stand-in driver: what it is and its state, which lives on while objects hold it.
 struct StandInState : HookedInstrument {
   explicit StandInState(std::string strInstrument);
 
-  /// Keys that are not named stay as they are.
-  void Configure(const Json &config);
+  /// Keys that are not named stay as they are, and unknown ones count for nothing.
+  void Configure(const StandInConfig &config);
 
   void Begin();
   void End() { copy.reset(); }

@@ -25,7 +25,7 @@ class WidgetEnvironment : public testing::Environment {
 
  private:
   static void Told(QtMsgType type, const QMessageLogContext &, const QString &strText) {
-    // The platform without a screen says what it cannot do: raise windows, grab the keyboard, tell sizes.
+    // The offscreen platform warns about what it lacks: raising windows, keyboard grabs, size hints.
     if (type == QtDebugMsg || type == QtInfoMsg) return;
     if (strText.startsWith(QLatin1String("This plugin does not support"))) return;
     ADD_FAILURE() << strText.toStdString();

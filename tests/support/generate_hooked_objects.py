@@ -14,14 +14,13 @@ import sys
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../src/instrument"))
 from contract import read_contract, write  # noqa: E402
 
-# Whatever is not named here is an enumeration.
-KINDS = {"Integer": "Short", "Double": "Real", "VariantBool": "Flag", "AutomationString": "Text",
+KINDS = {"Long": "Whole", "Integer": "Short", "Double": "Real", "VariantBool": "Flag", "AutomationString": "Text",
          "AutomationArray": "Bytes", "AutomationVariant": "Key"}
 
 
 def parameter(operation, argument):
     base = argument.type.rstrip(" *")
-    kind = "Object" if argument.interface else KINDS.get(base, "Whole")
+    kind = "Object" if argument.interface else KINDS[base]
     by_reference = "*" in argument.type
     selector = argument.name == "pSelector"
     sets = operation.name.startswith("Set")

@@ -25,7 +25,7 @@ class ByRef {
   }
   template <class T>
   static Json AsJson(const T &value) {
-    if constexpr (requires(T record) { VisitFields(record, [](const char *, auto &) {}); })
+    if constexpr (HasFields<T>)
       return WriteRecord(value);
     else
       return ToJson(value);

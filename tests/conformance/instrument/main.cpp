@@ -16,7 +16,7 @@ class Adapter {
   Adapter();
   Adapter(const Adapter &) = delete;
   Adapter &operator=(const Adapter &) = delete;
-  /// The instance raises a last event on its way out.
+  /// The destructor of the instrument class raises a last event.
   ~Adapter() { gobjInstr().reset(); }
 
   Json Answer(const std::string &strLine);
@@ -200,9 +200,24 @@ Json Adapter::Setup(const std::vector<Token> &arrTokens) {
   return {{"ok", true}};
 }
 
+StandInConfig AsConfig(const Json &keys) {
+  StandInConfig config;
+  for (const auto &[strKey, value] : keys.items()) {
+    if (value.is_string())
+      config[strKey] = value.get<std::string>();
+    else if (value.is_number_float())
+      config[strKey] = value.get<Double>();
+    else if (value.is_null())
+      config[strKey] = {};
+    else
+      config[strKey] = value.get<std::int64_t>();
+  }
+  return config;
+}
+
 void Adapter::SetupDriver(const Arguments &args) {
   const std::string strHow = args.Get<std::string>(0), strName = args.Get<std::string>(1);
-  const Json config = args.Has(2) ? args.At(2) : Json::object();
+  const StandInConfig config = args.Has(2) ? AsConfig(args.At(2)) : StandInConfig();
   if (strHow == "add") return m_driver.Add(strName, config);
   if (strHow == "pending") return m_driver.AddPending(strName, config);
   if (strHow == "set") return m_driver.Configure(strName, config);

@@ -4,10 +4,10 @@
 #include <QShowEvent>
 #include <utility>
 
-#include "Hex.h"
 #include "Procedures.h"
 #include "StaticReader.h"
 #include "UserActions.h"
+#include "ValueText.h"
 #include "controls/CboEnhanced.h"
 #include "engrspin/EngrSpin.h"
 #include "platform/OptionButton.h"
@@ -49,7 +49,7 @@ Json Adapter::Answer(const std::string &strLine) {
     }
     Execute(strLine, answer);
     QCoreApplication::processEvents();
-  } catch (const BadLine &fault) {
+  } catch (const std::invalid_argument &fault) {
     answer["error"] = fault.what();
   }
   if (const Json out = m_world.recorder.Take(); !out.empty()) answer["out"] = out;
@@ -249,7 +249,7 @@ void Adapter::Fake(Words &words, Json &) {
     script.SetAnswer("pll", {dblFreq, words.Real()});
   } else if (strWhat == "pattern") {
     PatternScript &row = script.arrRows.at(static_cast<std::size_t>(words.Number()));
-    row.arrBytes = FromHex(words.Text());
+    row.arrBytes = test::FromHex(words.Text());
     row.lngBits = words.Number();
   } else if (strWhat == "fail") {
     FailureScript failure;

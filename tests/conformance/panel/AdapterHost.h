@@ -12,7 +12,7 @@
 
 namespace tarvik::paneltest {
 
-/// The machine around the panel: scripted answers, a store in memory, and a record of everything that was asked.
+/// Scripted answers, an in-memory settings store, and a record of every request.
 class AdapterHost : public Host {
  public:
   explicit AdapterHost(Recorder &recorder) : m_recorder(recorder) {}

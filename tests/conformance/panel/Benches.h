@@ -21,7 +21,7 @@ class Benches {
 
   void Reset();
 
-  /// Whether this command is one of the benches'; then it is carried out and `answer` has what came of it.
+  /// False for a command of another area. Otherwise runs it and puts its result into `answer`.
   bool Run(const std::string &strCommand, Words &words, Json &answer);
 
  private:

@@ -39,7 +39,7 @@ struct FailureScript {
   Long lngTimes = 1;
 };
 
-/// What the scripted driver answers. Settings that are sent change no answer.
+/// What the scripted driver answers. Setters do not change the answers.
 class DriverScript {
  public:
   enum class Creation { Ok, None, Error, NoneUntilInput };
@@ -54,7 +54,7 @@ class DriverScript {
   void SetAnswers(const std::string &strGroup, Words &words);
   void SetAnswer(const std::string &strField, std::vector<Double> arrValues) { m_answers[strField] = arrValues; }
 
-  /// Writes the leaf call down and tells whether it has to fail.
+  /// Records the leaf call; the failure that is scripted for it, if any.
   std::optional<FailureScript> Enter(std::string_view strLeaf, const Json &arguments);
   void AddFailure(FailureScript failure) { m_arrFailures.push_back(std::move(failure)); }
 
@@ -66,7 +66,7 @@ class DriverScript {
   Long InstrumentCount() const { return static_cast<Long>(m_arrInstruments.size()); }
   void RemoveInstruments() { m_arrInstruments.clear(); }
 
-  /// The operation of the instrument class that somebody outside of it is in; empty between operations.
+  /// The public operation of the instrument class that is running; empty between operations.
   std::string strOperation;
 
   Creation creation = Creation::Ok;

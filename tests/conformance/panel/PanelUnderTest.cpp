@@ -8,7 +8,7 @@ namespace tarvik::paneltest {
 void RaiseNoControl(const std::string &strName) { throw BadLine("no such control: " + strName); }
 
 PanelUnderTest::PanelUnderTest(Recorder &recorder, const Surface &surface) {
-  // Names of inner parts repeat; the control's own one comes first.
+  // Child widgets may repeat the name; the control itself comes first.
   for (QWidget *widget : m_gui.findChildren<QWidget *>())
     if (!widget->objectName().isEmpty()) m_controls.emplace(widget->objectName().toStdString(), widget);
   SetSurface(surface);

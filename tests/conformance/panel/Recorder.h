@@ -9,7 +9,7 @@ namespace tarvik::paneltest {
 
 using Json = nlohmann::json;
 
-/// What could be noticed while a command ran, in the order of happening.
+/// Observable effects of a command, in order.
 class Recorder {
  public:
   /// Returns the place of the entry, by which a result can be filled in later.

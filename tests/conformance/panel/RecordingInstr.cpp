@@ -3,20 +3,34 @@
 #include <type_traits>
 #include <utility>
 
-#include "Hex.h"
-#include "RecordJson.h"
+#include "RecordFields.h"
+#include "ValueText.h"
 
 namespace tarvik::paneltest {
 
 namespace {
 
+Json ToJson(Boolean fValue) { return static_cast<bool>(fValue); }
+Json ToJson(Long lngValue) { return lngValue; }
+Json ToJson(Double dblValue) { return dblValue; }
+template <class T>
+Json ToJson(const ChannelArray<T> &values) {
+  return Json::array({ToJson(values[1]), ToJson(values[2])});
+}
+template <class Record>
+requires test::HasFields<Record> Json ToJson(Record record) {
+  Json fields = Json::object();
+  test::VisitFields(record, [&](const char *strName, const auto &field) { fields[strName] = ToJson(field); });
+  return fields;
+}
+
 Json Flags(std::initializer_list<Boolean> arrFlags) {
   Json list = Json::array();
-  for (const Boolean f : arrFlags) list.push_back(static_cast<bool>(f));
+  for (const Boolean f : arrFlags) list.push_back(ToJson(f));
   return list;
 }
 
-/// Tells the driver which operation is running, and forgets it however the operation ends.
+/// Scope of a running operation, which the script asks for.
 class RunningOperation {
  public:
   RunningOperation(DriverScript &script, const char *strOperation)
@@ -122,7 +136,7 @@ Boolean RecordingInstr::GetRz(BooleanArray &fRz) {
   return Told("GetRz", Json::array(), [&] { return clsInstrInterface::GetRz(fRz); });
 }
 Boolean RecordingInstr::SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen) {
-  return Told("SetPatternArray", Json::array({eChan, ToHex(arr.Elements()), lngPatternLen}),
+  return Told("SetPatternArray", Json::array({eChan, test::ToHex(arr.Elements()), lngPatternLen}),
               [&] { return clsInstrInterface::SetPatternArray(eChan, arr, lngPatternLen); });
 }
 Boolean RecordingInstr::GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen) {

@@ -5,7 +5,7 @@
 
 namespace tarvik::paneltest {
 
-/// The instrument class itself, which tells the calls that come from outside of it.
+/// The real instrument class; records calls that come from outside of it.
 class RecordingInstr : public clsInstrInterface {
  public:
   RecordingInstr(Recorder &recorder, DriverScript &script) : m_recorder(recorder), m_script(script) {}
@@ -43,7 +43,7 @@ class RecordingInstr : public clsInstrInterface {
   Boolean PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet) override;
 
  private:
-  /// Writes the call down where it begins and fills in what came of it; a call that a failure leaves has no result.
+  /// Records the call when it begins and its result when it returns. A call that throws has no result.
   template <class Operation>
   auto Told(const char *strOperation, Json arguments, Operation &&operation);
 

@@ -1,7 +1,7 @@
 #include "ScriptedDriver.h"
 
-#include "LineProtocol.h"
 #include "ScriptedEffects.h"
+#include "ValueText.h"
 #include "automation/ErrorInfo.h"
 #include "support/RunTimeError.h"
 

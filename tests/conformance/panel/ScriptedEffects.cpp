@@ -6,6 +6,7 @@
 #include "OperationTable.h"
 #include "automation/Abi.h"
 #include "instrument/KolvenDriver.h"
+#include "instrument/Vocabulary.h"
 #include "instrument/viInfo.h"
 
 namespace tarvik::paneltest {
@@ -94,13 +95,13 @@ void AddTriggerLevels(Effects &effects) {
   effects["IAuxOutputs.GetVxiSource"] = Answer("trglev.eVxiTriggerSource");
   effects["IAuxOutputs.GetVxiLine"] = Answer("trglev.eVxiTriggerLine");
   effects["IAuxOutputs.GetOutLevel"] = [](const ScriptedWork &at) {
-    at.call.Fill(at.Answer(at.call.In<Long>(0) == 1 ? "trglev.eTriggerOutLevel" : "trglev.eStrobeOutLevel"));
+    at.call.Fill(at.Answer(at.call.In<Long>(0) == eOutTrigger ? "trglev.eTriggerOutLevel" : "trglev.eStrobeOutLevel"));
   };
 }
 
 void AddPattern(Effects &effects) {
   effects["IPatternMemory.GetPattern"] = [](const ScriptedWork &at) {
-    const auto row = static_cast<std::size_t>(std::clamp(at.call.In<Long>(0), Long{1}, Long{3}));
+    const auto row = static_cast<std::size_t>(std::clamp<Long>(at.call.In<Long>(0), ePatternChan1, ePatternStrobe));
     const PatternScript &pattern = at.script.arrRows[row];
     at.call.ReplaceBytes(at.call.LowerBound(), pattern.arrBytes);
     at.call.Fill(pattern.lngBits);

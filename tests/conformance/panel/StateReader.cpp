@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "Hex.h"
 #include "Procedures.h"
+#include "ValueText.h"
 #include "bitpattern/BitPatternPrivate.h"
 #include "controls/CboEnhancedPrivate.h"
 #include "controls/FrameEnhanced.h"
@@ -143,7 +143,7 @@ void ReadPattern(const Keys &keys, const PanelUnderTest &panel) {
     ByteArray arr(1, std::vector<Byte>(static_cast<std::size_t>(editor.GetPatternArraySize())));
     Long lngSize = 0;
     editor.GetPattern(lngCode, arr, lngSize);
-    keys.Put(std::string("BitPattern1.") + strStream, ToHex(arr.Elements()));
+    keys.Put(std::string("BitPattern1.") + strStream, test::ToHex(arr.Elements()));
   }
   BooleanArray fRz(1, {False, False});
   editor.GetRz(fRz);

@@ -1,18 +1,10 @@
 #include "UserActions.h"
 
-#include <QAction>
 #include <QComboBox>
-#include <QLineEdit>
-#include <QMenu>
 #include <QTabBar>
-#include <QTest>
 
-#include "bitpattern/BitPattern.h"
-#include "controls/CboEnhanced.h"
-#include "engrspin/EngrSpin.h"
 #include "platform/CheckBox.h"
 #include "platform/CommandButton.h"
-#include "platform/ListView.h"
 #include "platform/OptionButton.h"
 #include "platform/TabControl.h"
 #include "platform/ToolPopup.h"
@@ -22,12 +14,10 @@ namespace tarvik::paneltest {
 
 namespace {
 
-/// A user cannot do this now, and why.
+/// Why the user cannot do this now.
 struct Refused {
   const char *strReason;
 };
-
-QLineEdit &TextBoxOf(EngrSpin &field) { return *field.findChild<QLineEdit *>(); }
 
 }  // namespace
 
@@ -60,6 +50,12 @@ std::string UserActions::FullName(Words &words) const {
   return strName + "(" + std::to_string(words.Number()) + ")";
 }
 
+int UserActions::TakeRow(Words &words) const {
+  const int row = words.Number() - 1;
+  if (!User().Instruments().Item(row)) throw Refused{"norow"};
+  return row;
+}
+
 void UserActions::RequireReach(const QWidget &widget) const {
   if (!m_panel.fShown) throw Refused{"notshown"};
   if (!widget.isVisibleTo(&m_panel.Gui())) throw Refused{"hidden"};
@@ -74,43 +70,47 @@ T &UserActions::Reachable(const std::string &strName) const {
 }
 
 void UserActions::Tab(Words &words) {
-  const int page = words.Number();
-  auto &tabs = Reachable<TabControl>("tabMain");
-  QTabBar &bar = *tabs.tabBar();
-  const QPoint place = bar.tabRect(page).center();
-  if (!bar.rect().contains(place)) throw BadLine("the tab does not show");
-  QTest::mouseClick(&bar, Qt::LeftButton, {}, place);
+  const auto ePage = static_cast<TabNumEnum>(words.Number());
+  const QTabBar &bar = *Reachable<TabControl>("tabMain").tabBar();
+  if (!bar.rect().contains(bar.tabRect(ePage).center())) throw BadLine("the tab does not show");
+  User().ClickTab(ePage);
 }
 
-void UserActions::Click(Words &words) { Reachable<CommandButton>(words.Text()).click(); }
+void UserActions::Click(Words &words) {
+  const std::string strName = words.Text();
+  Reachable<CommandButton>(strName);
+  User().Click(strName);
+}
 
 void UserActions::Option(Words &words) {
   const std::string strName = words.Text();
-  Reachable<OptionButton>(strName + "(" + std::to_string(words.Number()) + ")").click();
+  ChooseOption(strName + "(" + std::to_string(words.Number()) + ")");
+}
+
+void UserActions::ChooseOption(const std::string &strName) {
+  Reachable<OptionButton>(strName);
+  User().Choose(strName);
 }
 
 void UserActions::Check(Words &words) {
-  auto &check = Reachable<CheckBox>(words.Text());
-  if (check.Value() != words.Number()) check.click();
+  const std::string strName = words.Text();
+  if (Reachable<CheckBox>(strName).Value() != words.Number()) User().Choose(strName);
 }
 
 void UserActions::Combo(Words &words) {
-  auto &list = Reachable<CboEnhanced>(FullName(words));
-  auto &items = *list.findChild<QComboBox *>();
+  const std::string strName = FullName(words);
+  const auto &items = *Reachable<CboEnhanced>(strName).findChild<QComboBox *>();
   RequireReach(items);
   const Long lngItem = words.Number();
   if (lngItem < 0 || lngItem >= items.count()) throw Refused{"noitem"};
-  items.setCurrentIndex(lngItem);
+  User().Take(strName, lngItem);
 }
 
 void UserActions::TypeNumber(const std::string &strField, const std::string &strNumber) {
-  auto &field = Reachable<EngrSpin>(strField);
+  const auto &field = Reachable<EngrSpin>(strField);
   if (field.Locked()) throw Refused{"locked"};
   if (!field.ValueArray().empty()) throw Refused{"array"};
-  QLineEdit &text = TextBoxOf(field);
-  text.selectAll();
-  QTest::keyClicks(&text, QString::fromStdString(strNumber));
-  QTest::keyClick(&text, Qt::Key_Return);
+  User().Type(strField, strNumber);
 }
 
 void UserActions::Entry(Words &words) {
@@ -119,20 +119,16 @@ void UserActions::Entry(Words &words) {
 }
 
 void UserActions::Step(Words &words) {
-  auto &field = Reachable<EngrSpin>(FullName(words));
+  const std::string strField = FullName(words);
+  const auto &field = Reachable<EngrSpin>(strField);
   if (field.Locked()) throw Refused{"locked"};
   if (field.ValueArray().empty()) throw Refused{"noarray"};
-  QTest::keyClick(&TextBoxOf(field), words.Text() == "up" ? Qt::Key_Up : Qt::Key_Down);
+  User().PressIn(strField, words.Text() == "up" ? Qt::Key_Up : Qt::Key_Down);
 }
 
 void UserActions::TakeMenuEntry(const std::string &strMenu, const std::string &strKey) {
-  auto &popup = Reachable<ToolPopup>(strMenu);
-  for (QAction *action : popup.menu()->actions())
-    if (action->objectName().toStdString() == strKey) {
-      action->trigger();
-      return;
-    }
-  throw BadLine("no such entry: " + strKey);
+  Reachable<ToolPopup>(strMenu);
+  User().TakeMenu(strMenu, strKey);
 }
 
 void UserActions::Menu(Words &words) {
@@ -141,62 +137,54 @@ void UserActions::Menu(Words &words) {
 }
 
 void UserActions::TabKey(Words &words) {
-  auto &field = Reachable<EngrSpin>(FullName(words));
+  const std::string strField = FullName(words);
+  auto &field = Reachable<EngrSpin>(strField);
   bool fSwallowed = false;
   // Connected last, so it sees what the page made of the flag.
   const auto connection = field.OnTab.ConnectScoped([&](Boolean &fSwallow) { fSwallowed = fSwallow; });
-  QTest::keyClick(&TextBoxOf(field), Qt::Key_Tab);
+  User().PressIn(strField, Qt::Key_Tab);
   m_ret = fSwallowed;
 }
 
 void UserActions::Tick(Words &words) {
-  auto &list = Reachable<ListView>("lvwInstruments");
-  ListItem *row = list.Item(words.Number() - 1);
-  if (!row) throw Refused{"norow"};
-  row->setCheckState(0, row->Checked() ? Qt::Unchecked : Qt::Checked);
+  Reachable<ListView>("lvwInstruments");
+  User().Tick(TakeRow(words));
 }
 
 void UserActions::Select(Words &words) {
   auto &list = Reachable<ListView>("lvwInstruments");
-  const Long lngRow = words.Number();
-  if (lngRow == 0) {
+  if (words.Peek().strText == "0")
     list.clearSelection();
-    return;
-  }
-  ListItem *row = list.Item(lngRow - 1);
-  if (!row) throw Refused{"norow"};
-  // Beside the check box, which stands at the left end.
-  const QRect place = list.visualItemRect(row);
-  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place.center());
+  else
+    User().Select(TakeRow(words));
 }
 
 void UserActions::DoubleClick(Words &words) {
   auto &list = Reachable<ListView>("lvwInstruments");
-  QPoint place(list.viewport()->width() / 2, list.viewport()->height() - 2);
-  if (!words.Empty()) {
-    ListItem *row = list.Item(words.Number() - 1);
-    if (!row) throw Refused{"norow"};
-    place = list.visualItemRect(row).center();
-  } else if (ListItem *selected = list.SelectedItem()) {
-    place = list.visualItemRect(selected).center();
-  }
-  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
-  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+  if (!words.Empty())
+    User().DoubleClick(TakeRow(words));
+  else if (ListItem *selected = list.SelectedItem())
+    User().DoubleClickAt(list.visualItemRect(selected).center());
+  else
+    User().DoubleClickAt({list.viewport()->width() / 2, list.viewport()->height() - 2});
 }
 
 void UserActions::ListKey(Words &words) {
   auto &list = Reachable<ListView>("lvwInstruments");
   const auto intCode = static_cast<Integer>(words.Number());
-  // The key as the list tells it; what arrow keys do to the selection is the toolkit's own affair.
+  // Only the event: how arrow keys move the selection is the toolkit's behaviour.
   RunUserEvent(ObjectName(list), "KeyDown", [&] { list.KeyDown.Raise(intCode); });
 }
 
-void UserActions::EnterKey(Words &) { QTest::keyClick(&Reachable<ListView>("lvwInstruments"), Qt::Key_Return); }
+void UserActions::EnterKey(Words &) {
+  Reachable<ListView>("lvwInstruments");
+  User().PressInList(Qt::Key_Return);
+}
 
 void UserActions::Pattern(Words &words) {
   const std::string strWhat = words.Text();
   if (strWhat == "rz")
-    Reachable<OptionButton>("optChannelRzNrz(" + std::to_string(words.Number()) + ")").click();
+    ChooseOption("optChannelRzNrz(" + std::to_string(words.Number()) + ")");
   else if (strWhat == "length")
     TypeNumber("esLast", words.Text());
   else if (strWhat == "menu") {

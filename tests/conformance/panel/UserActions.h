@@ -5,16 +5,17 @@
 #include <string>
 
 #include "PanelUnderTest.h"
+#include "PanelUser.h"
 #include "Words.h"
 
 namespace tarvik::paneltest {
 
-/// What a user does to a panel. Each action first looks whether a user could.
+/// User actions by protocol command. Each checks first that the control is visible and enabled.
 class UserActions {
  public:
   explicit UserActions(PanelUnderTest &panel) : m_panel(panel) {}
 
-  /// Whether this command is one of the user's; then it is carried out and `answer` has what came of it.
+  /// False for a command that is no user action. Otherwise runs it and puts its result into `answer`.
   bool Run(const std::string &strCommand, Words &words, Json &answer);
 
  private:
@@ -36,9 +37,13 @@ class UserActions {
   void ListKey(Words &words);
   void EnterKey(Words &words);
   void Pattern(Words &words);
+  void ChooseOption(const std::string &strName);
   void TypeNumber(const std::string &strField, const std::string &strNumber);
   void TakeMenuEntry(const std::string &strMenu, const std::string &strKey);
 
+  test::PanelUser User() const { return test::PanelUser(m_panel.Gui()); }
+  /// The row that the line names, counted from 0.
+  int TakeRow(Words &words) const;
   /// The name with the index behind it where no control has the bare name.
   std::string FullName(Words &words) const;
   /// The control of this name if a user can reach it now.

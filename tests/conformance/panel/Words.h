@@ -12,8 +12,8 @@
 namespace tarvik::paneltest {
 
 /// The line was not understood.
-struct BadLine : std::runtime_error {
-  using std::runtime_error::runtime_error;
+struct BadLine : std::invalid_argument {
+  using std::invalid_argument::invalid_argument;
 };
 
 /// One word of a command line.

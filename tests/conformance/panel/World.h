@@ -15,7 +15,7 @@
 
 namespace tarvik::paneltest {
 
-/// What the adapter puts around panels and benches, and what they do to it.
+/// The environment of panels and benches: host, instrument class, scripted driver, recorder.
 class World {
  public:
   World();

@@ -1,7 +1,6 @@
 #include <iostream>
 
 #include "Transport.h"
-#include "automation/Activation.h"
 #include "remote/Connection.h"
 #include "remote/DriverServer.h"
 
@@ -20,24 +19,19 @@ struct Transport::Route {
     options.strHost = "127.0.0.1";
     return options;
   }
-  automation::Ref<automation::IUnknown> Connect(const std::string &strProgId, const std::string &strNamed) {
+  automation::Ref<automation::IUnknown> Connect(const std::string &strNamed) {
     // The stand-in writes down the server's name as the class gave it.
     strServer = strNamed;
-    return remote::ConnectDriver(strProgId, "tarvik+insecure://127.0.0.1:" + std::to_string(server.Port()));
+    return remote::ConnectDriver(kolven::DriverProgId, "tarvik+insecure://127.0.0.1:" + std::to_string(server.Port()));
   }
 
   remote::ServerLog log{std::cerr};
   std::string strServer;
   remote::DriverServer server;
+  RegisteredDriver registered{[this](const std::string &strNamed) { return Connect(strNamed); }};
 };
 
-Transport::Transport(StandInDriver &driver) : m_route(std::make_unique<Route>(driver)) {
-  Route &route = *m_route;
-  automation::RegisterClass(kolven::DriverProgId, [&route] { return route.Connect(kolven::DriverProgId, {}); });
-  automation::SetRemoteActivator([&route](const std::string &strProgId, const std::string &strServer) {
-    return route.Connect(strProgId, strServer);
-  });
-}
+Transport::Transport(StandInDriver &driver) : m_route(std::make_unique<Route>(driver)) {}
 
 Transport::~Transport() = default;
 

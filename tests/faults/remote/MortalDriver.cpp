@@ -3,7 +3,7 @@
 #include <string>
 
 #include "StandInDriver.h"
-#include "automation/Activation.h"
+#include "automation/ClassFactory.h"
 
 /// A driver whose process ends, or stops, in the middle of an upload: MORTAL_SIGNAL comes when as many operations as
 /// MORTAL_AT says are done, counted from the first command about a transaction; the caller has no answer yet.
@@ -38,28 +38,16 @@ class Driver {
   test::StandInDriver m_driver;
 };
 
-class Factory final : public automation::IClassFactory {
- public:
-  Status TARVIK_CALL QueryInterface(const automation::Guid &, void **ppvObject) override {
-    *ppvObject = static_cast<automation::IClassFactory *>(this);
-    return automation::StatusOk;
-  }
-  // There is one, for the life of the process.
-  std::uint32_t TARVIK_CALL AddRef() override { return 2; }
-  std::uint32_t TARVIK_CALL Release() override { return 1; }
-  Status TARVIK_CALL CreateInstance(automation::IUnknown *, const automation::Guid &, void **ppvObject) override {
+class Factory final : public automation::ClassFactory {
+  Status Make(const automation::Guid &riid, void **ppvObject) override {
     static Driver driver;
-    *ppvObject = driver.Create().Detach();
-    return automation::StatusOk;
+    return driver.Create()->QueryInterface(riid, ppvObject);
   }
-  Status TARVIK_CALL LockServer(std::int32_t) override { return automation::StatusOk; }
 };
 
 }  // namespace
 
-TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllGetClassObject(const automation::Guid &, const automation::Guid &,
+TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllGetClassObject(const automation::Guid &, const automation::Guid &riid,
                                                           void **ppv) {
-  static Factory factory;
-  *ppv = &factory;
-  return automation::StatusOk;
+  return automation::Ref<Factory>::Adopt(new Factory)->QueryInterface(riid, ppv);
 }

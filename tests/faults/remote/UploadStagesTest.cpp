@@ -9,9 +9,9 @@
 #include <optional>
 
 #include "InstrumentSession.h"
+#include "RegisteredDriver.h"
 #include "RemoteClient.h"
 #include "ServerProcess.h"
-#include "automation/Activation.h"
 
 namespace tarvik::remote {
 namespace {
@@ -60,9 +60,6 @@ std::vector<std::string> UploadOperations() {
 class RemoteUser {
  public:
   explicit RemoteUser(const std::string &strUrl) {
-    automation::SetRemoteActivator([](const std::string &strProgId, const std::string &strServer) {
-      return ConnectDriver(strProgId, strServer, Short);
-    });
     // The error report asks the one instance for the form of its texts.
     gobjInstr() = one;
     instr.InstrError.Connect([this](const std::string &strText) { arrErrors.push_back(strText); });
@@ -73,7 +70,6 @@ class RemoteUser {
   ~RemoteUser() {
     instr.CloseInstrument();
     gobjInstr().reset();
-    automation::SetRemoteActivator({});
   }
   void Reconnect(const std::string &strUrl) {
     host.settings[{"LastUsed", "ServerURL"}] = strUrl;
@@ -89,6 +85,9 @@ class RemoteUser {
   }
 
   test::RecordingHost host;
+  const test::RegisteredDriver connection{
+      [](const std::string &strServer) { return ConnectDriver(kolven::DriverProgId, strServer, Short); },
+      test::RegisteredDriver::OnServers};
   const std::shared_ptr<test::ObservedInstr> one = std::make_shared<test::ObservedInstr>();
   test::ObservedInstr &instr = *one;
   std::vector<std::string> arrErrors;

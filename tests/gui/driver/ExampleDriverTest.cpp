@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "PanelStart.h"
 #include "PanelUser.h"
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"

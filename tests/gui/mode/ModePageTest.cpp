@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <QLineEdit>
+#include <QTest>
+
 #include "PanelSession.h"
 #include "WidgetEnvironment.h"
 

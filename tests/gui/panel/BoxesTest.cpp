@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <QTest>
+
 #include <ostream>
 
 #include "PanelSession.h"
+#include "PanelStart.h"
 #include "PanelUser.h"
 #include "WidgetEnvironment.h"
 #include "platform/CheckBox.h"
@@ -103,9 +106,9 @@ const Way Ways[] = {
     {"instrument that does not open",
      [](PanelSession &session) {
        session.Open();
-       session.driver.Configure("Alpha", Json{{"opens", 0}});
+       session.driver.Configure("Alpha", StandInConfig{{"opens", 0}});
        session.Open();
-       session.driver.Configure("Alpha", Json{{"opens", 1}});
+       session.driver.Configure("Alpha", StandInConfig{{"opens", 1}});
      }},
     {"opening, call 2", FailingOpening<2>},
     {"opening, call 3", FailingOpening<3>},

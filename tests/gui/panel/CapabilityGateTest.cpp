@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <QTest>
+
 #include <functional>
 #include <map>
 

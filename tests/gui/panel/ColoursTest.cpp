@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QToolButton>
 
 #include "Contrast.h"

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <QTest>
+
 #include "PanelSession.h"
+#include "PanelStart.h"
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
 #include "platform/CheckBox.h"

@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QGroupBox>
+#include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionGroupBox>
+#include <QTabWidget>
 
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "PanelSession.h"
+#include "PanelStart.h"
 #include "WidgetEnvironment.h"
 
 namespace tarvik::test {
@@ -11,8 +12,8 @@ using testing::IsEmpty;
 
 class LevelsPageTest : public testing::Test {
  protected:
-  LevelsPageTest() : LevelsPageTest(Json::object()) {}
-  explicit LevelsPageTest(const Json &config)
+  LevelsPageTest() : LevelsPageTest(StandInConfig()) {}
+  explicit LevelsPageTest(const StandInConfig &config)
       : session({.config = config, .fAutoDownload = false, .fAutoOutput = false}) {
     session.ShowPage(ePageOptions);
     session.Choose("optDownload(1)");
@@ -220,7 +221,7 @@ TEST_F(LevelsPageTest, ADownloadOverAPresetShowsThePresetsNumbers) {
 
 class RestrictedLevels : public LevelsPageTest {
  protected:
-  RestrictedLevels() : LevelsPageTest(Json{{"mask", 64 + 128 + 256}}) {}
+  RestrictedLevels() : LevelsPageTest(StandInConfig{{"mask", 64 + 128 + 256}}) {}
 };
 
 TEST_F(RestrictedLevels, ADownloadDisablesWhatTheModelLacks) {

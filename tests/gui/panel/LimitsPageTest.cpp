@@ -12,8 +12,8 @@ using testing::Not;
 
 class LimitsPageTest : public testing::Test {
  protected:
-  LimitsPageTest() : LimitsPageTest(Json::object()) {}
-  explicit LimitsPageTest(const Json &config) : session({.config = config, .fAutoDownload = false}) {
+  LimitsPageTest() : LimitsPageTest(StandInConfig()) {}
+  explicit LimitsPageTest(const StandInConfig &config) : session({.config = config, .fAutoDownload = false}) {
     session.ShowPage(ePageOptions);
     session.Choose("optDownload(1)");
     session.ShowPage(ePageLimits);
@@ -84,7 +84,7 @@ TEST_F(LimitsPageTest, AFailedDownloadLeavesPageAndState) {
 
 class OneChannelLimits : public LimitsPageTest {
  protected:
-  OneChannelLimits() : LimitsPageTest(Json{{"channels", 1}}) {}
+  OneChannelLimits() : LimitsPageTest(StandInConfig{{"channels", 1}}) {}
 };
 
 TEST_F(OneChannelLimits, TheFieldsOfChannel2AreNeitherReadNorWritten) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "PanelSession.h"
+#include "PanelStart.h"
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
 #include "platform/CheckBox.h"

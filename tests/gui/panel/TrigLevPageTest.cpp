@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "PanelSession.h"
+#include "PanelStart.h"
 #include "WidgetEnvironment.h"
 
 namespace tarvik::test {

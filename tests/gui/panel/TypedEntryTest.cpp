@@ -10,27 +10,14 @@ namespace {
 
 using testing::DoubleEq;
 
-/// Types into a field and leaves the entry open.
-void TypeWithoutEnter(EngrSpin &field, const char *strText) {
-  auto &text = *field.findChild<QLineEdit *>(QStringLiteral("txtNumber"));
-  text.setFocus();
-  text.selectAll();
-  QTest::keyClicks(&text, QString::fromLatin1(strText));
-}
-
-void Press(QWidget &panel, Qt::Key key) {
-  panel.activateWindow();
-  QTest::keyClick(QApplication::focusWidget(), key, Qt::AltModifier);
-}
-
 TEST(TypedEntry, CountsForTheUploadThatAnAccessKeyStarts) {
   PanelSession session;
   session.ShowPage(ePageTiming);
   session.Type("esPeriodOrFreq", "10u");
   session.Type("esWidth(0)", "100n");
   session.panel->activateWindow();
-  TypeWithoutEnter(session.Field("esWidth(0)"), "60n");
-  Press(*session.panel, Qt::Key_U);
+  session.TypeWithoutEnter("esWidth(0)", "60n");
+  session.PressAccessKey(Qt::Key_U);
   EXPECT_THAT(session.instr->timing.dblWidth[1], DoubleEq(60e-9));
   EXPECT_EQ(session.Field("esWidth(0)").Text(), "60.00");
   EXPECT_EQ(session.StateOf(ePageTiming), ePageIsCurrent);
@@ -42,8 +29,8 @@ TEST(TypedEntry, IsGoneAfterADownloadThatAnAccessKeyStarts) {
   session.panel->activateWindow();
   session->ShowPage(ePageTiming);
   const std::string strBefore = session->Field("esWidth(0)").Text();
-  TypeWithoutEnter(session->Field("esWidth(0)"), "60n");
-  Press(*session.panel, Qt::Key_D);
+  session->TypeWithoutEnter("esWidth(0)", "60n");
+  session->PressAccessKey(Qt::Key_D);
   EXPECT_EQ(session->Field("esWidth(0)").Text(), strBefore);
   session->ShowPage(ePageOptions);
   EXPECT_FALSE(session->Get<Highlight>("picUploadHighlight").Visible()) << "nothing is left that turns the page dirty";
@@ -55,11 +42,11 @@ TEST(TypedEntry, ReachesASimulatedInstrumentByTheAccessKey) {
   session.panel->activateWindow();
   session->ShowPage(ePageTiming);
   session->Type("esPeriodOrFreq", "10u");
-  TypeWithoutEnter(session->Field("esWidth(0)"), "60n");
+  session->TypeWithoutEnter("esWidth(0)", "60n");
   EXPECT_NE(session->Field("esWidth(0)").Value(), 60e-9);
-  Press(*session.panel, Qt::Key_U);
+  session->PressAccessKey(Qt::Key_U);
   session->Type("esWidth(0)", "2u");
-  Press(*session.panel, Qt::Key_D);
+  session->PressAccessKey(Qt::Key_D);
   EXPECT_THAT(session->Field("esWidth(0)").Value(), DoubleEq(60e-9));
 }
 

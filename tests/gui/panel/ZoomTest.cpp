@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QLineEdit>
+#include <QTest>
 #include <QVBoxLayout>
 
 #include "SimulatorSession.h"

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "PanelSession.h"
+#include "ValueText.h"
 #include "WidgetEnvironment.h"
 
 namespace tarvik::test {

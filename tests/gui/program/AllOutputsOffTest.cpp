@@ -1,5 +1,4 @@
 #include "ProgramFixture.h"
-#include "platform/ListView.h"
 
 namespace tarvik::test {
 namespace {
@@ -11,11 +10,7 @@ using testing::MatchesRegex;
 
 class OutputsOff : public Program {
  protected:
-  void Open() const {
-    auto &list = Get<ListView>("lvwInstruments");
-    list.setCurrentItem(list.topLevelItem(0));
-    QTest::keyClick(&list, Qt::Key_Return);
-  }
+  void Open() const { User().OpenFirst(); }
   void PressKey() const { QTest::keyClick(window.get(), Qt::Key_F12); }
 };
 
@@ -61,14 +56,11 @@ TEST_F(OutputsOff, OneThatFailsIsNotToldAsDone) {
 TEST_F(OutputsOff, WorksWhileANumberIsBeingTyped) {
   Start();
   Open();
-  Get<QTabWidget>("tabMain").setCurrentIndex(ePageTiming);
-  auto &text = *Get<QWidget>("esWidth(0)").findChild<QLineEdit *>();
-  text.setFocus();
-  text.selectAll();
-  QTest::keyClicks(&text, QStringLiteral("60"));
-  QTest::keyClick(&text, Qt::Key_F12);
+  User().ShowPage(ePageTiming);
+  User().TypeWithoutEnter("esWidth(0)", "60");
+  User().PressIn("esWidth(0)", Qt::Key_F12);
   EXPECT_THAT(Message(), HasSubstr("were switched off at "));
-  EXPECT_EQ(text.text(), "60");
+  EXPECT_EQ(User().Field("esWidth(0)").findChild<QLineEdit *>()->text(), "60");
 }
 
 }  // namespace

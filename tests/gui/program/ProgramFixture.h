@@ -13,6 +13,7 @@
 
 #include "MainWindow.h"
 #include "PanelStart.h"
+#include "PanelUser.h"
 #include "RecordingHost.h"
 #include "StandInDriver.h"
 #include "WidgetEnvironment.h"
@@ -50,11 +51,10 @@ class Program : public testing::Test {
   bool Checked(const char *strAction) const {
     return window->findChild<QAction *>(QString::fromLatin1(strAction))->isChecked();
   }
+  PanelUser User() const { return PanelUser(*window); }
   template <class T>
   T &Get(const char *strName) const {
-    T *control = dynamic_cast<T *>(window->findChild<QWidget *>(QString::fromLatin1(strName)));
-    if (!control) throw std::invalid_argument(strName);
-    return *control;
+    return User().Get<T>(strName);
   }
   std::string Title() const { return window->windowTitle().toStdString(); }
   std::string Message() const { return Get<QLabel>("lblMessage").text().toStdString(); }

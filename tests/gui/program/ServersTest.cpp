@@ -7,7 +7,6 @@
 #include "controls/CboEnhanced.h"
 #include "platform/CheckBox.h"
 #include "platform/CommandButton.h"
-#include "platform/ListView.h"
 
 namespace tarvik::test {
 namespace {
@@ -44,13 +43,11 @@ class Servers : public Program {
     });
   }
   void OpenAlpha() const {
-    auto &list = Get<ListView>("lvwInstruments");
-    list.setCurrentItem(list.topLevelItem(0));
-    QTest::keyClick(&list, Qt::Key_Return);
+    User().OpenFirst();
     ASSERT_TRUE(InstrInterface()->IsOnline(True));
   }
   bool CanRefresh() const { return Get<CommandButton>("cmdRefresh").Enabled(); }
-  int Rows() const { return Get<ListView>("lvwInstruments").Count(); }
+  int Rows() const { return User().Instruments().Count(); }
 };
 
 TEST_F(Servers, AFirstStartIsOnThisMachineAndTheTitleSaysSo) {

@@ -24,9 +24,6 @@ struct Cost {
 class RoundTrips : public testing::Test {
  protected:
   RoundTrips() {
-    automation::SetRemoteActivator([](const std::string &strProgId, const std::string &strUrl) {
-      return remote::ConnectDriver(strProgId, strUrl);
-    });
     driver.Add("Alpha");
     driver.Find("Alpha")->settings.rows = {PatternRow{{1}, 8}, PatternRow{{2}, 8}, PatternRow{{3}, 8}};
     session.emplace(SimulatorSession::Settings{{"WorkWithBoxes", "1"}, {"AutoDownload", "0"}}, "", server.Url());
@@ -35,10 +32,7 @@ class RoundTrips : public testing::Test {
     gobjInstr() = std::make_shared<KeepingInstr>();
     session->Show();
   }
-  ~RoundTrips() override {
-    session.reset();
-    automation::SetRemoteActivator({});
-  }
+  ~RoundTrips() override { session.reset(); }
 
   Cost Of(const std::function<void()> &work) {
     remote::SynchroniseConnections();
@@ -63,6 +57,9 @@ class RoundTrips : public testing::Test {
 
   StandInDriver driver;
   remote::LoopbackServer server{[this](const std::string &strProgId) { return driver.Create(strProgId, {}); }};
+  RegisteredDriver connection{
+      [](const std::string &strUrl) { return remote::ConnectDriver(kolven::DriverProgId, strUrl); },
+      RegisteredDriver::OnServers};
   std::optional<SimulatorSession> session;
 };
 

@@ -23,7 +23,7 @@ void SetBench(InstrumentSettings &settings) {
 
 class TimingPageTest : public testing::Test {
  protected:
-  explicit TimingPageTest(const Json &config = Json::object(), bool fAutoOutput = false)
+  explicit TimingPageTest(const StandInConfig &config = {}, bool fAutoOutput = false)
       : session({.config = config, .fAutoOutput = fAutoOutput, .fOpen = false}) {
     SetBench(session.driver.Find("Alpha")->settings);
     session.Open();
@@ -236,7 +236,7 @@ TEST_F(TimingPageTest, NothingOnThePageIsClippedByItsNeighbour) {
 
 class AutomaticOutputTest : public TimingPageTest {
  protected:
-  AutomaticOutputTest() : TimingPageTest(Json::object(), true) {}
+  AutomaticOutputTest() : TimingPageTest(StandInConfig(), true) {}
 };
 
 TEST_F(AutomaticOutputTest, ASwitchGoesToTheInstrumentAtOnce) {

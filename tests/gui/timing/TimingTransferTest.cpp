@@ -14,7 +14,7 @@ constexpr Long Failing = static_cast<Long>(0x80004005u);
 
 class TimingTransfer : public testing::Test {
  protected:
-  explicit TimingTransfer(const Json &config = Json::object())
+  explicit TimingTransfer(const StandInConfig &config = {})
       : session({.config = config, .fAutoDownload = false, .fAutoOutput = false}) {
     session.ShowPage(ePageOptions);
     session.Choose("optDownload(1)");

@@ -2,7 +2,10 @@
 
 #include <cstdint>
 #include <cstring>
+#include <set>
+#include <string>
 
+#include "HookedCall.h"
 #include "instrument/KolvenDriver.h"
 
 // A driver is reached through the places of its operations, so each place is written down: 0 to 2 count
@@ -20,197 +23,160 @@ std::size_t SlotOf(Operation operation) {
   return (word - 1) / sizeof(void *);
 }
 
-TEST(DriverSlots, Basic) {
-  EXPECT_EQ(SlotOf(&automation::IUnknown::QueryInterface), 0u);
-  EXPECT_EQ(SlotOf(&automation::IUnknown::AddRef), 1u);
-  EXPECT_EQ(SlotOf(&automation::IUnknown::Release), 2u);
-  EXPECT_EQ(SlotOf(&automation::IDispatch::GetTypeInfoCount), 3u);
-  EXPECT_EQ(SlotOf(&automation::IDispatch::GetTypeInfo), 4u);
-  EXPECT_EQ(SlotOf(&automation::IDispatch::GetIDsOfNames), 5u);
-  EXPECT_EQ(SlotOf(&automation::IDispatch::Invoke), 6u);
-  EXPECT_EQ(SlotOf(&automation::IClassFactory::CreateInstance), 3u);
-  EXPECT_EQ(SlotOf(&automation::IClassFactory::LockServer), 4u);
+struct Place {
+  const char *strOperation;
+  std::size_t slot, expected;
+};
+#define PLACE(operation, expected) \
+  { #operation, SlotOf(&operation), expected }
+
+constexpr auto Basic = "automation::";
+
+const Place Places[] = {
+    PLACE(automation::IUnknown::QueryInterface, 0),
+    PLACE(automation::IUnknown::AddRef, 1),
+    PLACE(automation::IUnknown::Release, 2),
+    PLACE(automation::IDispatch::GetTypeInfoCount, 3),
+    PLACE(automation::IDispatch::GetTypeInfo, 4),
+    PLACE(automation::IDispatch::GetIDsOfNames, 5),
+    PLACE(automation::IDispatch::Invoke, 6),
+    PLACE(automation::IClassFactory::CreateInstance, 3),
+    PLACE(automation::IClassFactory::LockServer, 4),
+    PLACE(IDriverRoot::GetInstruments, 10),
+    PLACE(IInstrumentList::GetCount, 7),
+    PLACE(IInstrumentList::GetItem, 8),
+    PLACE(IInstrumentList::Refresh, 10),
+    PLACE(IInstrument::GetViInfo, 7),
+    PLACE(IInstrument::SetAutoDetectErrors, 9),
+    PLACE(IInstrument::Calibrate, 13),
+    PLACE(IInstrument::GetChannelMath, 14),
+    PLACE(IInstrument::SetChannelMath, 15),
+    PLACE(IInstrument::GetChannels, 16),
+    PLACE(IInstrument::Close, 17),
+    PLACE(IInstrument::GetErrorQueue, 19),
+    PLACE(IInstrument::GetIdentity, 22),
+    PLACE(IInstrument::GetTransactionState, 25),
+    PLACE(IInstrument::GetModeSetup, 28),
+    PLACE(IInstrument::GetName, 29),
+    PLACE(IInstrument::Open, 30),
+    PLACE(IInstrument::GetOptions, 31),
+    PLACE(IInstrument::GetPatternMemory, 33),
+    PLACE(IInstrument::GetPllReference, 36),
+    PLACE(IInstrument::GetPulseMode, 37),
+    PLACE(IInstrument::Reset, 39),
+    PLACE(IInstrument::GetRestrictions, 40),
+    PLACE(IInstrument::SelfTest, 43),
+    PLACE(IInstrument::GetPnpTimeout, 46),
+    PLACE(IInstrument::SetPnpTimeout, 47),
+    PLACE(IInstrument::Transaction, 48),
+    PLACE(IInstrument::GetTriggerSystem, 49),
+    PLACE(IRestrictions::GetMask, 7),
+    PLACE(IErrorQueue::GetErrors, 9),
+    PLACE(IErrorQueue::GetVerbose, 14),
+    PLACE(IErrorQueue::SetVerbose, 15),
+    PLACE(IErrorQueue::GetWarnings, 16),
+    PLACE(IChannelList::GetCount, 7),
+    PLACE(IChannelList::GetItem, 8),
+    PLACE(IChannel::GetCurrentLimits, 7),
+    PLACE(IChannel::GetLevels, 11),
+    PLACE(IChannel::GetTiming, 13),
+    PLACE(IChannel::GetSignalFormat, 14),
+    PLACE(IChannel::SetSignalFormat, 15),
+    PLACE(IChannel::GetVoltageLimits, 16),
+    PLACE(ILimitGroup::GetLimits, 11),
+    PLACE(ILimitPair::GetEnabled, 7),
+    PLACE(ILimitPair::SetEnabled, 8),
+    PLACE(ILimitPair::GetHigh, 9),
+    PLACE(ILimitPair::SetHigh, 10),
+    PLACE(ILimitPair::GetLow, 11),
+    PLACE(ILimitPair::SetLow, 12),
+    PLACE(IChannelTiming::GetSinglePulse, 7),
+    PLACE(IChannelTiming::GetDoublePulse, 8),
+    PLACE(IChannelTiming::GetFrequency, 11),
+    PLACE(IChannelTiming::SetFrequency, 12),
+    PLACE(IChannelTiming::GetEdges, 17),
+    PLACE(IChannelTiming::GetPulseType, 18),
+    PLACE(IChannelTiming::SetPulseType, 19),
+    PLACE(IChannelTiming::GetWidth, 20),
+    PLACE(IChannelTiming::SetWidth, 21),
+    PLACE(IEdges::GetCoupling, 7),
+    PLACE(IEdges::SetCoupling, 8),
+    PLACE(IEdges::GetLeading, 13),
+    PLACE(IEdges::SetLeading, 14),
+    PLACE(IEdges::GetTrailing, 15),
+    PLACE(IEdges::SetTrailing, 16),
+    PLACE(ISinglePulse::GetDelay, 11),
+    PLACE(ISinglePulse::SetDelay, 12),
+    PLACE(IDoublePulse::GetEnabled, 9),
+    PLACE(IDoublePulse::GetDelay, 13),
+    PLACE(IDoublePulse::SetDelay, 14),
+    PLACE(IChannelLevels::GetComplementOutput, 7),
+    PLACE(IChannelLevels::SetComplementOutput, 8),
+    PLACE(IChannelLevels::GetLoadCompensation, 11),
+    PLACE(IChannelLevels::SetLoadCompensation, 12),
+    PLACE(IChannelLevels::GetImpedance, 13),
+    PLACE(IChannelLevels::SetImpedance, 14),
+    PLACE(IChannelLevels::GetOutput, 15),
+    PLACE(IChannelLevels::SetOutput, 16),
+    PLACE(IChannelLevels::GetPolarity, 17),
+    PLACE(IChannelLevels::SetPolarity, 18),
+    PLACE(IChannelLevels::GetLevel, 19),
+    PLACE(IChannelLevels::SetLevel, 20),
+    PLACE(IModeSetup::SetContinuousBurst, 7),
+    PLACE(IModeSetup::SetContinuousPattern, 8),
+    PLACE(IModeSetup::SetContinuousPulses, 9),
+    PLACE(IModeSetup::SetGatedBurst, 10),
+    PLACE(IModeSetup::SetGatedPattern, 11),
+    PLACE(IModeSetup::SetGatedPulses, 12),
+    PLACE(IModeSetup::SetTriggeredBurst, 13),
+    PLACE(IModeSetup::SetTriggeredPattern, 14),
+    PLACE(IModeSetup::SetTriggeredPulses, 15),
+    PLACE(ITriggerSystem::GetArmSource, 7),
+    PLACE(ITriggerSystem::GetClockInput, 8),
+    PLACE(ITriggerSystem::GetBurstLength, 9),
+    PLACE(ITriggerSystem::GetExtInput, 11),
+    PLACE(ITriggerSystem::GetTriggerMode, 13),
+    PLACE(ITriggerSystem::SetTriggerMode, 14),
+    PLACE(ITriggerSystem::GetAuxOutputs, 15),
+    PLACE(ITriggerSystem::GetPeriodSource, 16),
+    PLACE(IArmSource::GetPllFrequency, 7),
+    PLACE(IArmSource::GetSlope, 13),
+    PLACE(IArmSource::GetSource, 15),
+    PLACE(IArmSource::SetSource, 16),
+    PLACE(IClockInput::GetImpedance, 7),
+    PLACE(IClockInput::SetImpedance, 8),
+    PLACE(IClockInput::GetSlope, 9),
+    PLACE(IClockInput::GetThreshold, 11),
+    PLACE(IClockInput::SetThreshold, 12),
+    PLACE(IExtInput::GetImpedance, 7),
+    PLACE(IExtInput::SetImpedance, 8),
+    PLACE(IExtInput::GetThreshold, 9),
+    PLACE(IExtInput::SetThreshold, 10),
+    PLACE(IAuxOutputs::GetOutLevel, 9),
+    PLACE(IAuxOutputs::SetOutLevel, 10),
+    PLACE(IAuxOutputs::GetVxiSource, 13),
+    PLACE(IAuxOutputs::SetVxiSource, 14),
+    PLACE(IAuxOutputs::GetVxiLine, 15),
+    PLACE(IAuxOutputs::SetVxiLine, 16),
+    PLACE(IPatternMemory::CalcPrbs, 7),
+    PLACE(IPatternMemory::SetPattern, 8),
+    PLACE(IPatternMemory::GetPattern, 12),
+    PLACE(IPllReference::GetReference, 7),
+    PLACE(IPllReference::SetReference, 8),
+};
+#undef PLACE
+
+TEST(DriverSlots, EachOperationHasItsPlace) {
+  for (const Place &place : Places) EXPECT_EQ(place.slot, place.expected) << place.strOperation;
 }
 
-TEST(DriverSlots, DriverRoot) { EXPECT_EQ(SlotOf(&IDriverRoot::GetInstruments), 10u); }
-
-TEST(DriverSlots, InstrumentList) {
-  EXPECT_EQ(SlotOf(&IInstrumentList::GetCount), 7u);
-  EXPECT_EQ(SlotOf(&IInstrumentList::GetItem), 8u);
-  EXPECT_EQ(SlotOf(&IInstrumentList::Refresh), 10u);
-}
-
-TEST(DriverSlots, Instrument) {
-  EXPECT_EQ(SlotOf(&IInstrument::GetViInfo), 7u);
-  EXPECT_EQ(SlotOf(&IInstrument::SetAutoDetectErrors), 9u);
-  EXPECT_EQ(SlotOf(&IInstrument::Calibrate), 13u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetChannelMath), 14u);
-  EXPECT_EQ(SlotOf(&IInstrument::SetChannelMath), 15u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetChannels), 16u);
-  EXPECT_EQ(SlotOf(&IInstrument::Close), 17u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetErrorQueue), 19u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetIdentity), 22u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetTransactionState), 25u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetModeSetup), 28u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetName), 29u);
-  EXPECT_EQ(SlotOf(&IInstrument::Open), 30u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetOptions), 31u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetPatternMemory), 33u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetPllReference), 36u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetPulseMode), 37u);
-  EXPECT_EQ(SlotOf(&IInstrument::Reset), 39u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetRestrictions), 40u);
-  EXPECT_EQ(SlotOf(&IInstrument::SelfTest), 43u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetPnpTimeout), 46u);
-  EXPECT_EQ(SlotOf(&IInstrument::SetPnpTimeout), 47u);
-  EXPECT_EQ(SlotOf(&IInstrument::Transaction), 48u);
-  EXPECT_EQ(SlotOf(&IInstrument::GetTriggerSystem), 49u);
-}
-
-TEST(DriverSlots, Restrictions) { EXPECT_EQ(SlotOf(&IRestrictions::GetMask), 7u); }
-
-TEST(DriverSlots, ErrorQueue) {
-  EXPECT_EQ(SlotOf(&IErrorQueue::GetErrors), 9u);
-  EXPECT_EQ(SlotOf(&IErrorQueue::GetVerbose), 14u);
-  EXPECT_EQ(SlotOf(&IErrorQueue::SetVerbose), 15u);
-  EXPECT_EQ(SlotOf(&IErrorQueue::GetWarnings), 16u);
-}
-
-TEST(DriverSlots, ChannelList) {
-  EXPECT_EQ(SlotOf(&IChannelList::GetCount), 7u);
-  EXPECT_EQ(SlotOf(&IChannelList::GetItem), 8u);
-}
-
-TEST(DriverSlots, Channel) {
-  EXPECT_EQ(SlotOf(&IChannel::GetCurrentLimits), 7u);
-  EXPECT_EQ(SlotOf(&IChannel::GetLevels), 11u);
-  EXPECT_EQ(SlotOf(&IChannel::GetTiming), 13u);
-  EXPECT_EQ(SlotOf(&IChannel::GetSignalFormat), 14u);
-  EXPECT_EQ(SlotOf(&IChannel::SetSignalFormat), 15u);
-  EXPECT_EQ(SlotOf(&IChannel::GetVoltageLimits), 16u);
-}
-
-TEST(DriverSlots, LimitGroup) { EXPECT_EQ(SlotOf(&ILimitGroup::GetLimits), 11u); }
-
-TEST(DriverSlots, LimitPair) {
-  EXPECT_EQ(SlotOf(&ILimitPair::GetEnabled), 7u);
-  EXPECT_EQ(SlotOf(&ILimitPair::SetEnabled), 8u);
-  EXPECT_EQ(SlotOf(&ILimitPair::GetHigh), 9u);
-  EXPECT_EQ(SlotOf(&ILimitPair::SetHigh), 10u);
-  EXPECT_EQ(SlotOf(&ILimitPair::GetLow), 11u);
-  EXPECT_EQ(SlotOf(&ILimitPair::SetLow), 12u);
-}
-
-TEST(DriverSlots, ChannelTiming) {
-  EXPECT_EQ(SlotOf(&IChannelTiming::GetSinglePulse), 7u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::GetDoublePulse), 8u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::GetFrequency), 11u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::SetFrequency), 12u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::GetEdges), 17u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::GetPulseType), 18u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::SetPulseType), 19u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::GetWidth), 20u);
-  EXPECT_EQ(SlotOf(&IChannelTiming::SetWidth), 21u);
-}
-
-TEST(DriverSlots, Edges) {
-  EXPECT_EQ(SlotOf(&IEdges::GetCoupling), 7u);
-  EXPECT_EQ(SlotOf(&IEdges::SetCoupling), 8u);
-  EXPECT_EQ(SlotOf(&IEdges::GetLeading), 13u);
-  EXPECT_EQ(SlotOf(&IEdges::SetLeading), 14u);
-  EXPECT_EQ(SlotOf(&IEdges::GetTrailing), 15u);
-  EXPECT_EQ(SlotOf(&IEdges::SetTrailing), 16u);
-}
-
-TEST(DriverSlots, SinglePulse) {
-  EXPECT_EQ(SlotOf(&ISinglePulse::GetDelay), 11u);
-  EXPECT_EQ(SlotOf(&ISinglePulse::SetDelay), 12u);
-}
-
-TEST(DriverSlots, DoublePulse) {
-  EXPECT_EQ(SlotOf(&IDoublePulse::GetEnabled), 9u);
-  EXPECT_EQ(SlotOf(&IDoublePulse::GetDelay), 13u);
-  EXPECT_EQ(SlotOf(&IDoublePulse::SetDelay), 14u);
-}
-
-TEST(DriverSlots, ChannelLevels) {
-  EXPECT_EQ(SlotOf(&IChannelLevels::GetComplementOutput), 7u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::SetComplementOutput), 8u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::GetLoadCompensation), 11u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::SetLoadCompensation), 12u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::GetImpedance), 13u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::SetImpedance), 14u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::GetOutput), 15u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::SetOutput), 16u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::GetPolarity), 17u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::SetPolarity), 18u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::GetLevel), 19u);
-  EXPECT_EQ(SlotOf(&IChannelLevels::SetLevel), 20u);
-}
-
-TEST(DriverSlots, ModeSetup) {
-  EXPECT_EQ(SlotOf(&IModeSetup::SetContinuousBurst), 7u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetContinuousPattern), 8u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetContinuousPulses), 9u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetGatedBurst), 10u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetGatedPattern), 11u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetGatedPulses), 12u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetTriggeredBurst), 13u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetTriggeredPattern), 14u);
-  EXPECT_EQ(SlotOf(&IModeSetup::SetTriggeredPulses), 15u);
-}
-
-TEST(DriverSlots, TriggerSystem) {
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetArmSource), 7u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetClockInput), 8u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetBurstLength), 9u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetExtInput), 11u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetTriggerMode), 13u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::SetTriggerMode), 14u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetAuxOutputs), 15u);
-  EXPECT_EQ(SlotOf(&ITriggerSystem::GetPeriodSource), 16u);
-}
-
-TEST(DriverSlots, ArmSource) {
-  EXPECT_EQ(SlotOf(&IArmSource::GetPllFrequency), 7u);
-  EXPECT_EQ(SlotOf(&IArmSource::GetSlope), 13u);
-  EXPECT_EQ(SlotOf(&IArmSource::GetSource), 15u);
-  EXPECT_EQ(SlotOf(&IArmSource::SetSource), 16u);
-}
-
-TEST(DriverSlots, ClockInput) {
-  EXPECT_EQ(SlotOf(&IClockInput::GetImpedance), 7u);
-  EXPECT_EQ(SlotOf(&IClockInput::SetImpedance), 8u);
-  EXPECT_EQ(SlotOf(&IClockInput::GetSlope), 9u);
-  EXPECT_EQ(SlotOf(&IClockInput::GetThreshold), 11u);
-  EXPECT_EQ(SlotOf(&IClockInput::SetThreshold), 12u);
-}
-
-TEST(DriverSlots, ExtInput) {
-  EXPECT_EQ(SlotOf(&IExtInput::GetImpedance), 7u);
-  EXPECT_EQ(SlotOf(&IExtInput::SetImpedance), 8u);
-  EXPECT_EQ(SlotOf(&IExtInput::GetThreshold), 9u);
-  EXPECT_EQ(SlotOf(&IExtInput::SetThreshold), 10u);
-}
-
-TEST(DriverSlots, AuxOutputs) {
-  EXPECT_EQ(SlotOf(&IAuxOutputs::GetOutLevel), 9u);
-  EXPECT_EQ(SlotOf(&IAuxOutputs::SetOutLevel), 10u);
-  EXPECT_EQ(SlotOf(&IAuxOutputs::GetVxiSource), 13u);
-  EXPECT_EQ(SlotOf(&IAuxOutputs::SetVxiSource), 14u);
-  EXPECT_EQ(SlotOf(&IAuxOutputs::GetVxiLine), 15u);
-  EXPECT_EQ(SlotOf(&IAuxOutputs::SetVxiLine), 16u);
-}
-
-TEST(DriverSlots, PatternMemory) {
-  EXPECT_EQ(SlotOf(&IPatternMemory::CalcPrbs), 7u);
-  EXPECT_EQ(SlotOf(&IPatternMemory::SetPattern), 8u);
-  EXPECT_EQ(SlotOf(&IPatternMemory::GetPattern), 12u);
-}
-
-TEST(DriverSlots, PllReference) {
-  EXPECT_EQ(SlotOf(&IPllReference::GetReference), 7u);
-  EXPECT_EQ(SlotOf(&IPllReference::SetReference), 8u);
+TEST(DriverSlots, EveryOperationOfTheContractIsWrittenDown) {
+  std::set<std::string> written, declared;
+  for (const Place &place : Places)
+    if (std::string strPath = place.strOperation; !strPath.starts_with(Basic))
+      written.insert(strPath.replace(strPath.find("::"), 2, "."));
+  for (const test::Operation &operation : test::Operations()) declared.emplace(operation.strPath);
+  EXPECT_EQ(written, declared);
 }
 
 TEST(DriverLayout, ObjectsHoldNothingButTheirTable) {

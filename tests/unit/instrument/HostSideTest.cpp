@@ -34,7 +34,7 @@ class HeldTest : public testing::Test {
     }
   }
   /// A fresh session in which each poll of the warnings finds another one.
-  void Open(const Json &config = Json::object()) {
+  void Open(const StandInConfig &config = {}) {
     session.Open(config);
     const auto look = [this](const std::string &strText) { Look("event " + strText); };
     session.instr->StatusMessage.Connect(look);
