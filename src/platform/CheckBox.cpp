@@ -1,6 +1,9 @@
 #include "platform/CheckBox.h"
 
+#include <QStyleOptionButton>
+
 #include "platform/ControlEvent.h"
+#include "platform/ScaledIndicator.h"
 
 namespace tarvik {
 
@@ -29,5 +32,19 @@ void CheckBox::SetValue(Integer intValue) {
 }
 
 void CheckBox::nextCheckState() { setCheckState(checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked); }
+
+bool CheckBox::hitButton(const QPoint &place) const {
+  return IsIndicatorScaled(*this) ? HitsScaledIndicator(*this, place, CheckParts) : QCheckBox::hitButton(place);
+}
+
+void CheckBox::paintEvent(QPaintEvent *event) {
+  if (!IsIndicatorScaled(*this)) {
+    QCheckBox::paintEvent(event);
+    return;
+  }
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  PaintScaledIndicator(*this, option, CheckParts);
+}
 
 }  // namespace tarvik

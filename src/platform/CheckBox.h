@@ -21,6 +21,8 @@ class CheckBox : public WidgetControl<QCheckBox> {
   Event<> Click;
 
  protected:
+  bool hitButton(const QPoint &place) const override;
+  void paintEvent(QPaintEvent *event) override;
   /// A user only ticks and unticks; a greyed box becomes ticked.
   void nextCheckState() override;
 

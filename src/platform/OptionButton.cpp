@@ -1,8 +1,10 @@
 #include "platform/OptionButton.h"
 
 #include <QCoreApplication>
+#include <QStyleOptionButton>
 
 #include "platform/ControlEvent.h"
+#include "platform/ScaledIndicator.h"
 
 namespace tarvik {
 
@@ -56,6 +58,20 @@ void OptionButton::focusInEvent(QFocusEvent *event) {
 void OptionButton::changeEvent(QEvent *event) {
   WidgetControl::changeEvent(event);
   if (event->type() == QEvent::EnabledChange) PassTabStop();
+}
+
+bool OptionButton::hitButton(const QPoint &place) const {
+  return IsIndicatorScaled(*this) ? HitsScaledIndicator(*this, place, RadioParts) : QRadioButton::hitButton(place);
+}
+
+void OptionButton::paintEvent(QPaintEvent *event) {
+  if (!IsIndicatorScaled(*this)) {
+    QRadioButton::paintEvent(event);
+    return;
+  }
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  PaintScaledIndicator(*this, option, RadioParts);
 }
 
 }  // namespace tarvik

@@ -27,6 +27,8 @@ class OptionButton : public WidgetControl<QRadioButton, OptionButtonControl> {
   Event<> Click;
 
  protected:
+  bool hitButton(const QPoint &place) const override;
+  void paintEvent(QPaintEvent *event) override;
   void focusInEvent(QFocusEvent *event) override;
   void changeEvent(QEvent *event) override;
 

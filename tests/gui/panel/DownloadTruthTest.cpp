@@ -7,6 +7,7 @@
 #include "DaySession.h"
 #include "instrument/Vocabulary.h"
 #include "settings/modCboTags.h"
+#include "support/Conversions.h"
 
 namespace tarvik::test {
 namespace {

@@ -129,7 +129,7 @@ TEST_F(Look, NoTextIsClippedAtTwiceTheFont) {
 }
 
 TEST_F(Look, NoTextIsClippedAndNothingStandsOutsideAtAnyZoomThatCanBeRead) {
-  for (const Long lngZoom : {75, 80, 110, 125, 150, 175, 250, 300}) {
+  for (const Long lngZoom : {75, 80, 90, 110, 125, 150, 175, 250, 300}) {
     session.panel->SetZoom(lngZoom);
     session.panel->resize(session.panel->sizeHint());
     QCoreApplication::sendPostedEvents();

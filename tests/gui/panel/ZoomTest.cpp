@@ -6,6 +6,7 @@
 
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
+#include "platform/OptionButton.h"
 
 namespace tarvik::test {
 namespace {
@@ -22,6 +23,20 @@ class Zoom : public testing::Test {
   QRect PlaceOf(const char *strName) const {
     const auto &control = session->Get<QWidget>(strName);
     return {control.mapTo(session.panel.get(), QPoint()), control.size()};
+  }
+
+  /// Rows that differ from the background within the left half of what stands before the caption.
+  int IndicatorHeight(const char *strName) const {
+    const QImage picture = session->Get<QWidget>(strName).grab().toImage();
+    const QRgb background = picture.pixel(picture.width() - 1, 0);
+    int intRows = 0;
+    for (int y = 0; y < picture.height(); ++y)
+      for (int x = 0; x < 13; ++x)
+        if (picture.pixel(x, y) != background) {
+          ++intRows;
+          break;
+        }
+    return intRows;
   }
 
   /// The smallest box around everything that the panel shows.
@@ -43,6 +58,26 @@ TEST_F(Zoom, TwiceAsLargeMakesEverythingTwiceAsLarge) {
   EXPECT_NEAR(PlaceOf("cmdUpload").left(), 2 * upload.left(), upload.left() * 0.1);
   EXPECT_DOUBLE_EQ(session->Get<QWidget>("cmdUpload").font().pointSizeF(), 2 * dblFont);
   EXPECT_DOUBLE_EQ(session->Get<QWidget>("esWidth(0)").font().pointSizeF(), 2 * dblFont);
+}
+
+TEST_F(Zoom, CirclesAndBoxesGrowWithTheirCaptions) {
+  for (const auto &[ePage, strName] :
+       {std::pair{ePageMode, "optTriggerMode(0)"}, std::pair{ePageConfig, "chkAutoDownload"}}) {
+    ZoomTo(100);
+    session->ShowPage(ePage);
+    const int intBefore = IndicatorHeight(strName);
+    ASSERT_GT(intBefore, 10) << strName;
+    ZoomTo(200);
+    EXPECT_NEAR(IndicatorHeight(strName), 2 * intBefore, 2) << strName;
+  }
+}
+
+TEST_F(Zoom, ALargeOptionIsChosenAtTheEdgeOfItsCircle) {
+  ZoomTo(300);
+  session->ShowPage(ePageMode);
+  auto &option = session->Get<OptionButton>("optTriggerMode(1)");
+  QTest::mouseClick(&option, Qt::LeftButton, {}, QPoint(36, option.height() / 2));
+  EXPECT_TRUE(option.Value());
 }
 
 TEST_F(Zoom, AHundredPercentIsTheOldPlaceAgain) {
