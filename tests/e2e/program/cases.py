@@ -210,7 +210,7 @@ class Program(PanelPlaces, unittest.TestCase):
 
     def test_an_answered_question_is_gone_and_clicks_are_dropped_while_the_instrument_works(self):
         # Longer than everything that is looked at meanwhile takes on a busy machine.
-        fill_rack(self.drivers, BENCH, "self test delay = 20000 ms\n")
+        fill_rack(self.drivers, BENCH, "self test delay = 20000 ms\n", TAKEN)
         program = self.start()
         panel = program.panel()
         wait_for("the list", lambda: self.row(panel, 1).dark() > 20)
