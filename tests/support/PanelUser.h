@@ -21,6 +21,8 @@ namespace tarvik::test {
 class PanelUser {
  public:
   explicit PanelUser(QWidget &panel) : m_panel(&panel) {}
+  /// From now on this panel is worked.
+  void SitDownAt(QWidget &panel) { m_panel = &panel; }
 
   template <class T>
   T *Find(const std::string &strName) const {
@@ -78,8 +80,6 @@ class PanelUser {
  protected:
   /// Before there is a panel.
   PanelUser() = default;
-  void SitDownAt(QWidget &panel) { m_panel = &panel; }
-
  private:
   QLineEdit &TextBox(const std::string &strName) const;
 

@@ -206,7 +206,7 @@ const Way Ways[] = {
        session.Choose("optChannel1Output(0)");
        session.Get<CheckBox>("chkAutoOutputOnOff").SetValue(1);
        session.driver.FailAt(1, TheFailure);
-       session.ShowPage(ePageLevels);
+       session.ClickTab(ePageLevels);
      }},
 };
 
@@ -241,7 +241,10 @@ TEST_P(Boxes, WhatFollowsTheBoxEndsQuietlyWhenTheHostHidesShowsOrEndsThePanel) {
   // The panel, or the next one, works.
   session.driver.ClearFaults();
   session.driver.arrWarnings.clear();
-  if (!session.panel) session.panel = std::make_unique<TarvikGUI>();
+  if (!session.panel) {
+    session.panel = std::make_unique<TarvikGUI>();
+    session.SitDownAt(*session.panel);
+  }
   session.panel->show();
   LetPanelsStart();
   session.ShowPage(ePageInstr);

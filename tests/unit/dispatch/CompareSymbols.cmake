@@ -9,7 +9,8 @@ string(REPLACE "]" ">" listing "${listing}")
 string(REPLACE "\n" ";" lines "${listing}")
 set(symbols)
 foreach(line IN LISTS lines)
-  if(NOT line MATCHES "non-virtual thunk" AND line MATCHES "^[0-9a-f]+ [TDBR] (.*)$")
+  # Tables of classes are strong or weak as the compiler likes.
+  if(NOT line MATCHES "non-virtual thunk|(vtable|typeinfo|typeinfo name) for" AND line MATCHES "^[0-9a-f]+ [TDBR] (.*)$")
     string(REPLACE "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >" "std::string"
       symbol "${CMAKE_MATCH_1}")
     list(APPEND symbols "${symbol}")
