@@ -80,6 +80,7 @@ class PanelUser {
  protected:
   /// Before there is a panel.
   PanelUser() = default;
+
  private:
   QLineEdit &TextBox(const std::string &strName) const;
 

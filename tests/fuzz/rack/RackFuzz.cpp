@@ -13,7 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const InstrumentDescription &d :
          ParseRack(std::string_view(reinterpret_cast<const char *>(data), size), "f")) {
       const bool fSound = !d.strName.empty() && (d.lngChannels == 1 || d.lngChannels == 2) &&
-                          (d.lngMask & ~tarvik::AllFunctionality) == 0 && d.lngCalibrationDelay >= 0 && d.lngSelfTestDelay >= 0;
+                          (d.lngMask & ~tarvik::AllFunctionality) == 0 && d.lngCalibrationDelay >= 0 &&
+                          d.lngSelfTestDelay >= 0;
       if (!fSound) std::abort();
     }
   } catch (const RackFileError &error) {
