@@ -212,8 +212,9 @@ TEST_F(InstrumentFace, TellsSinksOfEventsUntilTheCookieIsGivenBack) {
 }
 
 TEST_F(InstrumentFace, AFailingSinkIsReportedAndTheOthersAreTold) {
-  const Client face = NewFace();
+  // Before the face, which holds them until its end.
   Sink failing, silent, willing;
+  const Client face = NewFace();
   failing.Answer = StatusFail;
   failing.Words = "the client's own mistake";
   silent.Answer = StatusMemberNotFound;
