@@ -49,7 +49,7 @@ const PropertyTable &EngrSpin::Private::Properties() {
                   "Returns/sets the width in pixels of the caption field"),
       Row::Stored("DefaultValue", Double{0}, &E::DefaultValue, &E::SetDefaultValue, "Returns/sets the starting value"),
       Row::Stored("Enabled", True, &E::Enabled, &E::SetEnabled),
-      Row::Stored("Locked", False, &E::Locked, [](E &field, Boolean fLock) { field.LockControl(fLock, False); }),
+      Row::Stored("Locked", False, &E::Locked, [](E &control, Boolean fLock) { control.LockControl(fLock, False); }),
       Row::Stored("SignificantDigits", MinDigits, &E::SignificantDigits, &E::SetSignificantDigits,
                   "Returns/sets the number of significant digits when using engineering format (only)."),
       Row::Stored("SpinCtlVisible", True, &E::SpinCtlVisible, &E::SetSpinCtlVisible,
