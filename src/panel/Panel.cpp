@@ -1,10 +1,6 @@
 #include "panel/Panel.h"
 
-#include <QCoreApplication>
-#include <QHideEvent>
 #include <algorithm>
-#include <cmath>
-#include <ranges>
 #include <utility>
 
 #include "engrspin/EngrSpin.h"
@@ -20,9 +16,7 @@
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
 #include "platform/CommandButton.h"
-#include "platform/DisabledLook.h"
 #include "platform/Highlight.h"
-#include "platform/QtHost.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
