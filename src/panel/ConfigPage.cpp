@@ -135,11 +135,18 @@ void ConfigPage::cboPllRefSource_Click() {
 
 void ConfigPage::cboPllRefFreq_Click() { cboPllRefFreq.SaveListIndex(OnlyPosition); }
 
+void ConfigPage::TakeShown(Setup &setup) const {
+  setup.dblPllRefFreq = cboPllRefFreq.GetCurrItemData(ePllRef5MHz);
+  setup.ePllRefSource = cboPllRefSource.GetCurrItemData(ePllRefInternal);
+}
+
+void ConfigPage::ShowSetup(const Setup &setup) { ShowPllReference(setup.dblPllRefFreq, setup.ePllRefSource); }
+
 void ConfigPage::UploadConfig(Boolean &fOk) {
   fOk = False;
-  Double dblFreq = cboPllRefFreq.GetCurrItemData(ePllRef5MHz);
-  Long eSource = cboPllRefSource.GetCurrItemData(ePllRefInternal);
-  if (Instr().PllRefSource(dblFreq, eSource, False)) {
+  Setup setup;
+  TakeShown(setup);
+  if (Instr().PllRefSource(setup.dblPllRefFreq, setup.ePllRefSource, False)) {
     m_panel.SetTabState(ePageIsCurrent, ePageConfig);
     fOk = True;
   }
@@ -173,7 +180,10 @@ void ConfigPage::ShowEntryOfSession() {
 void ConfigPage::ReadPllReference() {
   Double dblFreq = 0;
   Long eSource = 0;
-  if (!Instr().PllRefSource(dblFreq, eSource, True)) return;
+  if (Instr().PllRefSource(dblFreq, eSource, True)) ShowPllReference(dblFreq, eSource);
+}
+
+void ConfigPage::ShowPllReference(Double dblFreq, Long eSource) {
   cboPllRefSource.SetListIndexByItemData(eSource);
   cboPllRefFreq.SetListIndexByItemData(CLng(dblFreq));
   cboPllRefFreq.SaveListIndex(OnlyPosition);

@@ -17,6 +17,8 @@ class ConfigPage : public Page {
   void Enter() override;
 
   void InitPllRefCombos();
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   void UploadConfig(Boolean &fOk);
   void DownloadConfig();
   void cmdResetInstr_Click();
@@ -32,6 +34,7 @@ class ConfigPage : public Page {
   void cboPllRefFreq_Click();
   void ShowEntryOfSession();
   void ReadPllReference();
+  void ShowPllReference(Double dblFreq, Long eSource);
 
   InstrPage &m_instruments;
   CboEnhanced &cboPllRefSource;

@@ -213,11 +213,10 @@ void LevelsPage::ConvertLevelField(EngrSpin &esField, Integer intChan, std::stri
 
 // ---- Transfer ----
 
-void LevelsPage::UploadLevels(Boolean &fOk) {
-  fOk = False;
+void LevelsPage::TakeShown(Setup &setup) const {
   const clsInstrInterface &instr = Instr();
-  udtLevelInfo levels;
-  const Long lngChannels = ChannelCount();
+  udtLevelInfo &levels = setup.Levels;
+  const Long lngChannels = RecordChannels();
   for (Long i = 1; i <= lngChannels; ++i) {
     const Long k = i - 1;
     levels.dblAmplOrHigh[i] = esLevelHigh[k].Value();
@@ -231,7 +230,13 @@ void LevelsPage::UploadLevels(Boolean &fOk) {
     levels.fChannelOutputInvOn[i] = m_state.mfOutputInvOn[i];
   }
   if (instr.IsNotRestricted(eLacksChannelMath)) levels.eChannelMath = CLng(grpOutputs.Value());
-  if (!Instr().SetLevels(levels)) return;
+}
+
+void LevelsPage::UploadLevels(Boolean &fOk) {
+  fOk = False;
+  Setup setup;
+  TakeShown(setup);
+  if (!Instr().SetLevels(setup.Levels)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageLevels);
   fOk = True;
 }
@@ -248,6 +253,16 @@ void LevelsPage::DownloadLevels() {
   for (const Long i : {1, 2}) cboLevelFormat[i - 1].SetListIndexByGroupData(levels.eOutputLevel[i]);
   SetOptionButtonToTag(optOutputs.All(), CStr(levels.eChannelMath));
   m_panel.SetTabState(ePageIsCurrent, ePageLevels);
+}
+
+void LevelsPage::ShowSetup(const Setup &setup) {
+  const udtLevelInfo &levels = setup.Levels;
+  const Long lngChannels = RecordChannels();
+  // Before the levels, which the choice of a format fills from its preset.
+  for (Long i = 1; i <= lngChannels; ++i) cboLevelFormat[i - 1].SetListIndexByGroupData(levels.eOutputLevel[i]);
+  for (Long i = 1; i <= lngChannels; ++i) ShowChannel(levels, i);
+  if (Instr().IsNotRestricted(eLacksChannelMath)) grpOutputs.SetValue(levels.eChannelMath);
+  m_outputs->ShowFlags();
 }
 
 void LevelsPage::ShowChannel(const udtLevelInfo &levels, Long lngChannel) {

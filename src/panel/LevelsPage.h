@@ -27,6 +27,8 @@ class LevelsPage : public Page {
   void FillLevelCombos();
   /// Sets the output groups of this page from the panel's flags.
   void ShowLevelOutputs();
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   void UploadLevels(Boolean &fOk);
   void DownloadLevels();
   /// The latest preset of each channel, by control index.

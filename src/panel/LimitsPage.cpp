@@ -69,10 +69,9 @@ LimitsPage::LimitsPage(QWidget &page, PanelServices &panel)
 
 void LimitsPage::Enter() { grpLimitsChanel[0].SetFocusOnOpt(); }
 
-void LimitsPage::UploadLimits(Boolean &fOk) {
-  fOk = False;
-  udtLimitsInfo limits;
-  const Long lngChannels = ChannelCount();
+void LimitsPage::TakeShown(Setup &setup) const {
+  udtLimitsInfo &limits = setup.Limits;
+  const Long lngChannels = RecordChannels();
   for (Long i = 1; i <= lngChannels; ++i) {
     const Long k = i - 1;
     limits.dblHighVoltage[i] = esLimitHighVoltage[k].Value();
@@ -83,7 +82,13 @@ void LimitsPage::UploadLimits(Boolean &fOk) {
   // Sent for both channels, also to an instrument with one.
   limits.fEnabled[1] = optLimitsChanel[0].Value();
   limits.fEnabled[2] = optLimitsChanel[2].Value();
-  if (!Instr().SetLimits(limits)) return;
+}
+
+void LimitsPage::UploadLimits(Boolean &fOk) {
+  fOk = False;
+  Setup setup;
+  TakeShown(setup);
+  if (!Instr().SetLimits(setup.Limits)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageLimits);
   fOk = True;
 }
@@ -91,7 +96,14 @@ void LimitsPage::UploadLimits(Boolean &fOk) {
 void LimitsPage::DownloadLimits() {
   udtLimitsInfo limits;
   if (!Instr().GetLimits(limits)) return;
-  const Long lngChannels = ChannelCount();
+  ShowLimits(limits);
+  m_panel.SetTabState(ePageIsCurrent, ePageLimits);
+}
+
+void LimitsPage::ShowSetup(const Setup &setup) { ShowLimits(setup.Limits); }
+
+void LimitsPage::ShowLimits(const udtLimitsInfo &limits) {
+  const Long lngChannels = RecordChannels();
   for (Long i = 1; i <= lngChannels; ++i) {
     const Long k = i - 1;
     esLimitHighVoltage[k].SetValue(limits.dblHighVoltage[i]);
@@ -101,7 +113,6 @@ void LimitsPage::DownloadLimits() {
   }
   grpLimitsChanel[0].SetValue(limits.fEnabled[1]);
   grpLimitsChanel[1].SetValue(limits.fEnabled[2]);
-  m_panel.SetTabState(ePageIsCurrent, ePageLimits);
 }
 
 }  // namespace tarvik

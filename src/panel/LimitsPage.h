@@ -14,10 +14,14 @@ class LimitsPage : public Page {
 
   void Enter() override;
 
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   void UploadLimits(Boolean &fOk);
   void DownloadLimits();
 
  private:
+  void ShowLimits(const udtLimitsInfo &limits);
+
   ControlArray<FrameEnhanced> grpLimitsChanel;
   ControlArray<OptionButton> optLimitsChanel;
   ControlArray<EngrSpin> esLimitHighVoltage;

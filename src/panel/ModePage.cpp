@@ -333,9 +333,13 @@ ModeFields ModePage::Fields() const {
           .dblPllPeriodOrFreq = esPllPeriodOrFreq.Value()};
 }
 
+void ModePage::TakeShown(Setup &setup) const { setup.Mode = ToModeInfo(Fields()); }
+
 void ModePage::UploadMode(Boolean &fOk) {
   fOk = False;
-  if (!Instr().SetMode(ToModeInfo(Fields()))) return;
+  Setup setup;
+  TakeShown(setup);
+  if (!Instr().SetMode(setup.Mode)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageMode);
   fOk = True;
 }
@@ -357,14 +361,20 @@ void ModePage::DownloadMode() {
   FitToInstrument();
   udtModeInfo mode;
   if (!Instr().GetMode(mode)) return;
-  // Filled one after the other, the lists may claim the PLL twice for a moment although the mode read does not.
+  ShowMode(mode);
+  m_panel.SetTabState(ePageIsCurrent, ePageMode);
+}
+
+void ModePage::ShowSetup(const Setup &setup) { ShowMode(setup.Mode); }
+
+void ModePage::ShowMode(const udtModeInfo &mode) {
+  // Filled one after the other, the lists may claim the PLL twice for a moment although the mode does not.
   const ScopedFlag filling(cboArmingSource, m_fIgnorePllConflict,
                            !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
   // The two modes rebuild the lists that depend on them, so they go first and the levels last.
   if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
       SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode)))
     ShowFields(ToModeFields(mode));
-  m_panel.SetTabState(ePageIsCurrent, ePageMode);
 }
 
 void ModePage::ShowFields(const ModeFields &fields) {

@@ -27,6 +27,8 @@ class ModePage : public Page {
   /// Everything that follows from the two modes.
   void UpdateModePage();
   void UpdatePulseType();
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   void UploadMode(Boolean &fOk);
   void DownloadMode();
 
@@ -58,6 +60,7 @@ class ModePage : public Page {
   /// before lacked, VXI lines and channel 2, has to be offered by then, or its settings could not be shown.
   void FitToInstrument();
   ModeFields Fields() const;
+  void ShowMode(const udtModeInfo &mode);
   void ShowFields(const ModeFields &fields);
 
   TimingPage &m_timing;

@@ -3,6 +3,7 @@
 #include "instrument/clsInstrInterface.h"
 #include "panel/Form.h"
 #include "panel/PanelState.h"
+#include "settings/Setup.h"
 
 namespace tarvik {
 
@@ -35,6 +36,13 @@ class Page {
   /// The page came to the front.
   virtual void Enter() = 0;
 
+  /// Writes the page's part of a setup from what it shows: the record that an upload sends. Pages without settings of
+  /// the instrument write nothing.
+  virtual void TakeShown(Setup &) const {}
+  /// Shows the page's part of a setup as it is: no range and no preset changes a value of it. What the open instrument
+  /// has no control for is left out.
+  virtual void ShowSetup(const Setup &) {}
+
   const Form &Controls() const { return m_form; }
 
  protected:
@@ -43,6 +51,8 @@ class Page {
 
   /// Number of channels of the open instrument, 0 without one.
   Long ChannelCount() const { return Instr().ChannelCount().value_or(0); }
+  /// Number of channels in the page's record: both without an instrument, since the controls of both are open then.
+  Long RecordChannels() const { return Instr().ChannelCount().value_or(2); }
 
   PanelServices &m_panel;
   PanelState &m_state;

@@ -17,6 +17,7 @@
 #include "panel/TrigLevPage.h"
 #include "platform/CommandButton.h"
 #include "platform/Highlight.h"
+#include "platform/ScopedFlag.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
@@ -99,6 +100,17 @@ class WarningsHeldBack {
  private:
   clsInstrInterface &m_instr;
   const Boolean m_fBefore;
+};
+
+/// While it lives, what the controls are given is not the user's: their clicks neither send to the instrument nor mark
+/// a page.
+class ProgramShows {
+ public:
+  ProgramShows(QObject &panel, PanelState &state)
+      : m_auto(panel, state.mfAutoOutputOnOff, false), m_downloading(panel, state.mfDownloading) {}
+
+ private:
+  const ScopedFlag<Boolean> m_auto, m_downloading;
 };
 
 std::string Setting(const char *strKey, const char *strDefault) {
@@ -448,13 +460,26 @@ Boolean TarvikGUI::Panel::TurnOutputsOff() {
 }
 
 void TarvikGUI::Panel::ShowOutputs() {
-  // The switches only follow here: their clicks neither send what the instrument has already nor mark a page.
-  const Boolean fAuto = std::exchange(state.mfAutoOutputOnOff, False);
-  const Boolean fDownloading = std::exchange(state.mfDownloading, True);
+  const ProgramShows shows(gui, state);
   timingPage->ShowTimingOutputs();
   levelsPage->ShowLevelOutputs();
-  state.mfAutoOutputOnOff = fAuto;
-  state.mfDownloading = fDownloading;
+}
+
+// ---- Setups ----
+
+Setup TarvikGUI::Panel::ShownSetup() const {
+  Setup setup;
+  setup.Instrument.lngNumChannels = zorvaneInstr ? zorvaneInstr->ChannelCount().value_or(2) : 2;
+  for (Long lngPage = 0; lngPage < eNumPages; ++lngPage) PageOf(lngPage)->TakeShown(setup);
+  return setup;
+}
+
+void TarvikGUI::Panel::ShowSetup(const Setup &setup) {
+  const ProgramShows shows(gui, state);
+  // In the order of a download: the mode decides what the other pages can show.
+  for (const TabNumEnum ePage :
+       {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
+    PageOf(ePage)->ShowSetup(setup);
 }
 
 // ---- Errors, warnings and events of the instrument ----

@@ -76,6 +76,11 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   void cmdCheckWarnings_Click();
   Boolean TurnOutputsOff();
   void ShowOutputs();
+
+  /// What the pages show, as an upload of all of them would send it.
+  Setup ShownSetup() const;
+  /// Shows a setup on all pages; sends nothing to the instrument. Page states stay.
+  void ShowSetup(const Setup &setup);
   void ZorvaneInstr_StatusMessage(const std::string &strStatus);
   void ZorvaneInstr_InstrError();
 

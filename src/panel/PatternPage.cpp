@@ -14,6 +14,16 @@ struct Stream {
 constexpr Stream Streams[] = {
     {eChan1, ePatternChan1, false}, {eChan2, ePatternChan2, true}, {eStrobe, ePatternStrobe, false}};
 
+std::size_t RowOf(const Stream &stream) { return static_cast<std::size_t>(stream.eChan - ePatternChan1); }
+
+/// The first bits of an array, which may have more bytes.
+PatternStream ToStream(const ByteArray &arr, Long lngLength) {
+  PatternStream stream{lngLength, arr.Elements()};
+  stream.arrBytes.resize(static_cast<std::size_t>((lngLength + 7) / 8));
+  if (const int intUsed = lngLength % 8) stream.arrBytes.back() &= static_cast<Byte>(0xFF00 >> intUsed);
+  return stream;
+}
+
 FormTable Design() {
   return {form::Pattern("BitPattern1").At({757.5F, 630, 6945, 3735}).SpokenName("Bit pattern editor")};
 }
@@ -33,6 +43,28 @@ void PatternPage::BitPattern1_RzChange() {
   RzFlags &mfRz = m_state.mfRz;
   BitPattern1.GetRz(mfRz.Array());
   mfRz.SetRzFromFlags(mfRz[1], mfRz[2], False, True);
+}
+
+void PatternPage::TakeShown(Setup &setup) const {
+  Long lngSize = BitPattern1.GetPatternArraySize();
+  const Long lngLength = BitPattern1.GetPatternLength();
+  ByteArray arr(1);
+  arr.ReDim(1, lngSize);
+  for (const Stream &stream : Streams) {
+    if (stream.fOfChannel2 && !m_state.mfDualChannel) continue;
+    if (BitPattern1.GetPattern(stream.eChannel, arr, lngSize)) setup.Pattern[RowOf(stream)] = ToStream(arr, lngLength);
+  }
+  setup.fRz = {m_state.mfRz[1], m_state.mfRz[2]};
+}
+
+void PatternPage::ShowSetup(const Setup &setup) {
+  BitPattern1.SetPatternInit();
+  for (const Stream &stream : Streams) {
+    const PatternStream &shown = setup.Pattern[RowOf(stream)];
+    if (shown.lngLength == 0 || (stream.fOfChannel2 && !m_state.mfDualChannel)) continue;
+    BitPattern1.SetPattern(stream.eChannel, ByteArray(1, shown.arrBytes), shown.lngLength);
+  }
+  m_state.mfRz.SetRzFromFlags(setup.fRz[1], setup.fRz[2], True, True);
 }
 
 void PatternPage::UploadRz(Boolean &fOk) {

@@ -12,6 +12,8 @@ class PatternPage : public Page {
 
   void Enter() override;
 
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   /// Sends the flags only; the page keeps its state until its bits are sent too.
   void UploadRz(Boolean &fOk);
   /// Sends the streams. The first failure ends it; what was sent stays on the instrument.

@@ -276,10 +276,9 @@ void TimingPage::ShowLanes() {
 
 // ---- Transfer ----
 
-void TimingPage::UploadTiming(Boolean &fOk) {
-  fOk = False;
-  udtTimingInfo timing;
-  const Long lngChannels = ChannelCount();
+void TimingPage::TakeShown(Setup &setup) const {
+  udtTimingInfo &timing = setup.Timing;
+  const Long lngChannels = RecordChannels();
   for (Long i = 1; i <= lngChannels; ++i) {
     const Long k = i - 1;
     timing.fAutoCoupleLeTe[i] = TeEqLe(k);
@@ -293,7 +292,13 @@ void TimingPage::UploadTiming(Boolean &fOk) {
   timing.fChannelOutputOn = m_state.mfOutputOn;
   timing.fChannelOutputInvOn = m_state.mfOutputInvOn;
   timing.dblFrequency = IsFrequency() ? esPeriodOrFreq.Value() : esPeriodOrFreq.Reciprocal();
-  if (!Instr().SetTiming(timing)) return;
+}
+
+void TimingPage::UploadTiming(Boolean &fOk) {
+  fOk = False;
+  Setup setup;
+  TakeShown(setup);
+  if (!Instr().SetTiming(setup.Timing)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageTiming);
   fOk = True;
 }
@@ -301,17 +306,23 @@ void TimingPage::UploadTiming(Boolean &fOk) {
 void TimingPage::DownloadTiming() {
   udtTimingInfo timing;
   if (!Instr().GetTiming(timing)) return;
-  const Long lngChannels = ChannelCount();
+  ShowTiming(timing);
+  m_panel.SetTabState(ePageIsCurrent, ePageTiming);
+}
+
+void TimingPage::ShowSetup(const Setup &setup) { ShowTiming(setup.Timing); }
+
+void TimingPage::ShowTiming(const udtTimingInfo &timing) {
+  const Long lngChannels = RecordChannels();
   for (Long i = 1; i <= lngChannels; ++i) ShowChannel(timing, i);
   ShowTimingOutputs();
   if (IsFrequency())
     esPeriodOrFreq.SetValue(timing.dblFrequency);
   else
     esPeriodOrFreq.SetReciprocal(timing.dblFrequency);
-  // The instrument's values stand, even a width beyond the period; the next edit applies the ranges to them.
+  // The values stand, even a width beyond the period; the next edit applies the ranges to them.
   SetTimingRanges(False, OutOfRange::Stands);
   DrawTiming();
-  m_panel.SetTabState(ePageIsCurrent, ePageTiming);
 }
 
 void TimingPage::ShowChannel(const udtTimingInfo &timing, Long lngChannel) {

@@ -20,6 +20,8 @@ class TimingPage : public Page {
 
   void Enter() override;
 
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   void UploadTiming(Boolean &fOk);
   void DownloadTiming();
 
@@ -64,6 +66,7 @@ class TimingPage : public Page {
   void SetChannelRanges(Long k, Double dblPeriod, OutOfRange eValues);
   udtChannelTiming TimingOf(Integer intChan) const;
   Boolean &TeEqLe(Long k) const;
+  void ShowTiming(const udtTimingInfo &timing);
   void ShowChannel(const udtTimingInfo &timing, Long lngChannel);
 
   CommandButton &cmdPeriodOrFreq;

@@ -174,9 +174,8 @@ void TrigLevPage::esTrgLevExtInThreshold_AfterUpdate() { optTrigLevelExtIn[Prese
 
 void TrigLevPage::esTrgLevClkInThreshold_AfterUpdate() { optTrigLevelClkIn[PresetCustom].SetValue(True); }
 
-void TrigLevPage::UploadTrigLevels(Boolean &fOk) {
-  fOk = False;
-  udtTrgLevelsInfo levels;
+void TrigLevPage::TakeShown(Setup &setup) const {
+  udtTrgLevelsInfo &levels = setup.TrgLevels;
   levels.dblExtInThreshold = esTrgLevExtInThreshold.Value();
   levels.dblClkInThreshold = esTrgLevClkInThreshold.Value();
   levels.eTriggerOutLevel = CLng(grpTrigLevelTrigOut.Value());
@@ -185,7 +184,13 @@ void TrigLevPage::UploadTrigLevels(Boolean &fOk) {
   levels.dblClkInInputImp = CDbl(grpTrigLevelClkInImp.Value());
   levels.eVxiTriggerLine = cboVxiTriggerEnable.GetCurrItemData();
   levels.eVxiTriggerSource = cboVxiTriggerSource.GetCurrItemData();
-  if (!Instr().SetTriggerLevels(levels)) return;
+}
+
+void TrigLevPage::UploadTrigLevels(Boolean &fOk) {
+  fOk = False;
+  Setup setup;
+  TakeShown(setup);
+  if (!Instr().SetTriggerLevels(setup.TrgLevels)) return;
   m_panel.SetTabState(ePageIsCurrent, ePageTrigLev);
   fOk = True;
 }
@@ -193,6 +198,18 @@ void TrigLevPage::UploadTrigLevels(Boolean &fOk) {
 void TrigLevPage::DownloadTrigLevels() {
   udtTrgLevelsInfo levels;
   if (!Instr().GetTriggerLevels(levels)) return;
+  ShowTrigLevels(levels);
+  m_panel.SetTabState(ePageIsCurrent, ePageTrigLev);
+}
+
+void TrigLevPage::ShowSetup(const Setup &setup) {
+  ShowTrigLevels(setup.TrgLevels);
+  // A preset is found by 15 digits, and its choice has written it to the field.
+  esTrgLevExtInThreshold.SetValue(setup.TrgLevels.dblExtInThreshold);
+  esTrgLevClkInThreshold.SetValue(setup.TrgLevels.dblClkInThreshold);
+}
+
+void TrigLevPage::ShowTrigLevels(const udtTrgLevelsInfo &levels) {
   // The field goes before the group: choosing a preset writes the field.
   esTrgLevExtInThreshold.SetValue(levels.dblExtInThreshold);
   grpTrigLevelExtIn.Match(levels.dblExtInThreshold, Long{0});
@@ -204,7 +221,6 @@ void TrigLevPage::DownloadTrigLevels() {
   grpTrigLevelClkInImp.SetValue(levels.dblClkInInputImp);
   cboVxiTriggerEnable.SetListIndexByItemData(levels.eVxiTriggerLine);
   cboVxiTriggerSource.SetListIndexByItemData(levels.eVxiTriggerSource);
-  m_panel.SetTabState(ePageIsCurrent, ePageTrigLev);
 }
 
 }  // namespace tarvik

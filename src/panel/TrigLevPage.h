@@ -17,12 +17,15 @@ class TrigLevPage : public Page {
 
   /// Writes the tags of the options and fills the two lists.
   void FillTrigLevelControls();
+  void TakeShown(Setup &setup) const override;
+  void ShowSetup(const Setup &setup) override;
   void UploadTrigLevels(Boolean &fOk);
   void DownloadTrigLevels();
   void optTrigLevelExtIn_Click(Integer Index);
   void optTrigLevelClkIn_Click(Integer Index);
 
  private:
+  void ShowTrigLevels(const udtTrgLevelsInfo &levels);
   void esTrgLevExtInThreshold_AfterUpdate();
   void esTrgLevClkInThreshold_AfterUpdate();
   void ApplyPreset(EngrSpin &field, Integer Index);
