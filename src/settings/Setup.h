@@ -29,6 +29,7 @@ struct Setup {
   static constexpr std::size_t PatternRows = 3;
 
   udtInstrInfo Instrument;  ///< whose settings these are; lngNumChannels says how many channels count
+  Long lngLacks = 0;        ///< Functionality bits: what the instrument does not have
   udtModeInfo Mode;
   udtTimingInfo Timing;
   udtLevelInfo Levels;

@@ -1,0 +1,68 @@
+#include "settings/Setting.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarvik {
+
+namespace {
+
+constexpr std::array<Long, 2> BothChannels{1, 2};
+constexpr std::array<Long, 1> NoChannel{0};
+
+}  // namespace
+
+bool Setting::IsHad(const Setup &setup, Long lngChannel) const {
+  if ((setup.lngLacks & eLack) != 0) return false;
+  const Long lngNeeded = fPerChannel ? lngChannel : fOfPattern2 ? 2 : 1;
+  return lngNeeded <= setup.Instrument.lngNumChannels;
+}
+
+std::string_view Setting::Unit(const Setup &setup, Long lngChannel) const {
+  if (!fLevelUnit) return strUnit;
+  return setup.Levels.eOutputType[lngChannel] == eTypeCurrent ? "A" : "V";
+}
+
+std::string_view Setting::WordOf(Long lngValue) const {
+  const auto word = std::ranges::find(arrWords, lngValue, &SettingWord::lngValue);
+  return word == arrWords.end() ? std::string_view() : word->strWord;
+}
+
+std::string Setting::Key(Long lngChannel) const {
+  std::string strText(strKey);
+  if (fPerChannel) strText += "[" + std::to_string(lngChannel) + "]";
+  return strText;
+}
+
+std::string Setting::Caption(Long lngChannel) const {
+  std::string strText(strCaption);
+  if (fPerChannel) strText += ", channel " + std::to_string(lngChannel);
+  return strText;
+}
+
+std::span<const Long> Setting::Channels() const {
+  if (fPerChannel) return BothChannels;
+  return NoChannel;
+}
+
+std::optional<SettingPlace> FindSetting(std::string_view strKey) {
+  for (const Setting &setting : Settings()) {
+    if (!strKey.starts_with(setting.strKey)) continue;
+    for (const Long lngChannel : setting.Channels())
+      if (setting.Key(lngChannel) == strKey) return SettingPlace{&setting, lngChannel};
+  }
+  return std::nullopt;
+}
+
+Setup Canonical(const Setup &setup) {
+  Setup canonical;
+  canonical.Instrument = setup.Instrument;
+  canonical.lngLacks = setup.lngLacks;
+  // The rows that tell how others are kept come first in the table.
+  ForEachStored(setup, [&](const Setting &setting, Long lngChannel) {
+    setting.Write(canonical, lngChannel, setting.Read(setup, lngChannel));
+  });
+  return canonical;
+}
+
+}  // namespace tarvik
