@@ -117,7 +117,8 @@ tarvik_install_headers(development
   instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
   instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
   panel/TarvikGUI.h
-  platform/ConsoleHost.h platform/ControlSite.h platform/FormControl.h platform/PropertyBag.h platform/QtHost.h
+  platform/ConsoleHost.h platform/ControlSite.h platform/FormControl.h platform/MessageList.h platform/PropertyBag.h
+  platform/QtHost.h
   support/Control.h support/Event.h support/Host.h support/Variant.h support/modGlobals.h)
 install(EXPORT TarvikVITargets NAMESPACE TarvikVI:: DESTINATION "${TARVIK_CMAKE_FOLDER}" COMPONENT development)
 tarvik_install_pkgconfig(development tarvikvi)

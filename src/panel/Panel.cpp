@@ -17,6 +17,7 @@
 #include "panel/TrigLevPage.h"
 #include "platform/CommandButton.h"
 #include "platform/Highlight.h"
+#include "platform/QtHost.h"
 #include "platform/ScopedFlag.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
@@ -45,15 +46,25 @@ constexpr Long DownloadShadow = 0x00A0A000;
 constexpr const char *TabCaptions[eNumPages] = {"I&nstr.", "&Mode/Trg", "&Timing", "&Levels", "&Pattern",
                                                 "L&imits", "T&rg-Lev",  "Co&nfig", "&Options"};
 
+constexpr TwipsRect StatusPlace{900, StatusTop, 7620, 735}, MessagesPlace{7245, StatusTop, 1275, 420};
+/// Of the status box beside the button of the messages.
+constexpr Single NarrowStatus = 6255;
+constexpr const char *MessagesCaption = "Messa&ges";
+
 constexpr TwipsRect DownloadPlace{120, ButtonTop, 2700, 420}, UploadPlace{2970, ButtonTop, 2700, 420};
 
 FormTable Design() {
   return {
       form::Text("lblStatus").At({120, StatusTop + 30, 780, 315}).Caption("Status"),
       form::DisplayBox("txtStatus")
-          .At({900, StatusTop, 7620, 735})
+          .At(StatusPlace)
           .SpokenName("Status")
           .ToolTip("The last message of the instrument connection"),
+      form::Button("cmdMessages")
+          .At(MessagesPlace)
+          .Caption(MessagesCaption)
+          .Hidden()
+          .ToolTip("The messages so far, and where the error log is"),
       // The highlights are made before the buttons, so that they lie behind them.
       form::Highlight("picDownloadHighlight")
           .At(DownloadPlace)
@@ -167,7 +178,8 @@ void TarvikGUI::Panel::PutCommandsBehindPages() {
   QWidget *last = tabMain;
   for (QWidget *next = last->nextInFocusChain(); next != tabMain; next = next->nextInFocusChain())
     if (tabMain->isAncestorOf(next)) last = next;
-  for (const char *strName : {"txtStatus", "cmdDownload", "cmdUpload", "cmdCheckErrors", "cmdCheckWarnings"}) {
+  for (const char *strName :
+       {"txtStatus", "cmdMessages", "cmdDownload", "cmdUpload", "cmdCheckErrors", "cmdCheckWarnings"}) {
     auto &command = controls.Get<QWidget>(strName);
     QWidget::setTabOrder(last, &command);
     last = &command;
@@ -175,9 +187,13 @@ void TarvikGUI::Panel::PutCommandsBehindPages() {
 }
 
 void TarvikGUI::Panel::ConnectEvents() {
-  controls.Placed.Connect([this] { PlaceHighlights(); });
+  controls.Placed.Connect([this] {
+    PlaceHighlights();
+    PlaceStatus();
+  });
   tabMain->Click.Connect([this](Long) { tabMain_Click(); });
   instrPage->ClearTabTag = [this] { tabMain->SetTag(""); };
+  controls.Get<CommandButton>("cmdMessages").Click.Connect([this] { cmdMessages_Click(); });
   controls.Get<CommandButton>("cmdUpload").Click.Connect([this] { cmdUpload_Click(); });
   controls.Get<CommandButton>("cmdDownload").Click.Connect([this] { cmdDownload_Click(); });
   controls.Get<CommandButton>("cmdCheckErrors").Click.Connect([this] { cmdCheckErrors_Click(); });
@@ -204,6 +220,37 @@ void TarvikGUI::Panel::PlaceHighlights() {
   const int offset = TwipsToPixels(face, Shadow);
   picDownloadHighlight.setGeometry(controls.Get<CommandButton>("cmdDownload").geometry().translated(offset, offset));
   picUploadHighlight.setGeometry(controls.Get<CommandButton>("cmdUpload").geometry().translated(offset, offset));
+}
+
+// ---- List of messages ----
+
+void TarvikGUI::Panel::OfferMessages() {
+  QtHost *host = QtHost::Installed();
+  controls.Get<CommandButton>("cmdMessages").SetVisible(host != nullptr);
+  PlaceStatus();
+  messagesConnection.Disconnect();
+  if (!host) return;
+  messagesConnection = host->Messages().Changed.ConnectScoped([this] { ShowUnseenMessages(); });
+  ShowUnseenMessages();
+}
+
+void TarvikGUI::Panel::PlaceStatus() {
+  TwipsRect place = StatusPlace;
+  if (controls.Get<CommandButton>("cmdMessages").Visible()) place.sngWidth = NarrowStatus;
+  txtStatus.setGeometry(TwipsToPixels(txtStatus, place));
+}
+
+void TarvikGUI::Panel::ShowUnseenMessages() {
+  auto &button = controls.Get<CommandButton>("cmdMessages");
+  const QtHost *host = QtHost::Installed();
+  const Long lngUnseen = host ? host->Messages().Unseen() : 0;
+  button.SetCaption(lngUnseen == 0 ? MessagesCaption : MessagesCaption + (" (" + CStr(lngUnseen) + ")"));
+  button.setAccessibleDescription(
+      lngUnseen == 0 ? QString() : QString::number(lngUnseen) + QStringLiteral(" messages came without a box"));
+}
+
+void TarvikGUI::Panel::cmdMessages_Click() {
+  if (QtHost *host = QtHost::Installed()) host->ShowMessages(&gui);
 }
 
 // ---- Start and end ----

@@ -65,6 +65,11 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   void ConnectEvents();
   void PlaceFace();
   void PlaceHighlights();
+  /// The button of the messages is there where the host has a list of them.
+  void OfferMessages();
+  void PlaceStatus();
+  void ShowUnseenMessages();
+  void cmdMessages_Click();
   /// Anew with each theme.
   void TakeDisabledLook();
   QFont ZoomedFont(Long lngPercent) const;
@@ -96,6 +101,7 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   std::shared_ptr<clsInstrInterface> zorvaneInstr;
   Event<const std::string &>::Connection statusConnection;
   Event<const std::string &>::Connection errorConnection;
+  Event<>::Connection messagesConnection;
   std::unique_ptr<PanelStart> start;
   bool fStarted = false;  ///< at least once, with whatever result
   bool fEnding = false;

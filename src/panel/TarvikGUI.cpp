@@ -135,6 +135,7 @@ void TarvikGUI::showEvent(QShowEvent *event) {
   // A window that comes back from the task bar was never hidden by its host.
   if (event->spontaneous()) return;
   gobjPanel() = this;
+  m->OfferMessages();
   m->start->Await();
 }
 

@@ -1,6 +1,7 @@
 #include "platform/QtHost.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QEventLoop>
 #include <QFontMetrics>
 #include <QGridLayout>
@@ -15,7 +16,10 @@
 #include <vector>
 
 #include "platform/DroppedInput.h"
+#include "platform/MessageWindow.h"
+#include "support/RunTimeError.h"
 #include "support/SettingsFile.h"
+#include "support/UserEvent.h"
 
 namespace tarvik {
 
@@ -116,9 +120,57 @@ class AroundBox {
   const bool m_fBusy;
 };
 
+/// Offers to show no further box of the action.
+void OfferListOnly(QMessageBox &box) {
+  auto *choice = new QCheckBox(QStringLiteral("&Show the rest of this action in the list only"), &box);
+  choice->setObjectName(QStringLiteral("chkListOnly"));
+  choice->setToolTip(QStringLiteral("Further messages of this action come into the list of messages, without a box"));
+  QObject::connect(choice, &QCheckBox::toggled, &box,
+                   [action = UserEvent::BoxesOfAction()](bool fChosen) { action->fRestInListOnly = fChosen; });
+  box.setCheckBox(choice);
+}
+
 }  // namespace
 
+QtHost::~QtHost() {
+  // At the end of the process the window may be left over from an application that has gone.
+  if (qApp) delete m_window;
+}
+
+QtHost *QtHost::Installed() { return dynamic_cast<QtHost *>(InstalledHost()); }
+
+void QtHost::Keep(const std::string &strText, BoxIcon icon) { m_messages.Add(Now(), icon, strText); }
+
+void QtHost::ShowMessages(QWidget *beside) {
+  if (!m_window) {
+    std::string strLog = "none";
+    IgnoreErrors([&] { strLog = ErrorLogPath(); });
+    m_window = new MessageWindow(m_messages, QString::fromStdString(strLog), beside ? beside->window() : nullptr);
+  }
+  m_window->show();
+  m_window->raise();
+  m_window->activateWindow();
+}
+
 BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) {
+  if (buttons == BoxButtons::YesNo) {
+    const BoxAnswer answer = Show(strText, icon, buttons, strTitle, false);
+    Keep(strText + (answer == BoxAnswer::Yes ? "\r\n[Yes]" : "\r\n[No]"), icon);
+    return answer;
+  }
+  Keep(strText, icon);
+  UserEvent::ActionBoxes *action = UserEvent::BoxesOfAction();
+  if (m_eBoxes == Boxes::ListOnly || (action && action->fRestInListOnly)) {
+    m_messages.AddUnseen();
+    return BoxAnswer::Ok;
+  }
+  // The first box of an action comes as it always did: most actions have no second one.
+  const bool fOffersList = action && std::exchange(action->fAnyShown, true);
+  return Show(strText, icon, buttons, strTitle, fOffersList);
+}
+
+BoxAnswer QtHost::Show(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle,
+                       bool fOffersList) {
   const AroundBox around(*this);
   // A host may end the window while the box asks, and the box with it.
   const QPointer<QMessageBox> box = new QMessageBox(ToQIcon(icon), QString::fromStdString(strTitle), ShownText(strText),
@@ -134,6 +186,7 @@ BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons bu
     box->setDefaultButton(QMessageBox::Yes);
     box->setEscapeButton(QMessageBox::No);
   }
+  if (fOffersList) OfferListOnly(*box);
   MakeRoomForTitle(*box);
   const int intButton = box->exec();
   delete box;
@@ -153,6 +206,7 @@ std::string QtHost::InputBox(const std::string &strPrompt, const std::string &st
   const bool fAccepted = box->exec() == QDialog::Accepted;
   const std::string strEntry = fAccepted && box ? box->textValue().toStdString() : std::string();
   delete box;
+  Keep(strPrompt + "\r\n[" + strEntry + "]", BoxIcon::Question);
   return strEntry;
 }
 

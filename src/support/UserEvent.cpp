@@ -11,20 +11,25 @@ namespace {
 
 thread_local UserEvent *g_atWork = nullptr;  // null while a box stands
 thread_local UserEvent *g_topmost = nullptr;
+thread_local UserEvent::ActionBoxes *g_action = nullptr;
 thread_local bool g_fDriverWorked = false;
 thread_local std::vector<std::function<void()>> g_arrAfterAll;
 
 }  // namespace
 
-UserEvent::UserEvent(const void *owner) : m_outer(g_atWork), m_below(g_topmost), m_owner(owner) {
+UserEvent::UserEvent(const void *owner)
+    : m_outer(g_atWork), m_below(g_topmost), m_owner(owner), m_actionBefore(g_action) {
   g_atWork = g_topmost = this;
+  if (m_outer) return;
+  g_action = &m_boxes;
   // A call of the host's own was not the user's concern.
-  if (!m_outer) g_fDriverWorked = false;
+  g_fDriverWorked = false;
 }
 
 UserEvent::~UserEvent() {
   g_atWork = m_outer;
   g_topmost = m_below;
+  g_action = m_actionBefore;
   if (!m_outer) DropInput();
   if (m_below) return;
   for (const auto &procedure : std::exchange(g_arrAfterAll, {})) procedure();
@@ -54,6 +59,8 @@ void UserEvent::BeforeDriverCall() {
 void UserEvent::DropInput() {
   if (std::exchange(g_fDriverWorked, false)) TheHost().DropInput();
 }
+
+UserEvent::ActionBoxes *UserEvent::BoxesOfAction() { return g_action; }
 
 void UserEvent::AfterAll(std::function<void()> procedure) {
   if (g_topmost)

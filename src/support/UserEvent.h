@@ -40,6 +40,15 @@ class UserEvent {
   static void BeforeDriverCall();
   /// Drops what the user did while the driver worked, if it did.
   static void DropInput();
+  /// What the boxes of one action have in common. An action is an event that no other one caused, with all that
+  /// follows from it.
+  struct ActionBoxes {
+    bool fAnyShown = false;        ///< a box of the action was shown
+    bool fRestInListOnly = false;  ///< the user wants no further box of the action that has OK alone
+  };
+  /// Those of the action at work, also while a box of it stands; null where there is none.
+  static ActionBoxes *BoxesOfAction();
+
   /// Runs the procedure at the end of the thread's bottommost event; at once where there is no event.
   static void AfterAll(std::function<void()> procedure);
 
@@ -47,6 +56,8 @@ class UserEvent {
   UserEvent *m_outer;  ///< the event that goes on when this one is done; null at the bottom and behind a box
   UserEvent *m_below;  ///< the next one of the thread, whatever stands between
   const void *m_owner;
+  ActionBoxes *m_actionBefore;
+  ActionBoxes m_boxes;  ///< of the action that begins here, if it does
   bool m_fEnded = false;
 };
 
