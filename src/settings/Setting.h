@@ -56,7 +56,9 @@ struct Setting {
   std::span<const SettingWord> arrWords = {};
   /// The instrument class knows what to do with the words only; a driver cannot add values.
   bool fOnlyWords = false;
-  Long eLack = 0;            ///< a model with one of these Functionality bits does not have the setting
+  Long eLack = 0;  ///< a model with one of these Functionality bits does not have the setting
+  /// A model with this bit has the two values of its fixed leading edges only.
+  Long eFixed = 0;
   bool fOfPattern2 = false;  ///< an instrument with one channel does not have it
   /// Says how others are written, as high and low or as offset and amplitude, and is no setting of the instrument.
   bool fNotation = false;

@@ -221,6 +221,11 @@ struct Row : Setting {
     row.eLack = eBit;
     return row;
   }
+  constexpr Row FixedBy(Long eBit) const {
+    Row row = *this;
+    row.eFixed = eBit;
+    return row;
+  }
   constexpr Row OnlyWords() const {
     Row row = *this;
     row.fOnlyWords = true;
@@ -337,7 +342,8 @@ constexpr Setting Table[] = {
     QuantityOf<InTiming<&Times::dblWidth>>("timing.width", ePageTiming, "Width", OfChannels)
         .In("s", WidthRangeOfForm.dblMin, WidthRangeOfForm.dblMax),
     QuantityOf<InTiming<&Times::dblLeading>>("timing.leading", ePageTiming, "Leading Edge", OfChannels)
-        .In("s", ShortestEdge, LongestTime),
+        .In("s", ShortestEdge, LongestTime)
+        .FixedBy(eLacksFreeLeadingEdge),
     SwitchOf<InTiming<&Times::fAutoCoupleLeTe>>("timing.coupled", ePageTiming, "Trail Edge = Lead Edge")
         .Lacking(eLacksTrailingEdge),
     QuantityOf<InTiming<&Times::dblTrailing>>("timing.trailing", ePageTiming, "Trailing Edge", OfChannels)

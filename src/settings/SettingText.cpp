@@ -9,6 +9,8 @@
 #include "engrspin/EngrFormat.h"
 #include "engrspin/EngrNumber.h"
 #include "settings/PatternText.h"
+#include "settings/SetupDifferences.h"
+#include "settings/TimingRules.h"
 #include "support/Conversions.h"
 
 namespace tarvik {
@@ -190,22 +192,38 @@ SettingValue ReadEntryText(const Setting &setting, const Setup &setup, Long lngC
   RaiseError(ErrTypeMismatch);
 }
 
+std::string LackObjection(const Setting &setting, const Setup &instrument, const SettingValue &value) {
+  if (setting.eKind == SettingKind::Choice) {
+    const auto word = std::ranges::find(setting.arrWords, std::get<Long>(value), &SettingWord::lngValue);
+    if (word != setting.arrWords.end() && (word->eLack & instrument.lngLacks) != 0)
+      return "the instrument does not have " + std::string(word->strWord);
+  }
+  if ((instrument.lngLacks & setting.eFixed) == 0) return {};
+  std::vector<std::string> arrAllowed;
+  for (const std::string &strAllowed : Split(LeadingEdgeValues(True), ';')) {
+    const Double dblAllowed = ParseNumber(strAllowed, '.').value_or(0);
+    if (SameQuantity(std::get<Double>(value), dblAllowed, setting.strUnit)) return {};
+    arrAllowed.push_back(ExactText(dblAllowed, setting.strUnit));
+  }
+  return "the instrument has " + Listed(arrAllowed) + " only";
+}
+
 std::string Objection(const Setting &setting, const Setup &setup, Long lngChannel, const SettingValue &value) {
+  if (std::string strLack = LackObjection(setting, setup, value); !strLack.empty()) return strLack;
   if (setting.eKind == SettingKind::Choice) {
     const Long lngValue = std::get<Long>(value);
-    const auto word = std::ranges::find(setting.arrWords, lngValue, &SettingWord::lngValue);
-    if (word == setting.arrWords.end())
-      return setting.fOnlyWords ? std::to_string(lngValue) + " is not " + WordsOf(setting) : std::string();
-    return (word->eLack & setup.lngLacks) != 0 ? "the instrument does not have " + std::string(word->strWord)
-                                               : std::string();
+    const bool fUnknown = setting.fOnlyWords && setting.WordOf(lngValue).empty();
+    return fUnknown ? std::to_string(lngValue) + " is not " + WordsOf(setting) : std::string();
   }
-  const bool fCount = setting.eKind == SettingKind::Count;
-  if (!fCount && setting.eKind != SettingKind::Quantity) return {};
-  const Double dblValue = fCount ? std::get<Long>(value) : std::get<Double>(value);
-  if (std::isfinite(dblValue) && dblValue >= setting.dblMin && dblValue <= setting.dblMax) return {};
-  if (fCount)
-    return std::to_string(std::get<Long>(value)) + " is out of the range " + std::to_string(CLng(setting.dblMin)) +
-           " to " + std::to_string(CLng(setting.dblMax));
+  if (setting.eKind == SettingKind::Count) {
+    const Long lngValue = std::get<Long>(value), lngMin = CLng(setting.dblMin), lngMax = CLng(setting.dblMax);
+    if (lngValue >= lngMin && lngValue <= lngMax) return {};
+    return std::to_string(lngValue) + " is out of the range " + std::to_string(lngMin) + " to " +
+           std::to_string(lngMax);
+  }
+  if (setting.eKind != SettingKind::Quantity) return {};
+  const auto dblValue = std::get<Double>(value);
+  if (dblValue >= setting.dblMin && dblValue <= setting.dblMax) return {};
   return OutOfRange(setting, setting.Unit(setup, lngChannel), dblValue);
 }
 

@@ -37,6 +37,10 @@ SettingValue ReadEntryText(const Setting &setting, const Setup &setup, Long lngC
 /// Why the instrument cannot have this value, such as "1 V is out of the range -20 mV to 20 mV". Empty when it can.
 std::string Objection(const Setting &setting, const Setup &setup, Long lngChannel, const SettingValue &value);
 
+/// Why the model of `instrument` cannot have this value although it has the setting: "the instrument does not have
+/// Ttlt0". Empty when it can.
+std::string LackObjection(const Setting &setting, const Setup &instrument, const SettingValue &value);
+
 /// The words of a choice, as they are listed to the user: "Single or Double".
 std::string WordsOf(const Setting &setting);
 
