@@ -18,6 +18,10 @@ bool Setting::IsHad(const Setup &setup, Long lngChannel) const {
   return lngNeeded <= setup.Instrument.lngNumChannels;
 }
 
+bool Setting::KeepsItsOwn(const Setup &setup, Long lngChannel) const {
+  return eKind == SettingKind::Choice && WordOf(std::get<Long>(Read(setup, lngChannel))) == "Keep";
+}
+
 std::string_view Setting::Unit(const Setup &setup, Long lngChannel) const {
   if (!fLevelUnit) return strUnit;
   return setup.Levels.eOutputType[lngChannel] == eTypeCurrent ? "A" : "V";

@@ -72,6 +72,8 @@ struct Setting {
   bool IsStored(const Setup &setup, Long lngChannel) const { return !Stored || Stored(setup, lngChannel); }
   /// Whether the setup's instrument has the setting (on this channel).
   bool IsHad(const Setup &setup, Long lngChannel) const;
+  /// Whether the setup has the value that is sent where a mode leaves no choice: the instrument then keeps its own.
+  bool KeepsItsOwn(const Setup &setup, Long lngChannel) const;
   std::string_view Unit(const Setup &setup, Long lngChannel) const;
   /// The word of a choice's value; empty for a value that has none.
   std::string_view WordOf(Long lngValue) const;

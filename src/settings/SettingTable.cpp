@@ -197,6 +197,8 @@ bool IsArmedByPll(const Setup &setup, Long lngChannel) {
 }
 bool HasOwnTrailingEdge(const Setup &setup, Long lngChannel) { return !setup.Timing.fAutoCoupleLeTe[lngChannel]; }
 
+bool HasExternalReference(const Setup &setup, Long) { return setup.ePllRefSource == ePllRefClkIn; }
+
 bool IsNeverStored(const Setup &, Long) { return false; }
 
 // ---- Rows ----
@@ -419,7 +421,8 @@ constexpr Setting Table[] = {
 
     ChoiceOf<PllSourceField>("pll.source", ePageConfig, "PLL Reference Source", PllReferenceSources),
     QuantityOf<PllFreqField>("pll.frequency", ePageConfig, "PLL Reference Frequency")
-        .In("Hz", 1 / HighestFrequency, HighestFrequency),
+        .In("Hz", 1 / HighestFrequency, HighestFrequency)
+        .UsedWhen(&HasExternalReference),
 };
 
 }  // namespace

@@ -20,6 +20,7 @@ Double LastPlace(std::string_view strUnit) {
 }
 
 bool Agree(const Setting &setting, Long lngChannel, const Setup &first, const Setup &second, Double dblTolerance) {
+  if (setting.KeepsItsOwn(first, lngChannel) || setting.KeepsItsOwn(second, lngChannel)) return true;
   const SettingValue ofFirst = setting.Read(first, lngChannel), ofSecond = setting.Read(second, lngChannel);
   if (setting.eKind != SettingKind::Quantity) return ofFirst == ofSecond;
   return SameQuantity(std::get<Double>(ofFirst), std::get<Double>(ofSecond), setting.Unit(first, lngChannel),
@@ -28,7 +29,7 @@ bool Agree(const Setting &setting, Long lngChannel, const Setup &first, const Se
 
 /// Both values, quantities with as many digits as tell them apart.
 std::pair<std::string, std::string> Texts(const Setting &setting, Long lngChannel, const Setup &first,
-                                          const Setup &second) {
+                                          const Setup &second, char chSeparator) {
   if (setting.eKind == SettingKind::Stream) {
     const auto ofFirst = std::get<PatternStream>(setting.Read(first, lngChannel));
     const auto ofSecond = std::get<PatternStream>(setting.Read(second, lngChannel));
@@ -36,7 +37,8 @@ std::pair<std::string, std::string> Texts(const Setting &setting, Long lngChanne
   }
   std::pair<std::string, std::string> texts;
   for (Long lngDigits = ShownDigits; lngDigits <= RoundedDigits; ++lngDigits) {
-    texts = {ShownText(setting, first, lngChannel, lngDigits), ShownText(setting, second, lngChannel, lngDigits)};
+    texts = {ShownText(setting, first, lngChannel, lngDigits, chSeparator),
+             ShownText(setting, second, lngChannel, lngDigits, chSeparator)};
     if (texts.first != texts.second) return texts;
   }
   return {EntryText(setting, first, lngChannel), EntryText(setting, second, lngChannel)};
@@ -51,6 +53,21 @@ bool SameQuantity(Double dblFirst, Double dblSecond, std::string_view strUnit, D
   return std::abs(dblFirst - dblSecond) <= std::max(dblTolerance * dblLarger, LastPlace(strUnit));
 }
 
+std::optional<SetupDifference> DifferenceIn(const Setting &setting, Long lngChannel, const Setup &first,
+                                            const Setup &second, Double dblTolerance, char chSeparator) {
+  const bool fOfFirst = setting.IsHad(first, lngChannel), fOfSecond = setting.IsHad(second, lngChannel);
+  if (fOfFirst && fOfSecond) {
+    if (Agree(setting, lngChannel, first, second, dblTolerance)) return std::nullopt;
+    auto [strFirst, strSecond] = Texts(setting, lngChannel, first, second, chSeparator);
+    return SetupDifference{&setting, lngChannel, std::move(strFirst), std::move(strSecond)};
+  }
+  if (!fOfFirst && !fOfSecond) return std::nullopt;
+  const auto text = [&](bool fHas, const Setup &setup) {
+    return fHas ? ShownText(setting, setup, lngChannel, ShownDigits, chSeparator) : "";
+  };
+  return SetupDifference{&setting, lngChannel, text(fOfFirst, first), text(fOfSecond, second)};
+}
+
 std::vector<SetupDifference> Differences(const Setup &first, const Setup &second, Double dblTolerance) {
   std::vector<SetupDifference> arrDifferences;
   for (const Setting &setting : Settings()) {
@@ -62,14 +79,8 @@ std::vector<SetupDifference> Differences(const Setup &first, const Setup &second
       const bool fUsed =
           (fOfFirst && setting.IsInUse(first, lngChannel)) || (fOfSecond && setting.IsInUse(second, lngChannel));
       if (!fUsed) continue;
-      if (fOfFirst && fOfSecond) {
-        if (Agree(setting, lngChannel, first, second, dblTolerance)) continue;
-        auto [strFirst, strSecond] = Texts(setting, lngChannel, first, second);
-        arrDifferences.push_back({&setting, lngChannel, std::move(strFirst), std::move(strSecond)});
-      } else {
-        arrDifferences.push_back({&setting, lngChannel, fOfFirst ? ShownText(setting, first, lngChannel) : "",
-                                  fOfSecond ? ShownText(setting, second, lngChannel) : ""});
-      }
+      if (auto difference = DifferenceIn(setting, lngChannel, first, second, dblTolerance))
+        arrDifferences.push_back(std::move(*difference));
     }
   }
   return arrDifferences;

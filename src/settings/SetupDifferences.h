@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,12 @@ inline constexpr Double DriverRounding = 1e-6;
 
 /// Whether the two quantities are the same but for rounding.
 bool SameQuantity(Double dblFirst, Double dblSecond, std::string_view strUnit, Double dblTolerance = DriverRounding);
+
+/// The difference in this one setting, whether or not the modes use it. Empty where both have the same, and where one
+/// of them lets the instrument keep its own.
+std::optional<SetupDifference> DifferenceIn(const Setting &setting, Long lngChannel, const Setup &first,
+                                            const Setup &second, Double dblTolerance = DriverRounding,
+                                            char chSeparator = '.');
 
 /// All differences, in the order of the table. A setting that neither setup uses in its modes is not compared: a
 /// transfer does not send it. Where the two write levels or PLL in different ways, the second is compared in the way of

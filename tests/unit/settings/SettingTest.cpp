@@ -220,6 +220,7 @@ TEST(SettingTable, KnowsWhatAModeDoesNotSend) {
     setup.Mode.PulseMode = row.ePulse;
     setup.Mode.ArmingSource = row.eArming;
     setup.Timing.fAutoCoupleLeTe = {False, False};
+    setup.ePllRefSource = ePllRefClkIn;
     std::vector<std::string> arrUnused;
     for (const Setting &setting : Settings())
       if (!setting.IsInUse(setup, setting.Channels().front())) arrUnused.emplace_back(setting.strKey);

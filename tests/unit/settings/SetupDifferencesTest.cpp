@@ -96,6 +96,22 @@ TEST(SetupDifferences, WhatNeitherModeSendsIsNotCompared) {
   EXPECT_THAT(Lines(first, other), ElementsAre("mode.pulse: Stream | Burst", "mode.burstLength: 7 | 12"));
 }
 
+TEST(SetupDifferences, WhereAModeLeavesNoChoiceTheInstrumentKeepsItsOwn) {
+  tarvik::Setup other = SampleSetup();
+  other.Mode.TriggerSlope = eKeepSlope;
+  other.Mode.ArmSlope = eKeepSlope;
+  EXPECT_THAT(Lines(SampleSetup(), other), IsEmpty());
+  EXPECT_THAT(Lines(other, SampleSetup()), IsEmpty());
+}
+
+TEST(SetupDifferences, TheReferenceFrequencyCountsForAnExternalReference) {
+  tarvik::Setup first = SampleSetup(), other = SampleSetup();
+  other.dblPllRefFreq = 5e6;
+  EXPECT_THAT(Lines(first, other), IsEmpty());
+  first.ePllRefSource = other.ePllRefSource = ePllRefClkIn;
+  EXPECT_THAT(Lines(first, other), ElementsAre("pll.frequency: 10.00 MHz | 5.000 MHz"));
+}
+
 TEST(SetupDifferences, ATrailingEdgeCountsWhereItIsFree) {
   tarvik::Setup other = SampleSetup();
   other.Timing.dblTrailing = {9e-9, 9e-9};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <vector>
+
+#include "settings/Setting.h"
+
+namespace tarvik {
+
+/// What is known of the settings in the open instrument: the last ones that were read from it, or that it took. Each
+/// setting is known or not by itself, because transfers go page by page and a mode sends only what it uses.
+class KnownSetup {
+ public:
+  KnownSetup();
+
+  /// Nothing is known, as at the start of a session.
+  void Forget();
+  /// A page of `read` was read from the instrument.
+  void TakeRead(TabNumEnum ePage, const Setup &read);
+  /// The instrument took a page of `sent`, which holds all pages as they were then.
+  void TakeSent(TabNumEnum ePage, const Setup &sent);
+  /// An output was switched at once. Channel 1 or 2.
+  void TakeOutput(Long lngChannel, Boolean fIsComplement, Boolean fOn);
+
+  /// lngChannel is 0 for a setting of the instrument.
+  bool Knows(const Setting &setting, Long lngChannel) const;
+  /// What is not known has the value of a fresh Setup.
+  const Setup &Values() const { return m_values; }
+
+ private:
+  using Told = std::function<bool(const Setting &setting, Long lngChannel)>;
+
+  void Take(const Setup &setup, const Told &isTold);
+
+  Setup m_values;
+  std::vector<std::array<bool, 3>> m_arrKnown;  ///< by row of the table of settings, then by channel
+};
+
+}  // namespace tarvik
