@@ -74,7 +74,27 @@ Boolean clsInstrInterface::Connect() {
   });
 }
 
+Boolean clsInstrInterface::ConnectAgain() {
+  return Reported(
+      "ConnectAgain",
+      [&](Boolean &fResult) {
+        SetHourglass(True);
+        m_Instr = nullptr;
+        m_Root = nullptr;
+        CreateDriver(m_strServer);
+        SetHourglass(False);
+        if (!m_Root) {
+          ShowStopMessage("Connection Failed!");
+          return;
+        }
+        TellStatus("Connected again");
+        fResult = True;
+      },
+      [] { SetHourglass(False); });
+}
+
 void clsInstrInterface::CreateDriver(const std::string &strServer) {
+  m_strServer = strServer;
   UserEvent::BeforeDriverCall();
   m_Root = Narrowed<IDriverRoot>(automation::CreateObject(DriverProgId, strServer));
 }

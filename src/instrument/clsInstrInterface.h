@@ -70,6 +70,8 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   virtual void CloseInstrument();
   /// Creates the driver on the server stored last; asks for an address where that yields nothing.
   virtual Boolean Connect();
+  /// Creates the driver anew where the last Connect has found it, and asks nothing. For a connection that was lost.
+  Boolean ConnectAgain();
 
   /// Shows the pending instrument errors. True: an error was shown or the check is off. False: there was
   /// none, or no instrument is open.
@@ -174,6 +176,7 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   template <class Operation>
   Boolean WhileOnline(const char *strProc, Operation &&operation);
 
+  std::string m_strServer;  ///< the address of the last creation
   automation::Ref<kolven::IDriverRoot> m_Root;
   automation::Ref<kolven::IInstrument> m_Instr;
   Long m_NumChannels = 0;

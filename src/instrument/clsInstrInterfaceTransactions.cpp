@@ -1,6 +1,7 @@
 #include "instrument/DriverCall.h"
 #include "instrument/Reported.h"
 #include "instrument/clsInstrInterface.h"
+#include "support/ConnectionLoss.h"
 #include "support/UserEvent.h"
 
 namespace tarvik {
@@ -50,6 +51,7 @@ Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
     m_GlobalTrans = False;
   } catch (const RunTimeError &error) {
     std::string strText = error.Description();
+    NoteFailure(error.Number(), strText);
     clsInstrInterface::TransactionCancel();
     ShowInstrErrors(strText);
     Tell(InstrError, "InstrError", strText);

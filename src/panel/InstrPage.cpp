@@ -1,5 +1,6 @@
 #include "panel/InstrPage.h"
 
+#include "panel/LostSession.h"
 #include "panel/OptionsPage.h"
 #include "platform/ControlEvent.h"
 #include "support/Conversions.h"
@@ -71,6 +72,7 @@ void InstrPage::cmdRefresh_Click() {
   try {
     UncheckAllInstruments();
     Instr().CloseInstrument();
+    if (!Reconnected()) return;
     if (!Instr().InstrumentCommands(ICRefresh)) return;
     SetHourglass(True);
     ListInstruments();
@@ -78,6 +80,14 @@ void InstrPage::cmdRefresh_Click() {
     ReportAndRelease("cmdRefresh_Click", error);
   }
   SetHourglass(False);
+}
+
+bool InstrPage::Reconnected() {
+  LostSession &lost = m_panel.Lost();
+  if (!lost.IsLost()) return true;
+  if (!Instr().ConnectAgain()) return false;
+  lost.ConnectionIsBack();
+  return true;
 }
 
 void InstrPage::ListInstruments() {
@@ -134,8 +144,10 @@ void InstrPage::lvwInstruments_KeyDown(Integer KeyCode) {
 void InstrPage::InstrStartStop(ListItem *Item, Boolean fStart) {
   try {
     UncheckAllInstruments();
+    m_panel.Lost().NoteChanges();
     Instr().CloseInstrument();
     m_panel.SetTabState(ePageIsCurrent, eAllPages);
+    m_panel.Lost().MarkChanges();
     if (fStart) {
       if (!Item) {
         SetHourglass(False);
@@ -158,7 +170,9 @@ void InstrPage::StartSession(ListItem *Item) {
     Item->SetChecked(True);
     m_panel.SetTabState(ePageNeedsDownloading, eAllPages);
     m_panel.SetTabState(ePageIsCurrent, ePageInstr);
-    if (m_options.chkAutoDownload.Value() == 1) {
+    const bool fAutoDownload = m_options.chkAutoDownload.Value() == 1;
+    const bool fKeepsChanges = m_panel.Lost().KeepsChanges(fAutoDownload);
+    if (fAutoDownload && !fKeepsChanges) {
       m_state.mfForceDownloadAll = True;
       m_panel.cmdDownload_Click();
       m_state.mfForceDownloadAll = False;

@@ -38,6 +38,8 @@ class InstrPage : public Page {
   void lvwInstruments_DblClick();
   void lvwInstruments_KeyDown(Integer KeyCode);
   void lvwInstruments_ItemCheck(ListItem *Item);
+  /// Makes a lost connection anew. True where there is none to be made.
+  bool Reconnected();
   void ListInstruments();
   void AddRow(Integer Index, const viInfo &record, const std::string &strName);
   void StartSession(ListItem *Item);

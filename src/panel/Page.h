@@ -7,6 +7,8 @@
 
 namespace tarvik {
 
+class LostSession;
+
 /// What a page asks of the panel.
 class PanelServices {
  public:
@@ -16,6 +18,8 @@ class PanelServices {
   /// The instrument interface; error 91 while the panel is hidden and holds none.
   virtual clsInstrInterface &ZorvaneInstr() = 0;
   virtual bool HasInstr() const = 0;
+  /// What a lost connection has left on the pages.
+  virtual LostSession &Lost() = 0;
   /// Runs what the visible page does when it is entered.
   virtual void EnterVisiblePage() = 0;
   /// Reads pages from the instrument, all of them while mfForceDownloadAll is set.

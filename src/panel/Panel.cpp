@@ -9,6 +9,7 @@
 #include "panel/InstrPage.h"
 #include "panel/LevelsPage.h"
 #include "panel/LimitsPage.h"
+#include "panel/LostSession.h"
 #include "panel/ModePage.h"
 #include "panel/OptionsPage.h"
 #include "panel/PanelStart.h"
@@ -20,6 +21,7 @@
 #include "platform/QtHost.h"
 #include "platform/ScopedFlag.h"
 #include "support/Boxes.h"
+#include "support/ConnectionLoss.h"
 #include "support/Conversions.h"
 #include "support/EventBoundary.h"
 #include "support/Host.h"
@@ -133,6 +135,7 @@ std::string Setting(const char *strKey, const char *strDefault) {
 TarvikGUI::Panel::Panel(TarvikGUI &objGui)
     : gui(objGui),
       start(std::make_unique<PanelStart>(gui, [this] { Start(); })),
+      lost(std::make_unique<LostSession>(*this)),
       face(*new QWidget(&gui)),
       tabMain(MakeTabs(&face)),
       controls(face, Design()),
@@ -278,6 +281,7 @@ bool TarvikGUI::Panel::EndEvents() {
   // They cannot put back what they had set.
   state.mfDownloading = False;
   state.mfForceDownloadAll = False;
+  lost->UploadEnds();
   return true;
 }
 
@@ -285,6 +289,8 @@ void TarvikGUI::Panel::HoldInstr() {
   zorvaneInstr = InstrInterface();
   statusConnection = zorvaneInstr->StatusMessage.ConnectScoped(
       [this](const std::string &strStatus) { ZorvaneInstr_StatusMessage(strStatus); });
+  lost = std::make_unique<LostSession>(*this);
+  lossConnection = ConnectionLost().ConnectScoped([this](const std::string &strWhy) { TellLoss(strWhy); });
   errorConnection = zorvaneInstr->InstrError.ConnectScoped([this](const std::string &) { ZorvaneInstr_InstrError(); });
 }
 
@@ -341,6 +347,7 @@ void TarvikGUI::Panel::UserControl_Terminate() {
     zorvaneInstr->CloseInstrument();
     statusConnection.Disconnect();
     errorConnection.Disconnect();
+    lossConnection.Disconnect();
     zorvaneInstr.reset();
   } catch (const RunTimeError &error) {
     strUnsaved = error.Description();
@@ -408,6 +415,7 @@ Boolean TarvikGUI::Panel::NeedsUpload(Boolean fAll, Boolean fContinue, Long intP
 
 void TarvikGUI::Panel::cmdUpload_Click() {
   const auto instr = zorvaneInstr;
+  lost->UploadBegins();
   try {
     UploadPages();
   } catch (const RunTimeError &) {
@@ -417,6 +425,7 @@ void TarvikGUI::Panel::cmdUpload_Click() {
     instr->TransactionCancel();
     throw;
   }
+  lost->UploadEnds();
   SetHourglass(False);
 }
 
@@ -546,7 +555,18 @@ void TarvikGUI::Panel::ZorvaneInstr_StatusMessage(const std::string &strStatus) 
   Q_EMIT gui.statusMessage(QString::fromStdString(strStatus));
 }
 
+void TarvikGUI::Panel::TellLoss(const std::string &strWhy) {
+  if (lost->IsLost() || !zorvaneInstr->IsConnected()) return;
+  lost->Begin();
+  const std::string strText =
+      "Connection lost: " + strWhy + "\r\nChanges stay on the pages. Refresh connects again, then tick the instrument.";
+  ZorvaneInstr_StatusMessage(strText);
+  TheHost().ConnectionLost(strText);
+}
+
 void TarvikGUI::Panel::ZorvaneInstr_InstrError() {
+  // There is nothing to read from, and the marks of the changed pages have to stay.
+  if (lost->IsLost()) return;
   if (optionsPage->chkAutoDownOnError.Value() != 1) return;
   SetTabState(ePageNeedsDownloading, eAllPages);
   state.mfForceDownloadAll = True;

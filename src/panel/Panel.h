@@ -18,6 +18,7 @@ class Highlight;
 class InstrPage;
 class LevelsPage;
 class LimitsPage;
+class LostSession;
 class ModePage;
 class OptionsPage;
 class PanelStart;
@@ -39,6 +40,7 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   PanelState &State() override { return state; }
   clsInstrInterface &ZorvaneInstr() override;
   bool HasInstr() const override { return zorvaneInstr != nullptr; }
+  LostSession &Lost() override { return *lost; }
   void EnterVisiblePage() override { tabMain_Click(); }
   void cmdDownload_Click() override;
   void EnableControlsForChannels(Long lngChannels) override;
@@ -88,6 +90,7 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   void ShowSetup(const Setup &setup);
   void ZorvaneInstr_StatusMessage(const std::string &strStatus);
   void ZorvaneInstr_InstrError();
+  void TellLoss(const std::string &strWhy);
 
   Boolean NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage);
   void ShowHighlights(Boolean fDownload, Boolean fUpload, Boolean fOtherPage);
@@ -101,8 +104,10 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   std::shared_ptr<clsInstrInterface> zorvaneInstr;
   Event<const std::string &>::Connection statusConnection;
   Event<const std::string &>::Connection errorConnection;
+  Event<const std::string &>::Connection lossConnection;
   Event<>::Connection messagesConnection;
   std::unique_ptr<PanelStart> start;
+  std::unique_ptr<LostSession> lost;
   bool fStarted = false;  ///< at least once, with whatever result
   bool fEnding = false;
   std::optional<std::string> strUnsaved;  ///< why options could not be saved, until that is told

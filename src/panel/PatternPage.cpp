@@ -1,5 +1,6 @@
 #include "panel/PatternPage.h"
 
+#include "panel/LostSession.h"
 #include "support/modUtils.h"
 
 namespace tarvik {
@@ -96,7 +97,8 @@ void PatternPage::DownloadPattern() {
   }
   RzFlags &mfRz = m_state.mfRz;
   if (Instr().GetRz(mfRz.Array())) mfRz.SetRzFromFlags(mfRz[1], mfRz[2], False, True);
-  m_panel.SetTabState(ePageIsCurrent, ePagePattern);
+  // What a dead connection has not brought leaves the changes of the user.
+  if (!m_panel.Lost().IsLost()) m_panel.SetTabState(ePageIsCurrent, ePagePattern);
 }
 
 }  // namespace tarvik

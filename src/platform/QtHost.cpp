@@ -128,6 +128,7 @@ void OfferListOnly(QMessageBox &box) {
   QObject::connect(choice, &QCheckBox::toggled, &box,
                    [action = UserEvent::BoxesOfAction()](bool fChosen) { action->fRestInListOnly = fChosen; });
   box.setCheckBox(choice);
+  choice->setChecked(std::exchange(UserEvent::BoxesOfAction()->fListProposed, false));
 }
 
 }  // namespace
@@ -165,7 +166,7 @@ BoxAnswer QtHost::MsgBox(const std::string &strText, BoxIcon icon, BoxButtons bu
     return BoxAnswer::Ok;
   }
   // The first box of an action comes as it always did: most actions have no second one.
-  const bool fOffersList = action && std::exchange(action->fAnyShown, true);
+  const bool fOffersList = action && (std::exchange(action->fAnyShown, true) || action->fListProposed);
   return Show(strText, icon, buttons, strTitle, fOffersList);
 }
 
@@ -208,6 +209,12 @@ std::string QtHost::InputBox(const std::string &strPrompt, const std::string &st
   delete box;
   Keep(strPrompt + "\r\n[" + strEntry + "]", BoxIcon::Question);
   return strEntry;
+}
+
+void QtHost::ConnectionLost(const std::string &strText) {
+  Keep(strText, BoxIcon::Exclamation);
+  // Every call on a dead connection fails, and each failure is reported.
+  if (UserEvent::ActionBoxes *action = UserEvent::BoxesOfAction()) action->fListProposed = true;
 }
 
 void QtHost::Beep() { QApplication::beep(); }

@@ -34,6 +34,7 @@ class TARVIK_EXPORT QtHost : public Host {
   std::string InputBox(const std::string &strPrompt, const std::string &strTitle,
                        const std::string &strDefault) override;
   void Beep() override;
+  void ConnectionLost(const std::string &strText) override;
   Integer MousePointer() const override;
   void SetMousePointer(Integer intPointer) override;
   std::string GetSetting(const std::string &strApplication, const std::string &strSection, const std::string &strKey,

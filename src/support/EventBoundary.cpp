@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "support/ConnectionLoss.h"
 #include "support/modErrorLog.h"
 
 namespace tarvik {
@@ -24,6 +25,7 @@ void ReportUnhandledError(const std::string &strControl, const std::string &strE
     Handler()(strControl, strEvent, error);
     return;
   }
+  NoteFailure(error.Number(), error.Description());
   // If the log cannot be written either, there is no further place to report to.
   const auto log = [&] {
     IgnoreErrors([&] { WriteLogRecord(strControl, strEvent, error.Number(), error.Description()); });

@@ -53,6 +53,9 @@ class TARVIK_EXPORT Host {
   /// Appends the bytes to the file, which is created with its folder when it is
   /// missing. Raises 70, 75 or 76 when that cannot be done.
   virtual void AppendToFile(const std::string &strPath, std::string_view strBytes);
+  /// The connection to the instruments was lost; the text says why, and how to go on. Called once for each loss, before
+  /// the boxes of the failures that tell it.
+  virtual void ConnectionLost(const std::string &) {}
   /// Processes pending paint and input events once.
   virtual void DoEvents() = 0;
   /// Paints pending updates without processing input. Called before each driver call, which may block.

@@ -43,6 +43,7 @@ class UserEvent {
   /// What the boxes of one action have in common. An action is an event that no other one caused, with all that
   /// follows from it.
   struct ActionBoxes {
+    bool fListProposed = false;    ///< many boxes are to come, so that the next one proposes the list for the rest
     bool fAnyShown = false;        ///< a box of the action was shown
     bool fRestInListOnly = false;  ///< the user wants no further box of the action that has OK alone
   };

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "support/Boxes.h"
+#include "support/ConnectionLoss.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
 #include "support/RunTimeError.h"
@@ -45,6 +46,7 @@ std::string DateLine() {
 
 void LogError(const std::string &strModule, const std::string &strProc, Long lngErrNum,
               const std::string &strDescription) {
+  NoteFailure(lngErrNum, strDescription);
   std::string strText;
   if (WantsVerboseForm()) strText = strModule + "\r\n" + strProc + "\r\n\r\n";
   try {
