@@ -52,8 +52,10 @@ std::span<const Long> Setting::Channels() const {
 std::optional<SettingPlace> FindSetting(std::string_view strKey) {
   for (const Setting &setting : Settings()) {
     if (!strKey.starts_with(setting.strKey)) continue;
-    for (const Long lngChannel : setting.Channels())
-      if (setting.Key(lngChannel) == strKey) return SettingPlace{&setting, lngChannel};
+    const std::string_view strRest = strKey.substr(setting.strKey.size());
+    if (!setting.fPerChannel && strRest.empty()) return SettingPlace{&setting, 0};
+    if (setting.fPerChannel && strRest == "[1]") return SettingPlace{&setting, 1};
+    if (setting.fPerChannel && strRest == "[2]") return SettingPlace{&setting, 2};
   }
   return std::nullopt;
 }

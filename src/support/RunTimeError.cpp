@@ -13,6 +13,7 @@ const char *StandardDescription(std::int32_t lngNumber) {
     case ErrPathFileAccess: return "Path/File access error";
     case ErrPathNotFound: return "Path not found";
     case ErrObjectNotSet: return "Object variable or With block variable not set";
+    case ErrInvalidFileFormat: return "Invalid file format";
     case ErrNoSuchElement: return "Control array element doesn't exist";
     case ErrNotAnArray: return "Object not an array";
     case ErrInvalidPropertyValue: return "Invalid property value";

@@ -20,6 +20,7 @@ enum RunTimeErrorNumber : std::int32_t {
   ErrPathFileAccess = 75,
   ErrPathNotFound = 76,
   ErrObjectNotSet = 91,
+  ErrInvalidFileFormat = 321,
   ErrNoSuchElement = 340,
   ErrNotAnArray = 343,
   ErrInvalidPropertyValue = 380,

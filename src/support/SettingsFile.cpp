@@ -8,10 +8,9 @@
 #include "support/RunTimeError.h"
 #include "support/SettingsText.h"
 #include "support/UserFolders.h"
+#include "support/WholeFile.h"
 
-#ifdef _WIN32
-#include <process.h>
-#else
+#ifndef _WIN32
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -49,7 +48,6 @@ class Locked {
  public:
   explicit Locked(const fs::path &) {}
 };
-int ProcessNumber() { return _getpid(); }
 
 #else
 
@@ -68,7 +66,6 @@ class Locked {
  private:
   int m_folder;
 };
-int ProcessNumber() { return ::getpid(); }
 
 #endif
 
@@ -161,17 +158,11 @@ void SettingsFile::Save(const std::string &strSection, const std::string &strKey
 }
 
 void SettingsFile::Write(const std::vector<Line> &arrLines) const {
-  std::error_code error;
-  // A symbolic link is followed, not replaced.
-  const fs::path target = fs::exists(m_path, error) ? fs::canonical(m_path, error) : m_path;
-  const fs::path fresh = target.string() + "." + std::to_string(ProcessNumber());
-  std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
-  for (const Line &line : arrLines) file << line.strText << '\n';
-  file.close();
-  if (file && fs::exists(target, error)) fs::permissions(fresh, fs::status(target, error).permissions(), error);
-  if (file) fs::rename(fresh, target, error);
-  if (!file || error) {
-    fs::remove(fresh, error);
+  std::string strContent;
+  for (const Line &line : arrLines) strContent += line.strText + '\n';
+  try {
+    WriteWholeFile(m_path, strContent);
+  } catch (const RunTimeError &) {
     RaiseUnwritable(m_path);
   }
 }

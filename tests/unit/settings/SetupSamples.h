@@ -74,7 +74,9 @@ class RandomSetups {
       case SettingKind::Switch: return Boolean(Whole(0, 1) == 1);
       case SettingKind::Count: return Whole(static_cast<Long>(setting.dblMin), static_cast<Long>(setting.dblMax));
       case SettingKind::Choice: return Choice(setting, setup);
-      case SettingKind::Quantity: return Quantity(setting.dblMin, setting.dblMax);
+      case SettingKind::Quantity:
+        if ((setting.eFixed & setup.lngLacks) != 0) return Whole(0, 1) == 0 ? 0.8e-9 : 1.6e-9;
+        return Quantity(setting.dblMin, setting.dblMax);
       case SettingKind::Stream: return Stream();
     }
     return Boolean();
