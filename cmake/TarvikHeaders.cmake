@@ -9,15 +9,22 @@ set(TARVIK_HEADERS_STANDARD
 set(TARVIK_HEADERS_TOOLKIT
   <QApplication> <QComboBox> <QEvent> <QGroupBox> <QKeyEvent> <QLabel> <QLineEdit> <QMenu> <QMessageBox> <QPainter>
   <QPointer> <QPushButton> <QRadioButton> <QTimer> <QTreeWidget> <QVBoxLayout> <QVariant> <QWheelEvent> <QWidget>)
-set(TARVIK_HEADERS_TESTS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)
+set(TARVIK_HEADERS_EVENTS <QTest>)
+set(TARVIK_HEADERS_JSON <nlohmann/json.hpp>)
+set(TARVIK_HEADERS_TESTS <gmock/gmock.h> <gtest/gtest.h>)
 set(TARVIK_HEADERS_REMOTE <grpcpp/grpcpp.h>)
 
+set(TARVIK_HEADERS_OF_plain)
 set(TARVIK_HEADERS_OF_widgets TOOLKIT)
 set(TARVIK_HEADERS_OF_remote REMOTE)
+set(TARVIK_HEADERS_OF_adapters JSON)
+set(TARVIK_HEADERS_OF_widget_adapters TOOLKIT EVENTS JSON)
 set(TARVIK_HEADERS_OF_tests TESTS)
-set(TARVIK_HEADERS_OF_widget_tests TOOLKIT TESTS)
+set(TARVIK_HEADERS_OF_widget_tests TOOLKIT EVENTS TESTS)
 set(TARVIK_LIBRARIES_OF_TOOLKIT Qt6::Widgets)
-set(TARVIK_LIBRARIES_OF_TESTS GTest::gmock nlohmann_json::nlohmann_json)
+set(TARVIK_LIBRARIES_OF_EVENTS Qt6::Test)
+set(TARVIK_LIBRARIES_OF_JSON nlohmann_json::nlohmann_json)
+set(TARVIK_LIBRARIES_OF_TESTS GTest::gmock)
 set(TARVIK_LIBRARIES_OF_REMOTE PkgConfig::GRPCPP protobuf::libprotobuf Threads::Threads)
 
 # tarvik_headers_target(KIND): the target whose precompiled headers all targets of the kind share.
@@ -40,8 +47,8 @@ function(tarvik_headers_target kind)
   target_precompile_headers(tarvik_headers_${kind} PRIVATE ${headers})
 endfunction()
 
-# tarvik_share_headers(TARGET KIND): KIND is widgets for a room on the toolkit's side, remote for one that speaks gRPC,
-# tests or widget_tests for tests.
+# tarvik_share_headers(TARGET KIND): KIND is plain for a room without the toolkit, widgets for one on its side, remote for
+# one that speaks gRPC, tests or widget_tests for tests, adapters or widget_adapters for what else is below tests/.
 function(tarvik_share_headers target kind)
   if(NOT TARVIK_PRECOMPILE)
     return()

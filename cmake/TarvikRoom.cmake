@@ -22,10 +22,13 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-# tarvik_add_room(NAME source...): the library of one room, target tarvik_NAME.
+# tarvik_add_room(NAME [HEADERS kind] source...): the library of one room without the toolkit, target tarvik_NAME. For the
+# kinds of precompiled headers see TarvikHeaders.cmake.
 function(tarvik_add_room name)
-  add_library(tarvik_${name} STATIC ${ARGN})
+  cmake_parse_arguments(arg "" "HEADERS" "" HEADERS plain ${ARGN})
+  add_library(tarvik_${name} STATIC ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(tarvik_${name} PUBLIC tarvik_build)
+  tarvik_share_headers(tarvik_${name} ${arg_HEADERS})
 endfunction()
 
 # tarvik_add_test(NAME LIBS lib... SOURCES source...): a GoogleTest program whose tests ctest runs one by one.
@@ -63,7 +66,13 @@ endfunction()
 
 # tarvik_add_widget_room(NAME source...): a room on the toolkit's side.
 function(tarvik_add_widget_room name)
-  tarvik_add_room(${name} ${ARGN})
-  target_link_libraries(tarvik_${name} PUBLIC Qt6::Widgets)
+  add_library(tarvik_${name} STATIC ${ARGN})
+  target_link_libraries(tarvik_${name} PUBLIC tarvik_build Qt6::Widgets)
   tarvik_share_headers(tarvik_${name} widgets)
+endfunction()
+
+# tarvik_compile_quickly(source...): without optimization, for what runs once in the life of a program. A command line's
+# library takes fifteen seconds to optimize.
+function(tarvik_compile_quickly)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0 SKIP_PRECOMPILE_HEADERS ON)
 endfunction()

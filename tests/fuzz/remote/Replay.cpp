@@ -41,11 +41,12 @@ std::string InputOf(const std::vector<std::string> &arrFrames) {
 
 }  // namespace
 
-/// Usage: replay_remote CORPUS COUNT: the kept inputs, and as many malformed frames.
+/// Usage: replay_remote CORPUS: the kept inputs, and as many malformed frames as TARVIK_MALFORMED_FRAMES says.
 int main(int argc, char **argv) {
-  if (argc != 3) return EXIT_FAILURE;
+  if (argc != 2) return EXIT_FAILURE;
   const int intFiles = TryCorpus(argv[1]);
-  const long lngCount = std::atol(argv[2]);
+  const char *strCount = std::getenv("TARVIK_MALFORMED_FRAMES");
+  const long lngCount = strCount ? std::atol(strCount) : 100'000;
   tarvik::remote::MalformedFrames frames(20);
   for (long i = 0; i < lngCount; ++i) Try(InputOf(frames.Next()));
   std::printf("%d files, %ld frames\n", intFiles, lngCount);

@@ -1,0 +1,25 @@
+option(TARVIK_FUZZ "Build the fuzz targets that search (clang)" OFF)
+
+# tarvik_add_fuzz_target(NAME TARGET source LIBS lib... [REPLAY source...] [INCLUDES folder...]): the fuzz target of
+# tests/fuzz/NAME. Its kept corpus is replayed in each build, by tests/fuzz/Replay.cpp unless it has a way of its own. The
+# preset asan compiles the rooms so that a search sees what runs, and makes the programs that search.
+function(tarvik_add_fuzz_target name)
+  cmake_parse_arguments(arg "" "TARGET" "LIBS;REPLAY;INCLUDES" ${ARGN})
+  if(NOT arg_REPLAY)
+    set(arg_REPLAY "${CMAKE_SOURCE_DIR}/tests/fuzz/Replay.cpp")
+  endif()
+  add_executable(replay_${name} ${arg_TARGET} ${arg_REPLAY})
+  add_test(NAME fuzz_${name}_corpus COMMAND replay_${name} "${CMAKE_CURRENT_SOURCE_DIR}/corpus")
+  set_tests_properties(fuzz_${name}_corpus PROPERTIES TIMEOUT 300)
+  set(programs replay_${name})
+  if(TARVIK_FUZZ)
+    add_executable(fuzz_${name} ${arg_TARGET})
+    target_compile_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+    target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+    list(APPEND programs fuzz_${name})
+  endif()
+  foreach(program ${programs})
+    target_link_libraries(${program} PRIVATE ${arg_LIBS})
+    target_include_directories(${program} PRIVATE ${arg_INCLUDES})
+  endforeach()
+endfunction()
