@@ -71,7 +71,7 @@ install(TARGETS tarvikautomation EXPORT TarvikVIAutomationTargets
 # ---- automation_development: what a driver is written with; nothing in it needs the toolkit
 tarvik_install_headers(automation_development
   automation/Abi.h automation/Activation.h automation/AutomationArray.h automation/AutomationString.h
-  automation/ClassFactory.h automation/ErrorInfo.h automation/Export.h automation/Object.h automation/Ref.h
+  automation/ClassFactory.h automation/ErrorInfo.h automation/Object.h automation/Ref.h
   instrument/KolvenDriver.h instrument/Vocabulary.h instrument/viInfo.h
   support/DynamicArray.h support/Export.h support/RunTimeError.h support/Types.h)
 install(FILES "${TARVIK_DRIVER_OBJECTS}" DESTINATION "${TARVIK_INCLUDE_FOLDER}/instrument"
@@ -114,11 +114,9 @@ tarvik_install_headers(development
   bitpattern/BitPattern.h bitpattern/ChannelCode.h
   controls/CboEnhanced.h controls/FrameEnhanced.h
   engrspin/EngrSpin.h
-  instrument/clsInstrInterface.h instrument/udtInstrInfo.h instrument/udtLevelInfo.h
-  instrument/udtLimitsInfo.h instrument/udtModeInfo.h instrument/udtTimingInfo.h instrument/udtTrgLevelsInfo.h
+  instrument/Records.h instrument/clsInstrInterface.h
   panel/TarvikGUI.h
-  platform/ConsoleHost.h platform/ControlSite.h platform/FormControl.h platform/MessageList.h platform/PropertyBag.h
-  platform/QtHost.h
+  platform/ConsoleHost.h platform/FormControl.h platform/MessageList.h platform/QtHost.h
   support/Control.h support/Event.h support/Host.h support/Variant.h support/modGlobals.h)
 install(EXPORT TarvikVITargets NAMESPACE TarvikVI:: DESTINATION "${TARVIK_CMAKE_FOLDER}" COMPONENT development)
 tarvik_install_pkgconfig(development tarvikvi)

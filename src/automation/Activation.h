@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "automation/Abi.h"
-#include "automation/Export.h"
 #include "automation/Ref.h"
+#include "support/Export.h"
 
 namespace tarvik::automation {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "automation/Abi.h"
-#include "automation/Export.h"
 #include "support/DynamicArray.h"
+#include "support/Export.h"
 
 namespace tarvik::automation {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "automation/Abi.h"
-#include "automation/Export.h"
+#include "support/Export.h"
 
 namespace tarvik::automation {
 

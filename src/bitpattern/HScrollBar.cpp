@@ -37,7 +37,6 @@ void HScrollBar::SetMin(Integer intMin) {
 }
 
 void HScrollBar::SetMax(Integer intMax) {
-  MaxChanging.Raise(intMax);
   ByProgram([&] { setMaximum(intMax); });
 }
 

@@ -33,8 +33,6 @@ class HScrollBar : public WidgetControl<QScrollBar> {
 
   Event<> Change;
   Event<> GotFocus;
-  /// A new Max is about to be taken; a listener can refuse it with a run-time error.
-  Event<Integer> MaxChanging;
 
  protected:
   void focusInEvent(QFocusEvent *event) override;

@@ -3,12 +3,7 @@
 #include <variant>
 
 #include "dispatch/DispatchObject.h"
-#include "instrument/udtInstrInfo.h"
-#include "instrument/udtLevelInfo.h"
-#include "instrument/udtLimitsInfo.h"
-#include "instrument/udtModeInfo.h"
-#include "instrument/udtTimingInfo.h"
-#include "instrument/udtTrgLevelsInfo.h"
+#include "instrument/Records.h"
 #include "instrument/viInfo.h"
 
 namespace tarvik {

@@ -4,7 +4,7 @@
 
 #include "automation/Activation.h"
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
@@ -41,9 +41,9 @@ std::shared_ptr<clsInstrInterface> InstrInterface() {
   return std::dynamic_pointer_cast<clsInstrInterface>(gobjInstr());
 }
 
-clsInstrInterface::clsInstrInterface() = default;
+clsInstrInterface::clsInstrInterface() : m(std::make_unique<Private>(*this)) {}
 
-clsInstrInterface::~clsInstrInterface() { clsInstrInterface::CloseInstrument(); }
+clsInstrInterface::~clsInstrInterface() { CloseInstrument(); }
 
 Boolean clsInstrInterface::Connect() {
   return Reported("Connect", [&](Boolean &fResult) {
@@ -52,24 +52,24 @@ Boolean clsInstrInterface::Connect() {
     std::string strEntered;
 
     SetHourglass(True);
-    m_Root = nullptr;
+    m->m_Root = nullptr;
     // If the creation throws, the hourglass stays; a null result continues below.
-    CreateDriver(strStored != NoAddressStored ? strStored : std::string());
+    m->CreateDriver(strStored != NoAddressStored ? strStored : std::string());
     SetHourglass(False);
 
-    if (!m_Root) {
+    if (!m->m_Root) {
       strEntered =
           AskForText("Please enter the complete URL of the network server.\r\nLeave this blank if the server is local",
                      AppTitle, strStored);
-      CreateDriver(strEntered);
+      m->CreateDriver(strEntered);
     }
-    if (!m_Root) {
+    if (!m->m_Root) {
       ShowStopMessage("Connection Failed!");
       return;
     }
     // If the first creation succeeded, nothing was entered and the stored address is replaced by the empty one.
     if (strStored != strEntered) host.SaveSetting(AppTitle, AddressSection, AddressKey, strEntered);
-    TellStatus(strEntered.empty() ? "Local Connection" : "Connected to " + strEntered);
+    m->TellStatus(strEntered.empty() ? "Local Connection" : "Connected to " + strEntered);
     fResult = True;
   });
 }
@@ -79,30 +79,30 @@ Boolean clsInstrInterface::ConnectAgain() {
       "ConnectAgain",
       [&](Boolean &fResult) {
         SetHourglass(True);
-        m_Instr = nullptr;
-        m_Root = nullptr;
-        CreateDriver(m_strServer);
+        m->m_Instr = nullptr;
+        m->m_Root = nullptr;
+        m->CreateDriver(m->m_strServer);
         SetHourglass(False);
-        if (!m_Root) {
+        if (!m->m_Root) {
           ShowStopMessage("Connection Failed!");
           return;
         }
-        TellStatus("Connected again");
+        m->TellStatus("Connected again");
         fResult = True;
       },
       [] { SetHourglass(False); });
 }
 
-void clsInstrInterface::CreateDriver(const std::string &strServer) {
+void clsInstrInterface::Private::CreateDriver(const std::string &strServer) {
   m_strServer = strServer;
   UserEvent::BeforeDriverCall();
   m_Root = Narrowed<IDriverRoot>(automation::CreateObject(DriverProgId, strServer));
 }
 
-Boolean clsInstrInterface::IsConnected() const { return static_cast<bool>(m_Root); }
+Boolean clsInstrInterface::IsConnected() const { return static_cast<bool>(m->m_Root); }
 
 Boolean clsInstrInterface::IsOnline(Boolean fSilent) const {
-  if (m_Instr) return True;
+  if (m->m_Instr) return True;
   if (!fSilent) ShowBox("You need to be online to an instrument to perform this operation", BoxIcon::Information);
   return False;
 }
@@ -110,25 +110,25 @@ Boolean clsInstrInterface::IsOnline(Boolean fSilent) const {
 Boolean clsInstrInterface::OpenInstrument(const std::string &strName, Boolean IdQuery, Boolean fResetInstr,
                                           Boolean fAutoDetectErrors) {
   return Reported("OpenInstrument", [&](Boolean &fResult) {
-    if (!clsInstrInterface::IsConnected()) return;
-    clsInstrInterface::CloseInstrument();
+    if (!IsConnected()) return;
+    CloseInstrument();
 
-    FindInstrument(strName);
-    if (!m_Instr) return;
+    m->FindInstrument(strName);
+    if (!m->m_Instr) return;
 
-    const Boolean fDetect = fAutoDetectErrors || m_ErrorsEnabled;
+    const Boolean fDetect = fAutoDetectErrors || m->m_ErrorsEnabled;
     VariantBool fOpened = 0;
-    Call(m_Instr, &IInstrument::Open, IdQuery, fResetInstr, fDetect, &fOpened);
+    Call(m->m_Instr, &IInstrument::Open, IdQuery, fResetInstr, fDetect, &fOpened);
     if (!fOpened) {
-      m_Instr = nullptr;
+      m->m_Instr = nullptr;
       return;
     }
     fResult = True;
-    ReadSessionState(strName);
+    m->ReadSessionState(strName);
   });
 }
 
-void clsInstrInterface::FindInstrument(const std::string &strName) {
+void clsInstrInterface::Private::FindInstrument(const std::string &strName) {
   const automation::String name(strName);
   AutomationVariant key{};
   key.vt = automation::VtString;
@@ -137,37 +137,37 @@ void clsInstrInterface::FindInstrument(const std::string &strName) {
   m_Instr = Narrowed<IInstrument>(Fetch(list, &IInstrumentList::GetItem, key));
 }
 
-void clsInstrInterface::ReadSessionState(const std::string &strName) {
+void clsInstrInterface::Private::ReadSessionState(const std::string &strName) {
   m_NumChannels = Read(Fetch(m_Instr, &IInstrument::GetChannels), &IChannelList::GetCount);
-  clsInstrInterface::LetVerboseErrorMsg(False);
+  face.LetVerboseErrorMsg(False);
   m_Restrictions = Read(Fetch(m_Instr, &IInstrument::GetRestrictions), &IRestrictions::GetMask);
   udtInstrInfo InstrInfo;
-  clsInstrInterface::GetInstrInfo(InstrInfo);
+  face.GetInstrInfo(InstrInfo);
   TellStatus("Online with " + strName + " (" + InstrInfo.strProductId + ")");
 }
 
-void clsInstrInterface::TellStatus(const std::string &strStatus) const {
-  Tell(StatusMessage, "StatusMessage", strStatus);
+void clsInstrInterface::Private::TellStatus(const std::string &strStatus) const {
+  Tell(face.StatusMessage, "StatusMessage", strStatus);
 }
 
 void clsInstrInterface::CloseInstrument() {
-  if (clsInstrInterface::IsOnline(True)) {
-    IgnoreErrors([&] { Call(m_Instr, &IInstrument::Close); });
-    m_Instr = nullptr;
+  if (IsOnline(True)) {
+    IgnoreErrors([&] { Call(m->m_Instr, &IInstrument::Close); });
+    m->m_Instr = nullptr;
   }
-  TellStatus("Offline");
-  m_NumChannels = 0;
-  m_Restrictions = 0;
+  m->TellStatus("Offline");
+  m->m_NumChannels = 0;
+  m->m_Restrictions = 0;
 }
 
 Boolean clsInstrInterface::GetInstrInfo(udtInstrInfo &InstrInfo) {
-  return WhileOnline("GetInstrInfo", [&](Boolean &fResult) {
-    InstrInfo.lngNumChannels = m_NumChannels;
+  return m->WhileOnline("GetInstrInfo", [&](Boolean &fResult) {
+    InstrInfo.lngNumChannels = m->m_NumChannels;
     std::string strOptions;
-    const Boolean fHasOptions = clsInstrInterface::InstrumentCommands(ICOptions, &strOptions);
+    const Boolean fHasOptions = InstrumentCommands(ICOptions, &strOptions);
     InstrInfo.strInstOptions = fHasOptions ? strOptions : " - ";
 
-    const std::vector<std::string> arrFields = Split(Read(m_Instr, &IInstrument::GetIdentity), ',');
+    const std::vector<std::string> arrFields = Split(Read(m->m_Instr, &IInstrument::GetIdentity), ',');
     InstrInfo.strProductId = Field(arrFields, 1);
     InstrInfo.strSerialNum = Field(arrFields, 2);
     InstrInfo.strSysVersion = Field(arrFields, 3);

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 #include "support/modUtils.h"
 
 namespace tarvik {
@@ -14,11 +14,11 @@ Boolean clsInstrInterface::InstrumentCommands(InstrCommands eIC, std::string *ps
   return Reported(
       "InstrumentCommands",
       [&](Boolean &fResult) {
-        const Boolean fReady = eIC == ICRefresh ? clsInstrInterface::IsConnected() : clsInstrInterface::IsOnline(False);
+        const Boolean fReady = eIC == ICRefresh ? IsConnected() : IsOnline(False);
         if (fReady) {
           SetHourglass(True);
           std::string strUnused;
-          RunCommand(eIC, pstrT ? *pstrT : strUnused, intT);
+          m->RunCommand(eIC, pstrT ? *pstrT : strUnused, intT);
           fResult = True;
         }
         SetHourglass(False);
@@ -26,7 +26,7 @@ Boolean clsInstrInterface::InstrumentCommands(InstrCommands eIC, std::string *ps
       [] { SetHourglass(False); });
 }
 
-void clsInstrInterface::RunCommand(InstrCommands eIC, std::string &strT, Integer intT) {
+void clsInstrInterface::Private::RunCommand(InstrCommands eIC, std::string &strT, Integer intT) {
   switch (eIC) {
     case ICReset: return Call(m_Instr, &IInstrument::Reset);
     case ICSelftest: {
@@ -64,34 +64,34 @@ void SendReference(const Ref<IInstrument> &instrument, Double &dblFreq, Long eSo
 }  // namespace
 
 Boolean clsInstrInterface::PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet) {
-  return WhileOnline("PllRefSource", [&](Boolean &fResult) {
+  return m->WhileOnline("PllRefSource", [&](Boolean &fResult) {
     if (fGet) {
-      ReadReference(m_Instr, dblFreq, eSource);
+      ReadReference(m->m_Instr, dblFreq, eSource);
       fResult = True;
     } else {
-      SendReference(m_Instr, dblFreq, eSource);
-      fResult = clsInstrInterface::CheckWarnings(False);
+      SendReference(m->m_Instr, dblFreq, eSource);
+      fResult = CheckWarnings(False);
     }
   });
 }
 
 Boolean clsInstrInterface::GetVerboseErrorMsg() {
-  return WhileOnline("GetVerboseErrorMsg",
-                     [&](Boolean &fResult) { fResult = Read(ErrorQueue(), &IErrorQueue::GetVerbose); });
+  return m->WhileOnline("GetVerboseErrorMsg",
+                        [&](Boolean &fResult) { fResult = Read(m->ErrorQueue(), &IErrorQueue::GetVerbose); });
 }
 
 void clsInstrInterface::LetVerboseErrorMsg(Boolean fVerbose) {
-  WhileOnline("LetVerboseErrorMsg", [&](Boolean &) { Call(ErrorQueue(), &IErrorQueue::SetVerbose, fVerbose); });
+  m->WhileOnline("LetVerboseErrorMsg", [&](Boolean &) { Call(m->ErrorQueue(), &IErrorQueue::SetVerbose, fVerbose); });
 }
 
 Long clsInstrInterface::GetPnpTimeout() {
   return Reported<Long>("GetPnpTimeout", [&](Long &lngResult) {
-    if (clsInstrInterface::IsOnline(False)) lngResult = Read(m_Instr, &IInstrument::GetPnpTimeout);
+    if (IsOnline(False)) lngResult = Read(m->m_Instr, &IInstrument::GetPnpTimeout);
   });
 }
 
 void clsInstrInterface::LetPnpTimeout(Long lngTimeout) {
-  WhileOnline("LetPnpTimeout", [&](Boolean &) { Call(m_Instr, &IInstrument::SetPnpTimeout, lngTimeout); });
+  m->WhileOnline("LetPnpTimeout", [&](Boolean &) { Call(m->m_Instr, &IInstrument::SetPnpTimeout, lngTimeout); });
 }
 
 }  // namespace tarvik

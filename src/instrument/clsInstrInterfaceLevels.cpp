@@ -1,6 +1,6 @@
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
 #include "instrument/Vocabulary.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 
 namespace tarvik {
 
@@ -8,37 +8,35 @@ using namespace kolven;
 using automation::Ref;
 
 Boolean clsInstrInterface::SetLevels(const udtLevelInfo &LevelInfo) {
-  return SetWithin("SetLevels", [&] {
-    for (Long i = 1; i <= m_NumChannels; ++i) SendLevels(LevelInfo, i);
-    if (clsInstrInterface::IsNotRestricted(eLacksChannelMath))
-      Call(m_Instr, &IInstrument::SetChannelMath, LevelInfo.eChannelMath);
+  return m->SetWithin("SetLevels", [&] {
+    for (Long i = 1; i <= m->m_NumChannels; ++i) m->SendLevels(LevelInfo, i);
+    if (IsNotRestricted(eLacksChannelMath)) Call(m->m_Instr, &IInstrument::SetChannelMath, LevelInfo.eChannelMath);
   });
 }
 
-void clsInstrInterface::SendLevels(const udtLevelInfo &LevelInfo, Long lngChannel) {
+void clsInstrInterface::Private::SendLevels(const udtLevelInfo &LevelInfo, Long lngChannel) {
   const auto levels = Levels(lngChannel);
   Call(levels, &IChannelLevels::SetLevel, LevelInfo.eOutputLevel[lngChannel], LevelInfo.eOutputType[lngChannel],
        LevelInfo.dblAmplOrHigh[lngChannel], LevelInfo.dblOffsetOrLow[lngChannel]);
-  if (clsInstrInterface::IsNotRestricted(eLacksLoadCompensation))
+  if (face.IsNotRestricted(eLacksLoadCompensation))
     Call(levels, &IChannelLevels::SetLoadCompensation, LevelInfo.dblLoadCompensation[lngChannel]);
-  if (clsInstrInterface::IsNotRestricted(eLacksImpedance))
+  if (face.IsNotRestricted(eLacksImpedance))
     Call(levels, &IChannelLevels::SetImpedance, LevelInfo.dblOutputImpedance[lngChannel]);
   Call(levels, &IChannelLevels::SetPolarity, LevelInfo.eOutputPolarity[lngChannel]);
   Call(levels, &IChannelLevels::SetOutput, LevelInfo.fChannelOutputOn[lngChannel]);
-  if (clsInstrInterface::IsNotRestricted(eLacksComplement))
+  if (face.IsNotRestricted(eLacksComplement))
     Call(levels, &IChannelLevels::SetComplementOutput, LevelInfo.fChannelOutputInvOn[lngChannel]);
 }
 
 Boolean clsInstrInterface::GetLevels(udtLevelInfo &LevelInfo) {
-  return WhileOnline("GetLevels", [&](Boolean &fResult) {
-    for (Long i = 1; i <= m_NumChannels; ++i) ReadLevels(LevelInfo, i);
-    if (clsInstrInterface::IsNotRestricted(eLacksChannelMath))
-      LevelInfo.eChannelMath = Read(m_Instr, &IInstrument::GetChannelMath);
+  return m->WhileOnline("GetLevels", [&](Boolean &fResult) {
+    for (Long i = 1; i <= m->m_NumChannels; ++i) m->ReadLevels(LevelInfo, i);
+    if (IsNotRestricted(eLacksChannelMath)) LevelInfo.eChannelMath = Read(m->m_Instr, &IInstrument::GetChannelMath);
     fResult = True;
   });
 }
 
-void clsInstrInterface::ReadLevels(udtLevelInfo &LevelInfo, Long lngChannel) {
+void clsInstrInterface::Private::ReadLevels(udtLevelInfo &LevelInfo, Long lngChannel) {
   const auto levels = Levels(lngChannel);
   Long eType = 0;
   Double dblAmplOrHigh = 0, dblOffsetOrLow = 0;
@@ -46,13 +44,13 @@ void clsInstrInterface::ReadLevels(udtLevelInfo &LevelInfo, Long lngChannel) {
   LevelInfo.eOutputType[lngChannel] = eType;
   LevelInfo.dblAmplOrHigh[lngChannel] = dblAmplOrHigh;
   LevelInfo.dblOffsetOrLow[lngChannel] = dblOffsetOrLow;
-  if (clsInstrInterface::IsNotRestricted(eLacksLoadCompensation))
+  if (face.IsNotRestricted(eLacksLoadCompensation))
     LevelInfo.dblLoadCompensation[lngChannel] = Read(levels, &IChannelLevels::GetLoadCompensation);
-  if (clsInstrInterface::IsNotRestricted(eLacksImpedance))
+  if (face.IsNotRestricted(eLacksImpedance))
     LevelInfo.dblOutputImpedance[lngChannel] = Read(levels, &IChannelLevels::GetImpedance);
   LevelInfo.eOutputPolarity[lngChannel] = Read(levels, &IChannelLevels::GetPolarity);
   LevelInfo.fChannelOutputOn[lngChannel] = Read(levels, &IChannelLevels::GetOutput);
-  if (clsInstrInterface::IsNotRestricted(eLacksComplement))
+  if (face.IsNotRestricted(eLacksComplement))
     LevelInfo.fChannelOutputInvOn[lngChannel] = Read(levels, &IChannelLevels::GetComplementOutput);
 }
 
@@ -71,9 +69,9 @@ Ref<ILimitPair> CurrentPair(const Ref<IChannel> &channel) {
 // One switch serves both pairs of a channel: it is written on the current pair and read on the voltage pair.
 
 Boolean clsInstrInterface::SetLimits(const udtLimitsInfo &Limits) {
-  return SetWithin("SetLimits", [&] {
-    for (Long i = 1; i <= m_NumChannels; ++i) {
-      const auto channel = Channel(i);
+  return m->SetWithin("SetLimits", [&] {
+    for (Long i = 1; i <= m->m_NumChannels; ++i) {
+      const auto channel = m->Channel(i);
       const auto voltage = VoltagePair(channel);
       Call(voltage, &ILimitPair::SetHigh, Limits.dblHighVoltage[i]);
       Call(voltage, &ILimitPair::SetLow, Limits.dblLowVoltage[i]);
@@ -86,9 +84,9 @@ Boolean clsInstrInterface::SetLimits(const udtLimitsInfo &Limits) {
 }
 
 Boolean clsInstrInterface::GetLimits(udtLimitsInfo &Limits) {
-  return WhileOnline("GetLimits", [&](Boolean &fResult) {
-    for (Long i = 1; i <= m_NumChannels; ++i) {
-      const auto channel = Channel(i);
+  return m->WhileOnline("GetLimits", [&](Boolean &fResult) {
+    for (Long i = 1; i <= m->m_NumChannels; ++i) {
+      const auto channel = m->Channel(i);
       const auto voltage = VoltagePair(channel);
       const Boolean fEnabled = Read(voltage, &ILimitPair::GetEnabled);
       Limits.fEnabled[i] = fEnabled;
@@ -113,15 +111,13 @@ Long ReadOutLevel(const Ref<IAuxOutputs> &aux, Long lngWhich) {
 }  // namespace
 
 Boolean clsInstrInterface::SetTriggerLevels(const udtTrgLevelsInfo &TrgLevels) {
-  return SetWithin("SetTriggerLevels", [&] {
-    const auto trigger = Fetch(m_Instr, &IInstrument::GetTriggerSystem);
+  return m->SetWithin("SetTriggerLevels", [&] {
+    const auto trigger = Fetch(m->m_Instr, &IInstrument::GetTriggerSystem);
     const auto aux = Fetch(trigger, &ITriggerSystem::GetAuxOutputs);
     Call(aux, &IAuxOutputs::SetOutLevel, eOutTrigger, TrgLevels.eTriggerOutLevel);
     Call(aux, &IAuxOutputs::SetOutLevel, eOutStrobe, TrgLevels.eStrobeOutLevel);
-    if (clsInstrInterface::IsNotRestricted(eLacksVxiSource))
-      Call(aux, &IAuxOutputs::SetVxiSource, TrgLevels.eVxiTriggerSource);
-    if (clsInstrInterface::IsNotRestricted(eLacksVxiEnable))
-      Call(aux, &IAuxOutputs::SetVxiLine, TrgLevels.eVxiTriggerLine);
+    if (IsNotRestricted(eLacksVxiSource)) Call(aux, &IAuxOutputs::SetVxiSource, TrgLevels.eVxiTriggerSource);
+    if (IsNotRestricted(eLacksVxiEnable)) Call(aux, &IAuxOutputs::SetVxiLine, TrgLevels.eVxiTriggerLine);
     const auto clock = Fetch(trigger, &ITriggerSystem::GetClockInput);
     Call(clock, &IClockInput::SetImpedance, TrgLevels.dblClkInInputImp);
     Call(clock, &IClockInput::SetThreshold, TrgLevels.dblClkInThreshold);
@@ -132,15 +128,13 @@ Boolean clsInstrInterface::SetTriggerLevels(const udtTrgLevelsInfo &TrgLevels) {
 }
 
 Boolean clsInstrInterface::GetTriggerLevels(udtTrgLevelsInfo &TrgLevels) {
-  return WhileOnline("GetTriggerLevels", [&](Boolean &fResult) {
-    const auto trigger = Fetch(m_Instr, &IInstrument::GetTriggerSystem);
+  return m->WhileOnline("GetTriggerLevels", [&](Boolean &fResult) {
+    const auto trigger = Fetch(m->m_Instr, &IInstrument::GetTriggerSystem);
     const auto aux = Fetch(trigger, &ITriggerSystem::GetAuxOutputs);
     TrgLevels.eTriggerOutLevel = ReadOutLevel(aux, eOutTrigger);
     TrgLevels.eStrobeOutLevel = ReadOutLevel(aux, eOutStrobe);
-    if (clsInstrInterface::IsNotRestricted(eLacksVxiSource))
-      TrgLevels.eVxiTriggerSource = Read(aux, &IAuxOutputs::GetVxiSource);
-    if (clsInstrInterface::IsNotRestricted(eLacksVxiEnable))
-      TrgLevels.eVxiTriggerLine = Read(aux, &IAuxOutputs::GetVxiLine);
+    if (IsNotRestricted(eLacksVxiSource)) TrgLevels.eVxiTriggerSource = Read(aux, &IAuxOutputs::GetVxiSource);
+    if (IsNotRestricted(eLacksVxiEnable)) TrgLevels.eVxiTriggerLine = Read(aux, &IAuxOutputs::GetVxiLine);
     const auto clock = Fetch(trigger, &ITriggerSystem::GetClockInput);
     TrgLevels.dblClkInInputImp = Read(clock, &IClockInput::GetImpedance);
     TrgLevels.dblClkInThreshold = Read(clock, &IClockInput::GetThreshold);

@@ -1,5 +1,5 @@
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 
 namespace tarvik {
 
@@ -44,23 +44,23 @@ constexpr ModeSetter ModeSetters[3][3] = {
 }  // namespace
 
 Boolean clsInstrInterface::SetMode(const udtModeInfo &ModeInfo) {
-  return SetWithin("SetMode", [&] {
+  return m->SetWithin("SetMode", [&] {
     if (ModeInfo.TriggerMode == eTriggerExtWidth) {
-      SendExtWidth(ModeInfo.ArmingSource);
+      m->SendExtWidth(ModeInfo.ArmingSource);
       return;
     }
-    SendMode(ModeInfo);
-    SendChannelModes(ModeInfo);
+    m->SendMode(ModeInfo);
+    m->SendChannelModes(ModeInfo);
   });
 }
 
-void clsInstrInterface::SendExtWidth(Long ArmingSource) {
+void clsInstrInterface::Private::SendExtWidth(Long ArmingSource) {
   const auto arm = Fetch(Fetch(m_Instr, &IInstrument::GetTriggerSystem), &ITriggerSystem::GetArmSource);
   Call(arm, &IArmSource::SetSource, ArmingSource);
   Call(Fetch(m_Instr, &IInstrument::GetTriggerSystem), &ITriggerSystem::SetTriggerMode, eTriggerExtWidth);
 }
 
-void clsInstrInterface::SendMode(const udtModeInfo &ModeInfo) {
+void clsInstrInterface::Private::SendMode(const udtModeInfo &ModeInfo) {
   const auto fKnown = [](Long lngMode) { return lngMode >= 0 && lngMode < 3; };
   if (!fKnown(ModeInfo.TriggerMode) || !fKnown(ModeInfo.PulseMode)) {
     ShowStopMessage("Illegal case in SetMode");
@@ -70,7 +70,7 @@ void clsInstrInterface::SendMode(const udtModeInfo &ModeInfo) {
   setter(Fetch(m_Instr, &IInstrument::GetModeSetup), ModeInfo);
 }
 
-void clsInstrInterface::SendChannelModes(const udtModeInfo &ModeInfo) {
+void clsInstrInterface::Private::SendChannelModes(const udtModeInfo &ModeInfo) {
   const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);
   const Long lngCount = Read(channels, &IChannelList::GetCount);
   for (Long i = 1; i <= lngCount; ++i) {
@@ -85,15 +85,15 @@ void clsInstrInterface::SendChannelModes(const udtModeInfo &ModeInfo) {
 }
 
 Boolean clsInstrInterface::GetMode(udtModeInfo &ModeInfo) {
-  return WhileOnline("GetMode", [&](Boolean &fResult) {
-    ModeInfo.PulseMode = ReadSelected(m_Instr, &IInstrument::GetPulseMode);
-    ReadTriggering(ModeInfo);
-    ReadChannelModes(ModeInfo);
+  return m->WhileOnline("GetMode", [&](Boolean &fResult) {
+    ModeInfo.PulseMode = ReadSelected(m->m_Instr, &IInstrument::GetPulseMode);
+    m->ReadTriggering(ModeInfo);
+    m->ReadChannelModes(ModeInfo);
     fResult = True;
   });
 }
 
-void clsInstrInterface::ReadTriggering(udtModeInfo &ModeInfo) {
+void clsInstrInterface::Private::ReadTriggering(udtModeInfo &ModeInfo) {
   const auto trigger = Fetch(m_Instr, &IInstrument::GetTriggerSystem);
   ModeInfo.TriggerMode = Read(trigger, &ITriggerSystem::GetTriggerMode);
   ModeInfo.BurstLength = Read(trigger, &ITriggerSystem::GetBurstLength);
@@ -112,7 +112,7 @@ void clsInstrInterface::ReadTriggering(udtModeInfo &ModeInfo) {
   }
 }
 
-void clsInstrInterface::ReadChannelModes(udtModeInfo &ModeInfo) {
+void clsInstrInterface::Private::ReadChannelModes(udtModeInfo &ModeInfo) {
   const bool fPattern = ModeInfo.PulseMode == ePulsePattern;
   ChannelArray<Long> &arrModes = fPattern ? ModeInfo.SignalFormat : ModeInfo.PulseType;
   arrModes = {1, 1};

@@ -1,18 +1,18 @@
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 
 namespace tarvik {
 
 using namespace kolven;
 
 Boolean clsInstrInterface::SetRz(const BooleanArray &fRz) {
-  return WhileOnline("SetRz", [&](Boolean &fResult) {
-    SendFormats(fRz);
-    fResult = clsInstrInterface::CheckWarnings(False);
+  return m->WhileOnline("SetRz", [&](Boolean &fResult) {
+    m->SendFormats(fRz);
+    fResult = CheckWarnings(False);
   });
 }
 
-void clsInstrInterface::SendFormats(const BooleanArray &fRz) {
+void clsInstrInterface::Private::SendFormats(const BooleanArray &fRz) {
   const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);
   for (Long i = 1; i <= m_NumChannels; ++i) {
     const auto channel = Fetch(channels, &IChannelList::GetItem, i);
@@ -21,9 +21,9 @@ void clsInstrInterface::SendFormats(const BooleanArray &fRz) {
 }
 
 Boolean clsInstrInterface::GetRz(BooleanArray &fRz) {
-  return WhileOnline("GetRz", [&](Boolean &fResult) {
-    const auto channels = Fetch(m_Instr, &IInstrument::GetChannels);
-    for (Long i = 1; i <= m_NumChannels; ++i) {
+  return m->WhileOnline("GetRz", [&](Boolean &fResult) {
+    const auto channels = Fetch(m->m_Instr, &IInstrument::GetChannels);
+    for (Long i = 1; i <= m->m_NumChannels; ++i) {
       const auto channel = Fetch(channels, &IChannelList::GetItem, i);
       const Long lngFormat = Read(channel, &IChannel::GetSignalFormat);
       fRz[i] = lngFormat != eFormatNrz;
@@ -44,15 +44,15 @@ void SendPattern(const automation::Ref<IInstrument> &instrument, Long eChan, Byt
 }  // namespace
 
 Boolean clsInstrInterface::SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen) {
-  return WhileOnline("SetPatternArray", [&](Boolean &fResult) {
-    SendPattern(m_Instr, eChan, arr, lngPatternLen);
-    fResult = clsInstrInterface::CheckWarnings(False);
+  return m->WhileOnline("SetPatternArray", [&](Boolean &fResult) {
+    SendPattern(m->m_Instr, eChan, arr, lngPatternLen);
+    fResult = CheckWarnings(False);
   });
 }
 
 Boolean clsInstrInterface::GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen) {
-  return WhileOnline("GetPatternArray", [&](Boolean &fResult) {
-    const auto memory = Fetch(m_Instr, &IInstrument::GetPatternMemory);
+  return m->WhileOnline("GetPatternArray", [&](Boolean &fResult) {
+    const auto memory = Fetch(m->m_Instr, &IInstrument::GetPatternMemory);
     automation::ArrayOwner array(arr);
     Long lngLength = lngPatternLen;
     Call(memory, &IPatternMemory::GetPattern, eChan, PatternForm, array.InOut(), &lngLength);
@@ -63,8 +63,8 @@ Boolean clsInstrInterface::GetPatternArray(Long eChan, ByteArray &arr, Long &lng
 }
 
 Boolean clsInstrInterface::CalcPRBS(Long lngStartAddr, Long lngLastAddr, Long lngBase, ByteArray &arr) {
-  return WhileOnline("CalcPRBS", [&](Boolean &fResult) {
-    const auto memory = Fetch(m_Instr, &IInstrument::GetPatternMemory);
+  return m->WhileOnline("CalcPRBS", [&](Boolean &fResult) {
+    const auto memory = Fetch(m->m_Instr, &IInstrument::GetPatternMemory);
     automation::ArrayOwner array(arr);
     Call(memory, &IPatternMemory::CalcPrbs, lngStartAddr, lngLastAddr, lngBase, array.InOut());
     arr = automation::ToByteArray(array.Get());

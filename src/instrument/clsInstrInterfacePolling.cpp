@@ -1,5 +1,5 @@
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 
@@ -18,58 +18,58 @@ void ShowUnderHeading(const char *strHeading, const std::string &strLines) {
 
 }  // namespace
 
-void clsInstrInterface::ShowInstrErrors(std::string &strText) {
+void clsInstrInterface::Private::ShowInstrErrors(std::string &strText) {
   if (strText.empty()) return;
   strText = InLines(strText);
   ShowUnderHeading("Instrument Errors(s):", strText);
 }
 
-automation::Ref<IErrorQueue> clsInstrInterface::ErrorQueue() const {
+automation::Ref<IErrorQueue> clsInstrInterface::Private::ErrorQueue() const {
   return Fetch(m_Instr, &IInstrument::GetErrorQueue);
 }
 
 Boolean clsInstrInterface::CheckErrors(Boolean fOverride) {
   return Reported("CheckErrors", [&](Boolean &fResult) {
-    if (!m_ErrorsEnabled && !fOverride) {
+    if (!m->m_ErrorsEnabled && !fOverride) {
       fResult = True;
       return;
     }
-    if (!clsInstrInterface::IsOnline(True)) return;
-    std::string strErrors = Read(ErrorQueue(), &IErrorQueue::GetErrors);
+    if (!IsOnline(True)) return;
+    std::string strErrors = Read(m->ErrorQueue(), &IErrorQueue::GetErrors);
     if (strErrors.empty()) return;
-    ShowInstrErrors(strErrors);
+    Private::ShowInstrErrors(strErrors);
     fResult = True;
   });
 }
 
 Boolean clsInstrInterface::CheckWarnings(Boolean fOverride) {
   // While a global transaction runs nothing is polled, not even when asked for.
-  const bool fPoll = !m_GlobalTrans && (m_WarningsEnabled || fOverride) && clsInstrInterface::IsOnline(True);
+  const bool fPoll = !m->m_GlobalTrans && (m->m_WarningsEnabled || fOverride) && IsOnline(True);
   if (!fPoll) return True;
   return Reported("CheckWarnings", [&](Boolean &fResult) {
-    const std::string strWarning = Read(ErrorQueue(), &IErrorQueue::GetWarnings);
-    ShowNewWarning(strWarning);
+    const std::string strWarning = Read(m->ErrorQueue(), &IErrorQueue::GetWarnings);
+    m->ShowNewWarning(strWarning);
     fResult = True;
   });
 }
 
-void clsInstrInterface::ShowNewWarning(const std::string &strWarning) {
+void clsInstrInterface::Private::ShowNewWarning(const std::string &strWarning) {
   m_WarningChanged = strWarning != m_LastWarning;
   if (!m_WarningChanged) return;
   m_LastWarning = strWarning;
   if (!strWarning.empty()) ShowUnderHeading("Instrument Warning(s):", InLines(strWarning));
 }
 
-Boolean clsInstrInterface::GetErrorsEnabled() const { return m_ErrorsEnabled; }
+Boolean clsInstrInterface::GetErrorsEnabled() const { return m->m_ErrorsEnabled; }
 
 void clsInstrInterface::LetErrorsEnabled(Boolean fEnable) {
-  if (fEnable == m_ErrorsEnabled) return;
-  m_ErrorsEnabled = fEnable;
-  if (clsInstrInterface::IsOnline(True)) Call(m_Instr, &IInstrument::SetAutoDetectErrors, fEnable);
+  if (fEnable == m->m_ErrorsEnabled) return;
+  m->m_ErrorsEnabled = fEnable;
+  if (IsOnline(True)) Call(m->m_Instr, &IInstrument::SetAutoDetectErrors, fEnable);
 }
 
-Boolean clsInstrInterface::GetWarningsEnabled() const { return m_WarningsEnabled; }
+Boolean clsInstrInterface::GetWarningsEnabled() const { return m->m_WarningsEnabled; }
 
-void clsInstrInterface::LetWarningsEnabled(Boolean fEnable) { m_WarningsEnabled = fEnable; }
+void clsInstrInterface::LetWarningsEnabled(Boolean fEnable) { m->m_WarningsEnabled = fEnable; }
 
 }  // namespace tarvik

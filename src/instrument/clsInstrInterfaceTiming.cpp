@@ -1,17 +1,17 @@
 #include "instrument/DriverCall.h"
-#include "instrument/OperationFrames.h"
 #include "instrument/Vocabulary.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 
 namespace tarvik {
 
 using namespace kolven;
 using automation::Ref;
 
-Ref<IChannel> clsInstrInterface::Channel(Long lngChannel) const {
+Ref<IChannel> clsInstrInterface::Private::Channel(Long lngChannel) const {
   return Fetch(Fetch(m_Instr, &IInstrument::GetChannels), &IChannelList::GetItem, lngChannel);
 }
 
-Ref<IChannelLevels> clsInstrInterface::Levels(Long lngChannel) const {
+Ref<IChannelLevels> clsInstrInterface::Private::Levels(Long lngChannel) const {
   return Narrowed<IChannelLevels>(Fetch(Channel(lngChannel), &IChannel::GetLevels));
 }
 
@@ -19,16 +19,16 @@ Ref<IChannelLevels> clsInstrInterface::Levels(Long lngChannel) const {
 // still reaches the driver.
 
 Boolean clsInstrInterface::SetTiming(const udtTimingInfo &TimingInfo) {
-  return SetWithin("SetTiming", [&] {
-    for (Long i = 1; i <= m_NumChannels; ++i) {
-      SendTiming(TimingInfo, i);
-      clsInstrInterface::Output(static_cast<Integer>(i), TimingInfo.fChannelOutputOn[i], False);
-      clsInstrInterface::Output(static_cast<Integer>(i), TimingInfo.fChannelOutputInvOn[i], True);
+  return m->SetWithin("SetTiming", [&] {
+    for (Long i = 1; i <= m->m_NumChannels; ++i) {
+      m->SendTiming(TimingInfo, i);
+      Output(static_cast<Integer>(i), TimingInfo.fChannelOutputOn[i], False);
+      Output(static_cast<Integer>(i), TimingInfo.fChannelOutputInvOn[i], True);
     }
   });
 }
 
-void clsInstrInterface::SendTiming(const udtTimingInfo &TimingInfo, Long lngChannel) {
+void clsInstrInterface::Private::SendTiming(const udtTimingInfo &TimingInfo, Long lngChannel) {
   const auto timing = Fetch(Channel(lngChannel), &IChannel::GetTiming);
   const auto edges = [&] { return Fetch(timing, &IChannelTiming::GetEdges); };
   {
@@ -49,20 +49,20 @@ void clsInstrInterface::SendTiming(const udtTimingInfo &TimingInfo, Long lngChan
     const auto block = Fetch(timing, &IChannelTiming::GetSinglePulse);
     CallSelected(block, &ISinglePulse::SetDelay, TimingInfo.dblDelay[lngChannel]);
   }
-  if (!clsInstrInterface::IsRestricted(eLacksTrailingEdge)) {
+  if (!face.IsRestricted(eLacksTrailingEdge)) {
     const auto block = edges();
     Call(block, &IEdges::SetCoupling, TimingInfo.fAutoCoupleLeTe[lngChannel] ? eEdgesCoupled : eEdgesIndependent);
   }
 }
 
 Boolean clsInstrInterface::GetTiming(udtTimingInfo &TimingInfo) {
-  return WhileOnline("GetTiming", [&](Boolean &fResult) {
-    for (Long i = 1; i <= m_NumChannels; ++i) {
-      ReadTiming(TimingInfo, i);
-      const auto levels = Levels(i);
+  return m->WhileOnline("GetTiming", [&](Boolean &fResult) {
+    for (Long i = 1; i <= m->m_NumChannels; ++i) {
+      m->ReadTiming(TimingInfo, i);
+      const auto levels = m->Levels(i);
       const Boolean fOn = Read(levels, &IChannelLevels::GetOutput);
       TimingInfo.fChannelOutputOn[i] = fOn;
-      if (clsInstrInterface::IsNotRestricted(eLacksComplement)) {
+      if (IsNotRestricted(eLacksComplement)) {
         const Boolean fInvOn = Read(levels, &IChannelLevels::GetComplementOutput);
         TimingInfo.fChannelOutputInvOn[i] = fInvOn;
       }
@@ -71,12 +71,12 @@ Boolean clsInstrInterface::GetTiming(udtTimingInfo &TimingInfo) {
   });
 }
 
-void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
+void clsInstrInterface::Private::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
   const auto timing = Fetch(Channel(lngChannel), &IChannel::GetTiming);
   const auto edges = [&] { return Fetch(timing, &IChannelTiming::GetEdges); };
 
   const Boolean fCoupled =
-      clsInstrInterface::IsRestricted(eLacksTrailingEdge) || Read(edges(), &IEdges::GetCoupling) != eEdgesIndependent;
+      face.IsRestricted(eLacksTrailingEdge) || Read(edges(), &IEdges::GetCoupling) != eEdgesIndependent;
   TimingInfo.fAutoCoupleLeTe[lngChannel] = fCoupled;
   TimingInfo.dblLeading[lngChannel] = ReadSelected(edges(), &IEdges::GetLeading);
   TimingInfo.dblTrailing[lngChannel] = ReadSelected(edges(), &IEdges::GetTrailing);
@@ -92,17 +92,17 @@ void clsInstrInterface::ReadTiming(udtTimingInfo &TimingInfo, Long lngChannel) {
 }
 
 Boolean clsInstrInterface::Output(Integer intChan, Boolean fState, Boolean fIsComplement) {
-  return WhileOnline("Output", [&](Boolean &fResult) {
-    SwitchOutput(intChan, fState, fIsComplement);
-    fResult = clsInstrInterface::CheckWarnings(False);
+  return m->WhileOnline("Output", [&](Boolean &fResult) {
+    m->SwitchOutput(intChan, fState, fIsComplement);
+    fResult = CheckWarnings(False);
   });
 }
 
-void clsInstrInterface::SwitchOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
+void clsInstrInterface::Private::SwitchOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
   const auto levels = Levels(intChan);
   if (!fIsComplement)
     Call(levels, &IChannelLevels::SetOutput, fState);
-  else if (clsInstrInterface::IsNotRestricted(eLacksComplement))
+  else if (face.IsNotRestricted(eLacksComplement))
     Call(levels, &IChannelLevels::SetComplementOutput, fState);
 }
 

@@ -1,6 +1,5 @@
 #include "instrument/DriverCall.h"
-#include "instrument/Reported.h"
-#include "instrument/clsInstrInterface.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 #include "support/ConnectionLoss.h"
 #include "support/UserEvent.h"
 
@@ -23,47 +22,46 @@ bool IsOpenAtDriver(const automation::Ref<IInstrument> &instrument) {
 Boolean clsInstrInterface::TransactionStart(Boolean fGlobalTrans) {
   Boolean fResult;
   try {
-    if (fGlobalTrans) clsInstrInterface::TransactionCancel();
-    if (m_TransActive) return False;
-    if (!clsInstrInterface::IsOnline(False)) return False;
+    if (fGlobalTrans) TransactionCancel();
+    if (m->m_TransActive) return False;
+    if (!IsOnline(False)) return False;
     // A transaction left open is taken over.
-    if (!IsOpenAtDriver(m_Instr)) Call(m_Instr, &IInstrument::Transaction, TransactionBegin);
+    if (!IsOpenAtDriver(m->m_Instr)) Call(m->m_Instr, &IInstrument::Transaction, TransactionBegin);
     fResult = True;
-    m_TransActive = True;
-    m_GlobalTrans = fGlobalTrans;
+    m->m_TransActive = True;
+    m->m_GlobalTrans = fGlobalTrans;
     // Warnings that persist are shown again after this transaction.
-    m_LastWarning.clear();
+    m->m_LastWarning.clear();
   } catch (const RunTimeError &) {
-    clsInstrInterface::TransactionCancel();
+    TransactionCancel();
   }
   return fResult;
 }
 
 Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
-  if (!fGlobalTrans && m_GlobalTrans) return False;
+  if (!fGlobalTrans && m->m_GlobalTrans) return False;
   Boolean fResult;
   try {
-    if (clsInstrInterface::IsOnline(False)) {
-      if (IsOpenAtDriver(m_Instr)) Call(m_Instr, &IInstrument::Transaction, TransactionCommit);
+    if (IsOnline(False)) {
+      if (IsOpenAtDriver(m->m_Instr)) Call(m->m_Instr, &IInstrument::Transaction, TransactionCommit);
       fResult = True;
     }
-    m_TransActive = False;
-    m_GlobalTrans = False;
+    m->m_TransActive = False;
+    m->m_GlobalTrans = False;
   } catch (const RunTimeError &error) {
     std::string strText = error.Description();
     NoteFailure(error.Number(), strText);
-    clsInstrInterface::TransactionCancel();
-    ShowInstrErrors(strText);
+    TransactionCancel();
+    Private::ShowInstrErrors(strText);
     Tell(InstrError, "InstrError", strText);
   }
   return fResult;
 }
 
 void clsInstrInterface::TransactionCancel() {
-  const auto forget = [this] { m_TransActive = m_GlobalTrans = False; };
+  const auto forget = [this] { m->m_TransActive = m->m_GlobalTrans = False; };
   try {
-    if (clsInstrInterface::IsOnline(False))
-      IgnoreErrors([&] { Call(m_Instr, &IInstrument::Transaction, TransactionAbort); });
+    if (IsOnline(False)) IgnoreErrors([&] { Call(m->m_Instr, &IInstrument::Transaction, TransactionAbort); });
   } catch (const EventEnded &) {
     forget();
     throw;

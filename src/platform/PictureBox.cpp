@@ -103,7 +103,6 @@ void PictureBox::Print(const std::string &strText) {
 }
 
 void PictureBox::Add(DrawPrimitive primitive) {
-  Drawn.Raise(primitive);
   m_arrList.push_back(std::move(primitive));
   // One request is enough until the next paint.
   if (!std::exchange(m_fPaintRequested, true)) update();

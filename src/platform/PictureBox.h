@@ -84,9 +84,6 @@ class PictureBox : public WidgetControl<QFrame> {
   /// The entries that are painted.
   std::span<const DrawPrimitive> Painted() const;
 
-  /// Called with each primitive as it is drawn.
-  Event<const DrawPrimitive &> Drawn;
-
  protected:
   void paintEvent(QPaintEvent *event) override;
 

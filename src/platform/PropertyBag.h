@@ -44,7 +44,7 @@ class TARVIK_EXPORT PropertyBag {
   const std::map<std::string, Variant> &Values() const { return m_values; }
 
  private:
-  const Variant *Find(const std::string &strKey) const;
+  TARVIK_HIDDEN const Variant *Find(const std::string &strKey) const;
 
   std::map<std::string, Variant> m_values;
   std::vector<Entry> m_arrWritten;

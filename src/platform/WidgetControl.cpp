@@ -16,15 +16,7 @@ bool Holds(const QLayout &layout, const QWidget &widget) {
 
 }  // namespace
 
-Event<const std::string &> &FocusRequested() {
-  static Event<const std::string &> event;
-  return event;
-}
-
-void GiveFocus(QWidget &widget) {
-  FocusRequested().Raise(ObjectName(widget));
-  widget.setFocus(Qt::OtherFocusReason);
-}
+void GiveFocus(QWidget &widget) { widget.setFocus(Qt::OtherFocusReason); }
 
 bool TakeFocusForClick(QWidget &button) {
   if (button.hasFocus() || !(button.focusPolicy() & Qt::ClickFocus)) return true;

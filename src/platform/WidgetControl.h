@@ -4,14 +4,10 @@
 #include <string>
 
 #include "support/Control.h"
-#include "support/Event.h"
 
 namespace tarvik {
 
-/// Raised with the object name of each control that is told to take the focus, whether or not it can.
-Event<const std::string &> &FocusRequested();
-
-/// Focuses the widget and raises FocusRequested.
+/// Focuses the widget on behalf of the program.
 void GiveFocus(QWidget &widget);
 
 /// Focuses a button before its click, so that an entry in another field ends first and counts for the click. False if

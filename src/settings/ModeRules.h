@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "instrument/udtModeInfo.h"
+#include "instrument/Records.h"
 #include "settings/Choice.h"
 #include "support/Types.h"
 

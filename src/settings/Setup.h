@@ -3,13 +3,8 @@
 #include <array>
 #include <vector>
 
+#include "instrument/Records.h"
 #include "instrument/Vocabulary.h"
-#include "instrument/udtInstrInfo.h"
-#include "instrument/udtLevelInfo.h"
-#include "instrument/udtLimitsInfo.h"
-#include "instrument/udtModeInfo.h"
-#include "instrument/udtTimingInfo.h"
-#include "instrument/udtTrgLevelsInfo.h"
 
 namespace tarvik {
 

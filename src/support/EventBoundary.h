@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "support/RunTimeError.h"
@@ -9,15 +8,8 @@
 
 namespace tarvik {
 
-/// Called with the control, the event and the error that no procedure handled.
-using UnhandledErrorHandler =
-    std::function<void(const std::string &strControl, const std::string &strEvent, const RunTimeError &error)>;
-
-/// The handler in force; by default a stop box with the description, then a log record that names
-/// control and event. Returns the one before. A null handler brings the default back.
-UnhandledErrorHandler SetUnhandledErrorHandler(UnhandledErrorHandler handler);
-
-/// Passes an error that left an event handler to the current UnhandledErrorHandler.
+/// Reports an error that left an event handler: a stop box with the description, then a log record that names control
+/// and event.
 void ReportUnhandledError(const std::string &strControl, const std::string &strEvent, const RunTimeError &error);
 
 /// The place where a user's event enters the system, and where a run-time error that no procedure

@@ -5,8 +5,11 @@
 #ifdef _WIN32
 #define TARVIK_EXPORT
 #define TARVIK_HIDDEN
+#define TARVIK_AUTOMATION_EXPORT
 #else
 #define TARVIK_EXPORT __attribute__((visibility("default")))
 /// For what stands within an exported class and is not offered.
 #define TARVIK_HIDDEN __attribute__((visibility("hidden")))
+/// Marks what the library for drivers and their callers offers.
+#define TARVIK_AUTOMATION_EXPORT __attribute__((visibility("default")))
 #endif

@@ -6,16 +6,9 @@
 
 #include "RecordingHost.h"
 #include "StandInDriver.h"
-#include "instrument/clsInstrInterface.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 
 namespace tarvik::test {
-
-/// Exposes the transaction flags.
-class ObservedInstr : public clsInstrInterface {
- public:
-  using clsInstrInterface::GlobalTrans;
-  using clsInstrInterface::TransActive;
-};
 
 /// A recording host, a stand-in driver and the one instance between them. Events are kept as "Event: text".
 class InstrumentSession {
@@ -31,7 +24,7 @@ class InstrumentSession {
     host.Reset();
     driver.Reset();
     driver.Add("Alpha", config);
-    instr = std::make_shared<ObservedInstr>();
+    instr = std::make_shared<clsInstrInterface>();
     gobjInstr() = instr;
     const auto keep = [this](const char *strEvent) {
       return [this, strEvent](const std::string &strText) { arrEvents.push_back(strEvent + (": " + strText)); };
@@ -55,10 +48,13 @@ class InstrumentSession {
     arrEvents.clear();
   }
 
+  bool InTransaction() const { return clsInstrInterface::Private::Of(*instr).m_TransActive; }
+  bool InGlobalTransaction() const { return clsInstrInterface::Private::Of(*instr).m_GlobalTrans; }
+
   RecordingHost host;
   StandInDriver driver;
   std::vector<std::string> arrEvents;
-  std::shared_ptr<ObservedInstr> instr;
+  std::shared_ptr<clsInstrInterface> instr;
 };
 
 }  // namespace tarvik::test

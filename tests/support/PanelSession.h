@@ -1,7 +1,9 @@
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "PanelStart.h"
@@ -9,7 +11,7 @@
 #include "RecordingHost.h"
 #include "StandInDriver.h"
 #include "controls/FrameEnhanced.h"
-#include "instrument/clsInstrInterface.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 #include "panel/ModePage.h"
 #include "panel/Panel.h"
 #include "panel/PatternPage.h"
@@ -19,27 +21,6 @@
 #include "platform/ToolPopup.h"
 
 namespace tarvik::test {
-
-/// The instrument class, which keeps what the pages send and what came of it.
-class KeepingInstr : public clsInstrInterface {
- public:
-  using clsInstrInterface::TransActive;
-
-  Boolean SetMode(const udtModeInfo &ModeInfo) override;
-  Boolean SetTiming(const udtTimingInfo &TimingInfo) override;
-  Boolean SetLimits(const udtLimitsInfo &LimitsInfo) override;
-  Boolean GetMode(udtModeInfo &ModeInfo) override;
-  Boolean GetTiming(udtTimingInfo &TimingInfo) override;
-  Boolean Output(Integer intChan, Boolean fState, Boolean fIsComplement) override;
-  Boolean SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen) override;
-  Boolean GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen) override;
-
-  udtModeInfo mode;
-  udtTimingInfo timing;
-  udtLimitsInfo limits;
-  std::vector<std::string> arrOutputs, arrRows;
-  Boolean fAnswer;
-};
 
 /// A shown panel between a recording host and a stand-in driver with one instrument, and its user.
 class PanelSession : public PanelUser {
@@ -64,9 +45,15 @@ class PanelSession : public PanelUser {
   PanelState &State() const { return TarvikGUI::Panel::Of(*panel).state; }
   TabStates StateOf(TabNumEnum ePage) const { return State().meTabState[static_cast<std::size_t>(ePage)]; }
 
+  /// The driver's calls so far, without their outcome, whose operation is one of these: "SetOutput", "GetPattern".
+  std::vector<std::string> Calls(std::initializer_list<std::string_view> arrOperations) const;
+  /// Whether the log has a failure of this operation of the instrument class.
+  bool Failed(const std::string &strOperation) const;
+  bool InTransaction() const { return clsInstrInterface::Private::Of(*instr).m_TransActive; }
+
   RecordingHost host;
   StandInDriver driver;
-  std::shared_ptr<KeepingInstr> instr;
+  std::shared_ptr<clsInstrInterface> instr;
   std::unique_ptr<TarvikGUI> panel;
 };
 

@@ -1,11 +1,6 @@
 #pragma once
 
-#include "instrument/udtInstrInfo.h"
-#include "instrument/udtLevelInfo.h"
-#include "instrument/udtLimitsInfo.h"
-#include "instrument/udtModeInfo.h"
-#include "instrument/udtTimingInfo.h"
-#include "instrument/udtTrgLevelsInfo.h"
+#include "instrument/Records.h"
 
 namespace tarvik::test {
 

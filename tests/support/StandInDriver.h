@@ -62,6 +62,8 @@ class StandInDriver : private DriverHook {
   void WrongAt(int intNumber) { m_arrWrong.push_back(m_intCounter + intNumber); }
   void ClearFaults();
 
+  /// The lower bound of the pattern arrays that it hands out.
+  Long lngFirstByte = 0;
   std::string strErrors;
   std::deque<std::string> arrWarnings;
   /// A description that every operation that succeeds leaves behind all the same; empty for none.

@@ -181,7 +181,7 @@ void AddPattern(Effects &effects) {
   };
   effects["IPatternMemory.GetPattern"] = [](const StandInWork &at) {
     const PatternRow &row = Row(at);
-    at.call.ReplaceBytes(0, row.arrBytes);
+    at.call.ReplaceBytes(at.driver.lngFirstByte, row.arrBytes);
     at.call.Fill(row.lngLength);
   };
 }

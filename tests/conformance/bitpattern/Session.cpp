@@ -38,12 +38,14 @@ Session::Session(const Settings &settings)
   Inside().view->Draw(Inside().ActualAddress());
   m_editor->RzChange.Connect([this] { NoteRzChange(); });
   auto &picWave = Find<PictureBox>("picWave");
-  picWave.Drawn.Connect([this](const DrawPrimitive &primitive) { NoteDrawing(primitive); });
+  m_drawn = Drawn().ConnectScoped([this, &picWave](const PictureBox &picture, const DrawPrimitive &primitive) {
+    if (&picture == &picWave) NoteDrawing(primitive);
+  });
   picWave.SetTextMetrics({[settings](const std::string &strText) {
                             return settings.arrTextWidths.at(static_cast<std::size_t>(strText.at(0) - '0'));
                           },
                           [settings](const std::string &) { return settings.sngTextHeight; }});
-  Find<HScrollBar>("HScroll1").MaxChanging.Connect([this](Integer) { RefuseMax(); });
+  RefuseNextScrollMax(false);
   EngrSpin &esLast = Field("esLast");
   esLast.SetValue(esLast.Value());
   m_arrEvents.clear();
@@ -56,10 +58,6 @@ Session::~Session() {
 }
 
 void Session::SetTabState(TabStates eState, TabNumEnum ePage) { Note({"tab", eState, ePage}); }
-
-void Session::RefuseMax() {
-  if (std::exchange(m_fFailMax, false)) RaiseError(ErrInvalidPropertyValue);
-}
 
 void Session::NoteHost(const HostEntry &entry) {
   switch (entry.kind) {

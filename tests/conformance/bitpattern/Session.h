@@ -6,6 +6,8 @@
 
 #include "LineProtocol.h"
 #include "RecordingHost.h"
+#include "RefusedScrolling.h"
+#include "WatchedCalls.h"
 #include "bitpattern/BitPatternPrivate.h"
 #include "controls/FrameEnhanced.h"
 #include "engrspin/EngrSpin.h"
@@ -44,7 +46,7 @@ class Session : private PanelReference, public ControlSite {
 
   void SetOnline(bool fOnline) { m_fOnline = fOnline; }
   void SetEcho(bool fEcho) { m_fEcho = fEcho; }
-  void FailNextMax() { m_fFailMax = true; }
+  void FailNextMax() { RefuseNextScrollMax(); }
   BooleanArray &PageRz() { return m_mfRz; }
 
   void Note(Json event) { m_arrEvents.push_back(std::move(event)); }
@@ -63,18 +65,17 @@ class Session : private PanelReference, public ControlSite {
   void NoteLogRecord(const std::string &strRecord);
   void NoteDrawing(const DrawPrimitive &primitive);
   void NoteRzChange();
-  void RefuseMax();
 
   RecordingHost m_host;
   std::shared_ptr<Instrument> m_instrument;
   Event<const std::string &>::Connection m_focus;
+  Event<const PictureBox &, const DrawPrimitive &>::Connection m_drawn;
   std::unique_ptr<BitPattern> m_editor;
   Json m_arrEvents = Json::array();
   BooleanArray m_mfRz{1, {False, False}};
   bool m_fDraw = true;
   bool m_fOnline = true;
   bool m_fEcho = false;
-  bool m_fFailMax = false;
 };
 
 }  // namespace tarvik::test

@@ -5,6 +5,7 @@
 #include <regex>
 #include <utility>
 
+#include "WatchedCalls.h"
 #include "support/EventBoundary.h"
 
 namespace tarvik::conformance {
@@ -71,9 +72,9 @@ std::string Session::MantissaOf(Double dblValue) {
 Session::Session() {
   SetHost(this);
   gobjInstr() = std::make_shared<Instrument>(*this);
-  SetUnhandledErrorHandler([this](const std::string &, const std::string &strEvent, const RunTimeError &) {
+  test::UnhandledErrors() = [this](const std::string &, const std::string &strEvent, const RunTimeError &) {
     out.push_back({"Unhandled", EventName(strEvent)});
-  });
+  };
 }
 
 Session::~Session() {

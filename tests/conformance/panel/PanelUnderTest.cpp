@@ -1,5 +1,6 @@
 #include "PanelUnderTest.h"
 
+#include "WatchedCalls.h"
 #include "Words.h"
 #include "platform/PlainControls.h"
 
@@ -12,9 +13,10 @@ PanelUnderTest::PanelUnderTest(Recorder &recorder, const Surface &surface) {
   for (QWidget *widget : m_gui.findChildren<QWidget *>())
     if (!widget->objectName().isEmpty()) m_controls.emplace(widget->objectName().toStdString(), widget);
   SetSurface(surface);
-  Get<PictureBox>("picTiming").Drawn.Connect([this, &recorder](const DrawPrimitive &primitive) {
+  const auto &diagram = Get<PictureBox>("picTiming");
+  m_drawn = test::Drawn().ConnectScoped([&, this](const PictureBox &picture, const DrawPrimitive &primitive) {
     // Each drawing of the diagram begins with a clear box.
-    if (primitive.kind != DrawPrimitive::Kind::Clear) return;
+    if (&picture != &diagram || primitive.kind != DrawPrimitive::Kind::Clear) return;
     m_fDrawn = true;
     recorder.Add(Json::array({"draw"}));
   });

@@ -43,6 +43,7 @@ class PanelUnderTest {
   TarvikGUI::Panel &m_inside{TarvikGUI::Panel::Of(m_gui)};
   std::map<std::string, QWidget *> m_controls;
   bool m_fDrawn = false;
+  Event<const PictureBox &, const DrawPrimitive &>::Connection m_drawn;
 };
 
 [[noreturn]] void RaiseNoControl(const std::string &strName);

@@ -6,9 +6,12 @@
 #include "RecordFields.h"
 #include "ValueText.h"
 
-namespace tarvik::paneltest {
+namespace tarvik {
 
 namespace {
+
+using paneltest::DriverScript;
+using paneltest::Json;
 
 Json ToJson(Boolean fValue) { return static_cast<bool>(fValue); }
 Json ToJson(Long lngValue) { return lngValue; }
@@ -152,4 +155,4 @@ Boolean RecordingInstr::PllRefSource(Double &dblFreq, Long &eSource, Boolean fGe
   return Told("PllRefSource", arguments, [&] { return clsInstrInterface::PllRefSource(dblFreq, eSource, fGet); });
 }
 
-}  // namespace tarvik::paneltest
+}  // namespace tarvik

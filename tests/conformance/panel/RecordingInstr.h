@@ -1,54 +1,57 @@
 #pragma once
 
 #include "DriverScript.h"
-#include "instrument/clsInstrInterface.h"
+#include "instrument/clsInstrInterfacePrivate.h"
 
-namespace tarvik::paneltest {
+namespace tarvik {
 
-/// The real instrument class; records calls that come from outside of it.
+/// The instrument class with operations that tell of each call before they run the real one. The panel that the
+/// adapter is linked with calls these operations in place of those of clsInstrInterface: RecordCalls.cmake renames its
+/// references. Calls within the class are not told. Of the same namespace and the same layout as clsInstrInterface, so
+/// that only the name of the class differs in a reference.
 class RecordingInstr : public clsInstrInterface {
  public:
-  RecordingInstr(Recorder &recorder, DriverScript &script) : m_recorder(recorder), m_script(script) {}
+  RecordingInstr(paneltest::Recorder &recorder, paneltest::DriverScript &script)
+      : m_recorder(recorder), m_script(script) {}
 
-  Boolean InTransaction() const { return TransActive(); }
-  Boolean InGlobalTransaction() const { return GlobalTrans(); }
+  Boolean InTransaction() const { return Private::Of(*this).m_TransActive; }
+  Boolean InGlobalTransaction() const { return Private::Of(*this).m_GlobalTrans; }
 
-  Boolean TransactionStart(Boolean fGlobalTrans) override;
-  Boolean TransactionFinish(Boolean fGlobalTrans) override;
-  void TransactionCancel() override;
-  Boolean OpenInstrument(const std::string &strName, Boolean IdQuery, Boolean fResetInstr,
-                         Boolean fAutoDetectErrors) override;
-  void CloseInstrument() override;
-  Boolean Connect() override;
-  Boolean CheckErrors(Boolean fOverride) override;
-  Boolean CheckWarnings(Boolean fOverride) override;
-  Boolean GetViInfo(Integer Index, tarvik::viInfo &record, std::string &strName) override;
-  Boolean GetInstrInfo(udtInstrInfo &InstrInfo) override;
-  Boolean SetMode(const udtModeInfo &ModeInfo) override;
-  Boolean GetMode(udtModeInfo &ModeInfo) override;
-  Boolean SetTiming(const udtTimingInfo &TimingInfo) override;
-  Boolean GetTiming(udtTimingInfo &TimingInfo) override;
-  Boolean Output(Integer intChan, Boolean fState, Boolean fIsComplement) override;
-  Boolean SetLevels(const udtLevelInfo &LevelInfo) override;
-  Boolean GetLevels(udtLevelInfo &LevelInfo) override;
-  Boolean SetLimits(const udtLimitsInfo &Limits) override;
-  Boolean GetLimits(udtLimitsInfo &Limits) override;
-  Boolean SetTriggerLevels(const udtTrgLevelsInfo &TrgLevels) override;
-  Boolean GetTriggerLevels(udtTrgLevelsInfo &TrgLevels) override;
-  Boolean SetRz(const BooleanArray &fRz) override;
-  Boolean GetRz(BooleanArray &fRz) override;
-  Boolean SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen) override;
-  Boolean GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen) override;
-  Boolean InstrumentCommands(InstrCommands eIC, std::string *pstrT, Integer intT) override;
-  Boolean PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet) override;
+  Boolean TransactionStart(Boolean fGlobalTrans);
+  Boolean TransactionFinish(Boolean fGlobalTrans);
+  void TransactionCancel();
+  Boolean OpenInstrument(const std::string &strName, Boolean IdQuery, Boolean fResetInstr, Boolean fAutoDetectErrors);
+  void CloseInstrument();
+  Boolean Connect();
+  Boolean CheckErrors(Boolean fOverride);
+  Boolean CheckWarnings(Boolean fOverride);
+  Boolean GetViInfo(Integer Index, tarvik::viInfo &record, std::string &strName);
+  Boolean GetInstrInfo(udtInstrInfo &InstrInfo);
+  Boolean SetMode(const udtModeInfo &ModeInfo);
+  Boolean GetMode(udtModeInfo &ModeInfo);
+  Boolean SetTiming(const udtTimingInfo &TimingInfo);
+  Boolean GetTiming(udtTimingInfo &TimingInfo);
+  Boolean Output(Integer intChan, Boolean fState, Boolean fIsComplement);
+  Boolean SetLevels(const udtLevelInfo &LevelInfo);
+  Boolean GetLevels(udtLevelInfo &LevelInfo);
+  Boolean SetLimits(const udtLimitsInfo &Limits);
+  Boolean GetLimits(udtLimitsInfo &Limits);
+  Boolean SetTriggerLevels(const udtTrgLevelsInfo &TrgLevels);
+  Boolean GetTriggerLevels(udtTrgLevelsInfo &TrgLevels);
+  Boolean SetRz(const BooleanArray &fRz);
+  Boolean GetRz(BooleanArray &fRz);
+  Boolean SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen);
+  Boolean GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen);
+  Boolean InstrumentCommands(InstrCommands eIC, std::string *pstrT, Integer intT);
+  Boolean PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet);
 
  private:
   /// Records the call when it begins and its result when it returns. A call that throws has no result.
   template <class Operation>
-  auto Told(const char *strOperation, Json arguments, Operation &&operation);
+  auto Told(const char *strOperation, paneltest::Json arguments, Operation &&operation);
 
-  Recorder &m_recorder;
-  DriverScript &m_script;
+  paneltest::Recorder &m_recorder;
+  paneltest::DriverScript &m_script;
 };
 
-}  // namespace tarvik::paneltest
+}  // namespace tarvik

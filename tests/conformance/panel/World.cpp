@@ -1,6 +1,6 @@
 #include "World.h"
 
-#include "platform/WidgetControl.h"
+#include "WatchedCalls.h"
 #include "support/EventBoundary.h"
 #include "support/modGlobals.h"
 
@@ -28,16 +28,16 @@ const char *KindOf(Long lngNumber) {
 World::World() {
   SetHost(&host);
   SetInstrFactory([this] { return std::make_shared<RecordingInstr>(recorder, script); });
-  SetUnhandledErrorHandler([this](const std::string &, const std::string &, const RunTimeError &error) {
+  test::UnhandledErrors() = [this](const std::string &, const std::string &, const RunTimeError &error) {
     recorder.Add({"failure", KindOf(error.Number())});
-  });
-  FocusRequested().Connect([this](const std::string &strControl) { recorder.Add({"focus", strControl}); });
+  };
+  test::FocusRequested().Connect([this](const std::string &strControl) { recorder.Add({"focus", strControl}); });
   host.InputShown = [this] { script.fInputShown = true; };
 }
 
 World::~World() {
   gobjInstr().reset();
-  SetUnhandledErrorHandler(nullptr);
+  test::UnhandledErrors() = nullptr;
 }
 
 void World::Reset() {

@@ -74,8 +74,8 @@ class FaultTest : public testing::TestWithParam<Case> {
   }
   void ExpectNothingLeftOver() {
     EXPECT_EQ(session.host.intPointer, 0);
-    EXPECT_FALSE(session.instr->TransActive());
-    EXPECT_FALSE(session.instr->GlobalTrans());
+    EXPECT_FALSE(session.InTransaction());
+    EXPECT_FALSE(session.InGlobalTransaction());
     EXPECT_FALSE(session.driver.Find("Alpha")->copy.has_value()) << "a transaction stayed open at the driver";
     EXPECT_THAT(session.driver.References(), UnorderedElementsAre(Pair("IDriverRoot", 1), Pair("IInstrument", 1)));
   }
@@ -324,7 +324,7 @@ TEST_F(SessionFaultTest, WhenTheLogCannotBeWrittenTheFailureLeavesAfterTheCancel
     EXPECT_EQ(error.Number(), 70);
   }
   EXPECT_EQ(session.driver.arrTrace.back(), "IInstrument{Alpha}.Transaction(2) -> ok");
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
 }
 
 TEST_F(SessionFaultTest, WhenTheLogCannotBeWrittenTheHourglassGoesAllTheSame) {

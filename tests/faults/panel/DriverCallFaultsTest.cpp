@@ -87,7 +87,7 @@ TEST_F(DriverCallFaults, EachFailingCallOfAnUploadLeavesTheTransactionClosedAndT
     session.Click("cmdUpload");
 
     EXPECT_FALSE(TransactionIsOpen());
-    EXPECT_FALSE(session.instr->TransActive());
+    EXPECT_FALSE(session.InTransaction());
     EXPECT_EQ(session.host.intPointer, PointerDefault);
     EXPECT_FALSE(session.State().mfDownloading);
     const std::vector<std::string> arrBoxes = Boxes();
@@ -237,7 +237,7 @@ TEST_F(DriverCallFaults, ADriverThatIsGoneEndsAnUploadAndADownloadInBoxesAndNotI
   session.driver.FailAt(1, TheFailure, 1000000);
   session.Click("cmdUpload");
   EXPECT_EQ(session.host.intPointer, PointerDefault);
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
   session.Click("cmdDownload");
   EXPECT_EQ(session.host.intPointer, PointerDefault);
   EXPECT_FALSE(session.State().mfDownloading);

@@ -88,8 +88,8 @@ class RemoteUser {
   const test::RegisteredDriver connection{
       [](const std::string &strServer) { return ConnectDriver(kolven::DriverProgId, strServer, Short); },
       test::RegisteredDriver::OnServers};
-  const std::shared_ptr<test::ObservedInstr> one = std::make_shared<test::ObservedInstr>();
-  test::ObservedInstr &instr = *one;
+  const std::shared_ptr<clsInstrInterface> one = std::make_shared<clsInstrInterface>();
+  clsInstrInterface &instr = *one;
   std::vector<std::string> arrErrors;
 };
 
@@ -119,8 +119,8 @@ class UploadStages : public testing::Test {
 
   /// What the user sees and what the class is left with when the connection broke within the step.
   static void ExpectClosedLocally(RemoteUser &user, const std::string &strStep, const char *strWhy) {
-    EXPECT_FALSE(user.instr.TransActive());
-    EXPECT_FALSE(user.instr.GlobalTrans());
+    EXPECT_FALSE(clsInstrInterface::Private::Of(user.instr).m_TransActive);
+    EXPECT_FALSE(clsInstrInterface::Private::Of(user.instr).m_GlobalTrans);
     EXPECT_EQ(user.host.intPointer, 0);
     const auto arrBoxes = user.host.TakeBoxes();
     if (strStep.starts_with("Set")) {

@@ -63,7 +63,7 @@ TEST_F(SetupFaults, WhicheverCallOfALoadFailsTheInstrumentTakesAllOrNothing) {
     session.driver.FailAt(static_cast<int>(k), TheFailure);
     const SetupWritten written = WriteSetup(*session.instr, sent);
     session.driver.ClearFaults();
-    EXPECT_FALSE(session.instr->TransActive());
+    EXPECT_FALSE(session.InTransaction());
     EXPECT_FALSE(session.driver.Find("Alpha")->copy.has_value()) << "a transaction stayed open at the driver";
     EXPECT_EQ(session.host.intPointer, 0);
     const std::vector<std::string> arrBoxes = session.host.TakeBoxes();

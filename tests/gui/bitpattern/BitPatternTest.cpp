@@ -1,5 +1,6 @@
 
 #include "EditorFixture.h"
+#include "RefusedScrolling.h"
 
 namespace tarvik::test {
 namespace {
@@ -429,10 +430,7 @@ TEST_F(BitPatternTest, RefusedSetPatternKeepsTheLength) {
 
 TEST_F(BitPatternTest, FailureInTheRangeIsLoggedAndTheNextScrollHeals) {
   TypeNumber(esLast(), "9");
-  bool fRefuse = true;
-  HScroll1().MaxChanging.Connect([&](Integer) {
-    if (std::exchange(fRefuse, false)) RaiseError(ErrInvalidPropertyValue);
-  });
+  RefuseNextScrollMax();
   m_host.TakeLines();
   TypeNumber(esLast(), "12");
   const auto arrLines = m_host.TakeLines();

@@ -1,4 +1,5 @@
 #include "EditorFixture.h"
+#include "WatchedCalls.h"
 
 namespace tarvik::test {
 namespace {
@@ -135,7 +136,7 @@ TEST_F(DrawingTest, RowButtonsStandBesideTheirRows) {
 TEST_F(DrawingTest, ThePictureOfTheSameIsDrawnAgainAndAnyChangeIsSeen) {
   Show(0x60, 4);
   std::size_t intHeard = 0;
-  picWave().Drawn.Connect([&](const DrawPrimitive &) { ++intHeard; });
+  const auto connection = test::Drawn().ConnectScoped([&](const PictureBox &, const DrawPrimitive &) { ++intHeard; });
   const auto arrBefore = Drawn(0, 2175);
   m_editor.SetRz(BooleanArray(1, {False, False}), False);
   EXPECT_EQ(Drawn(0, 2175), arrBefore);

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "RecordingHost.h"
+#include "WatchedCalls.h"
 #include "WidgetEnvironment.h"
 #include "controls/FrameEnhanced.h"
 #include "platform/CheckBox.h"
@@ -123,7 +124,7 @@ TEST_F(FrameEnhancedTest, TheFocusGoesToTheChosenButton) {
   first.setObjectName("first");
   second.setObjectName("second");
   const auto connection =
-      FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
+      test::FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
   frame.SetFocusOnOpt();
   EXPECT_THAT(arrAsked, testing::IsEmpty());
   second.SetDesignValue(True);
@@ -205,7 +206,7 @@ TEST_F(FrameEnhancedTest, TheFocusGoesToTheChosenRadioButtonOfAForm) {
   form.fast.setChecked(true);
   std::vector<std::string> arrAsked;
   const auto connection =
-      FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
+      test::FocusRequested().ConnectScoped([&](const std::string &strName) { arrAsked.push_back(strName); });
   form.frame.SetFocusOnOpt();
   EXPECT_THAT(arrAsked, ElementsAre("fast"));
 }

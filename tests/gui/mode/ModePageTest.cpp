@@ -154,16 +154,14 @@ TEST_F(ModePageTest, ThePllAsArmingSourceOffersPeriodAndFrequency) {
   EXPECT_THAT(session.Items("cboArmingLevel"), ElementsAre("Rising=1", "Falling=0", "Both=2"));
 }
 
-TEST_F(ModePageTest, ThePllRecordCarriesFormatAndFrequency) {
+TEST_F(ModePageTest, ThePllIsSentWithItsFormatAndFrequency) {
   TriggeredBurst();
   session.Take("cboArmingSource", 2);
   session.Take("cboArmingLevel", 1);
   session.Type("esPllPeriodOrFreq", "250E3");
   session.Click("cmdUpload");
-  EXPECT_EQ(session.instr->mode.ArmingSource, 1);
-  EXPECT_EQ(session.instr->mode.ArmSlope, 3);
-  EXPECT_EQ(session.instr->mode.PllFormat, 1);
-  EXPECT_EQ(session.instr->mode.PllPeriodOrFreq, 250000);
+  EXPECT_THAT(session.Calls({"SetTriggeredBurst"}),
+              ElementsAre("IModeSetup{Alpha}.SetTriggeredBurst(2, 0, 3, 1, 3, 1, 250000)"));
 }
 
 TEST_F(ModePageTest, ThePllIsRefusedAsPeriodSourceWhileItArms) {
@@ -227,18 +225,18 @@ TEST_F(ModePageTest, PatternRelabelsThePulseTypes) {
   EXPECT_FALSE(session.State().mfDoublePulse[1]);
 }
 
-TEST_F(ModePageTest, DoublePulsesAreSentInBothPlaces) {
+TEST_F(ModePageTest, DoublePulsesAreSent) {
   session.Take("cboPulseType1", 1);
   session.Click("cmdUpload");
-  EXPECT_EQ(session.instr->mode.PulseType, (ChannelArray<Long>{2, 1}));
-  EXPECT_EQ(session.instr->mode.SignalFormat, (ChannelArray<Long>{2, 1}));
+  EXPECT_THAT(session.Calls({"SetPulseType"}),
+              ElementsAre("IChannelTiming{Alpha.1}.SetPulseType(2)", "IChannelTiming{Alpha.2}.SetPulseType(1)"));
 }
 
 TEST_F(ModePageTest, TheBurstLengthIsSent) {
   session.Choose("optPulseMode(1)");
   session.Type("esBurstLength", "17");
   session.Click("cmdUpload");
-  EXPECT_EQ(session.instr->mode.BurstLength, 17);
+  EXPECT_EQ(session.driver.Find("Alpha")->settings.lngBurstLength, 17);
 }
 
 TEST_F(ModePageTest, TabInTheLastFieldGoesBackToTheFirstControl) {

@@ -102,9 +102,8 @@ TEST_F(ModeTransfer, AFailingDriverCallOfTheDownloadLeavesThePage) {
     session.State().meTabState[ePageMode] = ePageNeedsDownloading;
     session.driver.ClearFaults();
     session.driver.FailAt(n, {Failing, "broken"});
-    session.instr->fAnswer = True;
     session.Click("cmdDownload");
-    const bool fRead = session.instr->fAnswer;
+    const bool fRead = !session.Failed("GetMode");
     intFailed += fRead ? 0 : 1;
     EXPECT_EQ(session.StateOf(ePageMode), fRead ? ePageIsCurrent : ePageNeedsDownloading);
     if (!fRead) {
@@ -134,9 +133,8 @@ TEST_F(ModeTransfer, AFailingDriverCallOfTheUploadLeavesThePageDirty) {
     session.State().meTabState[ePageMode] = ePageIsDirty;
     session.driver.ClearFaults();
     session.driver.FailAt(n, {Failing, "broken"});
-    session.instr->fAnswer = True;
     session.Click("cmdUpload");
-    const bool fSent = session.instr->fAnswer;
+    const bool fSent = !session.Failed("SetMode");
     intFailed += fSent ? 0 : 1;
     EXPECT_EQ(session.StateOf(ePageMode), fSent ? ePageIsCurrent : ePageIsDirty);
     if (!fSent) {
@@ -144,7 +142,7 @@ TEST_F(ModeTransfer, AFailingDriverCallOfTheUploadLeavesThePageDirty) {
     }
     session.host.arrEntries.clear();
     EXPECT_EQ(session.host.intPointer, 0);
-    EXPECT_FALSE(session.instr->TransActive());
+    EXPECT_FALSE(session.InTransaction());
     EXPECT_FALSE(session.driver.Find("Alpha")->copy.has_value());
     EXPECT_EQ(session.driver.References(), references);
   }

@@ -17,6 +17,15 @@ constexpr const char *OnSwitches[] = {"optChannel1Output(0)", "optChannel2Output
 constexpr const char *OffSwitches[] = {"optChannel1Output(1)", "optChannel2Output(1)", "optChannel1InvOutput(1)",
                                        "optChannel2InvOutput(1)"};
 
+/// What went to the outputs, in its order.
+std::vector<std::string> Switched(const PanelSession &session) {
+  return session.Calls({"SetOutput", "SetComplementOutput"});
+}
+
+const auto AllFourOff = ElementsAre(
+    "IChannelLevels{Alpha.1}.SetOutput(False)", "IChannelLevels{Alpha.2}.SetOutput(False)",
+    "IChannelLevels{Alpha.1}.SetComplementOutput(False)", "IChannelLevels{Alpha.2}.SetComplementOutput(False)");
+
 /// What an instrument with two channels says of its outputs: normal 1 and 2, inverse 1 and 2.
 std::vector<bool> Outputs(clsInstrInterface &instr) {
   udtTimingInfo timing;
@@ -52,7 +61,7 @@ TEST(AllOutputsOff, ActsAtOnceAndMarksNothingAlsoWhereSwitchesWaitForTheUpload) 
   const auto before = session.State().meTabState;
   session.Forget();
   EXPECT_TRUE(session.panel->AllOutputsOff());
-  EXPECT_THAT(session.instr->arrOutputs, ElementsAre("1 off", "2 off", "1 off inverse", "2 off inverse"));
+  EXPECT_THAT(Switched(session), AllFourOff);
   EXPECT_FALSE(session.State().mfOutputOn[1]);
   EXPECT_EQ(session.State().meTabState, before) << "what was typed still waits, and nothing else does";
   session.Choose("optChannel2Output(0)");
@@ -62,7 +71,8 @@ TEST(AllOutputsOff, ActsAtOnceAndMarksNothingAlsoWhereSwitchesWaitForTheUpload) 
 TEST(AllOutputsOff, AsksAnInstrumentWithOneChannelForThatChannelAlone) {
   PanelSession session({.config = {{"channels", 1}}});
   EXPECT_TRUE(session.panel->AllOutputsOff());
-  EXPECT_THAT(session.instr->arrOutputs, ElementsAre("1 off", "1 off inverse"));
+  EXPECT_THAT(Switched(session), ElementsAre("IChannelLevels{Alpha.1}.SetOutput(False)",
+                                             "IChannelLevels{Alpha.1}.SetComplementOutput(False)"));
 }
 
 TEST(AllOutputsOff, WithoutASessionAnswersFalseAndSaysNothing) {
@@ -79,7 +89,7 @@ TEST(AllOutputsOff, OneThatFailsKeepsNoOtherOnAndKeepsItsMark) {
   session.Forget();
   session.driver.FailMatching("IChannelLevels.SetOutput", 1, {-2147221503, "relay stuck"});
   EXPECT_FALSE(session.panel->AllOutputsOff());
-  EXPECT_THAT(session.instr->arrOutputs, ElementsAre("1 off", "2 off", "1 off inverse", "2 off inverse"));
+  EXPECT_THAT(Switched(session), AllFourOff);
   EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: relay stuck"));
   EXPECT_TRUE(session.State().mfOutputOn[1]) << "nobody knows that it is off";
   EXPECT_FALSE(session.State().mfOutputOn[2]);
@@ -92,8 +102,7 @@ TEST(AllOutputsOff, WarningsAreShownWhenEverythingIsOff) {
   session.driver.arrWarnings = {"101,\"Width\"", "102,\"Delay\"", "103,\"Load\"", "104,\"Heat\"", "105,\"Fan\""};
   std::size_t lngSwitchedAtFirstBox = 0;
   session.host.OnEntry = [&](const HostEntry &entry) {
-    if (entry.kind == HostEntry::Box && lngSwitchedAtFirstBox == 0)
-      lngSwitchedAtFirstBox = session.instr->arrOutputs.size();
+    if (entry.kind == HostEntry::Box && lngSwitchedAtFirstBox == 0) lngSwitchedAtFirstBox = Switched(session).size();
   };
   EXPECT_TRUE(session.panel->AllOutputsOff());
   EXPECT_EQ(lngSwitchedAtFirstBox, 4U);

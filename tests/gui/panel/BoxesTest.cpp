@@ -235,7 +235,7 @@ TEST_P(Boxes, WhatFollowsTheBoxEndsQuietlyWhenTheHostHidesShowsOrEndsThePanel) {
   session.host.OnEntry = {};
   EXPECT_EQ(intBoxes, 1);
   EXPECT_EQ(session.host.intPointer, PointerDefault);
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
   EXPECT_FALSE(session.instr->IsOnline(True));
 
   // The panel, or the next one, works.

@@ -217,7 +217,8 @@ TEST_F(CapabilityGate, NothingThatItDoesChangesAValue) {
 
   session.Take("cboArmingLevel", 1);
   session.Click("cmdUpload");
-  EXPECT_EQ(session.instr->mode.PulseType, (ChannelArray<Long>{1, 2})) << "double pulses go out";
+  EXPECT_THAT(session.Calls({"SetPulseType"}), testing::ElementsAre("IChannelTiming{Alpha.1}.SetPulseType(1)",
+                                                                    "IChannelTiming{Alpha.2}.SetPulseType(2)"));
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 
@@ -250,7 +251,7 @@ TEST_F(AutomaticDownloads, TheFirstOneAfterAOneChannelInstrumentShowsAllOfChanne
   EXPECT_TRUE(session.State().mfDoublePulse[2]);
   EXPECT_EQ(session.Field("esDelay(1)").Caption(), "Dbl. Delay");
   EXPECT_DOUBLE_EQ(session.Field("esDelay(1)").Value(), 4e-7);
-  EXPECT_THAT(session.instr->arrRows, testing::Contains("read 2"));
+  EXPECT_THAT(session.Calls({"GetPattern"}), testing::Contains("IPatternMemory{Beta}.GetPattern(2, 2)"));
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 
@@ -282,7 +283,8 @@ TEST_F(AutomaticDownloads, OutputsOfAChannelThatIsNotThereAreNotSent) {
   session.ShowPage(ePageLevels);
   session.ShowPage(ePageTiming);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
-  for (const std::string &strOutput : session.instr->arrOutputs) EXPECT_NE(strOutput[0], '2') << strOutput;
+  EXPECT_THAT(session.Calls({"GetItem"}), testing::Contains("IChannelList{Alpha}.GetItem(1)"));
+  EXPECT_THAT(session.Calls({"GetItem"}), testing::Not(testing::Contains("IChannelList{Alpha}.GetItem(2)")));
   EXPECT_TRUE(session.State().mfOutputOn[2]) << "the pages keep the choice";
 }
 

@@ -2,8 +2,11 @@
 
 #include <QTest>
 
+#include "HookedDriver.h"
 #include "PanelSession.h"
 #include "PanelStart.h"
+#include "RecordingHost.h"
+#include "RegisteredDriver.h"
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
 #include "platform/CheckBox.h"
@@ -67,25 +70,32 @@ TEST(InstrumentListEmpty, AnEmptyRackIsAnEmptyListAndNoError) {
   EXPECT_TRUE(Enabled(session, "cmdRefresh"));
 }
 
-/// A driver that goes on telling instruments, none of which is shown.
-class EndlessInstr : public clsInstrInterface {
- public:
-  Boolean GetViInfo(Integer Index, viInfo &, std::string &) override {
-    intLast = Index;
-    return True;
+/// A driver that has more instruments than a 16-bit number counts, all of them without a slot.
+struct EndlessDriver : DriverHook {
+  automation::Status Run(HookedCall &call) override {
+    if (call.operation.strPath == "IInstrumentList.GetCount") {
+      call.Fill(100000);
+    } else if (call.operation.strPath == "IInstrumentList.GetItem") {
+      intLast = call.In<InstrumentKey>(0).intNumber;
+      call.Hand(std::make_shared<HookedInstrument>());
+    } else if (call.operation.HandsObject()) {
+      call.Hand();
+    }
+    return automation::StatusOk;
   }
+
   Integer intLast = 0;
 };
 
 TEST(InstrumentListEndless, BehindTheLastNumberOf16BitsTheWalkIsAnOverflow) {
   RecordingHost host;
-  const StandInDriver driver;
-  const auto instr = std::make_shared<EndlessInstr>();
-  gobjInstr() = instr;
+  EndlessDriver driver;
+  const RegisteredDriver registered([&](const std::string &) { return MakeHookedRoot(driver); });
   {
     TarvikGUI panel;
     ShowAndStart(panel);
-    EXPECT_EQ(instr->intLast, 32767);
+    EXPECT_EQ(driver.intLast, 32767);
+    EXPECT_EQ(panel.findChild<ListView *>("lvwInstruments")->Count(), 0);
     // The report asks the driver for its form, as each does.
     EXPECT_THAT(host.TakeBoxes(),
                 ElementsAre("box information: You need to be online to an instrument to perform this operation",

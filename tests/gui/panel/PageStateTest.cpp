@@ -2,6 +2,7 @@
 
 #include "PanelSession.h"
 #include "SimulatorSession.h"
+#include "WatchedCalls.h"
 #include "WidgetEnvironment.h"
 #include "platform/PictureBox.h"
 #include "platform/TabControl.h"

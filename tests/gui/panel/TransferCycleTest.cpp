@@ -287,7 +287,7 @@ TEST_F(TransferCycle, AFailureOfTheLogLeavesTheUploadClosed) {
   session.host.logFailure = ScriptedFailure{ErrPermissionDenied, "Permission denied", 1};
   session.Click("cmdUpload");
   EXPECT_FALSE(session.driver.Find("Alpha")->copy.has_value());
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
   EXPECT_EQ(session.host.intPointer, PointerDefault);
   EXPECT_EQ(session.StateOf(ePageLevels), ePageIsDirty);
 }

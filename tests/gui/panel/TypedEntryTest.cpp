@@ -18,7 +18,7 @@ TEST(TypedEntry, CountsForTheUploadThatAnAccessKeyStarts) {
   session.panel->activateWindow();
   session.TypeWithoutEnter("esWidth(0)", "60n");
   session.PressAccessKey(Qt::Key_U);
-  EXPECT_THAT(session.instr->timing.dblWidth[1], DoubleEq(60e-9));
+  EXPECT_THAT(session.driver.Find("Alpha")->settings.channels[0].dblWidth, DoubleEq(60e-9));
   EXPECT_EQ(session.Field("esWidth(0)").Text(), "60.00");
   EXPECT_EQ(session.StateOf(ePageTiming), ePageIsCurrent);
 }

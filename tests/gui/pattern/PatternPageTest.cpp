@@ -45,7 +45,9 @@ class PatternPageTest : public testing::Test {
 TEST_F(PatternPageTest, ADownloadReadsEachStreamAndTheFlags) {
   Settings().channels[0].lngSignalFormat = 0;
   session.Click("cmdDownload");
-  EXPECT_THAT(session.instr->arrRows, ElementsAre("read 1", "read 2", "read 3"));
+  EXPECT_THAT(session.Calls({"GetPattern"}),
+              ElementsAre("IPatternMemory{Alpha}.GetPattern(1, 2)", "IPatternMemory{Alpha}.GetPattern(2, 2)",
+                          "IPatternMemory{Alpha}.GetPattern(3, 2)"));
   EXPECT_EQ(Editor().GetPatternLength(), 8);
   EXPECT_EQ(Stream(1), "0f");
   EXPECT_EQ(Stream(2), "a5");
@@ -61,7 +63,9 @@ TEST_F(PatternPageTest, AnUploadSendsTheThreeStreamsInTheirRows) {
   session.State().meTabState[ePagePattern] = ePageIsDirty;
   session.Forget();
   session.Click("cmdUpload");
-  EXPECT_THAT(session.instr->arrRows, ElementsAre("write 1 0f 8", "write 2 a5 8", "write 3 3c 8"));
+  EXPECT_THAT(session.Calls({"SetPattern"}), ElementsAre("IPatternMemory{Alpha}.SetPattern(1, 2, <0f>, 8)",
+                                                         "IPatternMemory{Alpha}.SetPattern(2, 2, <a5>, 8)",
+                                                         "IPatternMemory{Alpha}.SetPattern(3, 2, <3c>, 8)"));
   EXPECT_EQ(session.StateOf(ePagePattern), ePageIsCurrent);
 }
 
@@ -123,11 +127,11 @@ TEST_F(PatternPageTest, TheFirstFailingStreamEndsTheUpload) {
     session.Forget();
     session.driver.FailMatching("IPatternMemory.SetPattern", n, {Failing, "broken"});
     session.Click("cmdUpload");
-    EXPECT_EQ(session.instr->arrRows.size(), static_cast<std::size_t>(n));
+    EXPECT_EQ(session.Calls({"SetPattern"}).size(), static_cast<std::size_t>(n));
     EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: broken"));
     EXPECT_EQ(session.StateOf(ePagePattern), ePageIsDirty);
     EXPECT_EQ(session.host.intPointer, 0);
-    EXPECT_FALSE(session.instr->TransActive());
+    EXPECT_FALSE(session.InTransaction());
   }
 }
 
@@ -137,9 +141,9 @@ TEST_F(PatternPageTest, FailingFlagsKeepTheBitsFromBeingSent) {
   session.Forget();
   session.driver.FailMatching("IChannel.SetSignalFormat", 2, {Failing, "broken"});
   session.Click("cmdUpload");
-  EXPECT_THAT(session.instr->arrRows, IsEmpty());
+  EXPECT_THAT(session.Calls({"SetPattern"}), IsEmpty());
   EXPECT_EQ(session.StateOf(ePagePattern), ePageIsDirty);
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
 }
 
 TEST_F(PatternPageTest, TheEditorsOptionLeadsInPatternMode) {
@@ -207,14 +211,16 @@ class OneChannelPattern : public PatternPageTest {
 TEST_F(OneChannelPattern, TheSecondStreamIsNeverTouched) {
   const std::string strBefore = Stream(2);
   session.Click("cmdDownload");
-  EXPECT_THAT(session.instr->arrRows, ElementsAre("read 1", "read 3"));
+  EXPECT_THAT(session.Calls({"GetPattern"}),
+              ElementsAre("IPatternMemory{Alpha}.GetPattern(1, 2)", "IPatternMemory{Alpha}.GetPattern(3, 2)"));
   EXPECT_EQ(Stream(1), "0f");
   EXPECT_EQ(Stream(2), strBefore);
   EXPECT_EQ(Stream(8), "3c");
   session.State().meTabState[ePagePattern] = ePageIsDirty;
   session.Forget();
   session.Click("cmdUpload");
-  EXPECT_THAT(session.instr->arrRows, ElementsAre("write 1 0f 8", "write 3 3c 8"));
+  EXPECT_THAT(session.Calls({"SetPattern"}), ElementsAre("IPatternMemory{Alpha}.SetPattern(1, 2, <0f>, 8)",
+                                                         "IPatternMemory{Alpha}.SetPattern(3, 2, <3c>, 8)"));
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 

@@ -29,7 +29,7 @@ class RoundTrips : public testing::Test {
     session.emplace(SimulatorSession::Settings{{"WorkWithBoxes", "1"}, {"AutoDownload", "0"}}, "", server.Url());
     session->NewPanel();
     // The stand-in counts the bytes of a pattern from another index than the instruments do.
-    gobjInstr() = std::make_shared<KeepingInstr>();
+    gobjInstr() = std::make_shared<clsInstrInterface>();
     session->Show();
   }
   ~RoundTrips() override { session.reset(); }

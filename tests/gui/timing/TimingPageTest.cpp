@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "PanelSession.h"
+#include "WatchedCalls.h"
 #include "WidgetEnvironment.h"
 
 namespace tarvik::test {
@@ -30,8 +31,8 @@ class TimingPageTest : public testing::Test {
     session.ShowPage(ePageTiming);
     session.State().meTabState.fill(ePageIsCurrent);
     // Each drawing of the diagram begins with a clear box.
-    session.Get<PictureBox>("picTiming").Drawn.Connect([this](const DrawPrimitive &primitive) {
-      intDrawn += primitive.kind == DrawPrimitive::Kind::Clear ? 1 : 0;
+    m_drawn = Drawn().ConnectScoped([this](const PictureBox &picture, const DrawPrimitive &primitive) {
+      if (&picture == &session.Get<PictureBox>("picTiming") && primitive.kind == DrawPrimitive::Kind::Clear) ++intDrawn;
     });
     session.Forget();
   }
@@ -50,6 +51,9 @@ class TimingPageTest : public testing::Test {
 
   int intDrawn = 0;
   PanelSession session;
+
+ private:
+  Event<const PictureBox &, const DrawPrimitive &>::Connection m_drawn;
 };
 
 TEST_F(TimingPageTest, AFrequencyTooHighForTheWidthComesDownAlsoWhereItsPeriodIsRoundedBelowTheWidth) {
@@ -181,7 +185,7 @@ TEST_F(TimingPageTest, AnUnknownEdgeKeyIsReportedAndStillDraws) {
 TEST_F(TimingPageTest, ASwitchWithoutAutomaticOutputMarksBothPages) {
   session.Choose("optChannel1Output(1)");
   EXPECT_FALSE(session.State().mfOutputOn[1]);
-  EXPECT_THAT(session.instr->arrOutputs, IsEmpty());
+  EXPECT_THAT(session.Calls({"SetOutput", "SetComplementOutput"}), IsEmpty());
   EXPECT_EQ(session.StateOf(ePageTiming), ePageIsDirty);
   EXPECT_EQ(session.StateOf(ePageLevels), ePageIsDirty);
   EXPECT_EQ(session.StateOf(ePageMode), ePageIsCurrent);
@@ -242,7 +246,9 @@ class AutomaticOutputTest : public TimingPageTest {
 TEST_F(AutomaticOutputTest, ASwitchGoesToTheInstrumentAtOnce) {
   session.Choose("optChannel1Output(1)");
   session.Choose("optChannel2InvOutput(0)");
-  EXPECT_THAT(session.instr->arrOutputs, ElementsAre("1 off", "2 on inverse"));
+  EXPECT_THAT(
+      session.Calls({"SetOutput", "SetComplementOutput"}),
+      ElementsAre("IChannelLevels{Alpha.1}.SetOutput(False)", "IChannelLevels{Alpha.2}.SetComplementOutput(True)"));
   EXPECT_FALSE(session.driver.Find("Alpha")->settings.channels[0].fOutput);
   EXPECT_TRUE(session.driver.Find("Alpha")->settings.channels[1].fComplement);
   EXPECT_EQ(session.StateOf(ePageTiming), ePageIsCurrent);
@@ -261,7 +267,7 @@ TEST_F(AutomaticOutputTest, AFailingSwitchIsReportedAndKeepsTheFlag) {
     session.host.arrEntries.clear();
     session.driver.FailAt(n, {static_cast<Long>(0x80004005u), "broken"});
     session.Choose("optChannel1Output(1)");
-    if (!session.instr->fAnswer) {
+    if (session.Failed("Output")) {
       ++intFailed;
       EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: broken"));
     }

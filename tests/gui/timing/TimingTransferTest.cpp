@@ -179,17 +179,24 @@ TEST_F(TimingTransfer, AnUploadSendsTheWholePage) {
   session.Click("cmdDownload");
   session.Type("esWidth(0)", "150E-9");
   session.Click("cmdUpload");
-  udtTimingInfo expected;
-  expected.dblFrequency = 2e6;
-  expected.fChannelOutputOn = {True, False};
-  expected.fChannelOutputInvOn = {False, True};
-  expected.fDoublePulse = {False, False};
-  expected.fAutoCoupleLeTe = {False, True};
-  expected.dblDelay = {3e-8, 6e-8};
-  expected.dblWidth = {1.5e-7, 2e-7};
-  expected.dblLeading = {4e-9, 7e-9};
-  expected.dblTrailing = {5e-9, 7e-9};
-  EXPECT_EQ(session.instr->timing, expected);
+  const ChannelSettings &first = Channel(1), &second = Channel(2);
+  for (const ChannelSettings &channel : {first, second}) EXPECT_DOUBLE_EQ(channel.dblFrequency, 2e6);
+  EXPECT_EQ(first.fOutput, True);
+  EXPECT_EQ(first.fComplement, False);
+  EXPECT_EQ(second.fOutput, False);
+  EXPECT_EQ(second.fComplement, True);
+  EXPECT_EQ(first.lngPulseType, 1);
+  EXPECT_EQ(second.lngPulseType, 1);
+  EXPECT_EQ(first.lngCoupling, 0);
+  EXPECT_EQ(second.lngCoupling, 1);
+  EXPECT_DOUBLE_EQ(first.dblSingleDelay, 3e-8);
+  EXPECT_DOUBLE_EQ(second.dblSingleDelay, 6e-8);
+  EXPECT_DOUBLE_EQ(first.dblWidth, 1.5e-7);
+  EXPECT_DOUBLE_EQ(second.dblWidth, 2e-7);
+  EXPECT_DOUBLE_EQ(first.dblLeading, 4e-9);
+  EXPECT_DOUBLE_EQ(second.dblLeading, 7e-9);
+  EXPECT_DOUBLE_EQ(first.dblTrailing, 5e-9);
+  EXPECT_DOUBLE_EQ(second.dblTrailing, 7e-9);
   EXPECT_EQ(session.StateOf(ePageTiming), ePageIsCurrent);
 }
 
@@ -197,11 +204,11 @@ TEST_F(TimingTransfer, APatternIsNeverSentAsDoublePulses) {
   session.State().mfDoublePulse[1] = True;
   session.Type("esWidth(0)", "150E-9");
   session.Click("cmdUpload");
-  EXPECT_TRUE(session.instr->timing.fDoublePulse[1]);
+  EXPECT_EQ(Channel(1).lngPulseType, 2);
   session.State().mePulseMode = 2;
   session.Type("esWidth(0)", "151E-9");
   session.Click("cmdUpload");
-  EXPECT_FALSE(session.instr->timing.fDoublePulse[1]);
+  EXPECT_EQ(Channel(1).lngPulseType, 1);
 }
 
 TEST_F(TimingTransfer, AFailingDriverCallOfTheDownloadLeavesThePage) {
@@ -216,9 +223,8 @@ TEST_F(TimingTransfer, AFailingDriverCallOfTheDownloadLeavesThePage) {
     session.driver.ClearFaults();
     session.host.arrEntries.clear();
     session.driver.FailAt(n, {Failing, "broken"});
-    session.instr->fAnswer = True;
     session.Click("cmdDownload");
-    const bool fRead = session.instr->fAnswer;
+    const bool fRead = !session.Failed("GetTiming");
     EXPECT_EQ(session.StateOf(ePageTiming), fRead ? ePageIsCurrent : ePageNeedsDownloading);
     EXPECT_DOUBLE_EQ(Field("esDelay(0)").Value(), fRead ? 3e-8 : 1e-8);
     if (!fRead) {
@@ -246,16 +252,15 @@ TEST_F(TimingTransfer, AFailingDriverCallOfTheUploadLeavesThePageDirty) {
     session.driver.ClearFaults();
     session.host.arrEntries.clear();
     session.driver.FailAt(n, {Failing, "broken"});
-    session.instr->fAnswer = True;
     session.Click("cmdUpload");
-    const bool fSent = session.instr->fAnswer;
+    const bool fSent = !session.Failed("SetTiming");
     EXPECT_EQ(session.StateOf(ePageTiming), fSent ? ePageIsCurrent : ePageIsDirty);
     if (!fSent) {
       ++intFailed;
       EXPECT_THAT(session.host.TakeBoxes(), Not(IsEmpty()));
     }
     EXPECT_EQ(session.host.intPointer, 0);
-    EXPECT_FALSE(session.instr->TransActive());
+    EXPECT_FALSE(session.InTransaction());
     EXPECT_FALSE(session.driver.Find("Alpha")->copy.has_value());
     EXPECT_EQ(session.driver.References(), references);
   }
@@ -267,13 +272,14 @@ class OneChannelTransfer : public TimingTransfer {
   OneChannelTransfer() : TimingTransfer({{"channels", 1}}) {}
 };
 
-TEST_F(OneChannelTransfer, AnUploadSendsBothSwitchesAndOneChannel) {
+TEST_F(OneChannelTransfer, AnUploadSendsTheFirstChannelAlone) {
   session.Click("cmdDownload");
   session.State().mfOutputOn[2] = True;
   session.Type("esWidth(0)", "150E-9");
   session.Click("cmdUpload");
-  EXPECT_EQ(session.instr->timing.fChannelOutputOn, (ChannelArray<Boolean>{True, True}));
-  EXPECT_EQ(session.instr->timing.dblWidth, (ChannelArray<Double>{1.5e-7, 0}));
+  EXPECT_DOUBLE_EQ(Channel(1).dblWidth, 1.5e-7);
+  EXPECT_THAT(session.Calls({"SetWidth"}), ElementsAre("IChannelTiming{Alpha.1}.SetWidth(1.4999999999999999e-07)"));
+  EXPECT_THAT(session.Calls({"SetOutput"}), ElementsAre("IChannelLevels{Alpha.1}.SetOutput(True)"));
 }
 
 TEST_F(OneChannelTransfer, ADownloadCopiesOneFlagAndRefreshesAllGroups) {

@@ -253,7 +253,7 @@ TEST_F(FailingHandlerTest, AFailingHandlerOfInstrErrorEndsThereAndTheFinishAnswe
   EXPECT_THAT(session.host.TakeLines(), ElementsAre("box exclamation: Instrument Errors(s):\r\ndriver failed",
                                                     "box stop: the host's own mistake", Record("InstrError")));
   EXPECT_THAT(arrLater, ElementsAre("driver failed"));
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
 }
 
 TEST_F(FailingHandlerTest, AFailingHandlerWithoutALogIsShownAndEndsAllTheSame) {

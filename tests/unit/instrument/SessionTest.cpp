@@ -221,32 +221,5 @@ TEST_F(SessionTest, TheVerboseFormNamesModuleAndProcedureUntilTheNextOpen) {
   EXPECT_FALSE(Instr().GetVerboseErrorMsg());
 }
 
-/// Sees the calls that come from outside.
-class WatchingInstr : public clsInstrInterface {
- public:
-  Boolean IsOnline(Boolean fSilent) const override {
-    ++intQuestions;
-    return clsInstrInterface::IsOnline(fSilent);
-  }
-  Boolean Output(Integer intChan, Boolean fState, Boolean fIsComplement) override {
-    ++intOutputs;
-    return clsInstrInterface::Output(intChan, fState, fIsComplement);
-  }
-  mutable int intQuestions = 0;
-  int intOutputs = 0;
-};
-
-TEST_F(SessionTest, AnOverrideMeetsTheCallsFromOutsideOnly) {
-  WatchingInstr watching;
-  watching.Connect();
-  watching.OpenInstrument("Alpha");
-  EXPECT_TRUE(watching.SetTiming({}));
-  EXPECT_EQ(watching.intQuestions, 0);
-  EXPECT_EQ(watching.intOutputs, 0);
-  const clsInstrInterface &face = watching;
-  EXPECT_TRUE(face.IsOnline());
-  EXPECT_EQ(watching.intQuestions, 1);
-}
-
 }  // namespace
 }  // namespace tarvik::test

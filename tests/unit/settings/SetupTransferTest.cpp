@@ -166,7 +166,7 @@ TEST_F(SetupTransfer, ARefusedCommitIsToldInTheInstrumentsWordsAndChangesNothing
   EXPECT_FALSE(written.fDone);
   EXPECT_EQ(written.strReasons, "width too long\r\nhigh too high");
   EXPECT_EQ(Held(), before);
-  EXPECT_FALSE(session.instr->TransActive());
+  EXPECT_FALSE(session.InTransaction());
   EXPECT_THAT(session.host.TakeBoxes(),
               ElementsAre("box exclamation: Instrument Errors(s):\r\nwidth too long\r\nhigh too high"));
 }
