@@ -1,4 +1,4 @@
-# What is installed where. The components are automation, automation_development, library, runtime, development,
+# What is installed where. The components are automation, automation_development, library, runtime, ctl, development,
 # simulator, designer, remote and server; each is a package as well (TarvikPackages.cmake).
 include(CMakePackageConfigHelpers)
 
@@ -108,6 +108,14 @@ install(FILES "${TARVIK_PROGRAM_FILES}/tarvikvi.metainfo.xml" DESTINATION "${CMA
 install(FILES "${TARVIK_PROGRAM_FILES}/tarvikvi.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT runtime)
 tarvik_install_documents(runtime user-guide.md)
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/docs/pictures" DESTINATION "${TARVIK_DOCUMENT_FOLDER}" COMPONENT runtime)
+
+# ---- ctl: the settings from the command line, which needs no toolkit
+set_target_properties(tarvikctl PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
+install(TARGETS tarvikctl RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ctl)
+install(FILES "${CMAKE_SOURCE_DIR}/apps/tarvikctl/tarvikctl.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT ctl)
+install(FILES "${CMAKE_SOURCE_DIR}/apps/tarvikctl/tarvikctl.bash"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME tarvikctl COMPONENT ctl)
+tarvik_install_documents(ctl setups.md setup.schema.json)
 
 # ---- development: the headers of the public classes and what they include
 tarvik_install_headers(development

@@ -76,6 +76,9 @@ tarvik_shared_library(library libtarvikvi libtarvikvi1)
 tarvik_package(runtime tarvikvi "Front panel for pulse generators"
   "A window with the panel for pulse generators with one or two channels."
   DEPENDS "libtarvikvi1 ${same}, libtarvikautomation1 ${same}, libqt6svg6" RECOMMENDS tarvikvi-simulator)
+tarvik_package(ctl tarvikctl "Settings of pulse generators from the command line"
+  "Reads, changes, saves and compares all settings of an instrument; needs no screen."
+  DEPENDS "libtarvikautomation1 ${same}" RECOMMENDS tarvikvi-simulator SUGGESTS tarvikvi-remote)
 tarvik_package(development libtarvikvi-dev "Development files of the TarvikVI library"
   "Headers, CMake package, pkg-config file, documents and examples for hosts."
   SECTION libdevel DEPENDS "libtarvikvi1 ${same}, libtarvikautomation-dev ${same}, qt6-base-dev"

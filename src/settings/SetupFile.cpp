@@ -68,10 +68,14 @@ std::string IdentityText(const Setup &setup) {
 
 }  // namespace
 
+std::string SettingJson(const Setting &setting, const Setup &setup, Long lngChannel) {
+  return ValueText(setting, setting.Read(setup, lngChannel));
+}
+
 std::string SetupToText(const Setup &setup) {
   std::map<std::string, std::string> settings;
   ForEachStored(setup, [&](const Setting &setting, Long lngChannel) {
-    settings[setting.Key(lngChannel)] = ValueText(setting, setting.Read(setup, lngChannel));
+    settings[setting.Key(lngChannel)] = SettingJson(setting, setup, lngChannel);
   });
   return Members({{"format", JsonText(SetupFormatName)},
                   {"instrument", IdentityText(setup)},

@@ -8,6 +8,7 @@
 namespace tarvik {
 
 class FileCalls;
+struct Setting;
 
 /// The version of the files that are written; files of this one and older ones are read.
 inline constexpr Long SetupFileVersion = 1;
@@ -18,6 +19,9 @@ inline constexpr std::size_t LargestSetupFile = std::size_t{1} << 20;
 /// The setup as JSON, whose form docs/setups.md tells: sorted, one setting a line, SI units, every number the shortest
 /// that gives the same Double. Settings that the instrument lacks are left out.
 std::string SetupToText(const Setup &setup);
+
+/// The value of one setting as it stands in such a text.
+std::string SettingJson(const Setting &setting, const Setup &setup, Long lngChannel);
 
 /// The setup of such a text. A text that is not wholly right is refused with RunTimeError 321, whose description tells
 /// all reasons and their places, one in a line: "line 12: timing.width[1]: 1ns is out of the range 1.5ns to 999.5s".
