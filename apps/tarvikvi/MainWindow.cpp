@@ -10,6 +10,7 @@
 #include <QTime>
 #include <algorithm>
 
+#include "EditMenu.h"
 #include "Kept.h"
 #include "PanelArea.h"
 #include "ServerDialog.h"
@@ -62,6 +63,8 @@ void MainWindow::MakeMenus() {
   for (const QKeySequence &key : QKeySequence::keyBindings(QKeySequence::Quit))
     if (!keys.contains(key)) keys << key;
   quit->setShortcuts(keys);
+  m_edit = new EditMenu(menuBar());
+  m_edit->Follow(Panel());
   MakeInstrumentsMenu();
   MakeViewMenu();
   AddAction(*menuBar()->addMenu(tr("&Help")), "actionAbout", tr("&About TarvikVI"), &MainWindow::ShowAbout);
@@ -188,6 +191,7 @@ void MainWindow::Reconnect() {
   Tell({});
   HandServerOver();
   m_area->RenewPanel();
+  m_edit->Follow(Panel());
   ShowConnection(false);
 }
 

@@ -12,6 +12,7 @@ class QLabel;
 
 namespace tarvik {
 
+class EditMenu;
 class PanelArea;
 class TarvikGUI;
 
@@ -59,6 +60,7 @@ class MainWindow : public QMainWindow {
   ServerList m_servers;
   PanelArea *m_area;
   QLabel *m_lblMessage;
+  EditMenu *m_edit = nullptr;
   QAction *m_actFit = nullptr;
   QAction *m_actTyping = nullptr;
   Event<const std::string &>::Connection m_statusConnection;

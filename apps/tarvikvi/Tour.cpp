@@ -27,7 +27,8 @@ class TourHost : public QtHost {
  public:
   std::deque<std::string> Answers;
 
-  BoxAnswer MsgBox(const std::string &strText, BoxIcon, BoxButtons buttons, const std::string &strTitle) override {
+  BoxAnswer MsgBox(const std::string &strText, BoxIcon icon, BoxButtons buttons, const std::string &strTitle) override {
+    Messages().Add(Now(), icon, strText);
     const QString text = QString::fromStdString(strText).replace(QStringLiteral("\r\n"), QStringLiteral(" / "));
     std::printf("      box \"%s\": %s\n", strTitle.c_str(), qPrintable(text));
     return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
@@ -42,6 +43,9 @@ class TourHost : public QtHost {
     return strAnswer;
   }
   void Beep() override {}
+  /// For the picture: that of whoever runs the tour is nobody's business.
+  std::string ErrorLogPath() const override { return "~/.local/state/tarvikvi/tarvikerr.txt"; }
+  void AppendToFile(const std::string &, std::string_view) override {}
   std::string GetSetting(const std::string &, const std::string &strSection, const std::string &strKey,
                          const std::string &strDefault) override {
     const auto found = m_settings.find(strSection + "/" + strKey);
@@ -71,6 +75,7 @@ class Tour {
     Modes();
     Patterns();
     OtherPages();
+    Messages();
     EndSession();
     std::printf("%d steps, %d went wrong\n", m_intSteps, m_intWrong);
     return m_intWrong == 0 ? 0 : 1;
@@ -183,6 +188,7 @@ class Tour {
     Download();
     Show(QStringLiteral("width read back"), Field(QStringLiteral("esWidth(0)")));
     Expect(m_user.Find<EngrSpin>(QStringLiteral("esWidth(0)")).Value() == 2.5e-6, "the width came back");
+    History();
     Step(QStringLiteral("The same as a frequency"));
     m_user.Click(QStringLiteral("cmdPeriodOrFreq"));
     Show(QStringLiteral("frequency"), Field(QStringLiteral("esPeriodOrFreq")));
@@ -197,6 +203,35 @@ class Tour {
     Upload();
     m_user.ClickTab(TabMode);
     m_user.Choose(QStringLiteral("cboPulseType1"), 0);
+  }
+
+  void History() {
+    Step(QStringLiteral("Undo brings back what the download overwrote; redo; the list of steps"));
+    const auto width = [this] { return m_user.Find<EngrSpin>(QStringLiteral("esWidth(0)")).Value(); };
+    m_panel.undo();
+    Expect(width() == 1e-6, "the typed width is back");
+    m_panel.redo();
+    Expect(width() == 2.5e-6, "the width that was read is back");
+    m_panel.ShowHistory();
+    WindowPicture("HistoryWindow", "history");
+  }
+
+  void Messages() {
+    Step(QStringLiteral("The list of messages"));
+    m_user.Click(QStringLiteral("cmdCheckErrors"));
+    m_user.Click(QStringLiteral("cmdMessages"));
+    WindowPicture("MessageWindow", "messages");
+  }
+
+  /// Of a window beside the panel, which is closed then.
+  void WindowPicture(const char *strWindow, const char *strName) {
+    TourUser::Settle();
+    auto &window = m_user.Find<QWidget>(QString::fromLatin1(strWindow));
+    const QString path = m_folder.filePath(QString::fromLatin1(strName) + QStringLiteral(".png"));
+    Expect(window.grab().save(path), "the picture could be written");
+    Show(QStringLiteral("picture"), path);
+    window.close();
+    TourUser::Settle();
   }
 
   void Modes() {

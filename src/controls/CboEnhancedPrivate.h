@@ -23,6 +23,7 @@ class TARVIK_HIDDEN CboEnhanced::Private {
   Private &operator=(const Private &) = delete;
 
   static const Private &Of(const CboEnhanced &control) { return *control.m; }
+  static Private &Of(CboEnhanced &control) { return *control.m; }
   static const PropertyTable &Properties();
 
   /// Twips.

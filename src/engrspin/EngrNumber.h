@@ -87,6 +87,19 @@ class EngrNumber {
   /// Parses the typed text. Errors 6 and 13 where it looks like a number but does not convert.
   Entry ReadEntry(std::string strEntry) const;
 
+  /// Everything but the formats, of which a field never gets others.
+  template <class Archive>
+  void VisitState(Archive &archive) {
+    archive.Setting(m_dblValue);
+    archive.Shown(m_dblOldValue);
+    archive.Shown(m_dblMin);
+    archive.Shown(m_dblMax);
+    archive.Shown(m_lngExponent);
+    archive.Shown(m_strBaseUnit);
+    archive.Shown(m_fEngrMode);
+    ++m_lngFormatVersion;
+  }
+
  private:
   template <class Setting>
   void TakeFormat(Setting &setting, const Setting &value) {

@@ -9,6 +9,7 @@
 #include "engrspin/SpinControl.h"
 #include "platform/ControlEvent.h"
 #include "platform/KeyCodes.h"
+#include "support/ActionEnd.h"
 #include "support/Boxes.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
@@ -173,9 +174,17 @@ Integer EngrSpin::Private::Swallow() {
 Integer EngrSpin::Private::KeyDown(Integer intCode) {
   fSwallowKey = False;
   if (fInKeyDown || fReadOnly) return intCode;
-  const ScopedFlag guard(field, fInKeyDown);
-  if (!fEditing) strSavedText = field.Text();
-  return KeyCodeLeft(intCode);
+  // A handler of the update may destroy the field.
+  const QPointer<EngrSpin> self(&field);
+  Integer intLeft = 0;
+  {
+    const ScopedFlag guard(field, fInKeyDown);
+    if (!fEditing) strSavedText = field.Text();
+    intLeft = KeyCodeLeft(intCode);
+  }
+  // Errors of a key end where they arise, so that a key passes no event boundary; it is an action all the same.
+  if (self) ::tarvik::UserEvent::AfterAll([owner = static_cast<const QObject *>(self)] { ActionEnded().Raise(owner); });
+  return intLeft;
 }
 
 Integer EngrSpin::Private::KeyCodeLeft(Integer intCode) {

@@ -22,6 +22,14 @@ class ValueList {
   /// Error 13 when the entry is no number; the list stands on it all the same.
   Double GetArrayValue(Integer intIndex);
 
+  template <class Archive>
+  void VisitState(Archive &archive) {
+    archive.Shown(m_strValueArray);
+    archive.Shown(m_fArrayMode);
+    archive.Shown(m_nArrayIndex);
+    archive.Shown(m_nArrayCount);
+  }
+
  private:
   std::string m_strValueArray;
   Boolean m_fArrayMode = False;

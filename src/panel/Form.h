@@ -57,6 +57,13 @@ class Form : public QObject {
     return arr;
   }
 
+  /// In the order of the table: containers come before what stands in them.
+  std::vector<QWidget *> AllWidgets() const {
+    std::vector<QWidget *> arrWidgets;
+    for (const Made &made : m_arrMade) arrWidgets.push_back(made.widget);
+    return arrWidgets;
+  }
+
   /// All controls were placed again, after a change of the font.
   Event<> Placed;
 

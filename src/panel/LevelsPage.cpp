@@ -3,6 +3,7 @@
 #include "instrument/Vocabulary.h"
 #include "panel/ChannelOutputs.h"
 #include "platform/ScopedFlag.h"
+#include "platform/StateArchive.h"
 #include "settings/modCboTags.h"
 #include "support/Conversions.h"
 #include "support/RunReported.h"
@@ -209,6 +210,10 @@ void LevelsPage::ConvertLevelField(EngrSpin &esField, Integer intChan, std::stri
   if (conversion.strBaseUnit) esField.SetBaseUnit(*conversion.strBaseUnit);
   if (conversion.dblAuxValue) esField.SetAuxValue(*conversion.dblAuxValue);
   if (conversion.dblValue) esField.SetValue(*conversion.dblValue);
+}
+
+void LevelsPage::VisitState(StateArchive &archive) {
+  for (LevelPreset &preset : m_arrPresets) archive.Shown(preset);
 }
 
 // ---- Transfer ----

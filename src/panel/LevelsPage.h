@@ -23,6 +23,7 @@ class LevelsPage : public Page {
   ~LevelsPage() override;
 
   void Enter() override;
+  void VisitState(StateArchive &archive) override;
 
   void FillLevelCombos();
   /// Sets the output groups of this page from the panel's flags.

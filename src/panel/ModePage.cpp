@@ -5,6 +5,7 @@
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "platform/ScopedFlag.h"
+#include "platform/StateArchive.h"
 #include "settings/ModeMask.h"
 #include "settings/TimingRules.h"
 #include "support/Boxes.h"
@@ -317,6 +318,15 @@ void ModePage::ShowRz(const RzFlags::Change &change) {
   if (!change.fUpdateCombos || !m_timing.IsPatternMode()) return;
   cboPulseType1.SetListIndexByItemData(change.eType[1]);
   cboPulseType2.SetListIndexByItemData(change.eType[2]);
+}
+
+void ModePage::VisitState(StateArchive &archive) {
+  // Two bits: whether it is known, and what it is.
+  Boolean fKnown = m_fOffersVxiLines.has_value(), fOffers = m_fOffersVxiLines.value_or(False);
+  archive.Shown(fKnown);
+  archive.Shown(fOffers);
+  archive.Shown(m_fPllLevels);
+  if (archive.Loads()) m_fOffersVxiLines = fKnown ? std::optional(fOffers) : std::nullopt;
 }
 
 // ---- Transfer ----

@@ -21,6 +21,7 @@ class ModePage : public Page {
   ModePage(QWidget &page, PanelServices &panel, TimingPage &timing, PatternPage &pattern);
 
   void Enter() override;
+  void VisitState(StateArchive &archive) override;
 
   /// Once at the start: writes the tags of the options and shows the mode.
   void InitModePage();

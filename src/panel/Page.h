@@ -8,6 +8,7 @@
 namespace tarvik {
 
 class LostSession;
+class StateArchive;
 
 /// What a page asks of the panel.
 class PanelServices {
@@ -46,6 +47,9 @@ class Page {
   /// Shows the page's part of a setup as it is: no range and no preset changes a value of it. What the open instrument
   /// has no control for is left out.
   virtual void ShowSetup(const Setup &) {}
+
+  /// What the page remembers besides its controls.
+  virtual void VisitState(StateArchive &) {}
 
   const Form &Controls() const { return m_form; }
 

@@ -16,6 +16,7 @@
 #include "panel/PatternPage.h"
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
+#include "panel/UndoHistory.h"
 #include "platform/CommandButton.h"
 #include "platform/Highlight.h"
 #include "platform/QtHost.h"
@@ -169,6 +170,7 @@ void TarvikGUI::Panel::MakePages() {
   gate = std::make_unique<CapabilityGate>(gui, panel, *timingPage, patternPage->Editor());
   NameTabs();
   PutCommandsBehindPages();
+  undo = std::make_unique<UndoHistory>(*this);
 }
 
 void TarvikGUI::Panel::NameTabs() {
@@ -300,6 +302,7 @@ clsInstrInterface &TarvikGUI::Panel::ZorvaneInstr() {
 }
 
 void TarvikGUI::Panel::UserControl_Show() {
+  undo->Clear();
   HoldInstr();
   RestoreOptions();
   InitAllPages();
@@ -373,6 +376,7 @@ void TarvikGUI::Panel::SaveOptions() {
 void TarvikGUI::Panel::SetTabState(TabStates eState, TabNumEnum ePage) {
   const Boolean fProgramFills = state.mfDownloading || start->IsAwaited();
   if (!SetPageState(state.meTabState, eState, ePage, tabMain->Tab(), fProgramFills)) return;
+  if (eState == ePageIsDirty && undo) undo->NoteMark(ePage);
   TellPageStates();
   ShowStateOfVisiblePage();
 }

@@ -25,6 +25,7 @@ class PanelStart;
 class PatternPage;
 class TimingPage;
 class TrigLevPage;
+class UndoHistory;
 
 /// Implementation of TarvikGUI: the face with its pages, start and end, page states, and the transfers.
 class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
@@ -131,6 +132,7 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   std::unique_ptr<TrigLevPage> trigLevPage;
   std::unique_ptr<ConfigPage> configPage;
   std::unique_ptr<CapabilityGate> gate;
+  std::unique_ptr<UndoHistory> undo;
 };
 
 }  // namespace tarvik

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QHideEvent>
+#include <QShortcut>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -9,6 +10,7 @@
 #include "engrspin/EngrSpin.h"
 #include "panel/Panel.h"
 #include "panel/PanelStart.h"
+#include "panel/UndoHistory.h"
 #include "platform/DisabledLook.h"
 #include "platform/QtHost.h"
 #include "support/EventBoundary.h"
@@ -37,6 +39,18 @@ TarvikGUI::TarvikGUI(QWidget *parent) : QWidget(parent), m(std::make_unique<Pane
   m->PlaceHighlights();
   m->MakePages();
   m->ConnectEvents();
+  const QUndoStack &history = m->undo->Stack();
+  connect(&history, &QUndoStack::canUndoChanged, this, &TarvikGUI::canUndoChanged);
+  connect(&history, &QUndoStack::canRedoChanged, this, &TarvikGUI::canRedoChanged);
+  connect(&history, &QUndoStack::undoTextChanged, this, &TarvikGUI::undoTextChanged);
+  connect(&history, &QUndoStack::redoTextChanged, this, &TarvikGUI::redoTextChanged);
+  const auto onKey = [this](const QKeySequence &key, void (TarvikGUI::*slot)()) {
+    auto *shortcut = new QShortcut(key, this);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, this, slot);
+  };
+  onKey(QKeySequence(Qt::CTRL | Qt::Key_Z), &TarvikGUI::undo);
+  onKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), &TarvikGUI::redo);
 }
 
 TarvikGUI::~TarvikGUI() {
@@ -62,6 +76,26 @@ void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) { m->SetTabState
 void TarvikGUI::SetTypingReplacesNumber(Boolean fReplaces) { setProperty(TypingReplacesProperty, bool{fReplaces}); }
 
 Boolean TarvikGUI::TypingReplacesNumber() const { return property(TypingReplacesProperty).toBool(); }
+
+// ---- Undo ----
+
+void TarvikGUI::undo() {
+  RunUserEvent(
+      "TarvikGUI", "undo", [this] { m->undo->Undo(); }, this);
+}
+
+void TarvikGUI::redo() {
+  RunUserEvent(
+      "TarvikGUI", "redo", [this] { m->undo->Redo(); }, this);
+}
+
+void TarvikGUI::SetUndoEnabled(Boolean fEnabled) { m->undo->SetEnabled(fEnabled); }
+Boolean TarvikGUI::UndoEnabled() const { return m->undo->IsEnabled(); }
+bool TarvikGUI::canUndo() const { return m->undo->Stack().canUndo(); }
+bool TarvikGUI::canRedo() const { return m->undo->Stack().canRedo(); }
+QString TarvikGUI::undoText() const { return m->undo->Stack().undoText(); }
+QString TarvikGUI::redoText() const { return m->undo->Stack().redoText(); }
+void TarvikGUI::ShowHistory() { m->undo->ShowWindow(this); }
 
 // ---- Size and zoom ----
 

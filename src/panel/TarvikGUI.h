@@ -35,6 +35,17 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference {
   void SetTypingReplacesNumber(Boolean fReplaces);
   Boolean TypingReplacesNumber() const;
 
+  /// Whether what the user changes can be undone. True at first; switched off, the history is emptied.
+  void SetUndoEnabled(Boolean fEnabled);
+  Boolean UndoEnabled() const;
+  bool canUndo() const;
+  bool canRedo() const;
+  /// What the next undo or redo changes, as "Width, channel 1: 100.0 ns to 50.00 ns"; empty for none.
+  QString undoText() const;
+  QString redoText() const;
+  /// Opens the list of steps beside the panel's window, or brings it to the front.
+  void ShowHistory();
+
   static constexpr Long MinZoom = 50, MaxZoom = 400;
   /// Shows the panel larger or smaller than its font asks for, in percent (MinZoom to MaxZoom, 100 at first); its size
   /// hints follow. Another percentage is error 380, and nothing changes. Where a style sheet gives the controls a font
@@ -48,7 +59,18 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
+ public Q_SLOTS:
+  /// Shows the settings as they were before the last step, or behind the next one, and marks the pages that changes. In
+  /// the middle of an entry it acts on the text. Nothing is sent but output switches that act at once, which the user
+  /// is asked about first.
+  void undo();
+  void redo();
+
  Q_SIGNALS:
+  void canUndoChanged(bool fCan);
+  void canRedoChanged(bool fCan);
+  void undoTextChanged(const QString &strText);
+  void redoTextChanged(const QString &strText);
   /// A text came into the status line; comes from within the operation that tells it. A slot must let no exception out.
   void statusMessage(const QString &strStatus);
 

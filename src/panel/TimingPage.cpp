@@ -1,6 +1,7 @@
 #include "panel/TimingPage.h"
 
 #include "instrument/Vocabulary.h"
+#include "platform/StateArchive.h"
 #include "settings/TimingRules.h"
 #include "support/modErrorLog.h"
 #include "support/modUtils.h"
@@ -273,6 +274,8 @@ void TimingPage::ShowLanes() {
   else
     picTiming.PaintFirst(m_lngUpperLane);
 }
+
+void TimingPage::VisitState(StateArchive &archive) { archive.Shown(m_fIsFrequency); }
 
 // ---- Transfer ----
 

@@ -19,6 +19,7 @@ class TimingPage : public Page {
   TimingPage(QWidget &page, PanelServices &panel);
 
   void Enter() override;
+  void VisitState(StateArchive &archive) override;
 
   void TakeShown(Setup &setup) const override;
   void ShowSetup(const Setup &setup) override;

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/ActionEnd.h"
 #include "support/Host.h"
 
 namespace tarvik {
@@ -33,6 +34,12 @@ UserEvent::~UserEvent() {
   if (!m_outer) DropInput();
   if (m_below) return;
   for (const auto &procedure : std::exchange(g_arrAfterAll, {})) procedure();
+  ActionEnded().Raise(m_owner);
+}
+
+Event<const void *> &ActionEnded() {
+  thread_local Event<const void *> event;
+  return event;
 }
 
 UserEvent::Waiting::Waiting() : m_before(std::exchange(g_atWork, nullptr)) {}
