@@ -155,14 +155,6 @@ bool BitAt(const PatternStream &stream, Long lngAddress) {
   return place / 8 < stream.arrBytes.size() && (stream.arrBytes[place / 8] << place % 8 & 0x80) != 0;
 }
 
-Long DifferentBits(const PatternStream &first, const PatternStream &second) {
-  const Long lngCommon = std::min(first.lngLength, second.lngLength);
-  Long lngCount = std::max(first.lngLength, second.lngLength) - lngCommon;
-  for (Long lngAddress = 1; lngAddress <= lngCommon; ++lngAddress)
-    if (BitAt(first, lngAddress) != BitAt(second, lngAddress)) ++lngCount;
-  return lngCount;
-}
-
 std::string PatternSummary(const PatternStream &stream, const PatternStream *pOther) {
   std::string strText = std::to_string(stream.lngLength) + " bits";
   const Long lngWords = WordsIn(stream.lngLength);

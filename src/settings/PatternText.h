@@ -29,7 +29,4 @@ std::string PatternSummary(const PatternStream &stream, const PatternStream *pOt
 /// The bit at an address from 1; 0 behind the end.
 bool BitAt(const PatternStream &stream, Long lngAddress);
 
-/// How many addresses carry different bits. One behind the end of the shorter stream counts.
-Long DifferentBits(const PatternStream &first, const PatternStream &second);
-
 }  // namespace tarvik

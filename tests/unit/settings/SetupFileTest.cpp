@@ -280,6 +280,40 @@ TEST(SetupFile, EveryCutOfAFileIsRefusedWithAPlace) {
     ASSERT_THAT(Refusal(strText.substr(0, size)), testing::StartsWith("line ")) << size;
 }
 
+TEST(SetupFile, AnyChangedByteIsRefusedOrGivesASetup) {
+  std::mt19937 random(40);
+  const auto below = [&](std::size_t bound) {
+    return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random);
+  };
+  int intTaken = 0, intRefused = 0;
+  for (int i = 0; i < 500; ++i) {
+    std::string strText = SmallFile;
+    for (std::size_t changes = 1 + below(2); changes > 0; --changes) {
+      const std::size_t place = below(strText.size());
+      const std::size_t digit = strText.find_first_of("0123456789", place);
+      // A piece of the file somewhere else, any byte, or another digit.
+      switch (below(3)) {
+        case 0: strText.insert(place, strText.substr(below(strText.size()), below(40))); break;
+        case 1: strText[place] = static_cast<char>(random()); break;
+        default:
+          if (digit != std::string::npos) strText[digit] = static_cast<char>('0' + below(10));
+      }
+    }
+    try {
+      const tarvik::Setup setup = SetupFromText(strText);
+      ASSERT_EQ(SetupFromText(SetupToText(setup)), setup) << strText;
+      ++intTaken;
+    } catch (const RunTimeError &error) {
+      ASSERT_EQ(error.Number(), 321) << strText;
+      ASSERT_THAT(error.Description(), testing::StartsWith("line ")) << strText;
+      ++intRefused;
+    }
+  }
+  std::cout << intRefused << " refused, " << intTaken << " taken\n";
+  EXPECT_GT(intTaken, 20);
+  EXPECT_GT(intRefused, 300);
+}
+
 TEST(SetupFile, BracketsWithoutEndDoNotUseUpTheStack) {
   EXPECT_EQ(Refusal(std::string(1000000, '[')), "line 1, column 1: too many brackets within one another");
 }
