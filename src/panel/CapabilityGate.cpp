@@ -1,8 +1,10 @@
 #include "panel/CapabilityGate.h"
 
+#include <algorithm>
+
 #include "bitpattern/BitPattern.h"
-#include "instrument/Vocabulary.h"
 #include "panel/TimingPage.h"
+#include "settings/Capabilities.h"
 #include "support/modUtilsGen.h"
 
 namespace tarvik {
@@ -12,43 +14,26 @@ namespace {
 constexpr const char *CommandButtons[] = {"cmdUpload",     "cmdDownload", "cmdCheckErrors", "cmdCheckWarnings",
                                           "cmdResetInstr", "cmdSelfTest", "cmdCalibrate"};
 
-enum class Step {
-  EnableForTwoChannels,   ///< disabled only on an instrument with one channel
-  EnableUnlessLacking,    ///< disabled where the instrument lacks the capability of the argument
-  NoteVxiLines,           ///< sets mfVxiLines
-  LockTrailingEdge,       ///< locks or frees the trailing edge; the argument is the control index of the channel
-  EnablePatternChannel2,  ///< the pattern editor's channel 2
-  StopIfDisabled,         ///< ends here if the box is disabled: what it contains keeps its state
-};
-
 struct GateRow {
-  Step eStep;
   const char *strControl;
-  Long lngArgument;
+  Boolean Capabilities::*fOffered;
 };
 
-/// Runs from top to bottom. The second row of grpOutputs overrides the first: the capability decides there, not the
-/// number of channels.
+/// In this order. The second row of grpOutputs overrides the first: the model decides there, not the number
+/// of channels.
 constexpr GateRow GateTable[] = {
-    {Step::EnableForTwoChannels, "cboPulseType2", 0},
-    {Step::NoteVxiLines, "", eLacksVxiLines},
-    {Step::EnableForTwoChannels, "grpTimingChan2", 0},
-    {Step::EnableUnlessLacking, "grpChan1InvOnOff(0)", eLacksComplement},
-    {Step::EnableUnlessLacking, "grpChan2InvOnOff(0)", eLacksComplement},
-    {Step::LockTrailingEdge, "", 0},
-    {Step::LockTrailingEdge, "", 1},
-    {Step::EnableForTwoChannels, "grpChannelOutput(1)", 0},
-    {Step::EnableForTwoChannels, "grpLevelFormat(1)", 0},
-    {Step::EnableForTwoChannels, "grpOutputs", 0},
-    {Step::EnableUnlessLacking, "grpChan1InvOnOff(1)", eLacksComplement},
-    {Step::EnableUnlessLacking, "grpChan2InvOnOff(1)", eLacksComplement},
-    {Step::EnableUnlessLacking, "grpOutputs", eLacksChannelMath},
-    {Step::EnablePatternChannel2, "", 0},
-    {Step::EnableForTwoChannels, "grpLimitsChanel(1)", 0},
-    {Step::EnableUnlessLacking, "grpVxiTrigger", eLacksAnyVxi},
-    {Step::StopIfDisabled, "grpVxiTrigger", 0},
-    {Step::EnableUnlessLacking, "cboVxiTriggerSource", eLacksVxiSource},
-    {Step::EnableUnlessLacking, "cboVxiTriggerEnable", eLacksVxiEnable},
+    {"cboPulseType2", &Capabilities::fDualChannel},       {"grpTimingChan2", &Capabilities::fDualChannel},
+    {"grpChan1InvOnOff(0)", &Capabilities::fComplement},  {"grpChan2InvOnOff(0)", &Capabilities::fComplement},
+    {"grpChannelOutput(1)", &Capabilities::fDualChannel}, {"grpLevelFormat(1)", &Capabilities::fDualChannel},
+    {"grpOutputs", &Capabilities::fDualChannel},          {"grpChan1InvOnOff(1)", &Capabilities::fComplement},
+    {"grpChan2InvOnOff(1)", &Capabilities::fComplement},  {"grpOutputs", &Capabilities::fChannelMath},
+    {"grpLimitsChanel(1)", &Capabilities::fDualChannel},  {"grpVxiTrigger", &Capabilities::fVxiTrigger},
+};
+
+/// What the box of the VXI trigger contains.
+constexpr GateRow VxiTable[] = {
+    {"cboVxiTriggerSource", &Capabilities::fVxiSource},
+    {"cboVxiTriggerEnable", &Capabilities::fVxiEnable},
 };
 
 }  // namespace
@@ -68,27 +53,21 @@ void CapabilityGate::EnableCommandButtons(Boolean fEnable) {
 
 void CapabilityGate::EnableControlsForChannels(Long lngChannels) {
   const clsInstrInterface &instr = m_panel.ZorvaneInstr();
+  const Capabilities offered =
+      CapabilitiesOf(lngChannels, [&](Long eFunctionality) { return instr.IsRestricted(eFunctionality); });
   PanelState &state = m_panel.State();
-  state.mfDualChannel = lngChannels != 1;
+  state.mfDualChannel = offered.fDualChannel;
+  state.mfVxiLines = offered.fVxiLines;
   m_timing.ShowLanes();
-  const Boolean fR4 = instr.IsRestricted(eLacksTrailingEdge);
+  EnableCommandButtons(offered.fSession);
 
-  EnableCommandButtons(lngChannels != 0);
-  for (const GateRow &row : GateTable) {
-    const auto index = static_cast<Integer>(row.lngArgument);
-    switch (row.eStep) {
-      case Step::EnableForTwoChannels: SetEnabled(Find(row.strControl), state.mfDualChannel); break;
-      case Step::EnableUnlessLacking: SetEnabled(Find(row.strControl), instr.IsNotRestricted(row.lngArgument)); break;
-      case Step::NoteVxiLines: state.mfVxiLines = instr.IsNotRestricted(row.lngArgument); break;
-      case Step::LockTrailingEdge:
-        m_timing.SetTrailEdgeMode(index, state.mfTeEqLe[static_cast<std::size_t>(index)] || fR4, fR4, True);
-        break;
-      case Step::EnablePatternChannel2: m_pattern.EnableChannel2(state.mfDualChannel); break;
-      case Step::StopIfDisabled:
-        if (!Find(row.strControl).Enabled()) return;
-        break;
-    }
-  }
+  const auto apply = [&](const GateRow &row) { SetEnabled(Find(row.strControl), offered.*row.fOffered); };
+  std::ranges::for_each(GateTable, apply);
+  const Boolean fLocked = !offered.fTrailingEdge;
+  for (const Integer Index : {Integer{0}, Integer{1}})
+    m_timing.SetTrailEdgeMode(Index, state.mfTeEqLe[static_cast<std::size_t>(Index)] || fLocked, fLocked, True);
+  m_pattern.EnableChannel2(offered.fDualChannel);
+  if (offered.fVxiTrigger) std::ranges::for_each(VxiTable, apply);
 }
 
 }  // namespace tarvik

@@ -1,5 +1,7 @@
 #include "panel/ChannelOutputs.h"
 
+#include "settings/OutputRules.h"
+
 namespace tarvik {
 
 namespace {
@@ -65,15 +67,12 @@ Boolean &ChannelOutputs::Flag(const Switch &output) const {
 
 void ChannelOutputs::optChannelOutput_Click(const Switch &output, Integer Index) {
   Boolean &fState = Flag(output);
-  fState = Index % 2 == 0;
-  if (m_panel.State().mfAutoOutputOnOff && LacksChannel(output.intChan)) return;
+  fState = TurnsOutputOn(Index);
+  if (m_panel.State().mfAutoOutputOnOff && !CanSwitchOutput(output.intChan, OpenChannels())) return;
   SetChannelOutput(output.intChan, fState, output.fIsComplement);
 }
 
-bool ChannelOutputs::LacksChannel(Integer intChan) const {
-  const Long lngChannels = m_panel.ZorvaneInstr().ChannelCount().value_or(0);
-  return lngChannels != 0 && intChan > lngChannels;
-}
+Long ChannelOutputs::OpenChannels() const { return m_panel.ZorvaneInstr().ChannelCount().value_or(0); }
 
 void ChannelOutputs::SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
   if (m_panel.State().mfAutoOutputOnOff) {

@@ -37,9 +37,8 @@ class ChannelOutputs {
 
   Boolean &Flag(const Switch &output) const;
   void optChannelOutput_Click(const Switch &output, Integer Index);
-  /// The open instrument has no such channel. The switches of channel 2 are refreshed all the same, and their clicks
-  /// must not reach the driver.
-  bool LacksChannel(Integer intChan) const;
+  /// Number of channels of the open instrument, 0 without one.
+  Long OpenChannels() const;
 
   PanelServices &m_panel;
   std::vector<Switch> m_arrSwitches;  ///< normal outputs first

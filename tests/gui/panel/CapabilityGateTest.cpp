@@ -101,14 +101,8 @@ TEST_P(CapabilityGateMasks, EveryRowHoldsForNoChannelToThreeChannels) {
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
 
-std::vector<Long> Masks() {
-  std::vector<Long> arrMasks{0, AllBits};
-  for (int intBit = 0; intBit < 31; ++intBit) arrMasks.push_back(Long{1} << intBit);
-  arrMasks.push_back(std::numeric_limits<Long>::min());
-  return arrMasks;
-}
-
-INSTANTIATE_TEST_SUITE_P(Masks, CapabilityGateMasks, testing::ValuesIn(Masks()),
+INSTANTIATE_TEST_SUITE_P(Masks, CapabilityGateMasks,
+                         testing::Values(0, 4, 256, 512, 1024 + 2048 + 4096, 16384, AllBits),
                          [](const testing::TestParamInfo<Long> &test) {
                            return "Mask" + std::to_string(static_cast<std::uint32_t>(test.param));
                          });
