@@ -15,33 +15,8 @@ Status ArmSourceObject::SetSource(Long value) {
   return Send([value](Settings &s) { s.mode.SetArming(value, eKeepSlope); });
 }
 
-Status ClockInputObject::GetImpedance(Double *pValue) {
-  return Get(pValue, [](const Settings &s) { return s.triggerLevels.clockInput.dblImpedance; });
-}
-Status ClockInputObject::SetImpedance(Double value) {
-  return Send([value](Settings &s) { s.triggerLevels.clockInput.dblImpedance = value; });
-}
 Status ClockInputObject::GetSlope(Long *pValue) {
   return Get(pValue, [](const Settings &s) { return s.mode.lngClockSlope; });
-}
-Status ClockInputObject::GetThreshold(Double *pValue) {
-  return Get(pValue, [](const Settings &s) { return s.triggerLevels.clockInput.dblThreshold; });
-}
-Status ClockInputObject::SetThreshold(Double value) {
-  return Send([value](Settings &s) { s.triggerLevels.clockInput.dblThreshold = value; });
-}
-
-Status ExtInputObject::GetImpedance(Double *pValue) {
-  return Get(pValue, [](const Settings &s) { return s.triggerLevels.extInput.dblImpedance; });
-}
-Status ExtInputObject::SetImpedance(Double value) {
-  return Send([value](Settings &s) { s.triggerLevels.extInput.dblImpedance = value; });
-}
-Status ExtInputObject::GetThreshold(Double *pValue) {
-  return Get(pValue, [](const Settings &s) { return s.triggerLevels.extInput.dblThreshold; });
-}
-Status ExtInputObject::SetThreshold(Double value) {
-  return Send([value](Settings &s) { s.triggerLevels.extInput.dblThreshold = value; });
 }
 
 namespace {

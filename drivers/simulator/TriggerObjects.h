@@ -14,26 +14,34 @@ class ArmSourceObject final : public SessionObject<kolven::IArmSource> {
   Status TARVIK_CALL SetSource(Long value) override;
 };
 
-/// The clock input.
-class ClockInputObject final : public SessionObject<kolven::IClockInput> {
+/// Impedance and threshold of an input.
+template <class Interface, InputSettings TriggerLevelSettings::*input>
+class InputObject : public SessionObject<Interface> {
  public:
-  explicit ClockInputObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
-  Status TARVIK_CALL GetImpedance(Double *pValue) override;
-  Status TARVIK_CALL SetImpedance(Double value) override;
+  explicit InputObject(std::shared_ptr<Session> session) : SessionObject<Interface>(std::move(session)) {}
+  Status TARVIK_CALL GetImpedance(Double *pValue) override {
+    return this->Get(pValue, [](const Settings &s) { return (s.triggerLevels.*input).dblImpedance; });
+  }
+  Status TARVIK_CALL SetImpedance(Double value) override {
+    return this->Send([value](Settings &s) { (s.triggerLevels.*input).dblImpedance = value; });
+  }
+  Status TARVIK_CALL GetThreshold(Double *pValue) override {
+    return this->Get(pValue, [](const Settings &s) { return (s.triggerLevels.*input).dblThreshold; });
+  }
+  Status TARVIK_CALL SetThreshold(Double value) override {
+    return this->Send([value](Settings &s) { (s.triggerLevels.*input).dblThreshold = value; });
+  }
+};
+
+/// The clock input, with the edge that counts.
+class ClockInputObject final : public InputObject<kolven::IClockInput, &TriggerLevelSettings::clockInput> {
+ public:
+  using InputObject::InputObject;
   Status TARVIK_CALL GetSlope(Long *pValue) override;
-  Status TARVIK_CALL GetThreshold(Double *pValue) override;
-  Status TARVIK_CALL SetThreshold(Double value) override;
 };
 
 /// The external input.
-class ExtInputObject final : public SessionObject<kolven::IExtInput> {
- public:
-  explicit ExtInputObject(std::shared_ptr<Session> session) : SessionObject(std::move(session)) {}
-  Status TARVIK_CALL GetImpedance(Double *pValue) override;
-  Status TARVIK_CALL SetImpedance(Double value) override;
-  Status TARVIK_CALL GetThreshold(Double *pValue) override;
-  Status TARVIK_CALL SetThreshold(Double value) override;
-};
+using ExtInputObject = InputObject<kolven::IExtInput, &TriggerLevelSettings::extInput>;
 
 /// Trigger output, strobe output and VXI trigger.
 class AuxOutputsObject final : public SessionObject<kolven::IAuxOutputs> {

@@ -120,24 +120,24 @@ class ArmSource : public Block<IArmSource> {
   Status TARVIK_CALL GetSource(Long *pValue) override { return Tell<Long>(pValue, 4); }
 };
 
-class ClockInput : public Block<IClockInput> {
+/// Impedance and threshold of an input, which these fields keep.
+template <class Interface, Double Settings::*impedance, Double Settings::*threshold>
+class Input : public Block<Interface> {
  public:
-  using Block::Block;
-  Status TARVIK_CALL GetImpedance(Double *pValue) override { return Tell(pValue, InForce().dblClockImpedance); }
-  Status TARVIK_CALL SetImpedance(Double value) override { return Put(&Settings::dblClockImpedance, value); }
-  Status TARVIK_CALL GetSlope(Long *pValue) override { return Tell(pValue, InForce().lngClockSlope); }
-  Status TARVIK_CALL GetThreshold(Double *pValue) override { return Tell(pValue, InForce().dblClockThreshold); }
-  Status TARVIK_CALL SetThreshold(Double value) override { return Put(&Settings::dblClockThreshold, value); }
+  using Block<Interface>::Block;
+  Status TARVIK_CALL GetImpedance(Double *pValue) override { return this->Tell(pValue, this->InForce().*impedance); }
+  Status TARVIK_CALL SetImpedance(Double value) override { return this->Put(impedance, value); }
+  Status TARVIK_CALL GetThreshold(Double *pValue) override { return this->Tell(pValue, this->InForce().*threshold); }
+  Status TARVIK_CALL SetThreshold(Double value) override { return this->Put(threshold, value); }
 };
 
-class ExtInput : public Block<IExtInput> {
+class ClockInput : public Input<IClockInput, &Settings::dblClockImpedance, &Settings::dblClockThreshold> {
  public:
-  using Block::Block;
-  Status TARVIK_CALL GetImpedance(Double *pValue) override { return Tell(pValue, InForce().dblExtImpedance); }
-  Status TARVIK_CALL SetImpedance(Double value) override { return Put(&Settings::dblExtImpedance, value); }
-  Status TARVIK_CALL GetThreshold(Double *pValue) override { return Tell(pValue, InForce().dblExtThreshold); }
-  Status TARVIK_CALL SetThreshold(Double value) override { return Put(&Settings::dblExtThreshold, value); }
+  using Input::Input;
+  Status TARVIK_CALL GetSlope(Long *pValue) override { return Tell(pValue, InForce().lngClockSlope); }
 };
+
+using ExtInput = Input<IExtInput, &Settings::dblExtImpedance, &Settings::dblExtThreshold>;
 
 class AuxOutputs : public Block<IAuxOutputs> {
  public:

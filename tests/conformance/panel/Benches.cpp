@@ -19,44 +19,33 @@ void Benches::Reset() {
   m_plain.clear();
 }
 
+template <class Made>
+void Benches::RunOn(std::map<std::string, std::unique_ptr<Made>> &benches, const char *strKind, Words &words,
+                    Json &answer) {
+  const std::string strName = words.Text();
+  if (strName == "new") {
+    const std::string strNew = words.Text();
+    benches[strNew] = std::make_unique<Made>(strNew, m_world.recorder, m_fDesignMode);
+    return;
+  }
+  const auto found = benches.find(strName);
+  if (found == benches.end()) throw BadLine(std::string("no such ") + strKind + ": " + strName);
+  const std::string strCommand = words.Text();
+  m_world.Run([&] { found->second->Run(strCommand, words, answer); });
+}
+
 bool Benches::Run(const std::string &strCommand, Words &words, Json &answer) {
   if (strCommand == "designmode")
     m_fDesignMode = words.Flag();
   else if (strCommand == "cbo")
-    Cbo(words, answer);
+    RunOn(m_lists, "list", words, answer);
   else if (strCommand == "frame")
-    Frame(words, answer);
+    RunOn(m_frames, "frame", words, answer);
   else if (strCommand == "util")
     Util(words, answer);
   else
     return false;
   return true;
-}
-
-void Benches::Cbo(Words &words, Json &answer) {
-  const std::string strName = words.Text();
-  if (strName == "new") {
-    const std::string strNew = words.Text();
-    m_lists[strNew] = std::make_unique<CboBench>(strNew, m_world.recorder, m_fDesignMode);
-    return;
-  }
-  const auto found = m_lists.find(strName);
-  if (found == m_lists.end()) throw BadLine("no such list: " + strName);
-  const std::string strCommand = words.Text();
-  m_world.Run([&] { found->second->Run(strCommand, words, answer); });
-}
-
-void Benches::Frame(Words &words, Json &answer) {
-  const std::string strName = words.Text();
-  if (strName == "new") {
-    const std::string strNew = words.Text();
-    m_frames[strNew] = std::make_unique<FrameBench>(strNew, m_world.recorder, m_fDesignMode);
-    return;
-  }
-  const auto found = m_frames.find(strName);
-  if (found == m_frames.end()) throw BadLine("no such frame: " + strName);
-  const std::string strCommand = words.Text();
-  m_world.Run([&] { found->second->Run(strCommand, words, answer); });
 }
 
 CountingButton &Benches::Plain(const std::string &strName) {

@@ -25,8 +25,9 @@ class Benches {
   bool Run(const std::string &strCommand, Words &words, Json &answer);
 
  private:
-  void Cbo(Words &words, Json &answer);
-  void Frame(Words &words, Json &answer);
+  /// Makes a control of this kind, or runs a command on one.
+  template <class Made>
+  void RunOn(std::map<std::string, std::unique_ptr<Made>> &benches, const char *strKind, Words &words, Json &answer);
   void Util(Words &words, Json &answer);
   Json LogText(Words &words);
   CountingButton &Plain(const std::string &strName);

@@ -15,7 +15,8 @@ Integer Position(Words &words) { return static_cast<Integer>(words.Number()); }
 }  // namespace
 
 CboBench::CboBench(const std::string &strName, Recorder &recorder, const bool &fDesignMode)
-    : m_site(fDesignMode), m_list(nullptr, m_site), m_actions(Operations()) {
+    : m_site(fDesignMode), m_list(nullptr, m_site) {
+  m_actions = Operations();
   m_actions.merge(Properties());
   m_list.setObjectName(QString::fromStdString(strName));
   m_list.InitProperties();
@@ -24,18 +25,7 @@ CboBench::CboBench(const std::string &strName, Recorder &recorder, const bool &f
   m_site.TakeReported();
 }
 
-void CboBench::Run(const std::string &strCommand, Words &words, Json &answer) {
-  if (strCommand == "user") {
-    ChooseAsUser(words.Number(), answer);
-    return;
-  }
-  const auto action = m_actions.find(strCommand);
-  if (action == m_actions.end()) throw BadLine("unknown command " + strCommand);
-  const Json ret = action->second(words);
-  if (!ret.is_discarded()) answer["ret"] = ret;
-}
-
-void CboBench::ChooseAsUser(Long lngItem, Json &answer) {
+void CboBench::ActAsUser(Long lngItem, Json &answer) {
   auto &items = *m_list.findChild<QComboBox *>();
   if (!m_list.isEnabled() || !items.isEnabled())
     answer["refused"] = "disabled";
@@ -44,9 +34,6 @@ void CboBench::ChooseAsUser(Long lngItem, Json &answer) {
   else
     items.setCurrentIndex(lngItem);
 }
-
-/// Where a command has no result.
-static const Json NoResult = Json(Json::value_t::discarded);
 
 std::map<std::string, CboBench::Action> CboBench::Operations() {
   return {

@@ -22,9 +22,6 @@ class BareControl : public QWidget, public Control {
  public:
   using QWidget::QWidget;
 };
-
-const Json NoResult = Json(Json::value_t::discarded);
-
 /// The Index of a button, nothing for one outside of any control array.
 Json IndexOf(const OptionButton &button) {
   Json index = nullptr;
@@ -35,25 +32,11 @@ Json IndexOf(const OptionButton &button) {
 }  // namespace
 
 FrameBench::FrameBench(std::string strName, Recorder &recorder, const bool &fDesignMode)
-    : m_strName(std::move(strName)),
-      m_recorder(recorder),
-      m_site(fDesignMode),
-      m_frame(nullptr, m_site),
-      m_actions(Contents()) {
+    : m_strName(std::move(strName)), m_recorder(recorder), m_site(fDesignMode), m_frame(nullptr, m_site) {
+  m_actions = Contents();
   m_actions.merge(Properties());
   m_frame.setObjectName(QString::fromStdString(m_strName));
   m_frame.ReadProperties({});
-}
-
-void FrameBench::Run(const std::string &strCommand, Words &words, Json &answer) {
-  if (strCommand == "user") {
-    ClickAsUser(words.Number(), answer);
-    return;
-  }
-  const auto action = m_actions.find(strCommand);
-  if (action == m_actions.end()) throw BadLine("unknown command " + strCommand);
-  const Json ret = action->second(words);
-  if (!ret.is_discarded()) answer["ret"] = ret;
 }
 
 void FrameBench::AddOption(Words &words) {
@@ -75,7 +58,7 @@ OptionButton &FrameBench::Button(Long lngButton) const {
   return dynamic_cast<OptionButton &>(*arrButtons[static_cast<std::size_t>(lngButton)]);
 }
 
-void FrameBench::ClickAsUser(Long lngButton, Json &answer) {
+void FrameBench::ActAsUser(Long lngButton, Json &answer) {
   OptionButton &button = Button(lngButton);
   if (button.isEnabled())
     button.click();

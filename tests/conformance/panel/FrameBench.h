@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "Bench.h"
 #include "BenchSite.h"
 #include "Words.h"
 #include "controls/FrameEnhanced.h"
@@ -25,20 +25,17 @@ class CountingButton : public CommandButton {
 };
 
 /// One frame on the bench, with what was put into it.
-class FrameBench {
+class FrameBench : public Bench {
  public:
   FrameBench(std::string strName, Recorder &recorder, const bool &fDesignMode);
-
-  void Run(const std::string &strCommand, Words &words, Json &answer);
 
   std::vector<OptionButtonControl *> OptionButtons() const { return m_frame.OptionButtons(); }
 
  private:
-  using Action = std::function<Json(Words &)>;
   std::map<std::string, Action> Contents();
   std::map<std::string, Action> Properties();
   void AddOption(Words &words);
-  void ClickAsUser(Long lngButton, Json &answer);
+  void ActAsUser(Long lngButton, Json &answer) override;
   OptionButton &Button(Long lngButton) const;
   Json View() const;
 
@@ -46,7 +43,6 @@ class FrameBench {
   Recorder &m_recorder;
   BenchSite m_site;
   FrameEnhanced m_frame;
-  std::map<std::string, Action> m_actions;
 };
 
 }  // namespace tarvik::paneltest
