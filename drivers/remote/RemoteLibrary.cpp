@@ -1,7 +1,7 @@
 #include <exception>
 
-#include "automation/Activation.h"
 #include "automation/ErrorInfo.h"
+#include "automation/Object.h"
 #include "instrument/KolvenDriver.h"
 #include "remote/Connection.h"
 #include "remote/NoInstruments.h"
@@ -30,10 +30,6 @@ TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllGetClassObject(co
                                                                               const tarvik::automation::Guid &riid,
                                                                               void **ppv) {
   using namespace tarvik;
-  if (!ppv) return automation::StatusPointer;
-  *ppv = nullptr;
-  if (!(rclsid == automation::ClassIdOf(kolven::DriverProgId)))
-    return automation::Fail(automation::StatusClassNotAvailable,
-                            std::string("The library stands for no class but ") + kolven::DriverProgId);
-  return remote::NoInstruments::Factory().QueryInterface(riid, ppv);
+  return automation::GiveClassFactory(kolven::DriverProgId, rclsid, riid, ppv,
+                                      [] { return automation::MakeObject<remote::NoInstruments>(); });
 }

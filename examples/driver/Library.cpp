@@ -1,6 +1,5 @@
 // What the library shows to the outside: its one class, by a class factory.
 #include "Instrument.h"
-#include "automation/Activation.h"
 #include "automation/ClassFactory.h"
 
 namespace {
@@ -26,10 +25,7 @@ class Factory final : public ClassFactory {
 }  // namespace
 
 TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllGetClassObject(const Guid &rclsid, const Guid &riid, void **ppv) {
-  if (!ppv) return StatusPointer;
-  *ppv = nullptr;
-  if (!(rclsid == ClassIdOf(tarvik::kolven::DriverProgId))) return StatusClassNotAvailable;
-  return MakeObject<Factory>()->QueryInterface(riid, ppv);
+  return GiveClassFactory(tarvik::kolven::DriverProgId, rclsid, riid, ppv, [] { return MakeObject<Factory>(); });
 }
 
 TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllCanUnloadNow() { return StatusFalse; }

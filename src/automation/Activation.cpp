@@ -36,15 +36,6 @@ Registry &TheRegistry() {
 using CreateRemoteObject = Status(TARVIK_CALL *)(const char *strProgId, const char *strServer, void **ppObject);
 using GetClassObject = Status(TARVIK_CALL *)(const Guid &rclsid, const Guid &riid, void **ppv);
 
-fs::path OwnFolder() {
-  Dl_info info{};
-  // Any address within this library identifies its file.
-  if (!dladdr(reinterpret_cast<const void *>(&ClassIdOf), &info) || !info.dli_fname) return {};
-  std::error_code error;
-  const fs::path path = fs::canonical(info.dli_fname, error);
-  return error ? fs::path() : path.parent_path();
-}
-
 /// The manifest folder of the install prefix, derived from the library's own path because the prefix may have been
 /// moved. Empty if the library is not in an installed tree.
 fs::path ManifestFolderOfPrefix(const fs::path &own) {
@@ -193,10 +184,23 @@ std::vector<fs::path> ManifestFolders() {
   };
   append(UserManifestFolder());
   for (const fs::path &folder : SystemDataFolders()) append(folder / FolderName);
-  const fs::path own = OwnFolder();
+  const fs::path own = FolderAt(reinterpret_cast<const void *>(&ClassIdOf));
   append(ManifestFolderOfPrefix(own));
   append(own);
   return arrFolders;
+}
+
+fs::path FileAt(const void *pAddress) {
+  Dl_info info{};
+  if (!dladdr(pAddress, &info) || !info.dli_fname) return {};
+  std::error_code error;
+  return fs::absolute(info.dli_fname, error).lexically_normal();
+}
+
+fs::path FolderAt(const void *pAddress) {
+  std::error_code error;
+  const fs::path path = fs::canonical(FileAt(pAddress), error);
+  return error ? fs::path() : path.parent_path();
 }
 
 Guid ClassIdOf(const std::string &strProgId) {

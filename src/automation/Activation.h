@@ -42,6 +42,13 @@ TARVIK_AUTOMATION_EXPORT std::vector<std::filesystem::path> ManifestFolders();
 /// The folder into which a user's own manifests go; empty for a user without a home.
 TARVIK_AUTOMATION_EXPORT std::filesystem::path UserManifestFolder();
 
+/// The file of the library or program that contains this address: absolute, and by the name that it was loaded with.
+/// Empty where the system cannot tell.
+TARVIK_AUTOMATION_EXPORT std::filesystem::path FileAt(const void *pAddress);
+
+/// The folder of that file behind all links; empty where there is none.
+TARVIK_AUTOMATION_EXPORT std::filesystem::path FolderAt(const void *pAddress);
+
 /// The class identifier that DllGetClassObject is asked with: a custom (version 8, RFC 9562) UUID made of
 /// the ProgID in lower case by the 128-bit FNV-1a hash, so that a manifest needs to name the library only.
 TARVIK_AUTOMATION_EXPORT Guid ClassIdOf(const std::string &strProgId);

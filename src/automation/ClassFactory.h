@@ -1,32 +1,19 @@
 #pragma once
 
-#include <atomic>
+#include <exception>
+#include <new>
+#include <string>
 
 #include "automation/Abi.h"
+#include "automation/Activation.h"
+#include "automation/ErrorInfo.h"
+#include "automation/Object.h"
 
 namespace tarvik::automation {
 
-/// Base of a class factory: counts its references and refuses what cannot be made. Created with one reference.
-class ClassFactory : public IClassFactory {
+/// Base of a class factory, which refuses what cannot be made.
+class ClassFactory : public Counted<IClassFactory, IidClassFactory> {
  public:
-  ClassFactory() = default;
-  ClassFactory(const ClassFactory &) = delete;
-  ClassFactory &operator=(const ClassFactory &) = delete;
-
-  Status TARVIK_CALL QueryInterface(const Guid &riid, void **ppvObject) override {
-    if (!ppvObject) return StatusPointer;
-    *ppvObject = nullptr;
-    if (!(riid == IidUnknown || riid == IidClassFactory)) return StatusNoInterface;
-    AddRef();
-    *ppvObject = static_cast<IClassFactory *>(this);
-    return StatusOk;
-  }
-  std::uint32_t TARVIK_CALL AddRef() override { return ++m_lngReferences; }
-  std::uint32_t TARVIK_CALL Release() override {
-    const std::uint32_t lngLeft = --m_lngReferences;
-    if (lngLeft == 0) delete this;
-    return lngLeft;
-  }
   Status TARVIK_CALL CreateInstance(IUnknown *pUnkOuter, const Guid &riid, void **ppvObject) override {
     if (!ppvObject) return StatusPointer;
     *ppvObject = nullptr;
@@ -35,14 +22,28 @@ class ClassFactory : public IClassFactory {
   /// A library that is never unloaded has nothing to lock.
   Status TARVIK_CALL LockServer(std::int32_t) override { return StatusOk; }
 
- protected:
-  virtual ~ClassFactory() = default;
-
  private:
   /// Makes an object and hands out this interface of it; the place is there and empty.
   virtual Status Make(const Guid &riid, void **ppvObject) = 0;
-
-  std::atomic<std::uint32_t> m_lngReferences{1};
 };
+
+/// The body of DllGetClassObject for a library with one class: hands out an interface of the class factory that
+/// MakeFactory gives a reference to, or fails with a description.
+template <class MakeFactory>
+Status GiveClassFactory(const char *strProgId, const Guid &rclsid, const Guid &riid, void **ppv,
+                        MakeFactory &&makeFactory) {
+  if (!ppv) return StatusPointer;
+  *ppv = nullptr;
+  try {
+    if (!(rclsid == ClassIdOf(strProgId)))
+      return Fail(StatusClassNotAvailable, std::string("The library has no class but ") + strProgId);
+    const Status status = makeFactory()->QueryInterface(riid, ppv);
+    return Failed(status) ? Fail(status, "The class factory does not have the interface asked for") : status;
+  } catch (const std::bad_alloc &) {
+    return StatusOutOfMemory;
+  } catch (const std::exception &error) {
+    return Fail(StatusUnexpected, error.what());
+  }
+}
 
 }  // namespace tarvik::automation

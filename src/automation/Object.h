@@ -8,19 +8,19 @@
 
 namespace tarvik::automation {
 
-/// Base of an object behind one dual interface: counts its references and answers "not implemented" to
-/// the four dispatch operations. The initial reference is handed to the caller by MakeObject.
-template <class Interface>
-class Object : public Interface {
+/// Base of what is made on the heap and handed out by reference: counts its references and ends with the last one. It
+/// begins with one, which MakeObject hands to the caller. Of the interfaces it has IUnknown and those of Iids.
+template <class Interface, const Guid &...Iids>
+class Counted : public Interface {
  public:
-  Object() = default;
-  Object(const Object &) = delete;
-  Object &operator=(const Object &) = delete;
+  Counted() = default;
+  Counted(const Counted &) = delete;
+  Counted &operator=(const Counted &) = delete;
 
   Status TARVIK_CALL QueryInterface(const Guid &riid, void **ppvObject) override {
     if (!ppvObject) return StatusPointer;
     *ppvObject = nullptr;
-    if (!(riid == IidUnknown || riid == IidDispatch || riid == Interface::Iid)) return StatusNoInterface;
+    if (!(riid == IidUnknown || (... || (riid == Iids)))) return StatusNoInterface;
     AddRef();
     *ppvObject = static_cast<Interface *>(this);
     return StatusOk;
@@ -32,6 +32,17 @@ class Object : public Interface {
     return lngLeft;
   }
 
+ protected:
+  virtual ~Counted() = default;
+
+ private:
+  std::atomic<std::uint32_t> m_lngReferences{1};
+};
+
+/// Base of an object behind one dual interface, which answers "not implemented" to the four dispatch operations.
+template <class Interface>
+class Object : public Counted<Interface, IidDispatch, Interface::Iid> {
+ public:
   Status TARVIK_CALL GetTypeInfoCount(std::uint32_t *) override { return StatusNotImplemented; }
   Status TARVIK_CALL GetTypeInfo(std::uint32_t, std::uint32_t, ITypeInfo **) override { return StatusNotImplemented; }
   Status TARVIK_CALL GetIDsOfNames(const Guid &, char16_t **, std::uint32_t, std::uint32_t, std::int32_t *) override {
@@ -41,12 +52,6 @@ class Object : public Interface {
                             AutomationVariant *, AutomationExcepInfo *, std::uint32_t *) override {
     return StatusNotImplemented;
   }
-
- protected:
-  virtual ~Object() = default;
-
- private:
-  std::atomic<std::uint32_t> m_lngReferences{1};
 };
 
 template <class T, class... Args>

@@ -1,4 +1,3 @@
-#include "automation/Activation.h"
 #include "automation/Ref.h"
 #include "dispatch/InstrClassFactory.h"
 #include "dispatch/LibraryUse.h"
@@ -10,11 +9,9 @@ using tarvik::automation::Status;
 
 /// Gives the class factory of clsInstrInterface, the one class of the library that clients create by name.
 TARVIK_DRIVER_EXPORT Status TARVIK_CALL DllGetClassObject(const Guid &rclsid, const Guid &riid, void **ppv) {
-  using namespace tarvik::automation;
-  if (!ppv) return StatusPointer;
-  *ppv = nullptr;
-  if (!(rclsid == ClassIdOf(tarvik::InstrProgId))) return StatusClassNotAvailable;
-  return Ref<IClassFactory>::Adopt(new tarvik::InstrClassFactory)->QueryInterface(riid, ppv);
+  return tarvik::automation::GiveClassFactory(tarvik::InstrProgId, rclsid, riid, ppv, [] {
+    return tarvik::automation::Ref<tarvik::InstrClassFactory>::Adopt(new tarvik::InstrClassFactory);
+  });
 }
 
 /// Not while a client holds an object or a lock, nor while this thread's instrument interface lives.

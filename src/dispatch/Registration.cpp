@@ -1,7 +1,5 @@
 #include "dispatch/Registration.h"
 
-#include <dlfcn.h>
-
 #include <filesystem>
 #include <fstream>
 
@@ -23,18 +21,11 @@ fs::path Manifest() {
 
 Status FailWithoutHome() { return Fail(StatusAccessDenied, "There is no home folder to register in"); }
 
-/// The file as it was loaded: a name with fewer version numbers survives an update.
-fs::path OwnFile() {
-  Dl_info info{};
-  std::error_code error;
-  if (!dladdr(reinterpret_cast<const void *>(&RegisterLibrary), &info) || !info.dli_fname) return {};
-  return fs::absolute(info.dli_fname, error).lexically_normal();
-}
-
 }  // namespace
 
 Status RegisterLibrary() {
-  const fs::path library = OwnFile(), manifest = Manifest();
+  // As it was loaded: a name with fewer version numbers survives an update.
+  const fs::path library = FileAt(reinterpret_cast<const void *>(&RegisterLibrary)), manifest = Manifest();
   if (library.empty()) return Fail(StatusUnexpected, "The library cannot tell its own file");
   if (manifest.empty()) return FailWithoutHome();
   std::error_code error;
