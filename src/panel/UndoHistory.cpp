@@ -178,16 +178,17 @@ void UndoHistory::Record(KeptParts arrNow, const QString &strName, UndoStep::Pag
   auto *step = new UndoStep(strName, std::move(arrChanges), pages, intRun);
   step->SetFieldName(std::move(field));
   m_arrLast = std::move(arrNow);
-  const int intSteps = m_stack.count();
-  Push(step);
-  if (m_stack.count() < intSteps) m_arrLast = m_arrBeforeRun;
+  if (!Push(step)) m_arrLast = m_arrBeforeRun;
 }
 
-void UndoHistory::Push(UndoStep *step) {
+bool UndoHistory::Push(UndoStep *step) {
   const ScopedFlag moves(*this, m_fMoves);
+  const int intAt = m_stack.index();
   m_stack.push(step);
+  const bool fStays = m_stack.index() >= intAt;
   Trim();
   m_intAt = m_stack.index();
+  return fStays;
 }
 
 const UndoStep &UndoHistory::StepAt(int intStep) const {
@@ -209,7 +210,7 @@ std::size_t UndoHistory::HeldBytes() const {
 }
 
 void UndoHistory::Trim() {
-  // Counting all steps costs more than a step, so a step is taken for as large as it can be until they might fill it.
+  // Counting visits every step, so it is done for one in 16.
   if (m_stack.count() % 16 != 0 || HeldBytes() <= MaxBytes) return;
   // The stack drops its oldest steps by number only, so the newer half goes into a fresh one.
   std::vector<UndoStep *> arrKept;

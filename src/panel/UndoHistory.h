@@ -56,7 +56,8 @@ class TARVIK_HIDDEN UndoHistory : public QObject {
   QString NameOf(QWidget &control, const std::vector<UndoStep::Change> &arrChanges) const;
   /// The run of the digit cursor that the change belongs to; empty for an entry and for everything else.
   std::optional<int> RunOf(const PanelMemento::Part *owner, const std::vector<UndoStep::Change> &arrChanges);
-  void Push(UndoStep *step);
+  /// False where a run of the digit cursor ended where it began, and its step has gone.
+  bool Push(UndoStep *step);
   void Trim();
 
   const UndoStep &StepAt(int intStep) const;

@@ -34,6 +34,13 @@ class ToolkitBoxes : public QtHost, private QObject {
   std::vector<Box> arrBoxes;
   /// Called with each box that stands, before it is answered.
   std::function<void(QMessageBox &box)> OnBox;
+  /// Called ahead of each call of the driver.
+  std::function<void()> OnDriverCall;
+
+  void Repaint() override {
+    if (OnDriverCall) OnDriverCall();
+    QtHost::Repaint();
+  }
 
   std::string InputBox(const std::string &strPrompt, const std::string &strTitle,
                        const std::string &strDefault) override {

@@ -19,36 +19,23 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-/// Has something done before it sends or reads the timing.
-class InstrWithAccident : public clsInstrInterface {
- public:
-  Boolean SetTiming(const udtTimingInfo &TimingInfo) override {
-    if (accident) accident();
-    return clsInstrInterface::SetTiming(TimingInfo);
-  }
-  Boolean GetTiming(udtTimingInfo &TimingInfo) override {
-    if (accident) accident();
-    return clsInstrInterface::GetTiming(TimingInfo);
-  }
-  std::function<void()> accident;
-};
-
 /// The panel with real boxes over an instrument of a server process, which dies in the middle of a transfer.
 class DeadServer : public testing::Test {
  protected:
   DeadServer() {
     session.NewPanel();
     boxes.emplace();
-    instr = std::make_shared<InstrWithAccident>();
-    gobjInstr() = instr;
     session.host.arrInputAnswers = {rack.Url()};
     session.Show();
     session.Open("VP-210");
-    instr->accident = [this] {
-      instr->accident = nullptr;
-      rack.Server().End(SIGKILL);
-    };
     session.panel->SetTabState(ePageIsDirty, eAllPages);
+    boxes->OnDriverCall = [this] {
+      // The transfer has done with the mode, and goes on to the timing.
+      if (!m_fDead && StateOf(ePageMode) == ePageIsCurrent) {
+        m_fDead = true;
+        rack.Server().End(SIGKILL);
+      }
+    };
   }
 
   const PanelUser &User() const { return *session.user; }
@@ -71,8 +58,10 @@ class DeadServer : public testing::Test {
 
   ServedRack rack;
   SimulatorSession session{{{"WorkWithBoxes", "1"}}, TestRack, rack.Url()};
-  std::shared_ptr<InstrWithAccident> instr;
   std::optional<ToolkitBoxes> boxes;
+
+ private:
+  bool m_fDead = false;
 };
 
 TEST_F(DeadServer, InTheMiddleOfAnUploadOfAllPagesCostsOneBox) {

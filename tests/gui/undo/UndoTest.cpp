@@ -79,7 +79,9 @@ TEST_F(Undo, ATypedValueComesBackAfterADownloadThatOverwroteIt) {
   EXPECT_EQ(Status(), "Undone: Download");
   EXPECT_THAT(session->driver.arrTrace, IsEmpty());
   session->Click("cmdUpload");
-  EXPECT_EQ(session->instr->timing.dblWidth[1], 50e-9);
+  session->Type("esWidth(0)", "70n");
+  session->Click("cmdDownload");
+  EXPECT_EQ(Width(), 50e-9);
 }
 
 TEST_F(Undo, AnUndoneEditMarksItsPageAndNoOther) {
@@ -238,7 +240,8 @@ TEST_F(UndoOfOutputs, AsksFirstAndSendsTheSwitchAlone) {
   session->panel->undo();
   EXPECT_THAT(session->host.TakeBoxes(),
               ElementsAre("box question: This switches outputs of the instrument at once: output 1 off.\r\nGo on?"));
-  EXPECT_THAT(session->instr->arrOutputs, ElementsAre("1 off"));
+  EXPECT_THAT(session->Calls({"SetOutput", "SetComplementOutput"}),
+              ElementsAre("IChannelLevels{Alpha.1}.SetOutput(False)"));
   EXPECT_FALSE(session->State().mfOutputOn[1]);
   EXPECT_FALSE(session->Get<OptionButton>("optChannel1Output(0)").Value());
 }
@@ -250,7 +253,7 @@ TEST_F(UndoOfOutputs, OnTheAnswerNoNothingChanges) {
   const auto arrShown = Dump(*session);
   session->host.arrBoxAnswers = {BoxAnswer::No};
   session->panel->undo();
-  EXPECT_THAT(session->instr->arrOutputs, IsEmpty());
+  EXPECT_THAT(session->driver.arrTrace, IsEmpty());
   EXPECT_EQ(Dump(*session), arrShown);
   EXPECT_TRUE(session->panel->canUndo());
 }
