@@ -14,6 +14,7 @@
 #include "Kept.h"
 #include "PanelArea.h"
 #include "ServerDialog.h"
+#include "SetupFiles.h"
 #include "instrument/clsInstrInterface.h"
 #include "panel/TarvikGUI.h"
 #include "platform/QtHost.h"
@@ -24,7 +25,7 @@ namespace tarvik {
 namespace {
 
 constexpr const char *WindowSection = "Window", *PlaceKey = "Place";
-constexpr const char *ViewSection = "View", *ZoomKey = "Zoom", *TypingKey = "TypingReplacesNumber";
+constexpr const char *ViewSection = "View", *ZoomKey = "Zoom", *TypingKey = "TypingReplacesNumber", *MarksKey = "Marks";
 
 ServerList Servers(const std::optional<QString> &strForThisRun) {
   EnsureQtHost();
@@ -36,13 +37,17 @@ ServerList Servers(const std::optional<QString> &strForThisRun) {
 }  // namespace
 
 MainWindow::MainWindow(const std::optional<QString> &strServerForThisRun)
-    : m_servers(Servers(strServerForThisRun)), m_area(new PanelArea(this)), m_lblMessage(new QLabel) {
+    : m_servers(Servers(strServerForThisRun)),
+      m_area(new PanelArea(this)),
+      m_setups(new SetupFiles(*this, *m_area)),
+      m_lblMessage(new QLabel) {
   setObjectName(QStringLiteral("MainWindow"));
   setCentralWidget(m_area);
   m_lblMessage->setObjectName(QStringLiteral("lblMessage"));
   m_lblMessage->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(m_lblMessage, 1);
   MakeMenus();
+  connect(m_setups, &SetupFiles::TitleChanged, this, &MainWindow::ShowTitle);
   m_statusConnection =
       InstrInterface()->StatusMessage.ConnectScoped([this](const std::string &strStatus) { TakeStatus(strStatus); });
   HandServerOver();
@@ -56,6 +61,7 @@ TarvikGUI &MainWindow::Panel() const { return m_area->Panel(); }
 
 void MainWindow::MakeMenus() {
   QMenu *file = menuBar()->addMenu(tr("&File"));
+  m_setups->AddTo(*file);
   QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
   quit->setObjectName(QStringLiteral("actionQuit"));
   // Not every desktop has a standard key for it, and those that have one may have another.
@@ -82,6 +88,8 @@ void MainWindow::MakeInstrumentsMenu() {
   AddAction(menu, "actionConnectAgain", tr("&Connect again"), &MainWindow::ConnectAgain);
   AddAction(menu, "actionServerAddress", tr("Server &address..."), &MainWindow::AskForServer);
   menu.addSeparator();
+  m_setups->AddCompareTo(menu);
+  menu.addSeparator();
   AddAction(menu, "actionAllOutputsOff", tr("All &outputs off"), &MainWindow::AllOutputsOff)
       ->setShortcut(QKeySequence(Qt::Key_F12));
 }
@@ -99,6 +107,8 @@ void MainWindow::MakeViewMenu() {
   menu.addSeparator();
   m_actTyping = AddAction(menu, "actionTyping", tr("&Typing replaces the number"), &MainWindow::TakeTyping);
   m_actTyping->setCheckable(true);
+  m_actMarks = AddAction(menu, "actionMarks", tr("&Mark what differs from the instrument"), &MainWindow::TakeMarks);
+  m_actMarks->setCheckable(true);
 }
 
 void MainWindow::ShowAbout() {
@@ -126,6 +136,8 @@ void MainWindow::RestoreView() {
   m_actFit->setChecked(m_area->Zoom() == PanelArea::FitZoom);
   m_actTyping->setChecked(Kept(ViewSection, TypingKey, {}) == "1");
   m_area->SetTypingReplacesNumber(m_actTyping->isChecked());
+  m_actMarks->setChecked(Kept(ViewSection, MarksKey, "1") != "0");
+  m_area->SetMarks(m_actMarks->isChecked());
   resize(SizeOfPanel());
   const std::string strPlace = Kept(WindowSection, PlaceKey, {});
   restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(strPlace)));
@@ -165,6 +177,11 @@ void MainWindow::TakeTyping() {
   Keep(ViewSection, TypingKey, m_actTyping->isChecked() ? "1" : "0");
 }
 
+void MainWindow::TakeMarks() {
+  m_area->SetMarks(m_actMarks->isChecked());
+  Keep(ViewSection, MarksKey, m_actMarks->isChecked() ? "1" : "0");
+}
+
 // ---- Connection ----
 
 void MainWindow::ConnectAgain() {
@@ -192,6 +209,7 @@ void MainWindow::Reconnect() {
   HandServerOver();
   m_area->RenewPanel();
   m_edit->Follow(Panel());
+  m_setups->WatchPanel();
   ShowConnection(false);
 }
 
@@ -213,9 +231,15 @@ void MainWindow::TakeStatus(const std::string &strStatus) {
 }
 
 void MainWindow::ShowConnection(bool fConnected) {
+  m_fConnected = fConnected;
+  ShowTitle();
+}
+
+void MainWindow::ShowTitle() {
   const QString place = ServerList::NameOf(m_servers.Current());
-  setWindowTitle(QApplication::applicationName() + QStringLiteral(" - ") +
-                 (fConnected ? place : tr("%1 (not connected)").arg(place)));
+  setWindowTitle(m_setups->TitlePart() + QApplication::applicationName() + QStringLiteral(" - ") +
+                 (m_fConnected ? place : tr("%1 (not connected)").arg(place)));
+  setWindowModified(Panel().IsSetupModified());
 }
 
 bool MainWindow::event(QEvent *event) {
@@ -252,6 +276,10 @@ void MainWindow::AllOutputsOff() {
 void MainWindow::Tell(const QString &text) { m_lblMessage->setText(text); }
 
 void MainWindow::closeEvent(QCloseEvent *event) {
+  if (!m_setups->MayClose()) {
+    event->ignore();
+    return;
+  }
   Keep(WindowSection, PlaceKey, saveGeometry().toBase64().toStdString());
   QMainWindow::closeEvent(event);
 }

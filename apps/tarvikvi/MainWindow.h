@@ -14,6 +14,7 @@ namespace tarvik {
 
 class EditMenu;
 class PanelArea;
+class SetupFiles;
 class TarvikGUI;
 
 /// A host as any other: a window with the control on it, a menu, a list of servers to connect to, and a memory of its
@@ -48,21 +49,26 @@ class MainWindow : public QMainWindow {
   void FitToWindow();
   void TakeZoom();
   void TakeTyping();
+  void TakeMarks();
 
   bool MayEndSession();
   void Reconnect();
   void HandServerOver();
   void TakeStatus(const std::string &strStatus);
   void ShowConnection(bool fConnected);
+  void ShowTitle();
   void TellIfNotConnected();
   void Tell(const QString &text);
 
   ServerList m_servers;
   PanelArea *m_area;
+  SetupFiles *m_setups;
+  bool m_fConnected = false;
   QLabel *m_lblMessage;
   EditMenu *m_edit = nullptr;
   QAction *m_actFit = nullptr;
   QAction *m_actTyping = nullptr;
+  QAction *m_actMarks = nullptr;
   Event<const std::string &>::Connection m_statusConnection;
 };
 

@@ -28,6 +28,7 @@ void PanelArea::RenewPanel() {
   m_panel = new TarvikGUI;
   ShowZoom();
   SetTypingReplacesNumber(m_fTypingReplacesNumber);
+  SetMarks(m_fMarks);
   setWidget(m_panel);
 }
 
@@ -58,6 +59,11 @@ void PanelArea::ShowZoom() {
 void PanelArea::SetTypingReplacesNumber(bool fReplaces) {
   m_fTypingReplacesNumber = fReplaces;
   m_panel->SetTypingReplacesNumber(fReplaces);
+}
+
+void PanelArea::SetMarks(bool fMarks) {
+  m_fMarks = fMarks;
+  m_panel->SetMarks(fMarks);
 }
 
 QSize PanelArea::sizeHint() const { return m_panel->sizeHint(); }

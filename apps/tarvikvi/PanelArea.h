@@ -32,6 +32,7 @@ class PanelArea : public QScrollArea {
   void ZoomOut();
 
   void SetTypingReplacesNumber(bool fReplaces);
+  void SetMarks(bool fMarks);
 
   QSize sizeHint() const override;
 
@@ -44,6 +45,7 @@ class PanelArea : public QScrollArea {
   TarvikGUI *m_panel = nullptr;
   Long m_lngZoom = FitZoom;
   bool m_fTypingReplacesNumber = false;
+  bool m_fMarks = true;
 };
 
 }  // namespace tarvik

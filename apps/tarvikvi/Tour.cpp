@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QLabel>
 #include <QRadioButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <cstdio>
 #include <deque>
@@ -71,6 +73,7 @@ class Tour {
     ListAndOpen();
     FirstPulse();
     PllReference();
+    Setups();
     Timing();
     Modes();
     Patterns();
@@ -92,10 +95,11 @@ class Tour {
     std::printf("      WRONG: %s\n", strWhat);
   }
 
-  void Picture(const QString &name) {
+  void Picture(const QString &name) { Picture(name, m_panel); }
+  void Picture(const QString &name, QWidget &widget) {
     TourUser::Settle();
     const QString path = m_folder.filePath(name + QStringLiteral(".png"));
-    Expect(m_panel.grab().save(path), "the picture could be written");
+    Expect(widget.grab().save(path), "the picture could be written");
     Show(QStringLiteral("picture"), path);
   }
 
@@ -172,6 +176,40 @@ class Tour {
     Show(QStringLiteral("read back"), QString::fromStdString(frequency.Text()));
     Expect(frequency.Text() == "10 MHz", "the reference came back");
     Picture(QStringLiteral("8-config"));
+  }
+
+  void Setups() {
+    const QTemporaryDir folder;
+    const QString strFile = folder.filePath(QStringLiteral("demo.json"));
+    Step(QStringLiteral("What differs from the instrument carries a mark"));
+    m_user.ClickTab(TabLevels);
+    m_user.Enter(QStringLiteral("esLevelHigh(0)"), QStringLiteral("1.2"));
+    m_user.ClickTab(TabTiming);
+    m_user.Enter(QStringLiteral("esWidth(0)"), QStringLiteral("300n"));
+    m_user.Enter(QStringLiteral("esDelay(1)"), QStringLiteral("250n"));
+    Picture(QStringLiteral("10-marks"));
+    Show(QStringLiteral("tool tip"), m_user.Find<QWidget>(QStringLiteral("esWidth(0)")).toolTip());
+    Step(QStringLiteral("The settings go to a file; a download; they come from the file"));
+    Expect(m_panel.SaveSetup(strFile), "the setup was saved");
+    Download();
+    Show(QStringLiteral("width of the instrument"), Field(QStringLiteral("esWidth(0)")));
+    Expect(m_panel.OpenSetup(strFile), "the setup was opened");
+    Show(QStringLiteral("width of the setup"), Field(QStringLiteral("esWidth(0)")));
+    Expect(m_user.Find<EngrSpin>(QStringLiteral("esWidth(0)")).Value() == 300e-9, "the width came from the file");
+    Step(QStringLiteral("Panel and instrument side by side; the first difference is taken over"));
+    m_panel.CompareSettings();
+    m_user.Click(QStringLiteral("cmdReadInstrument"));
+    auto &table = m_user.Find<QTableWidget>(QStringLiteral("tblDifferences"));
+    Show(QStringLiteral("differences"), QString::number(table.rowCount()));
+    table.selectRow(0);
+    auto &dialog = m_user.Find<QWidget>(QStringLiteral("CompareDialog"));
+    dialog.resize(720, 320);
+    Picture(QStringLiteral("10-compare"), dialog);
+    const int intBefore = table.rowCount();
+    m_user.Click(QStringLiteral("cmdTakeInstrument"));
+    Expect(table.rowCount() == intBefore - 1, "one difference less");
+    dialog.close();
+    Download();
   }
 
   void Timing() {

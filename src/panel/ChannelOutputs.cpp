@@ -76,7 +76,8 @@ Long ChannelOutputs::OpenChannels() const { return m_panel.ZorvaneInstr().Channe
 
 void ChannelOutputs::SetChannelOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {
   if (m_panel.State().mfAutoOutputOnOff) {
-    m_panel.ZorvaneInstr().Output(intChan, fState, fIsComplement);
+    if (m_panel.ZorvaneInstr().Output(intChan, fState, fIsComplement))
+      m_panel.OutputSwitched(intChan, fState, fIsComplement);
     return;
   }
   // The records of both pages contain the switches.

@@ -155,6 +155,7 @@ void ConfigPage::UploadConfig(Boolean &fOk) {
 void ConfigPage::DownloadConfig() {
   udtInstrInfo info;
   if (!Instr().GetInstrInfo(info)) return;
+  m_panel.Known().TakeIdentity(info);
   txtNumChannels.SetText(CStr(info.lngNumChannels));
   txtProductId.SetText(info.strProductId);
   txtSerialNumber.SetText(info.strSerialNum);
@@ -180,7 +181,12 @@ void ConfigPage::ShowEntryOfSession() {
 void ConfigPage::ReadPllReference() {
   Double dblFreq = 0;
   Long eSource = 0;
-  if (Instr().PllRefSource(dblFreq, eSource, True)) ShowPllReference(dblFreq, eSource);
+  if (!Instr().PllRefSource(dblFreq, eSource, True)) return;
+  Setup read;
+  read.dblPllRefFreq = dblFreq;
+  read.ePllRefSource = eSource;
+  m_panel.Known().TakeRead(ePageConfig, read);
+  ShowSetup(read);
 }
 
 void ConfigPage::ShowPllReference(Double dblFreq, Long eSource) {
@@ -194,6 +200,7 @@ void ConfigPage::cmdResetInstr_Click() {
   if (!Instr().IsOnline(False)) return;
   if (!UserAgrees("Do you really want to reset?", ": Confirm Instrument Reset")) return;
   Instr().InstrumentCommands(ICReset);
+  m_panel.Known().Forget();
   m_panel.cmdDownload_Click();
 }
 

@@ -72,6 +72,7 @@ void InstrPage::cmdRefresh_Click() {
   try {
     UncheckAllInstruments();
     Instr().CloseInstrument();
+    m_panel.Known().Forget();
     if (!Reconnected()) return;
     if (!Instr().InstrumentCommands(ICRefresh)) return;
     SetHourglass(True);
@@ -146,6 +147,7 @@ void InstrPage::InstrStartStop(ListItem *Item, Boolean fStart) {
     UncheckAllInstruments();
     m_panel.Lost().NoteChanges();
     Instr().CloseInstrument();
+    m_panel.Known().Forget();
     m_panel.SetTabState(ePageIsCurrent, eAllPages);
     m_panel.Lost().MarkChanges();
     if (fStart) {

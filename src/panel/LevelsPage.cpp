@@ -247,9 +247,11 @@ void LevelsPage::UploadLevels(Boolean &fOk) {
 }
 
 void LevelsPage::DownloadLevels() {
-  udtLevelInfo levels;
+  Setup read;
+  udtLevelInfo &levels = read.Levels;
   for (const Long i : {1, 2}) levels.eOutputLevel[i] = cboLevelFormat[i - 1].GetCurrGroupData(eLevelHighLow);
   if (!Instr().GetLevels(levels)) return;
+  m_panel.Known().TakeRead(ePageLevels, read);
   const Long lngChannels = ChannelCount();
   for (Long i = 1; i <= lngChannels; ++i) ShowChannel(levels, i);
   if (Instr().IsNotRestricted(eLacksChannelMath)) grpOutputs.SetValue(levels.eChannelMath);

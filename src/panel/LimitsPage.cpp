@@ -94,9 +94,10 @@ void LimitsPage::UploadLimits(Boolean &fOk) {
 }
 
 void LimitsPage::DownloadLimits() {
-  udtLimitsInfo limits;
-  if (!Instr().GetLimits(limits)) return;
-  ShowLimits(limits);
+  Setup read;
+  if (!Instr().GetLimits(read.Limits)) return;
+  m_panel.Known().TakeRead(ePageLimits, read);
+  ShowLimits(read.Limits);
   m_panel.SetTabState(ePageIsCurrent, ePageLimits);
 }
 

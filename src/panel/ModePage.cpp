@@ -369,9 +369,10 @@ void ModePage::FitToInstrument() {
 
 void ModePage::DownloadMode() {
   FitToInstrument();
-  udtModeInfo mode;
-  if (!Instr().GetMode(mode)) return;
-  ShowMode(mode);
+  Setup read;
+  if (!Instr().GetMode(read.Mode)) return;
+  m_panel.Known().TakeRead(ePageMode, read);
+  ShowMode(read.Mode);
   m_panel.SetTabState(ePageIsCurrent, ePageMode);
 }
 

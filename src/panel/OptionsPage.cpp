@@ -10,26 +10,26 @@ using form::Frame, form::Option, form::Text;
 
 constexpr const char *AllPagesTag = "All";
 
-ControlDesign Setting(const char *strName, Single sngTop) {
+ControlDesign SettingCheck(const char *strName, Single sngTop) {
   return form::Check(strName).In("grpMiscSettings").At({150, sngTop, 3780, 315});
 }
 
 FormTable Settings() {
   return {
       Frame("grpMiscSettings").At({120, 120, 4050, 2295}).Caption("Settings"),
-      Setting("chkAutoErrors", 330)
+      SettingCheck("chkAutoErrors", 330)
           .Caption("Autocheck Instrument Errors")
           .ToolTip("Check for instrument errors after each transaction"),
-      Setting("chkAutoWarnings", 705)
+      SettingCheck("chkAutoWarnings", 705)
           .Caption("Autocheck Instrument Warnings")
           .ToolTip("Check for instrument warnings after each transaction"),
-      Setting("chkAutoDownload", 1080)
+      SettingCheck("chkAutoDownload", 1080)
           .Caption("Auto-download New Instrument")
           .ToolTip("Download ALL settings of an instrument when first connected"),
-      Setting("chkAutoDownOnError", 1455)
+      SettingCheck("chkAutoDownOnError", 1455)
           .Caption("Auto-download after Error")
           .ToolTip("Download (refresh) automatically after receiving an instrument error"),
-      Setting("chkAutoOutputOnOff", 1830)
+      SettingCheck("chkAutoOutputOnOff", 1830)
           .Caption("Auto-upload Output On/Off")
           .ToolTip("Upload Channel Output changes immediately"),
   };

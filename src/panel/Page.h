@@ -3,7 +3,7 @@
 #include "instrument/clsInstrInterface.h"
 #include "panel/Form.h"
 #include "panel/PanelState.h"
-#include "settings/Setup.h"
+#include "settings/KnownSetup.h"
 
 namespace tarvik {
 
@@ -25,6 +25,10 @@ class PanelServices {
   virtual void EnterVisiblePage() = 0;
   /// Reads pages from the instrument, all of them while mfForceDownloadAll is set.
   virtual void cmdDownload_Click() = 0;
+  /// What is known of the open instrument's settings.
+  virtual KnownSetup &Known() = 0;
+  /// The instrument has switched an output at once.
+  virtual void OutputSwitched(Integer intChan, Boolean fState, Boolean fIsComplement) = 0;
   /// Adapts the controls to the open instrument; 0 without one.
   virtual void EnableControlsForChannels(Long lngChannels) = 0;
 };

@@ -12,8 +12,10 @@
 #include "panel/LostSession.h"
 #include "panel/ModePage.h"
 #include "panel/OptionsPage.h"
+#include "panel/PanelSetups.h"
 #include "panel/PanelStart.h"
 #include "panel/PatternPage.h"
+#include "panel/SettingMarks.h"
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
 #include "panel/UndoHistory.h"
@@ -127,7 +129,7 @@ class ProgramShows {
   const ScopedFlag<Boolean> m_auto, m_downloading;
 };
 
-std::string Setting(const char *strKey, const char *strDefault) {
+std::string StoredOption(const char *strKey, const char *strDefault) {
   return TheHost().GetSetting(AppTitle, SettingsSection, strKey, strDefault);
 }
 
@@ -168,6 +170,11 @@ void TarvikGUI::Panel::MakePages() {
   trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
   configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *instrPage);
   gate = std::make_unique<CapabilityGate>(gui, panel, *timingPage, patternPage->Editor());
+  // Before the order of the Tab key, in which their layers count although they take no focus.
+  marks = std::make_unique<SettingMarks>(*tabMain, [this](Setup &setup, TabNumEnum ePage) { TakeShown(setup, ePage); });
+  marks->PageMarked.Connect([this] { TellPageStates(); });
+  setups = std::make_unique<PanelSetups>(*this);
+  marks->Touched.Connect([this] { setups->TellFile(); });
   NameTabs();
   PutCommandsBehindPages();
   undo = std::make_unique<UndoHistory>(*this);
@@ -318,10 +325,10 @@ void TarvikGUI::Panel::UserControl_Show() {
 void TarvikGUI::Panel::RestoreOptions() {
   OptionsPage &options = *optionsPage;
   const auto number = [](const char *strKey, const char *strDefault) {
-    return CInt(std::string_view(Setting(strKey, strDefault)));
+    return CInt(std::string_view(StoredOption(strKey, strDefault)));
   };
-  options.grpUpload.SetValue(Setting("Upload", "All"));
-  options.grpDownload.SetValue(Setting("Download", "All"));
+  options.grpUpload.SetValue(StoredOption("Upload", "All"));
+  options.grpDownload.SetValue(StoredOption("Download", "All"));
   // The handlers run whether or not the assignment changed anything.
   options.chkAutoWarnings.SetValue(number("AutoWarnings", "1"));
   options.chkAutoWarnings_Click();
@@ -331,7 +338,7 @@ void TarvikGUI::Panel::RestoreOptions() {
   options.chkAutoDownload.SetValue(number("AutoDownload", "1"));
   options.chkAutoOutputOnOff.SetValue(number("AutoOutputOnOff", "1"));
   options.chkAutoOutputOnOff_Click();
-  state.mfWorkWithBoxes = Setting("WorkWithBoxes", "0") != "0";
+  state.mfWorkWithBoxes = StoredOption("WorkWithBoxes", "0") != "0";
 }
 
 void TarvikGUI::Panel::InitAllPages() {
@@ -348,6 +355,7 @@ void TarvikGUI::Panel::UserControl_Terminate() {
     SaveOptions();
     if (!zorvaneInstr) return;
     zorvaneInstr->CloseInstrument();
+    Known().Forget();
     statusConnection.Disconnect();
     errorConnection.Disconnect();
     lossConnection.Disconnect();
@@ -375,7 +383,9 @@ void TarvikGUI::Panel::SaveOptions() {
 
 void TarvikGUI::Panel::SetTabState(TabStates eState, TabNumEnum ePage) {
   const Boolean fProgramFills = state.mfDownloading || start->IsAwaited();
-  if (!SetPageState(state.meTabState, eState, ePage, tabMain->Tab(), fProgramFills)) return;
+  const Boolean fTaken = SetPageState(state.meTabState, eState, ePage, tabMain->Tab(), fProgramFills);
+  if (eState != ePageSetStatus) marks->Touch(ePage);
+  if (!fTaken) return;
   if (eState == ePageIsDirty && undo) undo->NoteMark(ePage);
   TellPageStates();
   ShowStateOfVisiblePage();
@@ -386,6 +396,7 @@ void TarvikGUI::Panel::TellPageStates() {
     const TabStates eState = StateOf(state.meTabState, lngPage);
     tabMain->SetSpokenNote(lngPage, eState == ePageIsDirty            ? "changed, not uploaded"
                                     : eState == ePageNeedsDownloading ? "not read from the instrument yet"
+                                    : marks->IsMarked(lngPage)        ? "differs from the instrument"
                                                                       : "");
   }
 }
@@ -454,16 +465,29 @@ void TarvikGUI::Panel::UploadPages() {
       {ePageConfig, [](Panel &panel, Boolean &f) { panel.configPage->UploadConfig(f); }},
       {ePagePattern, [](Panel &panel, Boolean &f) { panel.patternPage->UploadRz(f); }},
   };
-  for (const auto &step : Steps)
-    if (NeedsUpload(fAll, fOk, step.ePage)) step.upload(*this, fOk);
+  std::vector<TabNumEnum> arrSent;
+  for (const auto &step : Steps) {
+    if (!NeedsUpload(fAll, fOk, step.ePage)) continue;
+    arrSent.push_back(step.ePage);
+    step.upload(*this, fOk);
+  }
 
   if (fOk) {
-    instr.TransactionFinish(True);
+    CommitPages(arrSent);
     instr.CheckWarnings(False);
   } else {
     instr.TransactionCancel();
   }
   if (NeedsUpload(fAll, fOk, ePagePattern)) patternPage->UploadPattern(fOk);
+}
+
+void TarvikGUI::Panel::CommitPages(const std::vector<TabNumEnum> &arrPages) {
+  // Taken before the commit, whose refusal serves the user with a box.
+  Setup sent;
+  IgnoreErrors([&] { sent = ShownSetup(); });
+  sent.Pattern = {};
+  if (!ZorvaneInstr().TransactionFinish(True)) return;
+  for (const TabNumEnum ePage : arrPages) Known().TakeSent(ePage, sent);
 }
 
 void TarvikGUI::Panel::cmdDownload_Click() {
@@ -510,7 +534,10 @@ Boolean TarvikGUI::Panel::TurnOutputsOff() {
       for (Integer intChan = 1; intChan <= instr->ChannelCount().value_or(0); ++intChan) {
         const Boolean fOff = instr->Output(intChan, False, fIsComplement);
         fAllOff = fAllOff && fOff;
-        if (fOff && self) (fIsComplement ? state.mfOutputInvOn : state.mfOutputOn)[intChan] = False;
+        if (fOff && self) {
+          (fIsComplement ? state.mfOutputInvOn : state.mfOutputOn)[intChan] = False;
+          Known().TakeOutput(intChan, fIsComplement, False);
+        }
       }
     }
   }
@@ -525,13 +552,28 @@ void TarvikGUI::Panel::ShowOutputs() {
   levelsPage->ShowLevelOutputs();
 }
 
+void TarvikGUI::Panel::OutputSwitched(Integer intChan, Boolean fState, Boolean fIsComplement) {
+  Known().TakeOutput(intChan, fIsComplement, fState);
+}
+
+KnownSetup &TarvikGUI::Panel::Known() { return marks->Known(); }
+
 // ---- Setups ----
 
 Setup TarvikGUI::Panel::ShownSetup() const {
   Setup setup;
-  setup.Instrument.lngNumChannels = zorvaneInstr ? zorvaneInstr->ChannelCount().value_or(2) : 2;
-  for (Long lngPage = 0; lngPage < eNumPages; ++lngPage) PageOf(lngPage)->TakeShown(setup);
+  for (Long lngPage = 0; lngPage < eNumPages; ++lngPage) TakeShown(setup, static_cast<TabNumEnum>(lngPage));
   return setup;
+}
+
+void TarvikGUI::Panel::TakeShown(Setup &setup, TabNumEnum ePage) const {
+  if (!zorvaneInstr) RaiseError(ErrObjectNotSet);
+  setup.Instrument = marks->Known().Values().Instrument;
+  setup.Instrument.lngNumChannels = zorvaneInstr->ChannelCount().value_or(2);
+  setup.lngLacks = 0;
+  for (Long eBit = 1; eBit <= AllFunctionality; eBit *= 2)
+    if ((AllFunctionality & eBit) != 0 && zorvaneInstr->IsRestricted(eBit)) setup.lngLacks |= eBit;
+  PageOf(ePage)->TakeShown(setup);
 }
 
 void TarvikGUI::Panel::ShowSetup(const Setup &setup) {

@@ -19,8 +19,10 @@ class InstrPage;
 class LevelsPage;
 class LimitsPage;
 class LostSession;
+class SettingMarks;
 class ModePage;
 class OptionsPage;
+class PanelSetups;
 class PanelStart;
 class PatternPage;
 class TimingPage;
@@ -45,6 +47,8 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   void EnterVisiblePage() override { tabMain_Click(); }
   void cmdDownload_Click() override;
   void EnableControlsForChannels(Long lngChannels) override;
+  KnownSetup &Known() override;
+  void OutputSwitched(Integer intChan, Boolean fState, Boolean fIsComplement) override;
 
   /// None of the panel's events that wait behind a box goes on. Answers whether there were any.
   bool EndEvents();
@@ -80,6 +84,8 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
 
   void cmdUpload_Click();
   void UploadPages();
+  /// Ends the transaction in which these pages were sent.
+  void CommitPages(const std::vector<TabNumEnum> &arrPages);
   void cmdCheckErrors_Click();
   void cmdCheckWarnings_Click();
   Boolean TurnOutputsOff();
@@ -87,6 +93,8 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
 
   /// What the pages show, as an upload of all of them would send it.
   Setup ShownSetup() const;
+  /// Writes one page's part of it.
+  void TakeShown(Setup &setup, TabNumEnum ePage) const;
   /// Shows a setup on all pages; sends nothing to the instrument. Page states stay.
   void ShowSetup(const Setup &setup);
   void ZorvaneInstr_StatusMessage(const std::string &strStatus);
@@ -132,6 +140,8 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   std::unique_ptr<TrigLevPage> trigLevPage;
   std::unique_ptr<ConfigPage> configPage;
   std::unique_ptr<CapabilityGate> gate;
+  std::unique_ptr<SettingMarks> marks;
+  std::unique_ptr<PanelSetups> setups;
   std::unique_ptr<UndoHistory> undo;
 };
 

@@ -1,5 +1,7 @@
 #include "panel/PatternPage.h"
 
+#include <algorithm>
+
 #include "panel/LostSession.h"
 #include "support/modUtils.h"
 
@@ -17,8 +19,9 @@ constexpr Stream Streams[] = {
 
 std::size_t RowOf(const Stream &stream) { return static_cast<std::size_t>(stream.eChan - ePatternChan1); }
 
-/// The first bits of an array, which may have more bytes.
-PatternStream ToStream(const ByteArray &arr, Long lngLength) {
+/// The first bits of an array, which may have more bytes. A driver may tell a length that the array does not have.
+PatternStream ToStream(const ByteArray &arr, Long lngBits) {
+  const Long lngLength = std::clamp(lngBits, Long{0}, 8 * arr.Count());
   PatternStream stream{lngLength, arr.Elements()};
   stream.arrBytes.resize(static_cast<std::size_t>((lngLength + 7) / 8));
   if (const int intUsed = lngLength % 8) stream.arrBytes.back() &= static_cast<Byte>(0xFF00 >> intUsed);
@@ -81,22 +84,35 @@ void PatternPage::UploadPattern(Boolean &fOk) {
   for (const Stream &stream : Streams) {
     if (stream.fOfChannel2 && !m_state.mfDualChannel) continue;
     if (!BitPattern1.GetPattern(stream.eChannel, m_arrUpload, lngSize)) return;
+    // The driver gets the array by reference.
+    const PatternStream sent = ToStream(m_arrUpload, lngLength);
     if (!Instr().SetPatternArray(stream.eChan, m_arrUpload, lngLength)) return;
+    Setup setup;
+    setup.Pattern[RowOf(stream)] = sent;
+    m_panel.Known().TakeStreams(setup);
   }
   m_panel.SetTabState(ePageIsCurrent, ePagePattern);
   fOk = True;
 }
 
 void PatternPage::DownloadPattern() {
+  Setup read;
   BitPattern1.SetPatternInit();
   for (const Stream &stream : Streams) {
     if (stream.fOfChannel2 && !m_state.mfDualChannel) continue;
     Long lngLength = 0;
-    if (Instr().GetPatternArray(stream.eChan, m_arrDownload, lngLength))
-      BitPattern1.SetPattern(stream.eChannel, m_arrDownload, lngLength);
+    if (!Instr().GetPatternArray(stream.eChan, m_arrDownload, lngLength)) continue;
+    read.Pattern[RowOf(stream)] = ToStream(m_arrDownload, lngLength);
+    BitPattern1.SetPattern(stream.eChannel, m_arrDownload, lngLength);
   }
   RzFlags &mfRz = m_state.mfRz;
-  if (Instr().GetRz(mfRz.Array())) mfRz.SetRzFromFlags(mfRz[1], mfRz[2], False, True);
+  if (Instr().GetRz(mfRz.Array())) {
+    read.fRz = {mfRz[1], mfRz[2]};
+    m_panel.Known().TakeRead(ePagePattern, read);
+    mfRz.SetRzFromFlags(mfRz[1], mfRz[2], False, True);
+  } else {
+    m_panel.Known().TakeStreams(read);
+  }
   // What a dead connection has not brought leaves the changes of the user.
   if (!m_panel.Lost().IsLost()) m_panel.SetTabState(ePageIsCurrent, ePagePattern);
 }

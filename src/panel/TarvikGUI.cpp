@@ -9,7 +9,9 @@
 
 #include "engrspin/EngrSpin.h"
 #include "panel/Panel.h"
+#include "panel/PanelSetups.h"
 #include "panel/PanelStart.h"
+#include "panel/SettingMarks.h"
 #include "panel/UndoHistory.h"
 #include "platform/DisabledLook.h"
 #include "platform/QtHost.h"
@@ -76,6 +78,31 @@ void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) { m->SetTabState
 void TarvikGUI::SetTypingReplacesNumber(Boolean fReplaces) { setProperty(TypingReplacesProperty, bool{fReplaces}); }
 
 Boolean TarvikGUI::TypingReplacesNumber() const { return property(TypingReplacesProperty).toBool(); }
+
+void TarvikGUI::SetMarks(Boolean fMarks) { m->marks->SetShown(fMarks); }
+
+Boolean TarvikGUI::Marks() const { return m->marks->AreShown(); }
+
+// ---- Setups ----
+
+Boolean TarvikGUI::OpenSetup(const QString &strFile) {
+  return RunUserEvent(
+      "TarvikGUI", "OpenSetup", [&] { m->setups->Open(strFile.toStdU16String()); }, this);
+}
+
+Boolean TarvikGUI::SaveSetup(const QString &strFile) {
+  return RunUserEvent(
+      "TarvikGUI", "SaveSetup", [&] { m->setups->Save(strFile.toStdU16String()); }, this);
+}
+
+QString TarvikGUI::SetupFile() const { return QString::fromStdU16String(m->setups->File().u16string()); }
+
+Boolean TarvikGUI::IsSetupModified() const { return m->setups->IsModified(); }
+
+void TarvikGUI::CompareSettings() {
+  RunUserEvent(
+      "TarvikGUI", "CompareSettings", [&] { m->setups->Compare(); }, this);
+}
 
 // ---- Undo ----
 

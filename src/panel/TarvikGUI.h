@@ -35,6 +35,25 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference {
   void SetTypingReplacesNumber(Boolean fReplaces);
   Boolean TypingReplacesNumber() const;
 
+  /// Whether controls whose value differs from the instrument's carry a mark; on at first. Marks only show: no value,
+  /// no page state and no call of the driver depends on them.
+  void SetMarks(Boolean fMarks);
+  Boolean Marks() const;
+
+  /// Shows the setup of a file on all pages, exactly. Nothing goes to the instrument before an upload; the pages that
+  /// it has to send turn dirty. What the open instrument does not have is left out, which one box tells. A file that is
+  /// not wholly right is refused: false, one box with all reasons, and nothing changes. Works on a panel that has
+  /// started, with or without an instrument.
+  Boolean OpenSetup(const QString &strFile);
+  /// Writes what the pages show to a file. False, with a box and the old file whole, when it cannot be written.
+  Boolean SaveSetup(const QString &strFile);
+  /// The file that was opened or saved last; empty before.
+  QString SetupFile() const;
+  /// Whether the pages show something else than that file has.
+  Boolean IsSetupModified() const;
+  /// Lets the user compare the panel with the instrument and with a file, and take over what differs.
+  void CompareSettings();
+
   /// Whether what the user changes can be undone. True at first; switched off, the history is emptied.
   void SetUndoEnabled(Boolean fEnabled);
   Boolean UndoEnabled() const;
@@ -73,6 +92,8 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference {
   void redoTextChanged(const QString &strText);
   /// A text came into the status line; comes from within the operation that tells it. A slot must let no exception out.
   void statusMessage(const QString &strStatus);
+  /// SetupFile or IsSetupModified changed; comes when the message loop turns.
+  void setupFileChanged();
 
  protected:
   void showEvent(QShowEvent *event) override;

@@ -307,9 +307,10 @@ void TimingPage::UploadTiming(Boolean &fOk) {
 }
 
 void TimingPage::DownloadTiming() {
-  udtTimingInfo timing;
-  if (!Instr().GetTiming(timing)) return;
-  ShowTiming(timing);
+  Setup read;
+  if (!Instr().GetTiming(read.Timing)) return;
+  m_panel.Known().TakeRead(ePageTiming, read);
+  ShowTiming(read.Timing);
   m_panel.SetTabState(ePageIsCurrent, ePageTiming);
 }
 

@@ -196,9 +196,10 @@ void TrigLevPage::UploadTrigLevels(Boolean &fOk) {
 }
 
 void TrigLevPage::DownloadTrigLevels() {
-  udtTrgLevelsInfo levels;
-  if (!Instr().GetTriggerLevels(levels)) return;
-  ShowTrigLevels(levels);
+  Setup read;
+  if (!Instr().GetTriggerLevels(read.TrgLevels)) return;
+  m_panel.Known().TakeRead(ePageTrigLev, read);
+  ShowTrigLevels(read.TrgLevels);
   m_panel.SetTabState(ePageIsCurrent, ePageTrigLev);
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "settings/SetupDifferences.h"
+
 namespace tarvik {
 
 namespace {
@@ -70,12 +72,45 @@ KnownSetup::KnownSetup() { Forget(); }
 
 void KnownSetup::Forget() {
   m_values = {};
+  TakeIdentity({});
   m_arrKnown.assign(Settings().size(), {});
+  Changed.Raise(eAllPages);
+}
+
+void KnownSetup::TakeIdentity(const udtInstrInfo &info) {
+  m_values.Instrument = info;
+  // The setup that it is compared with says what the instrument has.
+  m_values.Instrument.lngNumChannels = 2;
+}
+
+bool KnownSetup::KnowsAnything() const {
+  return std::ranges::any_of(m_arrKnown, [](const auto &row) { return std::ranges::count(row, true) > 0; });
 }
 
 bool KnownSetup::Knows(const Setting &setting, Long lngChannel) const {
   const auto row = static_cast<std::size_t>(&setting - Settings().data());
   return m_arrKnown[row][static_cast<std::size_t>(lngChannel)];
+}
+
+std::vector<TabNumEnum> KnownSetup::PagesToSend(const Setup &setup) const {
+  std::vector<TabNumEnum> arrPages;
+  for (const TabNumEnum ePage :
+       {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig}) {
+    const bool fDiffers = std::ranges::any_of(Settings(), [&](const Setting &setting) {
+      return TravelsWith(setting, ePage) && std::ranges::any_of(setting.Channels(), [&](Long lngChannel) {
+               return HasToBeSent(setting, lngChannel, setup);
+             });
+    });
+    if (fDiffers) arrPages.push_back(ePage);
+  }
+  return arrPages;
+}
+
+bool KnownSetup::HasToBeSent(const Setting &setting, Long lngChannel, const Setup &setup) const {
+  if (setting.fNotation || !setting.IsHad(setup, lngChannel) || !setting.IsInUse(setup, lngChannel)) return false;
+  if (!setting.IsStored(setup, lngChannel) || setting.KeepsItsOwn(setup, lngChannel)) return false;
+  if (!Knows(setting, lngChannel)) return true;
+  return DifferenceIn(setting, lngChannel, setup, m_values).has_value();
 }
 
 void KnownSetup::Take(const Setup &setup, const Told &isTold) {
@@ -93,12 +128,20 @@ void KnownSetup::TakeRead(TabNumEnum ePage, const Setup &read) {
   Take(AsRead(read, ePage), [&](const Setting &setting, Long) {
     return TravelsWith(setting, ePage) && IsRead(setting, ePage, read) && HasStream(setting, read);
   });
+  Changed.Raise(ePage);
 }
 
 void KnownSetup::TakeSent(TabNumEnum ePage, const Setup &sent) {
   Take(sent, [&](const Setting &setting, Long lngChannel) {
     return TravelsWith(setting, ePage) && IsSent(setting, lngChannel, ePage, sent) && HasStream(setting, sent);
   });
+  Changed.Raise(ePage);
+}
+
+void KnownSetup::TakeStreams(const Setup &sent) {
+  Take(sent,
+       [&](const Setting &setting, Long) { return setting.eKind == SettingKind::Stream && HasStream(setting, sent); });
+  Changed.Raise(ePagePattern);
 }
 
 void KnownSetup::TakeOutput(Long lngChannel, Boolean fIsComplement, Boolean fOn) {
@@ -107,6 +150,7 @@ void KnownSetup::TakeOutput(Long lngChannel, Boolean fIsComplement, Boolean fOn)
   (fIsComplement ? setup.Levels.fChannelOutputInvOn : setup.Levels.fChannelOutputOn)[lngChannel] = fOn;
   Take(setup,
        [&](const Setting &setting, Long lngOther) { return setting.strKey == strKey && lngOther == lngChannel; });
+  Changed.Raise(ePageLevels);
 }
 
 }  // namespace tarvik

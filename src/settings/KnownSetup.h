@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "settings/Setting.h"
+#include "support/Event.h"
 
 namespace tarvik {
 
@@ -20,18 +21,30 @@ class KnownSetup {
   void TakeRead(TabNumEnum ePage, const Setup &read);
   /// The instrument took a page of `sent`, which holds all pages as they were then.
   void TakeSent(TabNumEnum ePage, const Setup &sent);
+  /// The rows that have bits were sent; they go row by row and outside of transactions.
+  void TakeStreams(const Setup &sent);
+  /// Who the instrument is.
+  void TakeIdentity(const udtInstrInfo &info);
   /// An output was switched at once. Channel 1 or 2.
   void TakeOutput(Long lngChannel, Boolean fIsComplement, Boolean fOn);
 
+  bool KnowsAnything() const;
   /// lngChannel is 0 for a setting of the instrument.
   bool Knows(const Setting &setting, Long lngChannel) const;
-  /// What is not known has the value of a fresh Setup.
+  /// The pages that an upload has to send so that the instrument gets these settings: those with something in use that
+  /// is not known, or known to be another.
+  std::vector<TabNumEnum> PagesToSend(const Setup &setup) const;
+  /// What is not known has the value of a fresh Setup. Has both channels, whatever the instrument has.
   const Setup &Values() const { return m_values; }
+
+  /// More is known about the settings of this page, or nothing any more of all pages (eAllPages).
+  Event<TabNumEnum> Changed;
 
  private:
   using Told = std::function<bool(const Setting &setting, Long lngChannel)>;
 
   void Take(const Setup &setup, const Told &isTold);
+  bool HasToBeSent(const Setting &setting, Long lngChannel, const Setup &setup) const;
 
   Setup m_values;
   std::vector<std::array<bool, 3>> m_arrKnown;  ///< by row of the table of settings, then by channel

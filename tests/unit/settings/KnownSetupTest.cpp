@@ -22,7 +22,7 @@ TEST(KnownSetup, KnowsWhatAReadPageTold) {
   EXPECT_FALSE(Knows(known, "mode.trigger"));
   known.Forget();
   EXPECT_FALSE(Knows(known, "limits.highVoltage[2]"));
-  EXPECT_EQ(known.Values(), tarvik::Setup());
+  EXPECT_EQ(known.Values().Limits, udtLimitsInfo());
 }
 
 TEST(KnownSetup, TheTimingTellsOutputsAndPulseTypes) {
@@ -115,6 +115,21 @@ TEST(KnownSetup, ARowThatCouldNotBeReadStaysUnknown) {
   known.TakeRead(ePagePattern, read);
   EXPECT_TRUE(Knows(known, "pattern.stream[1]"));
   EXPECT_FALSE(Knows(known, "pattern.stream[2]"));
+}
+
+TEST(KnownSetup, AnUploadHasToSendThePagesThatDifferOrAreUnknown) {
+  KnownSetup known;
+  EXPECT_THAT(known.PagesToSend(SampleSetup()), testing::ElementsAre(ePageMode, ePageTiming, ePageLevels, ePagePattern,
+                                                                     ePageLimits, ePageTrigLev, ePageConfig));
+  for (const TabNumEnum ePage :
+       {ePageMode, ePageTiming, ePageLevels, ePagePattern, ePageLimits, ePageTrigLev, ePageConfig})
+    known.TakeRead(ePage, SampleSetup());
+  EXPECT_THAT(known.PagesToSend(SampleSetup()), testing::IsEmpty());
+  tarvik::Setup setup = SampleSetup();
+  setup.Limits.dblHighVoltage[1] = 7;
+  EXPECT_THAT(known.PagesToSend(setup), testing::ElementsAre(ePageLimits));
+  setup.Levels.fChannelOutputOn[1] = setup.Timing.fChannelOutputOn[1] = False;
+  EXPECT_THAT(known.PagesToSend(setup), testing::ElementsAre(ePageTiming, ePageLevels, ePageLimits));
 }
 
 }  // namespace
