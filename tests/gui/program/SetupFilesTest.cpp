@@ -68,7 +68,7 @@ TEST_F(SetupFiles, AFileThatIsDroppedAnywhereIsOpened) {
   TypeWidth("62n");
   const QUrl url = QUrl::fromLocalFile(File("demo.json"));
   QWidget &field = *Get<EngrSpin>("esWidth(0)").findChild<QLineEdit *>();
-  EXPECT_FALSE(Drop(field, {url, url})) << "two files";
+  EXPECT_FALSE(Drop(*window, {url, url})) << "two files";
   EXPECT_TRUE(Drop(field, {url}));
   EXPECT_THAT(host.TakeBoxes(), ElementsAre(HasSubstr("The changes since demo.json was saved are lost.")));
   EXPECT_EQ(Get<EngrSpin>("esWidth(0)").Text(), "61.00");
