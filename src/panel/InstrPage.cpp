@@ -129,7 +129,7 @@ Boolean InstrPage::GetCheckedInstrNum(Long &lngInstrNum) const {
 
 void InstrPage::lvwInstruments_ItemCheck(ListItem *Item) {
   if (m_fInItemCheck) return;
-  const ScopedFlag guard(lvwInstruments, m_fInItemCheck);
+  const ScopedFlag guard(m_form, m_fInItemCheck);
   InstrStartStop(Item, Item->Checked());
 }
 

@@ -168,7 +168,7 @@ void LevelsPage::ShowLevelOutputs() { m_outputs->ShowFlags(); }
 void LevelsPage::cboLevelFormat_Click(Integer Index) {
   if (m_sfInFormat) return;
   RunReported("TarvikGUI", "cboLevelFormat_Click", [&] {
-    const ScopedFlag guard(cboLevelFormat[Index], m_sfInFormat);
+    const ScopedFlag guard(m_form, m_sfInFormat);
     ApplyLevelFormat(Index);
   });
 }

@@ -358,7 +358,7 @@ void ModePage::FitToInstrument() {
   m_state.mfVxiLines = Instr().IsNotRestricted(eLacksVxiLines);
   if (m_fOffersVxiLines.value_or(m_state.mfVxiLines) != m_state.mfVxiLines) {
     // The remembered index belongs to the entries that the list had before, so a conflict here means nothing.
-    const ScopedFlag refilling(cboArmingSource, m_fIgnorePllConflict, true);
+    const ScopedFlag refilling(m_form, m_fIgnorePllConflict, true);
     UpdateArmingSource();
   }
   if (m_state.mfDualChannel || ChannelCount() < 2) return;
@@ -380,8 +380,7 @@ void ModePage::ShowSetup(const Setup &setup) { ShowMode(setup.Mode); }
 
 void ModePage::ShowMode(const udtModeInfo &mode) {
   // Filled one after the other, the lists may claim the PLL twice for a moment although the mode does not.
-  const ScopedFlag filling(cboArmingSource, m_fIgnorePllConflict,
-                           !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
+  const ScopedFlag filling(m_form, m_fIgnorePllConflict, !ClaimsPllTwice(mode.ArmingSource, mode.PeriodSource));
   // The two modes rebuild the lists that depend on them, so they go first and the levels last.
   if (SetOptionButtonToTag(optTriggerMode.All(), CStr(mode.TriggerMode)) &&
       SetOptionButtonToTag(optPulseMode.All(), CStr(mode.PulseMode)))

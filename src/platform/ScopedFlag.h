@@ -5,8 +5,9 @@
 
 namespace tarvik {
 
-/// Gives a flag a value while the object lives and restores it on every exit, unless the control that owns the flag has
-/// been deleted meanwhile: handlers and boxes run the host's program.
+/// Gives a flag a value while the object lives and restores it on every exit, unless the object that owns the flag has
+/// been deleted meanwhile: handlers and boxes run the host's program. The owner has to end with the flag. A control of
+/// a page does not: it may outlive the page.
 template <class Flag>
 class ScopedFlag {
  public:
