@@ -117,11 +117,22 @@ void KnownSetup::Take(const Setup &setup, const Told &isTold) {
   for (const Setting &setting : Settings()) {
     for (const Long lngChannel : setting.Channels()) {
       if (!isTold(setting, lngChannel)) continue;
-      m_arrKnown[static_cast<std::size_t>(&setting - Settings().data())][static_cast<std::size_t>(lngChannel)] = true;
+      if (setting.strKey == "mode.pulseType" && setting.Read(setup, lngChannel) != setting.Read(m_values, lngChannel))
+        ForgetDelay(lngChannel);
+      SetKnown(setting, lngChannel, true);
       // The others follow from these.
       if (setting.IsStored(setup, lngChannel)) setting.Write(m_values, lngChannel, setting.Read(setup, lngChannel));
     }
   }
+}
+
+void KnownSetup::SetKnown(const Setting &setting, Long lngChannel, bool fKnown) {
+  const auto row = static_cast<std::size_t>(&setting - Settings().data());
+  m_arrKnown[row][static_cast<std::size_t>(lngChannel)] = fKnown;
+}
+
+void KnownSetup::ForgetDelay(Long lngChannel) {
+  SetKnown(*std::ranges::find(Settings(), "timing.delay", &Setting::strKey), lngChannel, false);
 }
 
 void KnownSetup::TakeRead(TabNumEnum ePage, const Setup &read) {

@@ -44,6 +44,9 @@ class KnownSetup {
   using Told = std::function<bool(const Setting &setting, Long lngChannel)>;
 
   void Take(const Setup &setup, const Told &isTold);
+  void SetKnown(const Setting &setting, Long lngChannel, bool fKnown);
+  /// Single and double pulses have a delay each, and a transfer tells the one that is in force.
+  void ForgetDelay(Long lngChannel);
   bool HasToBeSent(const Setting &setting, Long lngChannel, const Setup &setup) const;
 
   Setup m_values;

@@ -276,11 +276,13 @@ class RandomUser {
 };
 
 /// The controls of all settings in which the panel and the instrument differ, as the second reader sees it.
-std::set<std::string> Differing(const tarvik::Setup &shown, const tarvik::Setup &held) {
+std::set<std::string> Differing(const tarvik::Setup &shown, const tarvik::Setup &held, const KnownSetup &known) {
   std::set<std::string> arrNames;
   for (const SetupDifference &difference : Differences(shown, held)) {
     const Setting &setting = *difference.setting;
     if (!setting.IsInUse(shown, difference.lngChannel)) continue;
+    // After the mode went to the other pulse type alone, nobody has told the delay of that one.
+    if (setting.strKey == "timing.delay" && !known.Knows(setting, difference.lngChannel)) continue;
     // The driver tells a slope or the PLL, as its arming source is.
     if (setting.strKey == "mode.armingLevel" && held.Mode.ArmingSource == eArmPll) continue;
     if (setting.strKey.starts_with("mode.pll") && held.Mode.ArmingSource != eArmPll) continue;
@@ -305,7 +307,7 @@ TEST(Marks, StandWherePanelAndInstrumentDifferAfterAnyAction) {
       user.m_strDid.clear();
       user.DoSomething();
       QCoreApplication::sendPostedEvents();
-      ASSERT_EQ(session.Noted(), Differing(session.Panel().ShownSetup(), reader.Read()))
+      ASSERT_EQ(session.Noted(), Differing(session.Panel().ShownSetup(), reader.Read(), session.Panel().Known()))
           << strInstrument << ", action " << i << " " << user.m_strDid;
     }
   }

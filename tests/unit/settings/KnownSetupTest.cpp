@@ -55,6 +55,21 @@ TEST(KnownSetup, AModeTellsPulseTypesOrBits) {
   EXPECT_TRUE(known.Values().Timing.fDoublePulse[2]) << "a pattern says nothing about the pulses";
 }
 
+TEST(KnownSetup, AnotherPulseTypeHasADelayThatIsNotKnown) {
+  KnownSetup known;
+  known.TakeRead(ePageMode, SampleSetup());
+  known.TakeRead(ePageTiming, SampleSetup());
+  ASSERT_TRUE(Knows(known, "timing.delay[1]"));
+  tarvik::Setup sent = SampleSetup();
+  sent.Timing.fDoublePulse[1] = True;
+  sent.Mode.PulseType[1] = eTypeDouble;
+  known.TakeSent(ePageMode, sent);
+  EXPECT_FALSE(Knows(known, "timing.delay[1]"));
+  EXPECT_TRUE(Knows(known, "timing.delay[2]"));
+  known.TakeSent(ePageTiming, sent);
+  EXPECT_TRUE(Knows(known, "timing.delay[1]"));
+}
+
 TEST(KnownSetup, TheDriverTellsASlopeOrThePll) {
   tarvik::Setup read = SampleSetup();
   KnownSetup known;
