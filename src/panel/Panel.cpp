@@ -170,13 +170,13 @@ void TarvikGUI::Panel::MakePages() {
   trigLevPage = std::make_unique<TrigLevPage>(Sheet(ePageTrigLev), panel);
   configPage = std::make_unique<ConfigPage>(Sheet(ePageConfig), panel, *instrPage);
   gate = std::make_unique<CapabilityGate>(gui, panel, *timingPage, patternPage->Editor());
-  // Before the order of the Tab key, in which their layers count although they take no focus.
+  NameTabs();
+  PutCommandsBehindPages();
+  // Behind the order of the Tab key, which nothing without focus may end.
   marks = std::make_unique<SettingMarks>(*tabMain, [this](Setup &setup, TabNumEnum ePage) { TakeShown(setup, ePage); });
   marks->PageMarked.Connect([this] { TellPageStates(); });
   setups = std::make_unique<PanelSetups>(*this);
   marks->Touched.Connect([this] { setups->TellFile(); });
-  NameTabs();
-  PutCommandsBehindPages();
   undo = std::make_unique<UndoHistory>(*this);
 }
 
