@@ -47,7 +47,9 @@ class TourHost : public QtHost {
   void Beep() override {}
   /// For the picture: that of whoever runs the tour is nobody's business.
   std::string ErrorLogPath() const override { return "~/.local/state/tarvikvi/tarvikerr.txt"; }
-  void AppendToFile(const std::string &, std::string_view) override {}
+  void AppendToFile(const std::string &, std::string_view strBytes) override {
+    QtHost::AppendToFile(QtHost::ErrorLogPath(), strBytes);
+  }
   std::string GetSetting(const std::string &, const std::string &strSection, const std::string &strKey,
                          const std::string &strDefault) override {
     const auto found = m_settings.find(strSection + "/" + strKey);
