@@ -4,6 +4,7 @@
 #include "Ratios.h"
 #include "automation/AutomationString.h"
 #include "automation/ErrorInfo.h"
+#include "instrument/KolvenDriver.h"
 #include "instrument/clsInstrInterface.h"
 #include "platform/ConsoleHost.h"
 #include "support/Host.h"
