@@ -1,7 +1,11 @@
 #include "automation/Activation.h"
 #include "automation/Object.h"
+#include "common/ClassFactory.h"
+#include "common/Guarded.h"
 #include "instrument/KolvenDriver.h"
-#include "simulator/ClassFactory.h"
+#include "simulator/model/Rack.h"
+
+const char *const tarvik::driver::DriverSource = "Simulated instruments";
 
 namespace tarvik::simulator {
 
@@ -35,7 +39,7 @@ TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllGetClassObject(co
                                                                               void **ppv) {
   using namespace tarvik;
   return automation::GiveClassFactory(kolven::DriverProgId, rclsid, riid, ppv, [] {
-    return automation::MakeObject<simulator::ClassFactory>(simulator::TheRack());
+    return automation::MakeObject<driver::ClassFactory>(simulator::TheRack());
   });
 }
 

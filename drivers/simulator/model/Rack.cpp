@@ -3,6 +3,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "simulator/model/SimulatedInstrument.h"
+
 namespace tarvik::simulator {
 
 namespace fs = std::filesystem;
@@ -33,45 +35,15 @@ std::vector<InstrumentDescription> Rack::ReadDescriptions() const {
   return DefaultRack();
 }
 
-void Rack::Search() {
-  std::vector<std::shared_ptr<SimulatedInstrument>> arrFound;
+driver::Rack::Instruments Rack::Search(const Instruments &known) const {
+  Instruments arrFound;
   for (InstrumentDescription &description : ReadDescriptions()) {
-    std::shared_ptr<SimulatedInstrument> instrument;
-    for (const auto &known : m_arrInstruments)
-      if (known->Description() == description) instrument = known;
+    std::shared_ptr<driver::Instrument> instrument;
+    for (const auto &candidate : known)
+      if (candidate->Description() == description) instrument = candidate;
     arrFound.push_back(instrument ? instrument : std::make_shared<SimulatedInstrument>(std::move(description)));
   }
-  m_arrInstruments = std::move(arrFound);
-}
-
-void Rack::Load() {
-  const std::lock_guard lock(m_mutex);
-  if (m_fLoaded) return;
-  Search();
-  m_fLoaded = true;
-}
-
-void Rack::Refresh() {
-  const std::lock_guard lock(m_mutex);
-  Search();
-}
-
-Long Rack::Count() const {
-  const std::lock_guard lock(m_mutex);
-  return static_cast<Long>(m_arrInstruments.size());
-}
-
-std::shared_ptr<SimulatedInstrument> Rack::ByNumber(Long lngNumber) const {
-  const std::lock_guard lock(m_mutex);
-  if (lngNumber < 1 || lngNumber > static_cast<Long>(m_arrInstruments.size())) return nullptr;
-  return m_arrInstruments[static_cast<std::size_t>(lngNumber - 1)];
-}
-
-std::shared_ptr<SimulatedInstrument> Rack::ByName(std::string_view strName) const {
-  const std::lock_guard lock(m_mutex);
-  for (const auto &instrument : m_arrInstruments)
-    if (instrument->Description().strName == strName) return instrument;
-  return nullptr;
+  return arrFound;
 }
 
 }  // namespace tarvik::simulator

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "simulator/model/InstrumentDescription.h"
+#include "common/Failure.h"
+#include "simulator/model/DriverTypes.h"
 
 namespace tarvik::simulator {
 
 /// What is wrong with a rack file; the text begins with the file's name and the line, "name:3: ...".
-class RackFileError : public std::runtime_error {
-  using std::runtime_error::runtime_error;
+class RackFileError : public driver::Failure {
+  using Failure::Failure;
 };
 
 /// The instruments described by the text of a rack file, in their order; the name of the file serves the messages.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/model/ScpiError.h"
+#include "simulator/model/DriverTypes.h"
 
 namespace tarvik::simulator {
 

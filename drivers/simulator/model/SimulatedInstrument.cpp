@@ -11,6 +11,18 @@ namespace {
 
 constexpr std::size_t QueueLength = 32;
 
+// Zero, a negative number and what is no number go through to the range check.
+Double EdgeOf(Double dblEdge) { return dblEdge > 0 && dblEdge < FastestEdge ? FastestEdge : dblEdge; }
+
+/// An edge below the fastest one is the fastest one: that is what the output stage makes of it.
+void LimitEdges(Settings &settings) {
+  for (const Long lngChannel : {1, 2}) {
+    ChannelTiming &timing = settings.timing[lngChannel];
+    timing.dblLeading = EdgeOf(timing.dblLeading);
+    timing.dblTrailing = EdgeOf(timing.dblTrailing);
+  }
+}
+
 void Wait(Long lngMilliseconds) { std::this_thread::sleep_for(std::chrono::milliseconds(lngMilliseconds)); }
 
 }  // namespace
@@ -20,9 +32,13 @@ SimulatedInstrument::SimulatedInstrument(InstrumentDescription description)
       m_arrErrors(m_description.arrErrors),
       m_arrLastingWarnings(m_description.arrWarnings) {}
 
-Settings SimulatedInstrument::CurrentSettings() const {
+Settings SimulatedInstrument::CurrentSettings() {
   const std::lock_guard lock(m_mutex);
   return m_settings;
+}
+
+PatternRow SimulatedInstrument::CurrentPattern(Long lngRow) {
+  return CurrentSettings().RowInForce(lngRow, m_description);
 }
 
 void SimulatedInstrument::Apply(const std::vector<Change> &arrChanges) {
@@ -36,6 +52,7 @@ void SimulatedInstrument::Apply(const std::vector<Change> &arrChanges) {
       arrErrors.insert(arrErrors.end(), rejected.Errors().begin(), rejected.Errors().end());
     }
   }
+  LimitEdges(settings);
   const std::vector<ScpiError> arrViolations = Violations(settings, m_description);
   arrErrors.insert(arrErrors.end(), arrViolations.begin(), arrViolations.end());
   if (!arrErrors.empty()) throw Rejected(std::move(arrErrors));
@@ -55,7 +72,7 @@ std::pair<Integer, std::string> SimulatedInstrument::SelfTest() {
   return {m_description.intSelfTestCode, m_description.strSelfTestText};
 }
 
-void SimulatedInstrument::Calibrate() const { Wait(m_description.lngCalibrationDelay); }
+void SimulatedInstrument::Calibrate() { Wait(m_description.lngCalibrationDelay); }
 
 void SimulatedInstrument::Report(const ScpiError &error) {
   const std::lock_guard lock(m_mutex);
@@ -70,7 +87,7 @@ std::vector<ScpiError> SimulatedInstrument::TakeErrors() {
   return std::exchange(m_arrErrors, {});
 }
 
-std::vector<ScpiError> SimulatedInstrument::Warnings() const {
+std::vector<ScpiError> SimulatedInstrument::Warnings() {
   const std::lock_guard lock(m_mutex);
   std::vector<ScpiError> arrWarnings = m_arrLastingWarnings;
   const std::vector<ScpiError> arrConditions = ConditionWarnings(m_settings, m_description);

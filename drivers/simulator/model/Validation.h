@@ -2,8 +2,7 @@
 
 #include <vector>
 
-#include "simulator/model/ScpiError.h"
-#include "simulator/model/Settings.h"
+#include "simulator/model/DriverTypes.h"
 
 namespace tarvik::simulator {
 

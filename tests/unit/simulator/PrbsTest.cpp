@@ -1,4 +1,4 @@
-#include "simulator/model/Prbs.h"
+#include "common/Prbs.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "simulator/model/ScpiError.h"
+#include "common/ScpiError.h"
 
-namespace tarvik::simulator {
+namespace tarvik::driver {
 namespace {
 
 std::string BitsOf(const std::vector<Byte> &bytes, Long lngFirst, Long lngLast) {
@@ -92,4 +92,4 @@ TEST(Prbs, RefusesWhatIsOutOfRangeAndWritesNothing) {
 }
 
 }  // namespace
-}  // namespace tarvik::simulator
+}  // namespace tarvik::driver

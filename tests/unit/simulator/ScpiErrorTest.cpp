@@ -1,8 +1,8 @@
-#include "simulator/model/ScpiError.h"
+#include "common/ScpiError.h"
 
 #include <gtest/gtest.h>
 
-namespace tarvik::simulator {
+namespace tarvik::driver {
 namespace {
 
 TEST(ScpiError, IsItsNumberAndQuotedText) {
@@ -31,4 +31,4 @@ TEST(Quantity, IsTheShortestNumberWithItsUnit) {
 }
 
 }  // namespace
-}  // namespace tarvik::simulator
+}  // namespace tarvik::driver

@@ -1,4 +1,4 @@
-#include "simulator/model/Session.h"
+#include "simulator/model/SimulatedInstrument.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +33,20 @@ TEST_F(SessionTest, SettingOutsideATransactionIsTakenAtOnce) {
   session.Open(false, false, true);
   session.Send(Frequency(2e6));
   EXPECT_EQ(2e6, FrequencyNow());
+}
+
+TEST_F(SessionTest, EdgeBelowTheFastestIsTheFastest) {
+  session.Open(false, false, true);
+  session.Send([](Settings &s) {
+    s.timing[1].fCoupled = false;
+    s.timing[1].dblLeading = 1e-12;
+    s.timing[1].dblTrailing = 0.79e-9;
+    s.timing[2].dblLeading = 3e-9;
+  });
+  const Settings settings = instrument->CurrentSettings();
+  EXPECT_EQ(0.8e-9, settings.timing[1].dblLeading);
+  EXPECT_EQ(0.8e-9, settings.timing[1].dblTrailing);
+  EXPECT_EQ(3e-9, settings.timing[2].dblLeading);
 }
 
 TEST_F(SessionTest, RefusedSettingOutsideATransactionLeavesTheInstrument) {
@@ -145,10 +159,10 @@ TEST_F(SessionTest, OpenWithResetBringsTheDefaults) {
 TEST_F(SessionTest, OpeningForgetsVerboseWordingAndTimeout) {
   session.Open(false, false, true);
   session.fVerbose = true;
-  session.lngTimeout = 1;
+  session.SetTimeout(1);
   session.Open(false, false, true);
   EXPECT_FALSE(session.fVerbose);
-  EXPECT_EQ(5000, session.lngTimeout);
+  EXPECT_EQ(5000, session.Timeout());
 }
 
 TEST_F(SessionTest, IdentityQueryWantsFourFields) {

@@ -91,22 +91,22 @@ std::vector<Case> Cases() {
          s.timing[1].SetDoubleDelay(0.5);
        },
        ""},
-      {"LeadingEdgeSlow", 0, 2, [](S &s) { s.timing[1].SetLeading(0.25); },
+      {"LeadingEdgeSlow", 0, 2, [](S &s) { s.timing[1].dblLeading = 0.25; },
        R"~(-222,"Data out of range: leading edge of channel 1 (0.25 s, allowed 8e-10 s to 0.2 s)")~"},
-      {"LeadingEdgeZero", 0, 2, [](S &s) { s.timing[1].SetLeading(0); },
+      {"LeadingEdgeZero", 0, 2, [](S &s) { s.timing[1].dblLeading = 0; },
        R"~(-222,"Data out of range: leading edge of channel 1 (0 s, allowed 8e-10 s to 0.2 s)")~"},
       {"TrailingEdgeSlow", 0, 2,
        [](S &s) {
          s.timing[1].fCoupled = false;
-         s.timing[1].SetTrailing(0.25);
+         s.timing[1].dblTrailing = 0.25;
        },
        R"~(-222,"Data out of range: trailing edge of channel 1 (0.25 s, allowed 8e-10 s to 0.2 s)")~"},
-      {"TrailingEdgeNotInForce", 0, 2, [](S &s) { s.timing[1].SetTrailing(0.25); }, ""},
+      {"TrailingEdgeNotInForce", 0, 2, [](S &s) { s.timing[1].dblTrailing = 0.25; }, ""},
       {"TrailingEdgeCannotBeSeparate", 4, 2, [](S &s) { s.timing[1].fCoupled = false; },
        R"~(-241,"Hardware missing: separate trailing edge of channel 1")~"},
-      {"FixedEdgeFirst", 16384, 2, [](S &s) { s.timing[1].SetLeading(0.8e-9); }, ""},
-      {"FixedEdgeSecond", 16384, 2, [](S &s) { s.timing[1].SetLeading(1.6e-9); }, ""},
-      {"FixedEdgeOther", 16384, 2, [](S &s) { s.timing[1].SetLeading(1e-9); },
+      {"FixedEdgeFirst", 16384, 2, [](S &s) { s.timing[1].dblLeading = 0.8e-9; }, ""},
+      {"FixedEdgeSecond", 16384, 2, [](S &s) { s.timing[1].dblLeading = 1.6e-9; }, ""},
+      {"FixedEdgeOther", 16384, 2, [](S &s) { s.timing[1].dblLeading = 1e-9; },
        R"~(-224,"Illegal parameter value: leading edge of channel 1 (1e-09 s, allowed 8e-10 s, 1.6e-09 s)")~"},
       {"PulseType", 0, 2, [](S &s) { s.timing[1].SetPulseType(3); },
        R"~(-224,"Illegal parameter value: pulse type of channel 1 (3, allowed 1, 2)")~"},

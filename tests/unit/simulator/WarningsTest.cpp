@@ -21,7 +21,7 @@ TEST(Warnings, WidthCloseToThePeriodLastsWhileItIsClose) {
 
 TEST(Warnings, LeadingEdgeLongerThanTheWidth) {
   Settings settings;
-  settings.timing[2].SetLeading(200e-9);
+  settings.timing[2].dblLeading = 200e-9;
   EXPECT_EQ(R"~(102,"Leading edge of channel 2 longer than the width")~", WarningsOf(settings));
 }
 
