@@ -44,7 +44,7 @@ void ReadFault(CommandLine &line, const std::string &strGiven) {
 }
 
 /// The instruments of the rack file, or of the built-in rack without one.
-std::vector<std::shared_ptr<simulator::SimulatedInstrument>> Instruments(const std::string &strRackFile) {
+std::vector<std::shared_ptr<driver::Instrument>> Instruments(const std::string &strRackFile) {
   std::vector<std::filesystem::path> arrFiles;
   if (!strRackFile.empty()) {
     if (!std::filesystem::exists(strRackFile)) throw RunTimeError(ErrFileNotFound, strRackFile + " is not there");
@@ -56,7 +56,7 @@ std::vector<std::shared_ptr<simulator::SimulatedInstrument>> Instruments(const s
   } catch (const simulator::RackFileError &error) {
     throw RunTimeError(ErrInvalidFileFormat, error.what());
   }
-  std::vector<std::shared_ptr<simulator::SimulatedInstrument>> arrInstruments;
+  std::vector<std::shared_ptr<driver::Instrument>> arrInstruments;
   for (Long lngNumber = 1; lngNumber <= rack.Count(); ++lngNumber) arrInstruments.push_back(rack.ByNumber(lngNumber));
   return arrInstruments;
 }

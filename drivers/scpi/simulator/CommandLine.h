@@ -5,7 +5,7 @@
 
 #include "scpi/simulator/FaultPlan.h"
 #include "scpi/simulator/Server.h"
-#include "simulator/model/InstrumentDescription.h"
+#include "simulator/model/DriverTypes.h"
 
 namespace tarvik::scpisim {
 

@@ -19,8 +19,8 @@ class Device {
   explicit Device(const simulator::InstrumentDescription &description);
 
   const simulator::InstrumentDescription &Description() const { return m_description; }
-  simulator::Settings CurrentSettings() const { return m_instrument.CurrentSettings(); }
-  std::vector<simulator::ScpiError> Warnings() const { return m_instrument.Warnings(); }
+  simulator::Settings CurrentSettings() { return m_instrument.CurrentSettings(); }
+  std::vector<simulator::ScpiError> Warnings() { return m_instrument.Warnings(); }
   /// Takes all changes together, or reports every reason why not and takes none.
   void Apply(const std::vector<simulator::Change> &arrChanges);
   void Reset();

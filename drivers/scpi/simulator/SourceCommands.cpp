@@ -45,7 +45,7 @@ std::vector<Command> Timing() {
       Setting(
           "[:SOURce#]:PULSe:TRANsition:TRAiling", edge,
           [](const Settings &s, Long n) { return s.timing[n].TrailingInForce(); },
-          [](Settings &s, Long n, Double dblEdge) { s.timing[n].SetTrailing(dblEdge); }),
+          [](Settings &s, Long n, Double dblEdge) { s.timing[n].dblTrailing = dblEdge; }),
       Plain(
           "[:SOURce#]:PULSe:TRANsition:TRAiling:AUTO", Parameter::Switch(),
           [](auto &s, Long n) -> auto & { return s.timing[n].fCoupled; }),

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "scpi/simulator/ScpiNumbers.h"
-#include "simulator/model/ScpiError.h"
+#include "simulator/model/DriverTypes.h"
 
 namespace tarvik::scpisim {
 

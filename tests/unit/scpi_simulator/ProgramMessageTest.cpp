@@ -30,7 +30,7 @@ Long FaultOf(std::string_view strMessage) {
 }
 
 TEST(ProgramMessage, HeaderHasItsMnemonicsInUpperCase) {
-  const ProgramUnit unit = Units("sour1:Puls:WIDTH?").at(0);
+  const ProgramUnit unit = Units("sour1:pULS:WIDTH?").at(0);
   EXPECT_THAT(unit.arrNodes, ElementsAre("SOUR1", "PULS", "WIDTH"));
   EXPECT_TRUE(unit.fQuery);
   EXPECT_FALSE(unit.fAbsolute);
