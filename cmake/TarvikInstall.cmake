@@ -1,5 +1,5 @@
 # What is installed where. The components are automation, automation_development, library, runtime, ctl, development,
-# simulator, designer, remote and server; each is a package as well (TarvikPackages.cmake).
+# python, simulator, designer, remote and server; each is a package as well (TarvikPackages.cmake).
 include(CMakePackageConfigHelpers)
 
 set(TARVIK_INCLUDE_FOLDER "${CMAKE_INSTALL_INCLUDEDIR}/tarvikvi")
@@ -116,6 +116,16 @@ install(FILES "${CMAKE_SOURCE_DIR}/apps/tarvikctl/tarvikctl.1" DESTINATION "${CM
 install(FILES "${CMAKE_SOURCE_DIR}/apps/tarvikctl/tarvikctl.bash"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME tarvikctl COMPONENT ctl)
 tarvik_install_documents(ctl setups.md setup.schema.json)
+
+# ---- python: the module, where the distribution's Python looks for modules of packages
+if(TARGET tarvikvi_core)
+  set(TARVIK_PYTHON_FOLDER "lib/python3/dist-packages/tarvikvi")
+  file(RELATIVE_PATH way "/prefix/${TARVIK_PYTHON_FOLDER}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(tarvikvi_core PROPERTIES INSTALL_RPATH "\$ORIGIN/${way}")
+  install(TARGETS tarvikvi_core LIBRARY DESTINATION "${TARVIK_PYTHON_FOLDER}" COMPONENT python)
+  install(FILES ${TARVIK_PYTHON_FILES} DESTINATION "${TARVIK_PYTHON_FOLDER}" COMPONENT python)
+  tarvik_install_documents(python python.md python-session.py)
+endif()
 
 # ---- development: the headers of the public classes and what they include
 tarvik_install_headers(development

@@ -79,6 +79,14 @@ tarvik_package(runtime tarvikvi "Front panel for pulse generators"
 tarvik_package(ctl tarvikctl "Settings of pulse generators from the command line"
   "Reads, changes, saves and compares all settings of an instrument; needs no screen."
   DEPENDS "libtarvikautomation1 ${same}" RECOMMENDS tarvikvi-simulator SUGGESTS tarvikvi-remote)
+if(TARGET tarvikvi_core)
+  tarvik_package(python python3-tarvikvi "Settings of pulse generators from Python"
+    "Reads, changes, saves and compares settings of an instrument in scripts and notebooks."
+    SECTION python DEPENDS "libtarvikautomation1 ${same}, python3 (>= 3.11), python3 (<< 3.12)"
+    RECOMMENDS "tarvikvi-simulator, python3-numpy" SUGGESTS tarvikvi-remote)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    "${TARVIK_DEBIAN_FOLDER}/python/postinst" "${TARVIK_DEBIAN_FOLDER}/python/prerm")
+endif()
 tarvik_package(development libtarvikvi-dev "Development files of the TarvikVI library"
   "Headers, CMake package, pkg-config file, documents and examples for hosts."
   SECTION libdevel DEPENDS "libtarvikvi1 ${same}, libtarvikautomation-dev ${same}, qt6-base-dev"

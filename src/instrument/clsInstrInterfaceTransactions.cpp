@@ -32,7 +32,9 @@ Boolean clsInstrInterface::TransactionStart(Boolean fGlobalTrans) {
     m->m_GlobalTrans = fGlobalTrans;
     // Warnings that persist are shown again after this transaction.
     m->m_LastWarning.clear();
-  } catch (const RunTimeError &) {
+  } catch (const RunTimeError &error) {
+    // Not reported, but it may be what tells that the connection is lost.
+    NoteFailure(error.Number(), error.Description());
     TransactionCancel();
   }
   return fResult;

@@ -1,9 +1,11 @@
 #include "settings/SetupTransfer.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "instrument/clsInstrInterface.h"
 #include "settings/SettingText.h"
+#include "support/ConnectionLoss.h"
 #include "support/RunReported.h"
 
 namespace tarvik {
@@ -51,11 +53,9 @@ bool ReadReturnToZero(clsInstrInterface &instr, Setup &setup) {
   return true;
 }
 
-bool ReadAll(clsInstrInterface &instr, Setup &setup) {
+bool ReadLevels(clsInstrInterface &instr, Setup &setup) {
   setup.Levels.eOutputLevel = {eLevelHighLow, eLevelHighLow};
-  return instr.GetMode(setup.Mode) && instr.GetTiming(setup.Timing) && instr.GetLevels(setup.Levels) &&
-         ReadPatterns(instr, setup) && ReadReturnToZero(instr, setup) && instr.GetLimits(setup.Limits) &&
-         instr.GetTriggerLevels(setup.TrgLevels) && instr.PllRefSource(setup.dblPllRefFreq, setup.ePllRefSource, True);
+  return instr.GetLevels(setup.Levels);
 }
 
 // ---- Sending ----
@@ -80,23 +80,63 @@ bool SendPatterns(clsInstrInterface &instr, const Setup &setup) {
   return true;
 }
 
-/// In the order of an upload. Stops at the first failure: the class has then left the transaction, and what followed
-/// would reach the instrument at once.
-bool SendAll(clsInstrInterface &instr, const Setup &setup) {
+bool SendPll(clsInstrInterface &instr, const Setup &setup) {
   Double dblFreq = setup.dblPllRefFreq;
   Long eSource = setup.ePllRefSource;
-  return instr.SetMode(setup.Mode) && instr.SetTiming(TimingToSend(setup)) && instr.SetLevels(setup.Levels) &&
-         instr.SetLimits(setup.Limits) && instr.SetTriggerLevels(setup.TrgLevels) &&
-         instr.PllRefSource(dblFreq, eSource, False) && instr.SetRz(BooleanArray(1, {setup.fRz[1], setup.fRz[2]})) &&
-         SendPatterns(instr, setup);
+  return instr.PllRefSource(dblFreq, eSource, False);
+}
+
+bool SendFormats(clsInstrInterface &instr, const Setup &setup) {
+  return instr.SetRz(BooleanArray(1, {setup.fRz[1], setup.fRz[2]}));
+}
+
+using Instr = clsInstrInterface;
+
+struct PartTransfer {
+  SetupPart ePart;
+  bool (*Read)(Instr &instr, Setup &setup);
+  bool (*Send)(Instr &instr, const Setup &setup);
+};
+
+/// In the order of an upload.
+constexpr PartTransfer Transfers[] = {
+    {ePartMode, [](Instr &instr, Setup &setup) -> bool { return instr.GetMode(setup.Mode); },
+     [](Instr &instr, const Setup &setup) -> bool { return instr.SetMode(setup.Mode); }},
+    {ePartTiming, [](Instr &instr, Setup &setup) -> bool { return instr.GetTiming(setup.Timing); },
+     [](Instr &instr, const Setup &setup) -> bool { return instr.SetTiming(TimingToSend(setup)); }},
+    {ePartLevels, &ReadLevels, [](Instr &instr, const Setup &setup) -> bool { return instr.SetLevels(setup.Levels); }},
+    {ePartLimits, [](Instr &instr, Setup &setup) -> bool { return instr.GetLimits(setup.Limits); },
+     [](Instr &instr, const Setup &setup) -> bool { return instr.SetLimits(setup.Limits); }},
+    {ePartTrgLevels, [](Instr &instr, Setup &setup) -> bool { return instr.GetTriggerLevels(setup.TrgLevels); },
+     [](Instr &instr, const Setup &setup) -> bool { return instr.SetTriggerLevels(setup.TrgLevels); }},
+    {ePartPll,
+     [](Instr &instr, Setup &setup) -> bool {
+       return instr.PllRefSource(setup.dblPllRefFreq, setup.ePllRefSource, True);
+     },
+     &SendPll},
+    {ePartFormats, &ReadReturnToZero, &SendFormats},
+    {ePartPatterns, &ReadPatterns, &SendPatterns},
+};
+
+bool ForEachPart(Long eParts, const auto &step) {
+  return std::ranges::all_of(
+      Transfers, [&](const PartTransfer &transfer) { return (eParts & transfer.ePart) == 0 || step(transfer); });
+}
+
+/// Stops at the first failure: the class has then left the transaction, and what followed would reach the instrument
+/// at once. A switch of an output that fails within the timing does not end SetTiming; it counts as well.
+bool SendAll(clsInstrInterface &instr, const Setup &setup, Long eParts) {
+  bool fFailed = false;
+  const auto connection = FailureNoted().ConnectScoped([&](Long, const std::string &) { fFailed = true; });
+  return ForEachPart(eParts, [&](const PartTransfer &transfer) { return transfer.Send(instr, setup) && !fFailed; });
 }
 
 /// Sends all and commits. Whatever ends it before the commit drops the transaction, also a box whose host ends the
 /// event.
-Boolean SendInTransaction(clsInstrInterface &instr, const Setup &setup) {
+Boolean SendInTransaction(clsInstrInterface &instr, const Setup &setup, Long eParts) {
   bool fSent = false;
   try {
-    fSent = SendAll(instr, setup);
+    fSent = SendAll(instr, setup, eParts);
   } catch (...) {
     instr.TransactionCancel();
     throw;
@@ -143,7 +183,30 @@ std::string Unfit(const Setup &open, const Setup &setup) {
   return strReasons;
 }
 
+/// The setup with each value of these parts in all places of them that stand for it.
+Setup Aligned(const Setup &setup, Long eParts) {
+  Setup aligned = setup;
+  ForEachStored(setup, [&](const Setting &setting, Long lngChannel) {
+    const bool fWhole = (PartsOf(setting) & ~eParts) == 0;
+    if (fWhole) setting.Write(aligned, lngChannel, setting.Read(setup, lngChannel));
+  });
+  return aligned;
+}
+
 }  // namespace
+
+Long PartsOf(const Setting &setting) {
+  switch (setting.ePage) {
+    case ePageMode: return ePartMode | ePartTiming | ePartFormats;
+    case ePageTiming: return ePartTiming;
+    case ePageLevels: return ePartLevels;
+    case ePagePattern: return setting.eKind == SettingKind::Stream ? ePartPatterns : ePartFormats;
+    case ePageLimits: return ePartLimits;
+    case ePageTrigLev: return ePartTrgLevels;
+    case ePageConfig: return ePartPll;
+    default: return eAllParts;
+  }
+}
 
 Boolean ReadIdentity(clsInstrInterface &instr, Setup &setup) {
   Setup identity;
@@ -155,12 +218,23 @@ Boolean ReadIdentity(clsInstrInterface &instr, Setup &setup) {
 
 Boolean ReadSetup(clsInstrInterface &instr, Setup &setup) {
   Setup fresh;
-  if (!ReadIdentity(instr, fresh) || !ReadAll(instr, fresh)) return False;
+  if (!ReadIdentity(instr, fresh) || !ReadParts(instr, fresh, eAllParts)) return False;
   setup = Canonical(fresh);
   return True;
 }
 
+Boolean ReadParts(clsInstrInterface &instr, Setup &setup, Long eParts) {
+  Setup read = setup;
+  if (!ForEachPart(eParts, [&](const PartTransfer &transfer) { return transfer.Read(instr, read); })) return False;
+  setup = std::move(read);
+  return True;
+}
+
 SetupWritten WriteSetup(clsInstrInterface &instr, const Setup &setup) {
+  return WriteParts(instr, Canonical(setup), eAllParts);
+}
+
+SetupWritten WriteParts(clsInstrInterface &instr, const Setup &setup, Long eParts) {
   if (!instr.IsOnline(False)) return {};
   Setup open;
   open.Instrument.lngNumChannels = instr.ChannelCount().value_or(0);
@@ -172,7 +246,7 @@ SetupWritten WriteSetup(clsInstrInterface &instr, const Setup &setup) {
   SetupWritten written;
   const auto connection =
       instr.InstrError.ConnectScoped([&](const std::string &strError) { written.strReasons = strError; });
-  written.fDone = SendInTransaction(instr, Canonical(setup));
+  written.fDone = SendInTransaction(instr, Aligned(setup, eParts), eParts);
   if (written.fDone) instr.CheckWarnings(False);
   return written;
 }

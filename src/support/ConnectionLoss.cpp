@@ -26,7 +26,13 @@ Event<const std::string &> &ConnectionLost() {
   return event;
 }
 
+Event<std::int32_t, const std::string &> &FailureNoted() {
+  thread_local Event<std::int32_t, const std::string &> event;
+  return event;
+}
+
 void NoteFailure(std::int32_t lngNumber, const std::string &strDescription) {
+  FailureNoted().Raise(lngNumber, strDescription);
   if (TellsLostConnection(lngNumber)) ConnectionLost().Raise(strDescription);
 }
 

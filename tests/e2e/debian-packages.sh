@@ -16,7 +16,7 @@ fail() { echo "$*" >&2; exit 1; }
 
 say "the set of packages"
 packages=("$folder"/*.deb)
-names=(libtarvikautomation1 libtarvikautomation-dev libtarvikvi1 tarvikvi tarvikctl libtarvikvi-dev
+names=(libtarvikautomation1 libtarvikautomation-dev libtarvikvi1 tarvikvi tarvikctl python3-tarvikvi libtarvikvi-dev
   tarvikvi-simulator tarvikvi-designer tarvikvi-remote tarvikvi-server)
 package() { echo "$folder/$1"_*.deb; }
 for name in "${names[@]}"; do
@@ -33,7 +33,7 @@ depends_on tarvikvi-designer libqt6designer6
 depends_on tarvikvi-server 'libgrpc++1.51'
 depends_on tarvikvi-remote 'libgrpc++1.51'
 # A machine that has the instruments and no screen gets no toolkit, and who writes a driver needs none.
-for name in libtarvikautomation1 libtarvikautomation-dev tarvikctl tarvikvi-simulator tarvikvi-server \
+for name in libtarvikautomation1 libtarvikautomation-dev tarvikctl python3-tarvikvi tarvikvi-simulator tarvikvi-server \
   tarvikvi-remote; do
   [ "$name" = libtarvikautomation1 ] || depends_on "$name" libtarvikautomation1
   ! depends "$name" | grep -E 'qt6|tarvikvi' || fail "the package $name needs the panel or its toolkit"
@@ -57,7 +57,7 @@ fi
 say "install"
 make_root "$work/root"
 dpkg_in_root -i "${packages[@]}"
-[ "$(dpkg --root="$root" -l 'tarvik*' 'libtarvik*' | grep -c '^ii')" = "${#names[@]}" ]
+[ "$(dpkg --root="$root" -l 'tarvik*' 'libtarvik*' 'python3-tarvik*' | grep -c '^ii')" = "${#names[@]}" ]
 use_root "$work/home"
 
 say "where the files stand"
@@ -94,6 +94,10 @@ timeout 120 "$root/usr/bin/tarvikvi" --tour "$work/tour" > "$work/tour.txt"
 grep -q ' steps, 0 went wrong$' "$work/tour.txt" || fail "$(cat "$work/tour.txt")"
 
 [ "$("$root/usr/bin/tarvikctl" get VP-210 timing.width[1])" = 'timing.width[1]=100ns' ] || fail "tarvikctl does not run"
+
+[ "$(PYTHONPATH="$root/usr/lib/python3/dist-packages" /usr/bin/python3 -B -c \
+  'import tarvikvi; print(tarvikvi.open("VP-210").timing.width[1], tarvikvi.__file__)')" = \
+  "1e-07 $root/usr/lib/python3/dist-packages/tarvikvi/__init__.py" ] || fail "the Python module does not run"
 
 say "load a form with the plug-in of the form designer"
 "$loader" "$root$plugins/designer" "$source/tests/gui/designer/SavedForm.ui" > "$work/form.txt"
