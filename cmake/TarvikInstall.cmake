@@ -1,5 +1,5 @@
 # What is installed where. The components are automation, automation_development, library, runtime, ctl, development,
-# python, simulator, designer, remote and server; each is a package as well (TarvikPackages.cmake).
+# python, simulator, scpi, designer, remote and server; each is a package as well (TarvikPackages.cmake).
 include(CMakePackageConfigHelpers)
 
 set(TARVIK_INCLUDE_FOLDER "${CMAKE_INSTALL_INCLUDEDIR}/tarvikvi")
@@ -144,6 +144,13 @@ tarvik_install_examples(development panel-host console-session)
 # ---- simulator
 tarvik_install_driver(simulator KolvenAtl.Kolven.driver tarviksimulator)
 tarvik_install_documents(simulator simulator.md)
+
+# ---- scpi: instruments that speak SCPI, and a simulated one
+set_target_properties(tarvik-scpi-simulator PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
+install(TARGETS tarvik-scpi-simulator RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT scpi)
+install(FILES "${CMAKE_SOURCE_DIR}/drivers/scpi/simulator/tarvik-scpi-simulator.1"
+  DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT scpi)
+tarvik_install_documents(scpi scpi.md)
 
 # ---- remote: what reaches drivers on servers; server: the program for the machine that has the instruments
 if(TARGET tarvikremote)

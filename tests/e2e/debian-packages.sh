@@ -17,7 +17,7 @@ fail() { echo "$*" >&2; exit 1; }
 say "the set of packages"
 packages=("$folder"/*.deb)
 names=(libtarvikautomation1 libtarvikautomation-dev libtarvikvi1 tarvikvi tarvikctl python3-tarvikvi libtarvikvi-dev
-  tarvikvi-simulator tarvikvi-designer tarvikvi-remote tarvikvi-server)
+  tarvikvi-simulator tarvikvi-scpi tarvikvi-designer tarvikvi-remote tarvikvi-server)
 package() { echo "$folder/$1"_*.deb; }
 for name in "${names[@]}"; do
   [ -f "$(package "$name")" ] || fail "no package $name"
@@ -33,8 +33,8 @@ depends_on tarvikvi-designer libqt6designer6
 depends_on tarvikvi-server 'libgrpc++1.51'
 depends_on tarvikvi-remote 'libgrpc++1.51'
 # A machine that has the instruments and no screen gets no toolkit, and who writes a driver needs none.
-for name in libtarvikautomation1 libtarvikautomation-dev tarvikctl python3-tarvikvi tarvikvi-simulator tarvikvi-server \
-  tarvikvi-remote; do
+for name in libtarvikautomation1 libtarvikautomation-dev tarvikctl python3-tarvikvi tarvikvi-simulator tarvikvi-scpi \
+  tarvikvi-server tarvikvi-remote; do
   [ "$name" = libtarvikautomation1 ] || depends_on "$name" libtarvikautomation1
   ! depends "$name" | grep -E 'qt6|tarvikvi' || fail "the package $name needs the panel or its toolkit"
 done
@@ -66,13 +66,15 @@ for name in "${names[@]}"; do
     [ -s "$root/usr/share/doc/$name/$file" ] || fail "no $file in $name"
   done
 done
-for file in user-guide.md pictures/1-instr.png embedding.md driver-authors-guide.md remote.md simulator.md setups.md \
+for file in user-guide.md pictures/1-instr.png embedding.md driver-authors-guide.md remote.md scpi.md simulator.md setups.md \
   setup.schema.json \
   examples/panel-host/Bench.ui examples/console-session/main.cpp examples/driver/Library.cpp; do
   [ -s "$root/usr/share/doc/tarvikvi/$file" ] || fail "no $file among the documents"
 done
 gzip -dc "$root/usr/share/man/man1/tarvikvi.1.gz" | grep -q '^\.TH TARVIKVI 1 ' || fail "no manual"
 gzip -dc "$root/usr/share/man/man1/tarvikctl.1.gz" | grep -q '^\.TH TARVIKCTL 1 ' || fail "no manual of tarvikctl"
+gzip -dc "$root/usr/share/man/man1/tarvik-scpi-simulator.1.gz" | grep -q '^\.TH TARVIK-SCPI-SIMULATOR 1 ' ||
+  fail "no manual of tarvik-scpi-simulator"
 [ -s "$root/usr/share/bash-completion/completions/tarvikctl" ] || fail "no completion for the shell"
 grep -q '^ExecStart=/usr/bin/tarvik-driver-server ' "$root/usr/lib/systemd/system/tarvik-driver-server.service" ||
   fail "the service does not start the installed program"
@@ -94,6 +96,7 @@ timeout 120 "$root/usr/bin/tarvikvi" --tour "$work/tour" > "$work/tour.txt"
 grep -q ' steps, 0 went wrong$' "$work/tour.txt" || fail "$(cat "$work/tour.txt")"
 
 [ "$("$root/usr/bin/tarvikctl" get VP-210 timing.width[1])" = 'timing.width[1]=100ns' ] || fail "tarvikctl does not run"
+"$root/usr/bin/tarvik-scpi-simulator" --list | grep -q '^VP-210	' || fail "tarvik-scpi-simulator does not run"
 
 [ "$(PYTHONPATH="$root/usr/lib/python3/dist-packages" /usr/bin/python3 -B -c \
   'import tarvikvi; print(tarvikvi.open("VP-210").timing.width[1], tarvikvi.__file__)')" = \
