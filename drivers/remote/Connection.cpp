@@ -50,7 +50,7 @@ bool Connection::Greet(const std::string &strProgId) {
   m_pending.Put(WireVersion);
   m_pending.Put(ContractFingerprint());
   m_pending.PutText(strProgId);
-  const std::string strAnswer = Exchange(m_patience.connect);
+  const std::string strAnswer = Exchange(m_patience.connect, m_patience.greeting);
   if (m_statusLost != StatusOk) throw RunTimeError(m_statusLost, m_strLost);
   try {
     Reader in(strAnswer);
@@ -60,7 +60,7 @@ bool Connection::Greet(const std::string &strProgId) {
       Failure failure = in.GetFailure(intForm);
       throw RunTimeError(failure.lngNumber, std::move(failure.strDescription), std::move(failure.strSource));
     }
-    in.Get<Status>();
+    in.GetSuccess();
     const bool fRoot = in.Get<std::uint8_t>() != KindNothing;
     m_lngLargestFrame = in.Get<std::uint32_t>();
     return fRoot;
@@ -95,14 +95,14 @@ Status Connection::Call(const Put &put, const Take &take) {
         automation::StatusInvalidArgument,
         "The call is larger than the " + std::to_string(m_lngLargestFrame) + " bytes that the driver server takes");
   m_pending.Append(call);
-  const std::string strAnswer = Exchange(m_patience.silence);
+  const std::string strAnswer = Exchange(m_patience.silence, m_patience.call);
   if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
   try {
     Reader in(strAnswer);
     if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Result))
       throw ProtocolError("an answer of an unknown kind");
     if (const auto intForm = in.Get<std::uint8_t>(); intForm != 0) return LeaveFailure(in.GetFailure(intForm));
-    const auto status = in.Get<Status>();
+    const auto status = in.GetSuccess();
     take(in);
     if (!in.AtEnd()) throw ProtocolError("an answer is too long");
     return status;
@@ -145,6 +145,16 @@ Status Connection::LeaveFailure(const Failure &failure) {
   return failure.lngNumber;
 }
 
+namespace {
+
+std::string SecondsText(std::chrono::milliseconds time) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%g seconds", std::chrono::duration<double>(time).count());
+  return text;
+}
+
+}  // namespace
+
 /// Hands what is pending to the transport. False when the connection was lost over it.
 bool Connection::SendPending(std::chrono::milliseconds limit) {
   if (m_stream->Send(m_pending.Take(), limit)) return true;
@@ -159,19 +169,20 @@ void Connection::SendWhenLarge() {
 }
 
 /// Sends what is pending and waits for an answer that is no heartbeat. Empty when the connection was lost.
-std::string Connection::Exchange(std::chrono::milliseconds limit) {
-  const auto deadline = std::chrono::steady_clock::now() + limit;
+std::string Connection::Exchange(std::chrono::milliseconds limit, std::chrono::milliseconds whole) {
+  using Clock = std::chrono::steady_clock;
+  const auto start = Clock::now(), end = start + whole;
   if (!SendPending(limit)) return {};
-  auto until = deadline;
+  auto until = std::min(start + limit, end);
   for (;;) {
     std::string strFrame;
     switch (m_stream->Receive(strFrame, until)) {
       case Stream::Received::Frame: break;
       case Stream::Received::Nothing: {
-        const auto seconds = std::chrono::duration<double>(limit).count();
-        char text[64];
-        std::snprintf(text, sizeof text, "gave no sign of life for %g seconds", seconds);
-        Lose(StatusCallLost, text);
+        if (Clock::now() < end)
+          Lose(StatusCallLost, "gave no sign of life for " + SecondsText(limit));
+        else
+          Lose(StatusCallLost, "is alive and has not answered for " + SecondsText(whole));
         return {};
       }
       case Stream::Received::End: {
@@ -184,8 +195,13 @@ std::string Connection::Exchange(std::chrono::milliseconds limit) {
       ++m_lngRoundTrips;
       return strFrame;
     }
+    // A flood of heartbeats would otherwise be read without a look at the clock.
+    if (Clock::now() >= end) {
+      Lose(StatusCallLost, "is alive and has not answered for " + SecondsText(whole));
+      return {};
+    }
     limit = m_patience.silence;
-    until = std::chrono::steady_clock::now() + limit;
+    until = std::min(Clock::now() + limit, end);
   }
 }
 

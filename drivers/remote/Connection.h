@@ -24,11 +24,14 @@ inline constexpr Status StatusNoSecurity = static_cast<Status>(0x80070721);
 struct Patience {
   /// From the first packet to the server's first sign of life.
   std::chrono::milliseconds connect{10'000};
-  /// Without a sign of life while a call is on its way. The server gives one every second, so that a call may
-  /// take as long as it needs.
+  /// Without a sign of life while a call is on its way. The server gives one every second.
   std::chrono::milliseconds silence{10'000};
   /// For the server to end its side when the last object is let go.
   std::chrono::milliseconds farewell{2'000};
+  /// For the whole greeting, in which the server loads its driver, whatever signs of life it gives.
+  std::chrono::milliseconds greeting{60'000};
+  /// For a whole call. Above the longest calibration.
+  std::chrono::milliseconds call{900'000};
 };
 
 /// PEM texts of the client's certificate, its key and the authority it trusts.
@@ -86,7 +89,7 @@ class Connection {
   bool SendPending(std::chrono::milliseconds limit);
   bool Fits(std::size_t lngBytes) const { return lngBytes + FrameSlack <= m_lngLargestFrame; }
   void SendWhenLarge();
-  std::string Exchange(std::chrono::milliseconds limit);
+  std::string Exchange(std::chrono::milliseconds limit, std::chrono::milliseconds whole);
   void Lose(Status status, const std::string &strWhy);
   static Status LeaveFailure(const Failure &failure);
 

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "remote/Compression.h"
+
 namespace tarvik::remote {
 
 namespace {
@@ -19,6 +21,7 @@ std::shared_ptr<grpc::Channel> MakeChannel(const ServerAddress &address, const C
   // Connect immediately instead of waiting for the backoff of an earlier failure.
   arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1);
   arguments.SetInt(GRPC_ARG_ENABLE_RETRIES, 0);
+  ForbidCompression([&](const char *strName, int intValue) { arguments.SetInt(strName, intValue); });
   std::shared_ptr<grpc::ChannelCredentials> credentials = grpc::InsecureChannelCredentials();
   if (pCredentials) {
     grpc::SslCredentialsOptions options;

@@ -1,17 +1,16 @@
 #include "remote/DriverServer.h"
 
 #include <grpcpp/grpcpp.h>
+#include <sys/resource.h>
 
 #include <algorithm>
-#include <atomic>
-#include <condition_variable>
-#include <mutex>
-#include <stop_token>
 #include <thread>
-#include <vector>
 
+#include "remote/Compression.h"
+#include "remote/ConnectionGate.h"
+#include "remote/DriverService.h"
+#include "remote/Pem.h"
 #include "remote/ServerAddress.h"
-#include "remote/Session.grpc.pb.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik::remote {
@@ -19,244 +18,120 @@ namespace tarvik::remote {
 namespace {
 
 constexpr std::int32_t ErrInvalidArgument = 5;
-/// Limit for a client to read its answer.
-constexpr std::chrono::seconds AnswerLimit{1};
 /// Time for the last answers to be sent when the server stops.
 constexpr std::chrono::milliseconds AnswerTravel{100};
+/// A client uses one stream; the next may begin before the end of the last one is known everywhere.
+constexpr int StreamsOfConnection = 4;
+/// Connections that are being made, besides those of the clients, and how many of these come from one address.
+constexpr std::size_t ConnectionsBeingMade = 64, ConnectionsBeingMadeEach = 16;
+/// Descriptors that connections never take: logs, drivers, libraries, polling.
+constexpr std::size_t ReservedDescriptors = 64;
 
-using Stream = grpc::ServerReaderWriter<ServerFrame, ClientFrame>;
-
-/// Writes answers, and heartbeats in between while a call is at work.
-class AnswerWriter {
- public:
-  AnswerWriter(Stream &stream, std::chrono::milliseconds interval)
-      : m_stream(stream), m_interval(interval), m_beating([this](const std::stop_token &stop) { Beat(stop); }) {}
-
-  void Begin() { m_fAtWork = true; }
-  bool End(std::string strAnswer) {
-    const std::lock_guard lock(m_mutex);
-    m_fAtWork = false;
-    return strAnswer.empty() || Write(std::move(strAnswer));
-  }
-
- private:
-  bool Write(std::string strBody) {
-    ServerFrame frame;
-    frame.set_body(std::move(strBody));
-    return m_stream.Write(frame);
-  }
-
-  void Beat(const std::stop_token &stop) {
-    std::unique_lock lock(m_mutex);
-    while (!stop.stop_requested()) {
-      m_changed.wait_for(lock, stop, m_interval, [] { return false; });
-      if (m_fAtWork && !stop.stop_requested()) Write(std::string(1, static_cast<char>(Answer::Heartbeat)));
-    }
-  }
-
-  Stream &m_stream;
-  const std::chrono::milliseconds m_interval;
-  std::mutex m_mutex;
-  std::condition_variable_any m_changed;
-  std::atomic<bool> m_fAtWork = false;
-  std::jthread m_beating;
-};
-
-std::string Joined(const std::vector<std::string> &arrNames) {
-  std::string strResult;
-  for (const std::string &strName : arrNames) strResult += (strResult.empty() ? "" : ", ") + strName;
-  return strResult.empty() ? "nobody" : strResult;
+/// Sees to it that the system gives enough descriptors for all connections. Each has two.
+void ReserveDescriptors(std::size_t lngConnections) {
+  const rlim_t lngNeeded = 2 * lngConnections + ReservedDescriptors;
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= lngNeeded) return;
+  limit.rlim_cur = lngNeeded;
+  if (limit.rlim_cur <= limit.rlim_max && setrlimit(RLIMIT_NOFILE, &limit) == 0) return;
+  throw RunTimeError(ErrInvalidArgument, "The driver server needs " + std::to_string(lngNeeded) +
+                                             " file descriptors for so many clients, and the system allows " +
+                                             std::to_string(limit.rlim_max));
 }
 
-/// The names that the client's certificate, which the transport has checked, bears.
-std::vector<std::string> CertificateNames(const grpc::ServerContext &context) {
-  std::vector<std::string> arrNames;
-  const auto authority = context.auth_context();
-  if (!authority) return arrNames;
-  for (const char *strProperty : {"x509_common_name", "x509_subject_alternative_name"})
-    for (const grpc::string_ref &name : authority->FindPropertyValues(strProperty))
-      if (const std::string strName(name.data(), name.size()); std::ranges::find(arrNames, strName) == arrNames.end())
-        arrNames.push_back(strName);
-  return arrNames;
+/// The transport takes what does not fit and then refuses every client, so it is looked at here.
+void CheckCertificates(const ServerOptions &options) {
+  try {
+    const Certificate own = CertificateIn(options.strCertificate, "the server's certificate");
+    CheckInForce(own, "the server's certificate");
+    CheckInForce(CertificateIn(options.strAuthority, "the authority's certificate"), "the authority's certificate");
+    if (!Fits(KeyIn(options.strKey, "the server's key"), own))
+      throw RunTimeError(ErrInvalidArgument, "the server's certificate and key do not fit");
+  } catch (const RunTimeError &error) {
+    throw RunTimeError(error.Number(), "The driver server cannot start: " + error.Description());
+  }
+}
+
+/// The limits of the gate that follow from the number of clients.
+ServerOptions Completed(ServerOptions options) {
+  options.gate.lngAll = options.lngClients + ConnectionsBeingMade;
+  options.gate.lngEach = options.lngClients + ConnectionsBeingMadeEach;
+  return options;
+}
+
+void CheckOptions(const ServerOptions &options) {
+  if (options.fInsecure && !IsLoopback(options.strHost))
+    throw RunTimeError(ErrInvalidArgument,
+                       "Without transport security the driver server listens on a loopback "
+                       "address only, and " +
+                           options.strHost + " is none");
+  if (!options.fInsecure && options.allowedClients.empty())
+    throw RunTimeError(ErrInvalidArgument, "The list of clients that may connect is empty");
+  if (!options.fInsecure) CheckCertificates(options);
+  ReserveDescriptors(options.gate.lngAll);
+}
+
+/// The options, once they have been checked.
+ServerOptions Checked(ServerOptions options) {
+  CheckOptions(options);
+  return options;
 }
 
 }  // namespace
 
-class DriverServer::Service final : public DriverSession::Service {
- public:
-  Service(const ServerOptions &options, DriverCreator creator, ServerLog &log)
-      : m_options(options), m_creator(std::move(creator)), m_log(log) {}
-
-  grpc::Status Connect(grpc::ServerContext *pContext, Stream *pStream) override {
-    std::string strClient = "client at " + pContext->peer();
-    if (!m_options.fInsecure) {
-      const auto arrNames = CertificateNames(*pContext);
-      strClient = Joined(arrNames) + " at " + pContext->peer();
-      if (std::ranges::none_of(arrNames, [&](const auto &name) { return m_options.allowedClients.contains(name); }))
-        return Refuse(strClient, grpc::StatusCode::PERMISSION_DENIED,
-                      "the certificate's name " + Joined(arrNames) + " is not on the list of clients");
-    }
-    const Place place(*this);
-    if (m_fStopping) return Refuse(strClient, grpc::StatusCode::UNAVAILABLE, "the server is stopping");
-    if (!place.fFree)
-      return Refuse(strClient, grpc::StatusCode::RESOURCE_EXHAUSTED,
-                    "it serves no more than " + std::to_string(m_options.lngClients) + " clients at a time");
-    m_log.Write(strClient, "connected");
-    const grpc::Status status = Serve(*pContext, *pStream, strClient);
-    m_log.Write(strClient, status.ok() ? "disconnected" : "ended: " + status.error_message());
-    return status;
-  }
-
-  /// Waits until no frame is at work; none is begun afterwards. Calls have the time they need, but a client that takes
-  /// no answer keeps nobody waiting.
-  void Finish() {
-    m_fStopping = true;
-    std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_lngAtWork == m_lngAnswering; });
-    m_changed.wait_for(lock, AnswerLimit, [&] { return m_lngAtWork == 0; });
-  }
-
-  std::size_t Clients() const { return m_lngClients; }
-
- private:
-  struct Place {
-    explicit Place(Service &service_)
-        : service(service_), fFree(++service.m_lngClients <= service.m_options.lngClients) {}
-    ~Place() { --service.m_lngClients; }
-    Service &service;
-    const bool fFree;
-  };
-  /// Counts the frames at work, from the first byte read to the last answered; refuses when the server is stopping.
-  class Work {
-   public:
-    explicit Work(Service &service) : m_service(service) {
-      const std::lock_guard lock(m_service.m_mutex);
-      m_fAllowed = !m_service.m_fStopping;
-      ++m_service.m_lngAtWork;
-    }
-    Work(const Work &) = delete;
-    Work &operator=(const Work &) = delete;
-    ~Work() {
-      const std::lock_guard lock(m_service.m_mutex);
-      --m_service.m_lngAtWork;
-      if (m_fAnswering) --m_service.m_lngAnswering;
-      m_service.m_changed.notify_all();
-    }
-    bool IsAllowed() const { return m_fAllowed; }
-    /// The driver is done; what is left depends on the client.
-    void BeginAnswer() {
-      const std::lock_guard lock(m_service.m_mutex);
-      m_fAnswering = true;
-      ++m_service.m_lngAnswering;
-      m_service.m_changed.notify_all();
-    }
-
-   private:
-    Service &m_service;
-    bool m_fAllowed = false;
-    bool m_fAnswering = false;
-  };
-
-  grpc::Status Refuse(const std::string &strClient, grpc::StatusCode eCode, const std::string &strWhy) {
-    m_log.Write(strClient, "refused: " + strWhy);
-    return {eCode, strWhy};
-  }
-
-  grpc::Status Serve(grpc::ServerContext &context, Stream &stream, const std::string &strClient) {
-    ServerSession session(m_creator, m_options.limits,
-                          [&](const std::string &strText) { m_log.Write(strClient, strText); });
-    grpc::Status status;
-    try {
-      status = Converse(stream, session);
-    } catch (const std::exception &error) {
-      status = {grpc::StatusCode::INTERNAL, error.what()};
-    }
-    const std::lock_guard driver(m_driver);
-    if (status.ok() && context.IsCancelled()) m_log.Write(strClient, "vanished");
-    session.End();
-    return status;
-  }
-
-  grpc::Status Converse(Stream &stream, ServerSession &session) {
-    AnswerWriter writer(stream, m_options.heartbeat);
-    ClientFrame frame;
-    while (stream.Read(&frame)) {
-      Work work(*this);
-      if (!work.IsAllowed()) return {grpc::StatusCode::UNAVAILABLE, "the server is stopping"};
-      writer.Begin();
-      std::string strAnswer;
-      try {
-        const std::lock_guard driver(m_driver);
-        strAnswer = session.Handle(frame.body());
-      } catch (const ProtocolError &error) {
-        writer.End({});
-        return {grpc::StatusCode::INVALID_ARGUMENT, error.what()};
-      }
-      work.BeginAnswer();
-      if (!writer.End(std::move(strAnswer))) break;
-    }
-    return grpc::Status::OK;
-  }
-
-  const ServerOptions &m_options;
-  const DriverCreator m_creator;
-  ServerLog &m_log;
-  std::atomic<std::size_t> m_lngClients = 0;
-  std::atomic<bool> m_fStopping = false;
-  /// Held around every call into a driver.
-  std::mutex m_driver;
-  std::mutex m_mutex;
-  std::condition_variable m_changed;
-  std::size_t m_lngAtWork = 0;
-  std::size_t m_lngAnswering = 0;  ///< of those at work
-};
-
 class DriverServer::Listener {
  public:
   Listener(ServerOptions options, DriverCreator creator, ServerLog &log)
-      : m_options(std::move(options)), m_service(m_options, std::move(creator), log) {
-    const ServerAddress address{!m_options.fInsecure, m_options.strHost, m_options.lngPort};
-    CheckOptions();
+      : m_options(Checked(Completed(std::move(options)))),
+        m_gate(m_options.strHost, m_options.lngPort, m_options.gate, log),
+        m_service(m_options, std::move(creator), m_gate, log) {
     grpc::ServerBuilder builder;
-    builder.SetMaxReceiveMessageSize(static_cast<int>(m_options.limits.lngFrameBytes) + 64);
-    const auto lngKeepalive = static_cast<int>(m_options.keepalive.count());
-    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIME_MS, lngKeepalive);
-    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, lngKeepalive);
-    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_PERMIT_WITHOUT_CALLS, 1);
-    builder.AddChannelArgument(GRPC_ARG_HTTP2_MAX_PINGS_WITHOUT_DATA, 0);
-    // With SO_REUSEPORT a second server could bind the port and receive part of the connections.
-    builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
-    int lngPort = 0;
-    builder.AddListeningPort(address.HostAndPort(), Credentials(), &lngPort);
+    Configure(builder);
+    auto acceptor = builder.experimental().AddExternalConnectionAcceptor(
+        grpc::ServerBuilder::experimental_type::ExternalConnectionType::FROM_FD, Credentials());
     builder.RegisterService(&m_service);
     m_server = builder.BuildAndStart();
-    if (!m_server || lngPort == 0)
-      throw RunTimeError(ErrInvalidArgument, "The driver server cannot listen on " + address.HostAndPort() +
-                                                 ", or its certificate and key do not fit");
-    m_lngPort = static_cast<std::uint16_t>(lngPort);
+    if (!m_server) throw RunTimeError(ErrInvalidArgument, "The driver server cannot start");
+    m_gate.Open([acceptor = std::shared_ptr(std::move(acceptor))](int intDescriptor) {
+      grpc::experimental::ExternalConnectionAcceptor::NewConnectionParameters parameters;
+      parameters.fd = intDescriptor;
+      acceptor->HandleNewConnection(&parameters);
+    });
   }
   ~Listener() { Stop(); }
 
   void Stop() {
     if (!m_server) return;
+    m_gate.Close();
     m_service.Finish();
     std::this_thread::sleep_for(AnswerTravel);
     m_server->Shutdown(std::chrono::system_clock::now());
     m_server->Wait();
     m_server.reset();
   }
-  std::uint16_t Port() const { return m_lngPort; }
+  std::uint16_t Port() const { return m_gate.Port(); }
   std::size_t Clients() const { return m_service.Clients(); }
 
  private:
-  void CheckOptions() const {
-    if (m_options.fInsecure && !IsLoopback(m_options.strHost))
-      throw RunTimeError(ErrInvalidArgument,
-                         "Without transport security the driver server listens on a loopback "
-                         "address only, and " +
-                             m_options.strHost + " is none");
-    if (!m_options.fInsecure && m_options.allowedClients.empty())
-      throw RunTimeError(ErrInvalidArgument, "The list of clients that may connect is empty");
+  void Configure(grpc::ServerBuilder &builder) const {
+    const auto set = [&](const char *strName, std::int64_t lngValue) {
+      builder.AddChannelArgument(strName, static_cast<int>(lngValue));
+    };
+    builder.SetMaxReceiveMessageSize(static_cast<int>(m_options.limits.lngFrameBytes) + 64);
+    ForbidCompression(set);
+    for (const auto eAlgorithm : {GRPC_COMPRESS_DEFLATE, GRPC_COMPRESS_GZIP})
+      builder.SetCompressionAlgorithmSupportStatus(eAlgorithm, false);
+    set(GRPC_ARG_KEEPALIVE_TIME_MS, m_options.keepalive.count());
+    set(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, m_options.keepalive.count());
+    set(GRPC_ARG_KEEPALIVE_PERMIT_WITHOUT_CALLS, 1);
+    set(GRPC_ARG_HTTP2_MAX_PINGS_WITHOUT_DATA, 0);
+    // The gate ends a handshake in time, and says so.
+    set(GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, 2 * m_options.gate.greeting.count());
+    set(GRPC_ARG_MAX_CONCURRENT_STREAMS, StreamsOfConnection);
+    // Each stream has a thread.
+    grpc::ResourceQuota quota("streams");
+    quota.SetMaxThreads(static_cast<int>(StreamsOfConnection * m_options.gate.lngAll));
+    builder.SetResourceQuota(quota);
   }
 
   std::shared_ptr<grpc::ServerCredentials> Credentials() const {
@@ -268,9 +143,9 @@ class DriverServer::Listener {
   }
 
   const ServerOptions m_options;
-  Service m_service;
+  ConnectionGate m_gate;
+  DriverService m_service;
   std::unique_ptr<grpc::Server> m_server;
-  std::uint16_t m_lngPort = 0;
 };
 
 DriverServer::DriverServer(ServerOptions options, DriverCreator creator, ServerLog &log)

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "remote/ConnectionGate.h"
 #include "remote/ServerLog.h"
 #include "remote/ServerSession.h"
 
@@ -20,6 +21,9 @@ struct ServerOptions {
   std::string strKey;                    ///< PEM text of its key
   std::set<std::string> allowedClients;  ///< names of certificates that may connect
   std::size_t lngClients = 64;           ///< at a time
+  std::size_t lngSessionsOfName = 16;    ///< at a time, of clients with certificates of one name
+  bool fShare = false;                   ///< several clients may have an instrument open
+  GateLimits gate;                       ///< its numbers of connections follow from lngClients
   SessionLimits limits;
   std::chrono::milliseconds heartbeat{1'000};  ///< between signs of life while a call is at work
   /// A client whose machine answers nothing for this long twice over has vanished.
@@ -44,7 +48,6 @@ class DriverServer {
   std::size_t Clients() const;
 
  private:
-  class Service;
   class Listener;
   std::unique_ptr<Listener> m_listener;
 };

@@ -56,10 +56,15 @@ class Parser {
          [&](const std::string &strFile) { AddNames(options.allowedClients, ReadFile(strFile)); });
     m_app.add_flag("--insecure", options.fInsecure, "no transport security; on a loopback address only");
     Number<std::size_t>("--max-clients", "N", "clients at a time (default: 64)", options.lngClients, 1, 10'000);
+    Number<std::size_t>("--max-sessions", "N", "sessions of clients with one name at a time (default: 16)",
+                        options.lngSessionsOfName, 1, 10'000);
     Number<std::size_t>("--max-objects", "N", "objects that one client holds at a time (default: 1000)",
                         options.limits.lngObjects, 16, 1'000'000);
     Number<std::uint32_t>("--max-message", "BYTES", "size of one message of a client (default: 1048576)",
                           options.limits.lngFrameBytes, LeastMessage, MostMessage);
+    Number<std::size_t>("--max-transaction", "BYTES", "settings within one transaction (default: 16777216)",
+                        options.limits.lngTransactionBytes, LeastMessage, std::int64_t{1} << 31);
+    m_app.add_flag("--share", options.fShare, "several clients may have an instrument open at a time");
     Number<std::chrono::seconds>("--keepalive", "SECONDS",
                                  "a client silent for twice as long has vanished (default: 15)", options.keepalive,
                                  LeastKeepalive, MostKeepalive);

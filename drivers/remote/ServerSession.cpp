@@ -53,6 +53,10 @@ Failure DriverFailure(Status status) {
 
 /// Longest client-supplied text that is written to the log, bytes.
 constexpr std::size_t MaxShown = 80;
+/// Arguments of numbers alone are smaller, bytes.
+constexpr std::size_t SmallCall = 256;
+/// The resource is in use.
+constexpr Status StatusHeld = static_cast<Status>(0x800700AA);
 
 std::string Shortened(std::string_view strText) {
   if (strText.size() <= MaxShown) return std::string(strText);
@@ -63,8 +67,8 @@ std::string Shortened(std::string_view strText) {
 
 }  // namespace
 
-ServerSession::ServerSession(DriverCreator creator, SessionLimits limits, Log log)
-    : m_creator(std::move(creator)), m_limits(limits), m_log(std::move(log)) {}
+ServerSession::ServerSession(DriverCreator creator, SessionLimits limits, Log log, SessionOwner owner)
+    : m_creator(std::move(creator)), m_limits(limits), m_log(std::move(log)), m_owner(std::move(owner)) {}
 
 ServerSession::~ServerSession() { End(); }
 
@@ -103,6 +107,7 @@ std::string ServerSession::Greet(Reader &in) {
     throw ProtocolError("the client was built with another driver contract");
   const std::string strProgId(in.GetText());
   m_fGreeted = true;
+  m_strProgId = strProgId;
   Failure failure;
   try {
     if (!automation::IsProgId(strProgId))
@@ -177,14 +182,17 @@ Outcome ServerSession::Run(Entry &entry, const Target &target, Reader &in, Failu
 void ServerSession::Watch(Entry &entry, const Target &target, Reader before, const Outcome &outcome) {
   const Places &places = ThePlaces();
   const bool fDone = !automation::Failed(outcome.status);
-  if (target.intOperation == places.intOpen && fDone) {
+  if (target.intOperation == places.intOpen) {
     // Open has one output: whether it succeeded.
-    entry.fOpen = Reader(outcome.filled.Bytes()).Get<automation::VariantBool>() != 0;
-    m_log((entry.fOpen ? "opened " : "could not open ") + entry.strName);
+    const bool fOpened = fDone && Reader(outcome.filled.Bytes()).Get<automation::VariantBool>() != 0;
+    if (fDone) entry.fOpen = fOpened;
+    if (!entry.fOpen) FreeInstrument(entry);
+    m_log((fOpened ? "opened " : "could not open ") + Shortened(entry.strName));
   } else if (target.intOperation == places.intClose) {
     // Counts as closed even if Close failed: the server does not repeat it.
     entry.fOpen = entry.fTransaction = false;
-    m_log((fDone ? "closed " : "failed to close ") + entry.strName);
+    FreeInstrument(entry);
+    m_log((fDone ? "closed " : "failed to close ") + Shortened(entry.strName));
   } else if (target.intOperation == places.intTransaction) {
     const auto lngCommand = before.Get<Long>();
     if (lngCommand != kolven::TransactionBegin)
@@ -192,6 +200,37 @@ void ServerSession::Watch(Entry &entry, const Target &target, Reader before, con
     else if (fDone)
       entry.fTransaction = true;
   }
+  if (!IsInTransaction()) m_lngTransactionBytes = 0;
+}
+
+bool ServerSession::IsInTransaction() const {
+  return std::ranges::any_of(m_objects, [](const auto &object) { return object.second.fTransaction; });
+}
+
+/// Makes this client the holder of an instrument that it is about to open; the failure tells who holds it.
+std::optional<Failure> ServerSession::TakeInstrument(Entry &entry) {
+  if (!m_owner.pHolders || !entry.strHeld.empty()) return std::nullopt;
+  std::string strName = entry.strName;
+  if (entry.fByNumber) {
+    automation::String name;
+    if (!automation::Failed(static_cast<kolven::IInstrument &>(*entry.object).GetName(name.Out())))
+      strName = name.Text();
+  }
+  Holder self = m_owner.self;
+  self.since = std::chrono::system_clock::now();
+  std::string strKey = m_strProgId + " " + strName;
+  if (const auto holder = m_owner.pHolders->Take(strKey, self)) {
+    const std::string strWhy = Shortened(strName) + " is held by " + TextOf(*holder);
+    m_log("refused to open: " + strWhy);
+    return Failure{false, StatusHeld, strWhy, {}};
+  }
+  entry.strHeld = std::move(strKey);
+  return std::nullopt;
+}
+
+void ServerSession::FreeInstrument(Entry &entry) {
+  if (!entry.strHeld.empty()) m_owner.pHolders->Free(entry.strHeld, m_owner.self.lngSession);
+  entry.strHeld.clear();
 }
 
 /// What the client will hold for an object that the driver handed out.
@@ -209,35 +248,50 @@ ServerSession::Entry ServerSession::Narrowed(const Target &target, Ref<IUnknown>
 }
 
 /// The key by which an instrument was found, for the log.
-std::string ServerSession::NameOf(const Target &target, Reader arguments) {
+std::string ServerSession::NameOf(const Target &target, Reader arguments, bool &fByNumber) {
   if (target.pOperation->intResultKind != ThePlaces().intInstrument) return {};
   automation::String text;
   const AutomationVariant key = GetVariant(arguments, text);
-  return key.vt == automation::VtString ? Shortened(text.Text()) : "instrument " + std::to_string(key.iVal);
+  fByNumber = key.vt != automation::VtString;
+  return key.vt == automation::VtString ? text.Text() : "instrument " + std::to_string(key.iVal);
 }
 
 /// Why a call or fetch cannot be made; empty if it can.
-std::optional<Failure> ServerSession::Hindrance(const Entry &entry, const Target &target) const {
+std::optional<Failure> ServerSession::Hindrance(const Entry &entry, const Target &target,
+                                                std::size_t lngArguments) const {
   if (!m_unreported.empty()) return m_objects.at(*m_unreported.begin()).failure;
   if (entry.fFailed) return entry.failure;
   if (!entry.object) return NoObject();
   if (target.lngNewId != 0 && m_objects.size() >= m_limits.lngObjects) return TooManyObjects();
+  // Small calls pass: a commit or an abort has to.
+  if (lngArguments > SmallCall && m_lngTransactionBytes + lngArguments > m_limits.lngTransactionBytes)
+    return Failure{false,
+                   automation::StatusOutOfMemory,
+                   "The driver server keeps no more than " + std::to_string(m_limits.lngTransactionBytes) +
+                       " bytes for a transaction",
+                   {}};
   return std::nullopt;
 }
 
 std::string ServerSession::Call(Reader &in) {
   const Target target = ReadTarget(in);
   Entry &entry = Find(target.lngId, target.intInterface);
-  if (const auto hindrance = Hindrance(entry, target)) {
+  if (const auto hindrance = Hindrance(entry, target, in.Left())) {
     m_unreported.clear();
     target.pOperation->skip(in);
     return FailedFrame(Answer::Result, *hindrance);
   }
+  if (target.intInterface == ThePlaces().intInstrument && target.intOperation == ThePlaces().intOpen)
+    if (const auto held = TakeInstrument(entry)) {
+      target.pOperation->skip(in);
+      return FailedFrame(Answer::Result, *held);
+    }
 
   Failure failure;
   const Reader before = in;
   Outcome outcome = Run(entry, target, in, failure);
   if (automation::Failed(outcome.status)) return FailedFrame(Answer::Result, failure);
+  if (IsInTransaction()) m_lngTransactionBytes += before.Left() - in.Left();
   Writer out;
   out.Put(static_cast<std::uint8_t>(Answer::Result));
   out.PutSuccess(outcome.status);
@@ -246,7 +300,7 @@ std::string ServerSession::Call(Reader &in) {
     if (!child.object) {
       out.Put(KindNothing);
     } else {
-      child.strName = NameOf(target, before);
+      child.strName = NameOf(target, before, child.fByNumber);
       out.Put(child.fFailed ? KindUnknown : child.intKind);
       if (child.fFailed) child.intKind = KindUnknown;
       Hold(target.lngNewId, std::move(child));
@@ -261,7 +315,7 @@ void ServerSession::Fetch(Reader &in) {
   if (!target.pOperation->fDeferred) throw ProtocolError("a call that has to wait is sent without");
   Entry &entry = Find(target.lngId, target.intInterface);
   const auto intKind = target.pOperation->intResultKind;
-  if (const auto hindrance = Hindrance(entry, target)) {
+  if (const auto hindrance = Hindrance(entry, target, in.Left())) {
     target.pOperation->skip(in);
     return HoldFailed(target.lngNewId, intKind, *hindrance);
   }
@@ -302,15 +356,17 @@ Failure ServerSession::TooManyObjects() const {
 Failure ServerSession::NoObject() { return {true, ErrObjectNotSet, StandardDescription(ErrObjectNotSet), {}}; }
 
 void ServerSession::CloseInstrument(Entry &entry) {
-  m_log("closes " + entry.strName + ", which was left open" + (entry.fTransaction ? " in a transaction" : ""));
+  m_log("closes " + Shortened(entry.strName) + ", which was left open" +
+        (entry.fTransaction ? " in a transaction" : ""));
   auto &instrument = static_cast<kolven::IInstrument &>(*entry.object);
   try {
     if (entry.fTransaction) instrument.Transaction(kolven::TransactionAbort);
-    if (automation::Failed(instrument.Close())) m_log("failed to close " + entry.strName);
+    if (automation::Failed(instrument.Close())) m_log("failed to close " + Shortened(entry.strName));
   } catch (const std::exception &error) {
-    m_log("failed to close " + entry.strName + ": " + error.what());
+    m_log("failed to close " + Shortened(entry.strName) + ": " + error.what());
   }
   entry.fOpen = entry.fTransaction = false;
+  FreeInstrument(entry);
 }
 
 void ServerSession::End() {

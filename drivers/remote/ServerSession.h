@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "automation/Ref.h"
+#include "remote/InstrumentHolders.h"
 #include "remote/Stub.h"
 #include "remote/Wire.h"
 
@@ -20,6 +21,14 @@ using DriverCreator = std::function<Ref<IUnknown>(const std::string &strProgId)>
 struct SessionLimits {
   std::size_t lngObjects = 1000;                ///< that one client holds at a time
   std::uint32_t lngFrameBytes = 1024u * 1024u;  ///< of one frame of a client
+  /// Arguments of the calls within a transaction, which the driver keeps until it ends.
+  std::size_t lngTransactionBytes = 16u * 1024u * 1024u;
+};
+
+/// Who a session belongs to, and where it says what it has open.
+struct SessionOwner {
+  Holder self{};
+  InstrumentHolders *pHolders = nullptr;  ///< null: instruments are shared
 };
 
 /// The server's side of one connection: the objects that the client holds and the calls on them. Knows nothing of
@@ -32,7 +41,7 @@ class ServerSession {
  public:
   using Log = std::function<void(const std::string &strText)>;
 
-  ServerSession(DriverCreator creator, SessionLimits limits, Log log);
+  ServerSession(DriverCreator creator, SessionLimits limits, Log log, SessionOwner owner = {});
   /// Ends the session, if End has not done it.
   ~ServerSession();
   ServerSession(const ServerSession &) = delete;
@@ -55,7 +64,9 @@ class ServerSession {
     std::uint8_t intKind = KindUnknown;
     bool fFailed = false;
     Failure failure{};
-    std::string strName{};  ///< of an instrument: the key it was found by
+    std::string strName{};   ///< of an instrument: the key it was found by
+    bool fByNumber = false;  ///< found by its place in the list; strName is no name then
+    std::string strHeld{};   ///< of an instrument that the client holds: its key among the holders
     bool fOpen = false;
     bool fTransaction = false;
   };
@@ -74,24 +85,30 @@ class ServerSession {
 
   Target ReadTarget(Reader &in) const;
   Entry &Find(ObjectId lngId, std::uint8_t intInterface);
-  std::optional<Failure> Hindrance(const Entry &entry, const Target &target) const;
+  std::optional<Failure> Hindrance(const Entry &entry, const Target &target, std::size_t lngArguments) const;
   Outcome Run(Entry &entry, const Target &target, Reader &in, Failure &failure);
   void Watch(Entry &entry, const Target &target, Reader before, const Outcome &outcome);
   static Entry Narrowed(const Target &target, Ref<IUnknown> object);
   void Hold(ObjectId lngId, Entry entry);
   void HoldFailed(ObjectId lngId, std::uint8_t intKind, const Failure &failure);
   void CloseInstrument(Entry &entry);
-  static std::string NameOf(const Target &target, Reader arguments);
+  std::optional<Failure> TakeInstrument(Entry &entry);
+  void FreeInstrument(Entry &entry);
+  bool IsInTransaction() const;
+  static std::string NameOf(const Target &target, Reader arguments, bool &fByNumber);
   static Failure NoObject();
   Failure TooManyObjects() const;
 
   const DriverCreator m_creator;
   const SessionLimits m_limits;
   const Log m_log;
+  const SessionOwner m_owner;
   std::map<ObjectId, Entry> m_objects;
   /// Objects whose fetch failed and whose failure the client does not know yet.
   std::set<ObjectId> m_unreported;
   bool m_fGreeted = false;
+  std::string m_strProgId;
+  std::size_t m_lngTransactionBytes = 0;
 };
 
 }  // namespace tarvik::remote

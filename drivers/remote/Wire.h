@@ -106,15 +106,26 @@ class Reader {
     return value;
   }
   std::string_view GetText() { return Cut(Get<std::uint32_t>()); }
+  /// `intForm` as PutFailure wrote it. A failure of no known form, or with the number of a success, breaks the rules.
   Failure GetFailure(std::uint8_t intForm) {
+    if (intForm != 1 && intForm != 2) throw ProtocolError("a failure of an unknown kind");
     Failure failure;
     failure.fRunTimeNumber = intForm == 2;
     failure.lngNumber = Get<std::int32_t>();
+    if (failure.fRunTimeNumber ? failure.lngNumber == 0 : failure.lngNumber >= 0)
+      throw ProtocolError("a failure with the status of a success");
     failure.strDescription = GetText();
     failure.strSource = GetText();
     return failure;
   }
+  Status GetSuccess() {
+    const auto status = Get<Status>();
+    if (automation::Failed(status)) throw ProtocolError("a success with the status of a failure");
+    return status;
+  }
   bool AtEnd() const { return m_strLeft.empty(); }
+  /// Bytes that have not been read.
+  std::size_t Left() const { return m_strLeft.size(); }
 
  private:
   std::string_view Cut(std::size_t lngCount) {

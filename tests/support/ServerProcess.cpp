@@ -91,7 +91,7 @@ std::string NewLogFile() {
 }  // namespace
 
 std::vector<std::string> ServerProcess::Insecure(const std::string &strPort) {
-  return {"--insecure", "--listen", "127.0.0.1", "--port", strPort};
+  return {"--insecure", "--share", "--listen", "127.0.0.1", "--port", strPort};
 }
 
 std::vector<std::string> ServerProcess::CommandLine(std::vector<std::string> arrOptions, const std::string &strLog) {

@@ -45,7 +45,7 @@ class ServerProcess {
   ServerProcess &operator=(const ServerProcess &) = delete;
   ~ServerProcess();
 
-  /// Without transport security on 127.0.0.1; 0 lets the system choose the port.
+  /// Without transport security on 127.0.0.1, with instruments that clients share; 0 lets the system choose the port.
   static std::vector<std::string> Insecure(const std::string &strPort = "0");
 
   /// After SIGSTOP the last thread has stopped when this returns.
@@ -54,6 +54,7 @@ class ServerProcess {
   /// Waits until the process has stopped by itself.
   void AwaitStop() const { m_process.AwaitStop(); }
 
+  pid_t Pid() const { return m_process.Pid(); }
   const std::string &Port() const { return m_strPort; }
   std::string Url() const { return "tarvik+insecure://127.0.0.1:" + m_strPort; }
   std::string LogText() const;

@@ -24,15 +24,23 @@ class TestCertificates {
     std::filesystem::remove_all(m_folder, error);
   }
 
-  /// What a server with transport security is started with; it lets the client "bench" in.
+  /// What a server with transport security is started with; it lets the client "bench" in, on
+  /// instruments that clients share.
   std::vector<std::string> ServerOptions(const std::string &strPort = "0",
                                          const std::string &strName = "server") const {
-    return {"--listen",      "127.0.0.1",
-            "--port",        strPort,
-            "--certificate", File(strName + ".pem"),
-            "--key",         File(strName + ".key"),
-            "--authority",   File("ca.pem"),
-            "--allow",       "bench"};
+    return {"--share",
+            "--listen",
+            "127.0.0.1",
+            "--port",
+            strPort,
+            "--certificate",
+            File(strName + ".pem"),
+            "--key",
+            File(strName + ".key"),
+            "--authority",
+            File("ca.pem"),
+            "--allow",
+            "bench"};
   }
   /// From now on this process is the client of that certificate, with another one's key where one is named.
   void UseClient(const std::string &strName, const std::string &strKey = {}) const {

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <ctime>
+#include <memory>
+#include <string>
+
+struct x509_st;
+struct evp_pkey_st;
+struct X509_crl_st;
+
+namespace tarvik::remote {
+
+/// Calls the library's function that frees an object.
+struct FreePem {
+  void operator()(x509_st *p) const;
+  void operator()(evp_pkey_st *p) const;
+  void operator()(X509_crl_st *p) const;
+};
+using Certificate = std::unique_ptr<x509_st, FreePem>;
+using PrivateKey = std::unique_ptr<evp_pkey_st, FreePem>;
+using RevocationList = std::unique_ptr<X509_crl_st, FreePem>;
+
+/// What PEM texts hold. Each raises RunTimeError 5 with a reason that begins with `strName`, the name of file or text.
+Certificate CertificateIn(const std::string &strPem, const std::string &strName);
+/// One with a password is none.
+PrivateKey KeyIn(const std::string &strPem, const std::string &strName);
+RevocationList RevocationListIn(const std::string &strPem, const std::string &strName);
+
+/// Raises the same where the certificate has run out or is not in force yet.
+void CheckInForce(const Certificate &certificate, const std::string &strName);
+bool IsInForce(const Certificate &certificate);
+/// Whether the key is that of the certificate.
+bool Fits(const PrivateKey &key, const Certificate &certificate);
+/// Whether the authority signed the list.
+bool IsSignedBy(const RevocationList &list, const Certificate &authority);
+/// Whether the list names the certificate.
+bool Revokes(const RevocationList &list, const Certificate &certificate);
+
+}  // namespace tarvik::remote
