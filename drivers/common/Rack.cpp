@@ -28,7 +28,7 @@ std::shared_ptr<Instrument> Rack::ByNumber(Long lngNumber) const {
 std::shared_ptr<Instrument> Rack::ByName(std::string_view strName) const {
   const std::lock_guard lock(m_mutex);
   for (const auto &instrument : m_arrInstruments)
-    if (instrument->Description().strName == strName) return instrument;
+    if (IsCalled(*instrument, strName)) return instrument;
   return nullptr;
 }
 

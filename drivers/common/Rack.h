@@ -22,13 +22,17 @@ class Rack {
   void Refresh();
 
   Long Count() const;
-  /// By number from 1, or by its exact name; null when there is none.
+  /// By number from 1, or by its name; null when there is none.
   std::shared_ptr<Instrument> ByNumber(Long lngNumber) const;
   std::shared_ptr<Instrument> ByName(std::string_view strName) const;
 
  private:
   /// The instruments that are there now; those of the known ones that are still there are handed back themselves.
   virtual Instruments Search(const Instruments &known) const = 0;
+  /// Whether the name, exactly so written, is one of the instrument.
+  virtual bool IsCalled(const Instrument &instrument, std::string_view strName) const {
+    return instrument.Description().strName == strName;
+  }
 
   mutable std::mutex m_mutex;
   bool m_fLoaded = false;

@@ -1,19 +1,17 @@
 #include "settings/SetupReader.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "settings/PatternText.h"
 #include "settings/SettingText.h"
 #include "settings/SetupFile.h"
 #include "settings/SetupFormat.h"
-#include "support/RunTimeError.h"
 
 namespace tarvik {
 
 Setup SetupReader::Read() {
   const Members file = Open(m_root, "file");
-  CheckFormat(file);
+  CheckFormat(file, SetupFormatName, SetupFileVersion);
   if (const JsonNode *pIdentity = Wanted(file, "instrument", "", 1)) ReadIdentity(*pIdentity);
   if (const JsonNode *pSettings = Wanted(file, "settings", "", 1); pSettings && m_fModelKnown) ReadSettings(*pSettings);
   RefuseOthers(file, {"format", "instrument", "settings", "version"}, "");
@@ -21,91 +19,7 @@ Setup SetupReader::Read() {
   return Canonical(m_setup);
 }
 
-// ---- What is wrong ----
-
-void SetupReader::Refuse(Long lngLine, const std::string &strWhere, const std::string &strWhy) {
-  m_arrReasons.push_back({lngLine, strWhere + ": " + strWhy});
-}
-
-void SetupReader::RefuseKind(const JsonNode &node, const std::string &strWhere, const char *strWanted) {
-  Refuse(node.lngLine, strWhere, std::string(strWanted) + " is wanted, not " + node.KindName());
-}
-
-void SetupReader::RefuseOthers(const Members &members, const std::set<std::string> &known,
-                               const std::string &strWhere) {
-  for (const auto &[strKey, pNode] : members)
-    if (!known.contains(strKey)) Refuse(pNode->lngLine, strWhere + strKey, "there is no such key");
-}
-
-void SetupReader::Finish() {
-  if (m_arrReasons.empty()) return;
-  std::ranges::stable_sort(m_arrReasons, {}, &Reason::lngLine);
-  std::string strAll;
-  for (const Reason &reason : m_arrReasons)
-    strAll += (strAll.empty() ? "" : "\r\n") + ("line " + std::to_string(reason.lngLine) + ": " + reason.strWhy);
-  throw RunTimeError(ErrInvalidFileFormat, strAll);
-}
-
-// ---- Parts of a tree ----
-
-SetupReader::Members SetupReader::Open(const JsonNode &node, const std::string &strWhere) {
-  Members members;
-  if (!node.Is<JsonNode::Object>()) {
-    RefuseKind(node, strWhere, "an object");
-    return members;
-  }
-  // A person would follow one of two equal keys, a program the other.
-  for (const JsonNode &part : node.arrParts)
-    if (const auto [place, fNew] = members.emplace(part.strName, &part); !fNew)
-      Refuse(part.lngLine, part.strName, "the key stands in line " + std::to_string(place->second->lngLine) + " too");
-  return members;
-}
-
-const JsonNode *SetupReader::Wanted(const Members &members, const std::string &strKey, const std::string &strWhere,
-                                    Long lngLine) {
-  const auto found = members.find(strKey);
-  if (found != members.end()) return found->second;
-  Refuse(lngLine, strWhere + strKey, "the key is missing");
-  return nullptr;
-}
-
-std::optional<Long> SetupReader::WholeNumber(const JsonNode &node, const std::string &strWhere) {
-  const auto *pNumber = std::get_if<JsonNode::Number>(&node.value);
-  if (!pNumber) {
-    RefuseKind(node, strWhere, "a whole number");
-    return std::nullopt;
-  }
-  if (!pNumber->fWhole) {
-    Refuse(node.lngLine, strWhere, "a whole number is wanted, not a fraction");
-    return std::nullopt;
-  }
-  if (pNumber->dblValue < std::numeric_limits<Long>::min() || pNumber->dblValue > std::numeric_limits<Long>::max()) {
-    Refuse(node.lngLine, strWhere, "the number is too large");
-    return std::nullopt;
-  }
-  return static_cast<Long>(pNumber->dblValue);
-}
-
-std::optional<std::string> SetupReader::Text(const JsonNode &node, const std::string &strWhere) {
-  if (const auto *pText = std::get_if<std::string>(&node.value)) return *pText;
-  RefuseKind(node, strWhere, "a text");
-  return std::nullopt;
-}
-
 // ---- The file ----
-
-void SetupReader::CheckFormat(const Members &file) {
-  if (const JsonNode *pFormat = Wanted(file, "format", "", 1))
-    if (const auto strFormat = Text(*pFormat, "format"); strFormat && *strFormat != SetupFormatName)
-      Refuse(pFormat->lngLine, "format", "\"" + *strFormat + "\" is not \"" + SetupFormatName + "\"");
-  if (const JsonNode *pVersion = Wanted(file, "version", "", 1))
-    if (const auto lngVersion = WholeNumber(*pVersion, "version"); lngVersion && *lngVersion != SetupFileVersion)
-      Refuse(pVersion->lngLine, "version",
-             "the file has version " + std::to_string(*lngVersion) + ", this program reads version " +
-                 std::to_string(SetupFileVersion));
-  // What another format or a newer version means is not known here.
-  Finish();
-}
 
 void SetupReader::ReadIdentity(const JsonNode &node) {
   const Members identity = Open(node, "instrument");
@@ -139,7 +53,7 @@ bool SetupReader::ReadLacks(const JsonNode *pNode) {
     RefuseKind(*pNode, Where, "a list");
     return false;
   }
-  const std::size_t reasons = m_arrReasons.size();
+  const std::size_t reasons = Reasons();
   for (const JsonNode &node : pNode->arrParts) {
     const auto strWord = Text(node, Where);
     if (!strWord) continue;
@@ -149,7 +63,7 @@ bool SetupReader::ReadLacks(const JsonNode *pNode) {
     else
       m_setup.lngLacks |= lack->lngValue;
   }
-  return m_arrReasons.size() == reasons;
+  return Reasons() == reasons;
 }
 
 // ---- Settings ----
@@ -223,15 +137,15 @@ std::optional<SettingValue> SetupReader::Choice(const Setting &setting, const Js
 }
 
 std::optional<SettingValue> SetupReader::Stream(const JsonNode &node, const std::string &strKey) {
-  const std::size_t reasons = m_arrReasons.size();
+  const std::size_t reasons = Reasons();
   const Members stream = Open(node, strKey);
-  if (m_arrReasons.size() != reasons) return std::nullopt;
+  if (Reasons() != reasons) return std::nullopt;
   const JsonNode *pLength = Wanted(stream, "length", strKey + ".", node.lngLine);
   const JsonNode *pWords = Wanted(stream, "words", strKey + ".", node.lngLine);
   RefuseOthers(stream, {"length", "words"}, strKey + ".");
   const auto lngLength = pLength ? WholeNumber(*pLength, strKey + ".length") : std::nullopt;
   const auto arrLines = pWords ? Lines(*pWords, strKey + ".words") : std::vector<std::string>();
-  if (m_arrReasons.size() != reasons) return std::nullopt;
+  if (Reasons() != reasons) return std::nullopt;
   PatternStream pattern;
   const std::string strWrong = ReadPatternLines(*lngLength, arrLines, pattern);
   if (strWrong.empty()) return pattern;

@@ -27,6 +27,14 @@ std::filesystem::path FolderOr(const char *strVariable, const char *strBelowHome
   return home.empty() ? home : home / strBelowHome;
 }
 
+std::vector<std::filesystem::path> FoldersOr(const char *strVariable, const char *strDefault) {
+  const std::string strFolders = Environment(strVariable);
+  std::vector<std::filesystem::path> arrFolders;
+  for (const std::string &strFolder : Split(strFolders.empty() ? strDefault : strFolders, ':'))
+    if (const std::filesystem::path folder(strFolder); folder.is_absolute()) arrFolders.push_back(folder);
+  return arrFolders;
+}
+
 }  // namespace
 
 std::filesystem::path UserConfigFolder() { return FolderOr("XDG_CONFIG_HOME", ".config"); }
@@ -34,11 +42,8 @@ std::filesystem::path UserDataFolder() { return FolderOr("XDG_DATA_HOME", ".loca
 std::filesystem::path UserStateFolder() { return FolderOr("XDG_STATE_HOME", ".local/state"); }
 
 std::vector<std::filesystem::path> SystemDataFolders() {
-  const std::string strFolders = Environment("XDG_DATA_DIRS");
-  std::vector<std::filesystem::path> arrFolders;
-  for (const std::string &strFolder : Split(strFolders.empty() ? "/usr/local/share:/usr/share" : strFolders, ':'))
-    if (const std::filesystem::path folder(strFolder); folder.is_absolute()) arrFolders.push_back(folder);
-  return arrFolders;
+  return FoldersOr("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
 }
+std::vector<std::filesystem::path> SystemConfigFolders() { return FoldersOr("XDG_CONFIG_DIRS", "/etc/xdg"); }
 
 }  // namespace tarvik

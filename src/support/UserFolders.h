@@ -14,5 +14,7 @@ std::filesystem::path UserStateFolder();
 
 /// The system's data folders by priority: those of XDG_DATA_DIRS, otherwise /usr/local/share and /usr/share.
 std::vector<std::filesystem::path> SystemDataFolders();
+/// The system's folders for configuration by priority: those of XDG_CONFIG_DIRS, otherwise /etc/xdg.
+std::vector<std::filesystem::path> SystemConfigFolders();
 
 }  // namespace tarvik
