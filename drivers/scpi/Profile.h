@@ -23,6 +23,10 @@ struct ProfileOrder {
   std::size_t stage = 0;  ///< 0 is outermost: what gives room goes first and what takes it last
   Room eRoom = Room::Up;
   std::vector<Long> arrWords;  ///< by the room they leave, least first; a value that is not listed leaves the most
+  /// A value that stands in the way of every change of these settings is put aside meanwhile: while one of them
+  /// changes, a setting that leaves less room than this value has this one.
+  std::optional<Long> lngAside;
+  std::vector<const SettingRow *> arrWhile;
 };
 
 /// How a model sets and reads one setting.

@@ -106,7 +106,7 @@ void ProfileReader::ReadTexts(const Members &file) {
     const std::string strWhere = std::string(strKey) + ".";
     const Members members = Open(*found->second, strKey);
     if (const JsonNode *pQuery = Wanted(members, "query", strWhere, found->second->lngLine))
-      m_profile.*field = Line(*pQuery, strWhere + "query").value_or("");
+      m_profile.*field = ShortForm(Line(*pQuery, strWhere + "query").value_or(""));
     RefuseOthers(members, {"query"}, strWhere);
   }
 }
@@ -297,15 +297,18 @@ void ProfileReader::ReadOrder(const JsonNode &node) {
     const Members members = Open(part, "order");
     const JsonNode *pSetting = Wanted(members, "setting", strWhere, part.lngLine);
     const JsonNode *pRoom = Wanted(members, "room", strWhere, part.lngLine);
-    RefuseOthers(members, {"room", "setting"}, strWhere);
+    RefuseOthers(members, {"aside", "room", "setting"}, strWhere);
     const auto strKey = pSetting ? Text(*pSetting, strWhere + "setting") : std::nullopt;
     if (!strKey || !pRoom) continue;
     const auto setting = std::ranges::find_if(
         m_profile.arrSettings, [&](const ProfileSetting &known) { return known.pRow->strKey == *strKey; });
     if (setting == m_profile.arrSettings.end())
       Refuse(pSetting->lngLine, strWhere + "setting", "\"" + *strKey + "\" is none of the profile's settings");
-    else
+    else {
       ReadRoom(*setting, *pRoom, stage, strWhere + "room");
+      if (const auto aside = members.find("aside"); aside != members.end())
+        ReadAside(*setting, *aside->second, strWhere + "aside.");
+    }
   }
 }
 
@@ -329,6 +332,28 @@ void ProfileReader::ReadRoom(ProfileSetting &setting, const JsonNode &node, std:
     order.eRoom = *strRoom == "up" ? ProfileOrder::Room::Up : ProfileOrder::Room::Down;
   }
   setting.order = std::move(order);
+}
+
+void ProfileReader::ReadAside(ProfileSetting &setting, const JsonNode &node, const std::string &strWhere) {
+  const Members members = Open(node, strWhere);
+  RefuseOthers(members, {"while", "word"}, strWhere);
+  const JsonNode *pWord = Wanted(members, "word", strWhere, node.lngLine);
+  const JsonNode *pWhile = Wanted(members, "while", strWhere, node.lngLine);
+  const auto strWord = pWord ? Text(*pWord, strWhere + "word") : std::nullopt;
+  if (!strWord || !pWhile || !setting.order) return;
+  setting.order->lngAside = ValueOf(setting, *strWord);
+  if (!setting.order->lngAside)
+    Refuse(pWord->lngLine, strWhere + "word",
+           "\"" + *strWord + "\" is no word of " + std::string(setting.pRow->strKey));
+  if (!pWhile->Is<JsonNode::List>()) RefuseKind(*pWhile, strWhere + "while", "a list");
+  for (const JsonNode &part : pWhile->arrParts) {
+    const auto strKey = Text(part, strWhere + "while");
+    if (!strKey) continue;
+    if (const SettingRow *pRow = FindRow(*strKey))
+      setting.order->arrWhile.push_back(pRow);
+    else
+      Refuse(part.lngLine, strWhere + "while", "there is no setting \"" + *strKey + "\"");
+  }
 }
 
 void ProfileReader::CheckWhole() {

@@ -34,6 +34,7 @@ class ProfileReader : private JsonReader {
   std::optional<Double> Quantity(const ProfileSetting &setting, const JsonNode &node, const std::string &strWhere);
   void ReadOrder(const JsonNode &node);
   void ReadRoom(ProfileSetting &setting, const JsonNode &node, std::size_t stage, const std::string &strWhere);
+  void ReadAside(ProfileSetting &setting, const JsonNode &node, const std::string &strWhere);
   void CheckWhole();
 
   /// A command or query: one line of printable characters.

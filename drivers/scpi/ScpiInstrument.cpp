@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "scpi/Answer.h"
+#include "support/Conversions.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik::scpi {
@@ -41,8 +42,9 @@ std::optional<ScpiError> EntryOf(const std::string &strEntry) {
   const auto dblNumber = NumberOf(arrParts.front());
   if (arrParts.size() < 2 || !dblNumber || *dblNumber != std::floor(*dblNumber) || std::abs(*dblNumber) > 1e6)
     return std::nullopt;
-  std::string strText = strEntry.substr(strEntry.find(',') + 1);
-  return ScpiError{static_cast<Long>(*dblNumber), Unquoted(strText), {}};
+  // What is particular to the case stands behind a semicolon.
+  const std::string strText = Replace(Unquoted(strEntry.substr(strEntry.find(',') + 1)), ";", ": ");
+  return ScpiError{static_cast<Long>(*dblNumber), strText, {}};
 }
 
 }  // namespace
@@ -195,28 +197,37 @@ void ScpiInstrument::Apply(const std::vector<driver::Change> &arrChanges) {
     }
   }
   Check(undo.before, after, std::move(arrRefused));
-  if (!StepsBetween(m_profile, undo.before, after).empty()) {
-    FetchErrors();
-    Errors arrErrors;
-    try {
-      Tell(undo.before, after);
-      arrErrors = Confirm();
-    } catch (const Failure &failure) {
-      const std::string strWhyNot = TryPutBack(undo);
-      throw Failure(failure.what() +
-                    (strWhyNot.empty() ? std::string("; the instrument is as it was before") : "; " + strWhyNot));
-    }
-    if (!arrErrors.empty()) {
-      if (const std::string strWhyNot = TryPutBack(undo); !strWhyNot.empty())
-        arrErrors.push_back(NotPutBack(strWhyNot));
-      throw Rejected(std::move(arrErrors));
-    }
-    Forget();
-  } else {
+  if (StepsBetween(m_profile, undo.before, after).empty()) {
     m_moment.settings.reset();  // what is kept here may have changed
     m_moment.arrPattern = {};
+  } else {
+    FetchErrors();
+    Send(undo, after);
+    Forget();
   }
   m_kept = after;
+}
+
+void ScpiInstrument::Send(const Undo &undo, const Settings &after) {
+  std::optional<Failure> failure;
+  Errors arrErrors;
+  try {
+    Tell(undo.before, after);
+  } catch (const Failure &lineFailure) {
+    failure = lineFailure;
+  }
+  // An instrument that does not understand a message leaves it unconfirmed and tells why in its error queue.
+  try {
+    arrErrors = ReadErrors();
+  } catch (const Failure &lineFailure) {
+    if (!failure) failure = lineFailure;
+  }
+  if (!failure && arrErrors.empty()) return;
+  const std::string strWhyNot = TryPutBack(undo);
+  if (arrErrors.empty())
+    throw Failure(failure->what() + ("; " + (strWhyNot.empty() ? "the instrument is as it was before" : strWhyNot)));
+  if (!strWhyNot.empty()) arrErrors.push_back(NotPutBack(strWhyNot));
+  throw Rejected(std::move(arrErrors));
 }
 
 void ScpiInstrument::Check(const Settings &before, const Settings &after, Errors arrErrors) const {
@@ -236,27 +247,21 @@ void ScpiInstrument::Tell(const Settings &from, const Settings &to) {
   m_talk->Tell(arrCommands);
 }
 
-ScpiInstrument::Errors ScpiInstrument::Confirm() {
-  const std::vector<std::string> arrAnswers = m_talk->Ask({"*OPC?", m_profile.strErrorQuery});
-  if (NumberOf(arrAnswers[0]) != 1) m_talk->RefuseAnswer("*OPC?", arrAnswers[0], "is not 1");
-  return ErrorsOf(arrAnswers[1]);
-}
-
-ScpiInstrument::Errors ScpiInstrument::ErrorsOf(std::string strAnswer) {
+ScpiInstrument::Errors ScpiInstrument::ReadErrors() {
   Errors arrErrors;
   for (int i = 0; i < LongestQueue; ++i) {
+    const std::string strAnswer = m_talk->Ask(m_profile.strErrorQuery);
     auto entry = EntryOf(strAnswer);
     if (!entry) m_talk->RefuseAnswer(m_profile.strErrorQuery, strAnswer, "is no entry of an error queue");
     if (entry->lngNumber == 0) break;
     arrErrors.push_back(*std::move(entry));
-    strAnswer = m_talk->Ask(m_profile.strErrorQuery);
   }
   return arrErrors;
 }
 
 void ScpiInstrument::FetchErrors() {
   if (m_moment.fNoErrors) return;
-  const Errors arrNew = ErrorsOf(m_talk->Ask(m_profile.strErrorQuery));
+  const Errors arrNew = ReadErrors();
   m_arrErrors.insert(m_arrErrors.end(), arrNew.begin(), arrNew.end());
   m_moment.fNoErrors = true;
 }
@@ -266,7 +271,7 @@ std::string ScpiInstrument::PutBack(const Undo &undo) {
   const Settings now = WithPatterns(undo.rows);
   if (StepsBetween(m_profile, now, undo.before).empty()) return {};
   Tell(now, undo.before);
-  Confirm();  // what it says of its own state is told by reading it
+  ReadErrors();  // what it says of its own state is told by reading it
   Forget();
   const Settings restored = WithPatterns(undo.rows);
   std::string strPlaces;
@@ -294,7 +299,7 @@ void ScpiInstrument::Reset() {
   if (m_profile.strReset.empty()) throw Failure(m_description.strName + " has no command for a reset");
   FetchErrors();
   m_talk->Tell({m_profile.strReset});
-  const Errors arrErrors = Confirm();
+  const Errors arrErrors = ReadErrors();
   Forget();
   m_kept = Settings{};
   if (!arrErrors.empty()) throw Rejected(arrErrors);

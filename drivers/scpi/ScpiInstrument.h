@@ -81,9 +81,10 @@ class ScpiInstrument : public driver::Instrument {
 
   void Check(const driver::Settings &before, const driver::Settings &after, Errors errors) const;
   void Tell(const driver::Settings &from, const driver::Settings &to);
-  /// Waits until everything has been carried out; the errors that it left.
-  Errors Confirm();
-  Errors ErrorsOf(std::string strAnswer);
+  /// Sends the settings; raises Rejected or Failure when they are not taken, and puts back what was.
+  void Send(const Undo &undo, const driver::Settings &after);
+  /// Takes everything out of the instrument's error queue.
+  Errors ReadErrors();
   /// Moves the instrument's error queue here.
   void FetchErrors();
   /// Puts the instrument back into the state before. The reason why it is not, empty when it is.

@@ -23,10 +23,6 @@ std::size_t UnitIndex(const SettingPlace &place, const Settings &settings) {
   return static_cast<std::size_t>(fCurrent ? eTypeCurrent : eTypeVoltage);
 }
 
-Double ValueAt(const SettingPlace &place, const Settings &settings) {
-  return place.pSetting->pRow->Read(settings, place.lngChannel);
-}
-
 const driver::PatternRow &PatternAt(const SettingPlace &place, const Settings &settings) {
   return settings.arrPattern[static_cast<std::size_t>(place.pSetting->pRow->lngPatternRow - 1)];
 }
@@ -46,7 +42,7 @@ std::string PatternText(const driver::PatternRow &row) {
 std::string ValueText(const SettingPlace &place, const Settings &settings) {
   const ProfileSetting &setting = *place.pSetting;
   if (setting.pRow->lngPatternRow > 0) return PatternText(PatternAt(place, settings));
-  const Double dblValue = ValueAt(place, settings);
+  const Double dblValue = place.Value(settings);
   if (!setting.arrWords.empty()) return ShortForm(WordFor(setting, static_cast<Long>(dblValue))->arrSpellings.front());
   if (setting.pRow->Like().eKind == SettingKind::Switch) return dblValue != 0 ? "ON" : "OFF";
   return driver::Quantity(dblValue / setting.dblUnit, "");
@@ -65,11 +61,16 @@ std::string TakePattern(const SettingPlace &place, const std::string &strAnswer,
   return {};
 }
 
+/// A word that is a switch may be answered as a number.
+bool IsSwitch(const std::string &strAnswer, const std::string &strSpelling) {
+  return (strSpelling == "ON" && strAnswer == "1") || (strSpelling == "OFF" && strAnswer == "0");
+}
+
 std::string TakeWord(const SettingPlace &place, const std::string &strAnswer, Settings &settings) {
   const std::string strWord = Unquoted(strAnswer);
   for (const ProfileWord &word : place.pSetting->arrWords)
     for (const std::string &strSpelling : word.arrSpellings)
-      if (IsWord(strWord, strSpelling)) {
+      if (IsWord(strWord, strSpelling) || IsSwitch(strWord, strSpelling)) {
         place.pSetting->pRow->Write(settings, place.lngChannel, static_cast<Double>(word.lngValue));
         return {};
       }
@@ -125,7 +126,7 @@ struct Turn {
 Turn TurnOf(const SettingPlace &place, const Settings &from, const Settings &to) {
   const auto &order = place.pSetting->order;
   if (!order) return {};
-  const Double dblBefore = RoomOf(*order, ValueAt(place, from)), dblAfter = RoomOf(*order, ValueAt(place, to));
+  const Double dblBefore = RoomOf(*order, place.Value(from)), dblAfter = RoomOf(*order, place.Value(to));
   if (dblAfter == dblBefore) return {};
   const auto Innermost = std::numeric_limits<std::size_t>::max();
   return dblAfter > dblBefore ? Turn{Turn::Gives, order->stage} : Turn{Turn::Takes, Innermost - order->stage};
@@ -133,7 +134,7 @@ Turn TurnOf(const SettingPlace &place, const Settings &from, const Settings &to)
 
 bool Differs(const SettingPlace &place, const Settings &from, const Settings &to) {
   if (place.pSetting->pRow->lngPatternRow > 0) return PatternAt(place, from) != PatternAt(place, to);
-  return ValueAt(place, from) != ValueAt(place, to);
+  return place.Value(from) != place.Value(to);
 }
 
 bool UnitChanges(const SettingPlace &place, const Settings &from, const Settings &to) {
@@ -151,7 +152,48 @@ struct Step {
   std::vector<SettingPlace> arrPlaces;
 };
 
+std::vector<std::vector<SettingPlace>> OrderedSteps(const Profile &profile, const Settings &from, const Settings &to) {
+  std::vector<Step> arrSteps;
+  for (const SettingPlace &place : PlacesOf(profile)) {
+    if (!place.pSetting->IsSet()) continue;
+    if (place.pSetting->IsLevel() && UnitChanges(place, from, to)) {
+      // The numbers of the other unit mean nothing; the row of the unit stands before those of the levels.
+      const auto unit = std::ranges::find_if(arrSteps, [&](const Step &step) {
+        return step.arrPlaces.front().pSetting->pRow->strKey == "levels.unit" &&
+               step.arrPlaces.front().lngChannel == place.lngChannel;
+      });
+      if (unit != arrSteps.end()) unit->arrPlaces.push_back(place);
+    } else if (Differs(place, from, to) || MustBeTold(place, from, to)) {
+      arrSteps.push_back({TurnOf(place, from, to), {place}});
+    }
+  }
+  std::ranges::stable_sort(arrSteps, {}, &Step::turn);
+  std::vector<std::vector<SettingPlace>> arrPlaces;
+  for (Step &step : arrSteps) arrPlaces.push_back(std::move(step.arrPlaces));
+  return arrPlaces;
+}
+
+bool Changes(const SettingRow &row, const Profile &profile, const Settings &from, const Settings &to) {
+  return std::ranges::any_of(PlacesOf(profile), [&](const SettingPlace &place) {
+    return place.pSetting->pRow == &row && Differs(place, from, to);
+  });
+}
+
+/// Whether the value that the setting has at both ends stands in the way of others that change.
+bool MustStandAside(const SettingPlace &place, const Profile &profile, const Settings &from, const Settings &to) {
+  const auto &order = place.pSetting->order;
+  if (!order || !order->lngAside) return false;
+  const Double dblRoom = RoomOf(*order, static_cast<Double>(*order->lngAside));
+  if (RoomOf(*order, place.Value(from)) >= dblRoom || RoomOf(*order, place.Value(to)) >= dblRoom) return false;
+  return std::ranges::any_of(order->arrWhile,
+                             [&](const SettingRow *pRow) { return Changes(*pRow, profile, from, to); });
+}
+
 }  // namespace
+
+Double SettingPlace::Value(const Settings &settings) const {
+  return lngAside ? static_cast<Double>(*lngAside) : pSetting->pRow->Read(settings, lngChannel);
+}
 
 std::string SettingPlace::Key() const {
   const std::string strKey(pSetting->pRow->strKey);
@@ -186,7 +228,7 @@ std::vector<SettingPlace> PlacesOf(const Profile &profile) {
 std::string WhyNotSent(const SettingPlace &place, const Settings &settings) {
   const ProfileSetting &setting = *place.pSetting;
   if (setting.pRow->lngPatternRow > 0) return {};
-  const Double dblValue = ValueAt(place, settings);
+  const Double dblValue = place.Value(settings);
   if (!setting.arrWords.empty())
     return WordFor(setting, static_cast<Long>(dblValue))
                ? ""
@@ -209,24 +251,15 @@ std::string TakeAnswer(const SettingPlace &place, const std::string &strAnswer, 
 }
 
 std::vector<std::vector<SettingPlace>> StepsBetween(const Profile &profile, const Settings &from, const Settings &to) {
-  std::vector<Step> arrSteps;
-  for (const SettingPlace &place : PlacesOf(profile)) {
-    if (!place.pSetting->IsSet()) continue;
-    if (place.pSetting->IsLevel() && UnitChanges(place, from, to)) {
-      // The numbers of the other unit mean nothing; the row of the unit stands before those of the levels.
-      const auto unit = std::ranges::find_if(arrSteps, [&](const Step &step) {
-        return step.arrPlaces.front().pSetting->pRow->strKey == "levels.unit" &&
-               step.arrPlaces.front().lngChannel == place.lngChannel;
-      });
-      if (unit != arrSteps.end()) unit->arrPlaces.push_back(place);
-    } else if (Differs(place, from, to) || MustBeTold(place, from, to)) {
-      arrSteps.push_back({TurnOf(place, from, to), {place}});
+  Settings start = from;
+  std::vector<std::vector<SettingPlace>> arrAll;
+  for (const SettingPlace &place : PlacesOf(profile))
+    if (MustStandAside(place, profile, from, to)) {
+      arrAll.push_back({{place.pSetting, place.lngChannel, place.pSetting->order->lngAside}});
+      place.pSetting->pRow->Write(start, place.lngChannel, arrAll.back().front().Value(start));
     }
-  }
-  std::ranges::stable_sort(arrSteps, {}, &Step::turn);
-  std::vector<std::vector<SettingPlace>> arrPlaces;
-  for (Step &step : arrSteps) arrPlaces.push_back(std::move(step.arrPlaces));
-  return arrPlaces;
+  for (auto &arrPlaces : OrderedSteps(profile, start, to)) arrAll.push_back(std::move(arrPlaces));
+  return arrAll;
 }
 
 std::string CommandsOf(const std::vector<SettingPlace> &arrPlaces, const Settings &settings) {

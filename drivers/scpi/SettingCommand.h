@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,11 @@ namespace tarvik::scpi {
 struct SettingPlace {
   const ProfileSetting *pSetting;
   Long lngChannel;
+  /// What is sent in the place of the settings' own value, while other settings change.
+  std::optional<Long> lngAside = std::nullopt;
 
+  /// In the contract's unit; a choice by its value. Not for patterns.
+  Double Value(const driver::Settings &settings) const;
   /// As setup files write it: "timing.width[1]".
   std::string Key() const;
   /// "Width, channel 1", for messages.

@@ -78,7 +78,17 @@ void Talk::Send(const std::string &strMessage) {
 }
 
 void Talk::Tell(const std::vector<std::string> &arrCommands) {
-  for (const auto &arrMessage : Packed(arrCommands, m_limits.input, arrCommands.size())) Send(Joined(arrMessage));
+  const std::string strConfirm = "*OPC?";
+  const std::size_t bytes = m_limits.input - strConfirm.size() - 1;
+  for (const auto &arrMessage : Packed(arrCommands, bytes, arrCommands.size())) {
+    std::string strMessage = Joined(arrMessage);
+    if (m_limits.fTogether)
+      strMessage += ";" + strConfirm;
+    else
+      Send(strMessage);
+    const std::string strAnswer = AskMessage({m_limits.fTogether ? strMessage : strConfirm}).front();
+    if (NumberOf(strAnswer) != 1) RefuseAnswer(strMessage, strAnswer, "does not confirm it");
+  }
 }
 
 std::vector<std::string> Talk::Ask(const std::vector<std::string> &arrQueries, std::size_t answerSize) {

@@ -32,7 +32,9 @@ class Talk {
   void Open();
   void Close() { m_line->Close(); }
 
-  /// Sends commands in their order. Each entry, which may be several commands, stays within one message.
+  /// Sends commands in their order and returns when they have been carried out. Each entry, which may be several
+  /// commands, stays within one message. Each message is confirmed by itself, so that none is lost unseen and none
+  /// meets a full buffer.
   void Tell(const std::vector<std::string> &arrCommands);
   /// Answers are numbers and words of about so many bytes; more queries go into one message only where so many of them
   /// fit into what the instrument answers at once.
