@@ -10,6 +10,10 @@
 
 namespace tarvik::test {
 
+/// The box of an operation without an open session.
+inline constexpr const char *OfflineBox =
+    "box information: You need to be online to an instrument to perform this operation";
+
 /// A recording host, a stand-in driver and the one instance between them. Events are kept as "Event: text".
 class InstrumentSession {
  public:

@@ -17,6 +17,7 @@
 #include "instrument/DriverCall.h"
 #include "instrument/KolvenDriver.h"
 #include "instrument/clsInstrInterface.h"
+#include "platform/CommandButton.h"
 
 namespace tarvik::test {
 
@@ -58,6 +59,7 @@ class SimulatorSession {
   void Hide() { panel->hide(); }
   /// Opens the instrument by its check box.
   void Open(const std::string &strInstrument);
+  Boolean ButtonEnabled(const char *strName) const { return user->Get<CommandButton>(strName).Enabled(); }
   static clsInstrInterface &Instr() { return *InstrInterface(); }
   const PanelUser *operator->() const { return user.get(); }
 

@@ -15,6 +15,9 @@
 
 namespace tarvik::test {
 
+/// A failing status of the kind that a driver makes up itself.
+inline constexpr Long Refused = -2147221503;
+
 /// A failing status with the description that the driver leaves for it.
 struct DriverFailure {
   Long lngNumber = 0;

@@ -14,8 +14,6 @@ using testing::Pair;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-constexpr Long Refused = -2147221503;
-
 const DriverFailure TheFailure{Refused, "driver failed"};
 
 std::string Record(const std::string &strProc) {

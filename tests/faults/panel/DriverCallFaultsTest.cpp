@@ -12,7 +12,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr Long Refused = -2147221503;
 const DriverFailure TheFailure{Refused, "driver failed"};
 constexpr TabNumEnum TransferPages[] = {ePageMode,   ePageTiming,  ePageLevels, ePagePattern,
                                         ePageLimits, ePageTrigLev, ePageConfig};

@@ -11,7 +11,6 @@ namespace {
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr Long Refused = -2147221503;
 const DriverFailure TheFailure{Refused, "driver failed"};
 
 /// A session with an instrument that holds other settings than those to be sent.

@@ -13,8 +13,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr Long Refused = -2147221503;
-
 std::string Text(const PanelUser &user, const char *strName) { return user.Get<DisplayField>(strName).Text(); }
 
 class ConfigPageTest : public testing::Test {

@@ -37,6 +37,7 @@ class RackPlace {
   virtual std::string Server() const { return {}; }
 };
 using RackPlaceMaker = std::unique_ptr<RackPlace> (*)();
+inline std::unique_ptr<RackPlace> BesideThePanel() { return std::make_unique<RackPlace>(); }
 
 /// A day's work on one instrument. Whoever has places for a rack instantiates it with them.
 class DaySession : public testing::TestWithParam<std::tuple<Model, RackPlaceMaker>> {

@@ -16,8 +16,6 @@ using namespace kolven;
 using automation::Ref;
 using testing::IsEmpty;
 
-std::unique_ptr<RackPlace> BesideThePanel() { return std::make_unique<RackPlace>(); }
-
 /// The same numbers in each run.
 class Dice {
  public:

@@ -21,15 +21,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr Long Refused = -2147221503;
-
 std::vector<std::string> Row(const SimulatorSession &session, int intRow) {
   const ListItem &item = *session->Instruments().Item(intRow);
   return {item.Key(), item.Text(0), item.Text(1), item.Text(2), item.Text(3)};
-}
-
-Boolean Enabled(const SimulatorSession &session, const char *strName) {
-  return session->Get<CommandButton>(strName).Enabled();
 }
 
 class InstrumentList : public testing::Test {
@@ -67,7 +61,7 @@ TEST(InstrumentListEmpty, AnEmptyRackIsAnEmptyListAndNoError) {
   SimulatorSession session({}, "# nothing\n");
   EXPECT_EQ(session->Instruments().Count(), 0);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
-  EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+  EXPECT_TRUE(session.ButtonEnabled("cmdRefresh"));
 }
 
 /// A driver that has more instruments than a 16-bit number counts, all of them without a slot.
@@ -113,7 +107,7 @@ TEST_F(InstrumentList, ATickOpensASessionAndReadsAllPages) {
   EXPECT_EQ(States()[ePageTiming], ePageIsCurrent);
   EXPECT_EQ(States()[ePageOptions], ePageNeedsDownloading);
   EXPECT_FALSE(TarvikGUI::Panel::Of(*session.panel).state.mfForceDownloadAll);
-  EXPECT_TRUE(Enabled(session, "cmdUpload"));
+  EXPECT_TRUE(session.ButtonEnabled("cmdUpload"));
   EXPECT_EQ(session.host.intPointer, PointerDefault);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
@@ -132,7 +126,7 @@ TEST_F(InstrumentList, TakingTheTickAwayEndsTheSession) {
   EXPECT_THAT(session->Ticked(), IsEmpty());
   EXPECT_EQ(Status(), "Offline");
   EXPECT_THAT(States(), Each(ePageIsCurrent));
-  EXPECT_FALSE(Enabled(session, "cmdUpload"));
+  EXPECT_FALSE(session.ButtonEnabled("cmdUpload"));
   EXPECT_FALSE(session.Instr().IsOnline(True));
 }
 
@@ -142,7 +136,7 @@ TEST_F(InstrumentList, ADoubleClickOpensAndTheNextOneEndsTheSession) {
   session->DoubleClick(0);
   EXPECT_THAT(session->Ticked(), IsEmpty());
   EXPECT_THAT(States(), Each(ePageIsCurrent));
-  EXPECT_FALSE(Enabled(session, "cmdDownload"));
+  EXPECT_FALSE(session.ButtonEnabled("cmdDownload"));
 }
 
 TEST_F(InstrumentList, EnterTogglesTheSelectedRow) {
@@ -196,7 +190,7 @@ TEST_F(InstrumentList, AnInstrumentThatDoesNotOpenLosesItsTickAndTheFormerSessio
   EXPECT_THAT(session.host.TakeBoxes(), ElementsAre("box stop: Unable to start a session with this instrument"));
   EXPECT_FALSE(session.Instr().IsOnline(True));
   EXPECT_THAT(States(), Each(ePageIsCurrent));
-  EXPECT_FALSE(Enabled(session, "cmdUpload"));
+  EXPECT_FALSE(session.ButtonEnabled("cmdUpload"));
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }
 
@@ -210,7 +204,7 @@ TEST_F(InstrumentList, ARefreshEndsTheSessionButLeavesPagesAndButtons) {
   EXPECT_EQ(session->Instruments().Count(), 5);
   EXPECT_FALSE(session.Instr().IsOnline(True));
   EXPECT_EQ(States()[ePageLimits], ePageIsDirty);
-  EXPECT_TRUE(Enabled(session, "cmdUpload"));
+  EXPECT_TRUE(session.ButtonEnabled("cmdUpload"));
   session.host.TakeLines();
   session->Click("cmdUpload");
   EXPECT_THAT(session.host.TakeBoxes(),

@@ -8,8 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::unique_ptr<RackPlace> BesideThePanel() { return std::make_unique<RackPlace>(); }
-
 INSTANTIATE_TEST_SUITE_P(EveryInstrument, DaySession,
                          testing::Combine(testing::ValuesIn(Models), testing::Values(&BesideThePanel)),
                          DaySession::NameOf);

@@ -35,10 +35,6 @@ std::string Choice(const SimulatorSession &session, const char *strName) {
   return CStr(session->Get<FrameEnhanced>(strName).Value());
 }
 
-Boolean Enabled(const SimulatorSession &session, const char *strName) {
-  return session->Get<CommandButton>(strName).Enabled();
-}
-
 /// A driver that is not there, as long as the object lives.
 class NoDriver {
  public:
@@ -107,10 +103,10 @@ TEST(Start, AnyTextButZeroAsksForBoxEntries) {
 TEST(Start, TheFirstPageIsInFrontAndOnlyRefreshIsReady) {
   SimulatorSession session;
   EXPECT_EQ(session->Get<TabControl>("tabMain").Tab(), ePageInstr);
-  EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+  EXPECT_TRUE(session.ButtonEnabled("cmdRefresh"));
   for (const char *strName : {"cmdUpload", "cmdDownload", "cmdCheckErrors", "cmdCheckWarnings", "cmdResetInstr",
                               "cmdSelfTest", "cmdCalibrate"})
-    EXPECT_FALSE(Enabled(session, strName)) << strName;
+    EXPECT_FALSE(session.ButtonEnabled(strName)) << strName;
   EXPECT_EQ(session.host.intPointer, PointerDefault);
   EXPECT_THAT(session.host.TakeBoxes(), IsEmpty());
 }
@@ -131,7 +127,7 @@ TEST(Start, TheMessageLoopIsServedOnceBetweenConnectionAndList) {
   session.host.OnEntry = [&](const HostEntry &entry) {
     if (entry.kind != HostEntry::DoEvents) return;
     ++intYields;
-    EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+    EXPECT_TRUE(session.ButtonEnabled("cmdRefresh"));
     EXPECT_EQ(session->Get<DisplayBox>("txtStatus").Text(), "Local Connection");
   };
   session.Show();
@@ -148,8 +144,8 @@ TEST(Start, AFailedConnectionLeavesRefreshDisabledAndALaterShowTriesAgain) {
   EXPECT_THAT(session.host.TakeBoxes(),
               ElementsAre("box information: You need to be online to an instrument to perform this operation",
                           "box stop: no such driver"));
-  EXPECT_FALSE(Enabled(session, "cmdRefresh"));
-  EXPECT_FALSE(Enabled(session, "cmdUpload"));
+  EXPECT_FALSE(session.ButtonEnabled("cmdRefresh"));
+  EXPECT_FALSE(session.ButtonEnabled("cmdUpload"));
   EXPECT_EQ(session->Instruments().Count(), 0);
   // The gate ran as for no session.
   EXPECT_TRUE(TarvikGUI::Panel::Of(*session.panel).state.mfDualChannel);
@@ -160,7 +156,7 @@ TEST(Start, AFailedConnectionLeavesRefreshDisabledAndALaterShowTriesAgain) {
   driver.reset();
   session.Hide();
   session.Show();
-  EXPECT_TRUE(Enabled(session, "cmdRefresh"));
+  EXPECT_TRUE(session.ButtonEnabled("cmdRefresh"));
   EXPECT_EQ(session->Instruments().Count(), 5);
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }

@@ -18,8 +18,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr Long Refused = -2147221503;
-
 /// A panel over a driver that writes down each call.
 class TransferCycle : public testing::Test {
  protected:

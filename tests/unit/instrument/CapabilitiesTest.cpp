@@ -10,8 +10,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char *OfflineBox = "box information: You need to be online to an instrument to perform this operation";
-
 class CapabilitiesTest : public testing::Test {
  protected:
   clsInstrInterface &Instr() { return *session.instr; }

@@ -14,8 +14,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr Long Refused = -2147221503;
-
 /// Notes what of the driver is held besides root and instrument whenever somebody else has the word.
 class HeldTest : public testing::Test {
  protected:

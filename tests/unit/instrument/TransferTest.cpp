@@ -15,8 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr const char *OfflineBox = "box information: You need to be online to an instrument to perform this operation";
-
 class TransferTest : public testing::Test {
  protected:
   clsInstrInterface &Instr() { return *session.instr; }

@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-ServerCommandLine Read(std::vector<std::string> arrArguments) {
+ServerCommandLine Parsed(std::vector<std::string> arrArguments) {
   arrArguments.insert(arrArguments.begin(), "tarvik-driver-server");
   std::vector<char *> arrPointers;
   for (std::string &strArgument : arrArguments) arrPointers.push_back(strArgument.data());
@@ -16,7 +16,7 @@ ServerCommandLine Read(std::vector<std::string> arrArguments) {
 }
 
 TEST(ServerCommandLine, WhatIsNotToldIsAsTheManualSays) {
-  const ServerCommandLine line = Read({"--insecure"});
+  const ServerCommandLine line = Parsed({"--insecure"});
   EXPECT_EQ(line.options.strHost, "0.0.0.0");
   EXPECT_EQ(line.options.lngPort, 17830);
   EXPECT_EQ(line.options.lngClients, 64u);
@@ -30,8 +30,8 @@ TEST(ServerCommandLine, WhatIsNotToldIsAsTheManualSays) {
 
 TEST(ServerCommandLine, EachOptionIsTaken) {
   const ServerCommandLine line =
-      Read({"--insecure", "--listen", "::1", "--port=0", "--max-clients", "2", "--max-objects", "16", "--max-message",
-            "65536", "--keepalive", "3600", "--log", "server.log", "--allow", "hall3", "--allow=bench"});
+      Parsed({"--insecure", "--listen", "::1", "--port=0", "--max-clients", "2", "--max-objects", "16", "--max-message",
+              "65536", "--keepalive", "3600", "--log", "server.log", "--allow", "hall3", "--allow=bench"});
   EXPECT_EQ(line.options.strHost, "::1");
   EXPECT_EQ(line.options.lngPort, 0);
   EXPECT_EQ(line.options.lngClients, 2u);
@@ -43,14 +43,14 @@ TEST(ServerCommandLine, EachOptionIsTaken) {
 }
 
 TEST(ServerCommandLine, OfAnOptionGivenTwiceTheLastCounts) {
-  EXPECT_EQ(Read({"--insecure", "--port", "1x", "--port", "80"}).options.lngPort, 80);
+  EXPECT_EQ(Parsed({"--insecure", "--port", "1x", "--port", "80"}).options.lngPort, 80);
 }
 
 TEST(ServerCommandLine, AValueMayLookLikeAnOption) {
-  EXPECT_EQ(Read({"--insecure", "--log", "--odd"}).strLogFile, "--odd");
+  EXPECT_EQ(Parsed({"--insecure", "--log", "--odd"}).strLogFile, "--odd");
 }
 
-TEST(ServerCommandLine, HelpNeedsNoKeys) { EXPECT_THAT(Read({"--help"}).strHelp, HasSubstr("--certificate FILE")); }
+TEST(ServerCommandLine, HelpNeedsNoKeys) { EXPECT_THAT(Parsed({"--help"}).strHelp, HasSubstr("--certificate FILE")); }
 
 }  // namespace
 }  // namespace tarvik::remote

@@ -13,8 +13,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr Long Refused = -2147221503;
-
 struct SetupTransfer : testing::Test {
   tarvik::Setup Held() {
     tarvik::Setup setup;
