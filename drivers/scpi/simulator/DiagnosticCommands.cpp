@@ -9,7 +9,7 @@ namespace tarvik::scpisim {
 
 namespace {
 
-constexpr Double MostMessages = 1e6, LongestDelay = 60;
+constexpr Double MostMessages = 1e6, MostSecondsOfDelay = 60;
 
 enum : Long { Once = 0, Ever = 1 };
 
@@ -40,7 +40,7 @@ std::vector<Command> DiagnosticCommands() {
       Action(":DIAGnostic:FAULt:CLEar", {}, [](Call &c) { c.device.faults.Clear(c.client); }),
       Question(":DIAGnostic:FAULt:COUNt", [](Call &c) { return WholeAnswer(c.device.faults.Struck()); }),
       Question(":DIAGnostic:MESSage:COUNt", [](Call &c) { return WholeAnswer(c.device.faults.Messages()); }),
-      Both(":DIAGnostic:DELay", {Parameter::Number(Unit::Second, 0, LongestDelay)}, SetDelay, Delay),
+      Both(":DIAGnostic:DELay", {Parameter::Number(Unit::Second, 0, MostSecondsOfDelay)}, SetDelay, Delay),
   };
 }
 

@@ -4,12 +4,11 @@
 #include <charconv>
 #include <limits>
 
+#include "scpi/simulator/Characters.h"
+
 namespace tarvik::scpisim {
 
 namespace {
-
-bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
-bool IsLower(char ch) { return ch >= 'a' && ch <= 'z'; }
 
 struct NumberedWord {
   std::string_view strName;
@@ -31,7 +30,7 @@ NumberedWord CutNumber(std::string_view strWord) {
 Keyword::Keyword(std::string_view strNotation) {
   for (const char ch : strNotation) {
     if (!IsLower(ch)) m_strShort += ch;
-    m_strLong += IsLower(ch) ? static_cast<char>(ch - 'a' + 'A') : ch;
+    m_strLong += Upper(ch);
   }
 }
 

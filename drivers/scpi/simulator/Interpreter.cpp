@@ -16,8 +16,6 @@ std::string HeaderText(const std::vector<std::string> &arrNodes) {
   return strHeader;
 }
 
-[[noreturn]] void Fail(Long lngNumber, std::string strDetail) { throw ScpiFault{lngNumber, std::move(strDetail)}; }
-
 }  // namespace
 
 std::string Interpreter::Execute(std::string_view strMessage) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "scpi/simulator/Characters.h"
+
 namespace tarvik::scpisim {
 
 std::optional<MessageFramer::Message> MessageFramer::Next() {
@@ -57,7 +59,7 @@ void MessageFramer::BeginBlock(char ch) {
 }
 
 void MessageFramer::AdvanceLength(char ch) {
-  if (ch < '0' || ch > '9') {
+  if (!IsDigit(ch)) {
     m_place = Place::Plain;
     return;
   }

@@ -31,8 +31,6 @@ bool IsNumeric(ProgramData::Kind kind) {
   return kind == ProgramData::Kind::Decimal || kind == ProgramData::Kind::NonDecimal;
 }
 
-[[noreturn]] void Fail(Long lngNumber, std::string strDetail = {}) { throw ScpiFault{lngNumber, std::move(strDetail)}; }
-
 }  // namespace
 
 Parameter Parameter::Number(Unit unit, Double dblMin, Double dblMax) {

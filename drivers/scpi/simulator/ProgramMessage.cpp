@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "scpi/simulator/Characters.h"
+
 namespace tarvik::scpisim {
 
 namespace {
@@ -13,9 +15,6 @@ namespace {
 constexpr std::size_t LongestWord = 12, MostDigits = 255;
 constexpr int LargestExponent = 32000;
 
-// The C library's character classes depend on the locale, a program message does not.
-bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
-bool IsLetter(char ch) { return (ch >= 'A' && ch <= 'Z') || (ch >= 'a' && ch <= 'z'); }
 bool IsWordCharacter(char ch) { return IsLetter(ch) || IsDigit(ch) || ch == '_'; }
 bool IsBlank(char ch) { return static_cast<unsigned char>(ch) <= ' ' && ch != '\n'; }
 bool IsSeven(char ch) { return static_cast<unsigned char>(ch) < 0x80; }
@@ -23,14 +22,11 @@ bool IsSign(char ch) { return ch == '+' || ch == '-'; }
 /// What the grammar knows, if not at every place.
 bool IsPunctuation(char ch) { return ch == ':' || ch == '*' || ch == '?' || ch == ','; }
 
-std::string Upper(std::string_view strText) {
-  std::string strUpper(strText);
-  for (char &ch : strUpper)
-    if (ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 'a' + 'A');
+std::string UpperText(std::string_view strText) {
+  std::string strUpper;
+  for (const char ch : strText) strUpper += Upper(ch);
   return strUpper;
 }
-
-[[noreturn]] void Fail(Long lngNumber, std::string strDetail = {}) { throw ScpiFault{lngNumber, std::move(strDetail)}; }
 
 /// Digits before the decimal point that a mantissa has when it is written without leading zeros; negative for zeros
 /// behind the point.
@@ -96,7 +92,7 @@ std::string ProgramMessage::ReadMnemonic() {
   if (!IsLetter(Peek())) Fail(AtUnitEnd() || IsPunctuation(Peek()) ? ScpiSyntaxError : ScpiInvalidCharacter);
   const std::string_view strWord = TakeWhile(IsWordCharacter);
   if (strWord.size() > LongestWord) Fail(ScpiMnemonicTooLong, std::string(strWord));
-  return Upper(strWord);
+  return UpperText(strWord);
 }
 
 void ProgramMessage::EndHeader() {
@@ -183,14 +179,14 @@ std::string ProgramMessage::ReadSuffix() {
   const std::string_view strSuffix =
       TakeWhile([](char ch) { return IsLetter(ch) || IsDigit(ch) || ch == '/' || ch == '.' || ch == '-'; });
   if (strSuffix.size() > LongestWord) Fail(ScpiSuffixTooLong, std::string(strSuffix));
-  return Upper(strSuffix);
+  return UpperText(strSuffix);
 }
 
 ProgramData ProgramMessage::ReadCharacters() {
   const std::string_view strWord = TakeWhile(IsWordCharacter);
   if (strWord.size() > LongestWord) Fail(ScpiCharacterDataTooLong, std::string(strWord));
   if (!AtUnitEnd() && Peek() != ',' && !IsBlank(Peek())) Fail(ScpiInvalidCharacterData);
-  return {ProgramData::Kind::Character, 0, Upper(strWord)};
+  return {ProgramData::Kind::Character, 0, UpperText(strWord)};
 }
 
 ProgramData ProgramMessage::ReadString() {

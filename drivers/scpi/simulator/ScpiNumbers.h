@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "support/Types.h"
 
@@ -60,5 +61,9 @@ struct ScpiFault {
   Long lngNumber = ScpiNoError;
   std::string strDetail;  ///< empty, or what exactly was wrong
 };
+
+[[noreturn]] inline void Fail(Long lngNumber, std::string strDetail = {}) {
+  throw ScpiFault{lngNumber, std::move(strDetail)};
+}
 
 }  // namespace tarvik::scpisim

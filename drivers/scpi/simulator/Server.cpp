@@ -19,7 +19,7 @@ namespace {
 
 using AddressList = std::unique_ptr<addrinfo, decltype(&freeaddrinfo)>;
 
-[[noreturn]] void Fail(const std::string &strAddress, const std::string &strReason) {
+[[noreturn]] void RefuseAddress(const std::string &strAddress, const std::string &strReason) {
   throw RunTimeError(ErrPathFileAccess, "cannot listen on " + strAddress + ": " + strReason);
 }
 
@@ -29,7 +29,7 @@ AddressList Resolve(const ServerOptions &options, const std::string &strAddress)
   hints.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
   addrinfo *pList = nullptr;
   const int intError = getaddrinfo(options.strHost.c_str(), std::to_string(options.intPort).c_str(), &hints, &pList);
-  if (intError != 0) Fail(strAddress, gai_strerror(intError));
+  if (intError != 0) RefuseAddress(strAddress, gai_strerror(intError));
   return {pList, &freeaddrinfo};
 }
 
@@ -68,7 +68,7 @@ void Server::Listen() {
   const AddressList addresses = Resolve(m_options, strAddress);
   for (const addrinfo *pAddress = addresses.get(); pAddress && m_intListener < 0; pAddress = pAddress->ai_next)
     m_intListener = ListenAt(*pAddress);
-  if (m_intListener < 0) Fail(strAddress, std::generic_category().message(errno));
+  if (m_intListener < 0) RefuseAddress(strAddress, std::generic_category().message(errno));
   m_strAddress = AddressOf(m_intListener);
 }
 

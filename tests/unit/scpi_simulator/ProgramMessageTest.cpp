@@ -8,7 +8,6 @@ namespace tarvik::scpisim {
 namespace {
 
 using testing::ElementsAre;
-using Kind = ProgramData::Kind;
 
 std::vector<ProgramUnit> Units(std::string_view strMessage) {
   ProgramMessage message(strMessage);
@@ -17,10 +16,10 @@ std::vector<ProgramUnit> Units(std::string_view strMessage) {
   return arrUnits;
 }
 
-ProgramData DataOf(const std::string &strData) { return Units("A " + strData).at(0).arrData.at(0); }
-Double NumberOf(const std::string &strData) { return DataOf(strData).dblNumber; }
+ProgramData FirstData(const std::string &strData) { return Units("A " + strData).at(0).arrData.at(0); }
+Double FirstNumber(const std::string &strData) { return FirstData(strData).dblNumber; }
 
-Long FaultOf(std::string_view strMessage) {
+Long GrammarFaultOf(std::string_view strMessage) {
   try {
     Units(strMessage);
   } catch (const ScpiFault &fault) {
@@ -60,63 +59,63 @@ TEST(ProgramMessage, WhiteSpaceIsEveryControlCharacterButTheLineFeed) {
 }
 
 TEST(ProgramMessage, DecimalNumbersOfAllForms) {
-  EXPECT_EQ(12, NumberOf("12"));
-  EXPECT_EQ(-12.5, NumberOf("-12.5"));
-  EXPECT_EQ(0.5, NumberOf("+.5"));
-  EXPECT_EQ(5, NumberOf("5."));
-  EXPECT_EQ(1e-7, NumberOf("1e-7"));
-  EXPECT_EQ(1.5e3, NumberOf("1.5 E +3"));
-  EXPECT_EQ(7, NumberOf("007"));
+  EXPECT_EQ(12, FirstNumber("12"));
+  EXPECT_EQ(-12.5, FirstNumber("-12.5"));
+  EXPECT_EQ(0.5, FirstNumber("+.5"));
+  EXPECT_EQ(5, FirstNumber("5."));
+  EXPECT_EQ(1e-7, FirstNumber("1e-7"));
+  EXPECT_EQ(1.5e3, FirstNumber("1.5 E +3"));
+  EXPECT_EQ(7, FirstNumber("007"));
 }
 
 TEST(ProgramMessage, NumbersBeyondADoubleAreInfiniteOrZero) {
-  EXPECT_EQ(std::numeric_limits<Double>::infinity(), NumberOf("1e400"));
-  EXPECT_EQ(-std::numeric_limits<Double>::infinity(), NumberOf("-0.001e400"));
-  EXPECT_EQ(0, NumberOf("1e-400"));
-  EXPECT_EQ(0, NumberOf("0." + std::string(400, '0') + "1"));
+  EXPECT_EQ(std::numeric_limits<Double>::infinity(), FirstNumber("1e400"));
+  EXPECT_EQ(-std::numeric_limits<Double>::infinity(), FirstNumber("-0.001e400"));
+  EXPECT_EQ(0, FirstNumber("1e-400"));
+  EXPECT_EQ(0, FirstNumber("0." + std::string(400, '0') + "1"));
 }
 
 TEST(ProgramMessage, SuffixFollowsItsNumberWithOrWithoutBlanks) {
-  EXPECT_EQ("NS", DataOf("100ns").strText);
-  EXPECT_EQ("MHZ", DataOf("1.5 MHz").strText);
-  EXPECT_EQ(1.5, NumberOf("1.5 MHz"));
+  EXPECT_EQ("NS", FirstData("100ns").strText);
+  EXPECT_EQ("MHZ", FirstData("1.5 MHz").strText);
+  EXPECT_EQ(1.5, FirstNumber("1.5 MHz"));
   // An E without digits behind it is no exponent.
-  EXPECT_EQ("EXHZ", DataOf("2EXHZ").strText);
-  EXPECT_EQ("V/S", DataOf("2 V/S").strText);
+  EXPECT_EQ("EXHZ", FirstData("2EXHZ").strText);
+  EXPECT_EQ("V/S", FirstData("2 V/S").strText);
 }
 
 TEST(ProgramMessage, NumbersOfOtherBases) {
-  EXPECT_EQ(255, NumberOf("#HFF"));
-  EXPECT_EQ(255, NumberOf("#hff"));
-  EXPECT_EQ(8, NumberOf("#Q10"));
-  EXPECT_EQ(5, NumberOf("#B101"));
-  EXPECT_EQ(Kind::NonDecimal, DataOf("#B101").kind);
+  EXPECT_EQ(255, FirstNumber("#HFF"));
+  EXPECT_EQ(255, FirstNumber("#hff"));
+  EXPECT_EQ(8, FirstNumber("#Q10"));
+  EXPECT_EQ(5, FirstNumber("#B101"));
+  EXPECT_EQ(ProgramData::Kind::NonDecimal, FirstData("#B101").kind);
 }
 
 TEST(ProgramMessage, StringsInBothQuotesWithDoubledOnes) {
-  EXPECT_EQ("it's", DataOf("\"it's\"").strText);
-  EXPECT_EQ("it's", DataOf("'it''s'").strText);
-  EXPECT_EQ("say \"a\"", DataOf("\"say \"\"a\"\"\"").strText);
-  EXPECT_EQ("a;b,c", DataOf("'a;b,c'").strText);
-  EXPECT_EQ("", DataOf("''").strText);
+  EXPECT_EQ("it's", FirstData("\"it's\"").strText);
+  EXPECT_EQ("it's", FirstData("'it''s'").strText);
+  EXPECT_EQ("say \"a\"", FirstData("\"say \"\"a\"\"\"").strText);
+  EXPECT_EQ("a;b,c", FirstData("'a;b,c'").strText);
+  EXPECT_EQ("", FirstData("''").strText);
 }
 
 TEST(ProgramMessage, DefiniteBlockHoldsAnyBytes) {
   const std::vector<ProgramUnit> units = Units(std::string_view("A 3,#13\n;\0 ;B", 13));
   ASSERT_EQ(2u, units.size());
-  EXPECT_EQ(Kind::Block, units[0].arrData.at(1).kind);
+  EXPECT_EQ(ProgramData::Kind::Block, units[0].arrData.at(1).kind);
   EXPECT_EQ(std::string("\n;\0", 3), units[0].arrData.at(1).strText);
-  EXPECT_EQ("ab", DataOf("#3002ab").strText);
-  EXPECT_EQ("", DataOf("#10").strText);
+  EXPECT_EQ("ab", FirstData("#3002ab").strText);
+  EXPECT_EQ("", FirstData("#10").strText);
 }
 
-TEST(ProgramMessage, IndefiniteBlockGoesToTheEndOfTheMessage) { EXPECT_EQ("a;b,c ", DataOf("#0a;b,c ").strText); }
+TEST(ProgramMessage, IndefiniteBlockGoesToTheEndOfTheMessage) { EXPECT_EQ("a;b,c ", FirstData("#0a;b,c ").strText); }
 
 TEST(ProgramMessage, CharacterDataAndExpressions) {
-  EXPECT_EQ("MAX", DataOf("max").strText);
-  EXPECT_EQ(Kind::Character, DataOf("max").kind);
-  EXPECT_EQ("@1,2:3", DataOf("(@1,2:3)").strText);
-  EXPECT_EQ(Kind::Expression, DataOf("(1)").kind);
+  EXPECT_EQ("MAX", FirstData("max").strText);
+  EXPECT_EQ(ProgramData::Kind::Character, FirstData("max").kind);
+  EXPECT_EQ("@1,2:3", FirstData("(@1,2:3)").strText);
+  EXPECT_EQ(ProgramData::Kind::Expression, FirstData("(1)").kind);
 }
 
 TEST(ProgramMessage, UnitsBeforeAFaultAreHandedOut) {
@@ -125,39 +124,41 @@ TEST(ProgramMessage, UnitsBeforeAFaultAreHandedOut) {
   EXPECT_THROW(message.Next(), ScpiFault);
 }
 
-struct Fault {
+struct Misspelt {
   const char *strMessage;
   Long lngNumber;
 };
-void PrintTo(const Fault &fault, std::ostream *pStream) { *pStream << fault.strMessage; }
+void PrintTo(const Misspelt &row, std::ostream *pStream) { *pStream << row.strMessage; }
 
-class GrammarFault : public testing::TestWithParam<Fault> {};
+class GrammarFault : public testing::TestWithParam<Misspelt> {};
 
-TEST_P(GrammarFault, HasItsStandardNumber) { EXPECT_EQ(GetParam().lngNumber, FaultOf(GetParam().strMessage)); }
+TEST_P(GrammarFault, HasItsStandardNumber) { EXPECT_EQ(GetParam().lngNumber, GrammarFaultOf(GetParam().strMessage)); }
 
 INSTANTIATE_TEST_SUITE_P(Headers, GrammarFault,
-                         testing::Values(Fault{"!", -101}, Fault{"FREQ! 1", -101}, Fault{"FR\xC4Q 1", -101},
-                                         Fault{"1FREQ", -101}, Fault{"*", -102}, Fault{":", -102},
-                                         Fault{"SOUR::FREQ 1", -102}, Fault{"SOUR:", -102}, Fault{"?", -102},
-                                         Fault{"FREQ,1", -102}, Fault{"FREQ??", -102}, Fault{"*ESE\"1\"", -111},
-                                         Fault{"FREQ#H10", -111}, Fault{"FREQ+1", -111}, Fault{"ABCDEFGHIJKLM", -112},
-                                         Fault{"ABCDEFGHIJKL", 0}));
+                         testing::Values(Misspelt{"!", -101}, Misspelt{"FREQ! 1", -101}, Misspelt{"FR\xC4Q 1", -101},
+                                         Misspelt{"1FREQ", -101}, Misspelt{"*", -102}, Misspelt{":", -102},
+                                         Misspelt{"SOUR::FREQ 1", -102}, Misspelt{"SOUR:", -102}, Misspelt{"?", -102},
+                                         Misspelt{"FREQ,1", -102}, Misspelt{"FREQ??", -102},
+                                         Misspelt{"*ESE\"1\"", -111}, Misspelt{"FREQ#H10", -111},
+                                         Misspelt{"FREQ+1", -111}, Misspelt{"ABCDEFGHIJKLM", -112},
+                                         Misspelt{"ABCDEFGHIJKL", 0}));
 
 INSTANTIATE_TEST_SUITE_P(
     Parameters, GrammarFault,
-    testing::Values(Fault{"A 1 2", -103}, Fault{"A 'x' 'y'", -103}, Fault{"A 1,", -102}, Fault{"A ,1", -102},
-                    Fault{"A 1,,2", -102}, Fault{"A $", -101}, Fault{"A #Z", -102}, Fault{"A #", -102},
-                    Fault{"A +", -120}, Fault{"A .", -120}, Fault{"A 1.2.3", -121}, Fault{"A #HG", -121},
-                    Fault{"A #Q8", -121}, Fault{"A #B2", -121}, Fault{"A #H", -120}, Fault{"A 1E32001", -123},
-                    Fault{"A 1E32000", 0}, Fault{"A #H10000000000000000", -124}, Fault{"A 1 ABCDEFGHIJKLM", -134},
-                    Fault{"A B!", -141}, Fault{"A ABCDEFGHIJKLM", -144}, Fault{"A 'x", -151}, Fault{"A \"x'", -151},
-                    Fault{"A 'x''", -151}, Fault{"A '\x80'", -151}, Fault{"A #15abcd", -161}, Fault{"A #2x1a", -161},
-                    Fault{"A #9123", -161}, Fault{"A (1", -171}, Fault{"A (1;2)", -171}));
+    testing::Values(Misspelt{"A 1 2", -103}, Misspelt{"A 'x' 'y'", -103}, Misspelt{"A 1,", -102},
+                    Misspelt{"A ,1", -102}, Misspelt{"A 1,,2", -102}, Misspelt{"A $", -101}, Misspelt{"A #Z", -102},
+                    Misspelt{"A #", -102}, Misspelt{"A +", -120}, Misspelt{"A .", -120}, Misspelt{"A 1.2.3", -121},
+                    Misspelt{"A #HG", -121}, Misspelt{"A #Q8", -121}, Misspelt{"A #B2", -121}, Misspelt{"A #H", -120},
+                    Misspelt{"A 1E32001", -123}, Misspelt{"A 1E32000", 0}, Misspelt{"A #H10000000000000000", -124},
+                    Misspelt{"A 1 ABCDEFGHIJKLM", -134}, Misspelt{"A B!", -141}, Misspelt{"A ABCDEFGHIJKLM", -144},
+                    Misspelt{"A 'x", -151}, Misspelt{"A \"x'", -151}, Misspelt{"A 'x''", -151},
+                    Misspelt{"A '\x80'", -151}, Misspelt{"A #15abcd", -161}, Misspelt{"A #2x1a", -161},
+                    Misspelt{"A #9123", -161}, Misspelt{"A (1", -171}, Misspelt{"A (1;2)", -171}));
 
 TEST(ProgramMessage, TwoHundredFiftySixDigitsAreTooMany) {
-  EXPECT_EQ(-124, FaultOf("A " + std::string(256, '1')));
-  EXPECT_EQ(0, FaultOf("A " + std::string(255, '1')));
-  EXPECT_EQ(0, FaultOf("A " + std::string(300, '0') + "1"));
+  EXPECT_EQ(-124, GrammarFaultOf("A " + std::string(256, '1')));
+  EXPECT_EQ(0, GrammarFaultOf("A " + std::string(255, '1')));
+  EXPECT_EQ(0, GrammarFaultOf("A " + std::string(300, '0') + "1"));
 }
 
 }  // namespace
