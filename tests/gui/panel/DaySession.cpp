@@ -278,7 +278,7 @@ void DaySession::UseOptions() {
 TEST_P(DaySession, WhatThePanelShowsIsWhatTheInstrumentHolds) {
   ExpectConnected();
   UseOptions();
-  session.Open(Instrument().strName);
+  session.Open(Listed());
   ExpectNoBox();
   ExpectAll(ePageNeedsDownloading);
   User().Click("cmdDownload");
@@ -301,7 +301,7 @@ TEST_P(DaySession, WhatThePanelShowsIsWhatTheInstrumentHolds) {
   EXPECT_EQ(Held().texts["bits strobe"], std::string(100, '1'));
 
   // Somebody else resets the instrument.
-  Call(session.Instrument(Instrument().strName), &kolven::IInstrument::Reset);
+  Call(session.Instrument(Listed()), &kolven::IInstrument::Reset);
   User().Click("cmdDownload");
   ExpectNoBox();
   ExpectPanelAgrees("after a reset behind the panel's back");
@@ -320,7 +320,7 @@ TEST_P(DaySession, WhatThePanelShowsIsWhatTheInstrumentHolds) {
   ExpectHeld("frequency", 5e4);
   ExpectHeld("limit high, voltage 1", 6);
 
-  session.Open(Instrument().strName);  // the tick goes
+  session.Open(Listed());  // the tick goes
   EXPECT_THAT(User().Ticked(), IsEmpty());
   EXPECT_FALSE(session.Instr().IsOnline(True));
   ExpectPanelAgrees("after the end of the session");

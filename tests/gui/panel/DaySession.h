@@ -35,6 +35,8 @@ class RackPlace {
   virtual ~RackPlace() = default;
   /// The server's address; empty for this machine.
   virtual std::string Server() const { return {}; }
+  /// The name of a model in the list of instruments.
+  virtual std::string Listed(const std::string &strModel) const { return strModel; }
 };
 using RackPlaceMaker = std::unique_ptr<RackPlace> (*)();
 inline std::unique_ptr<RackPlace> BesideThePanel() { return std::make_unique<RackPlace>(); }
@@ -47,8 +49,9 @@ class DaySession : public testing::TestWithParam<std::tuple<Model, RackPlaceMake
 
  protected:
   const Model &Instrument() const { return std::get<Model>(GetParam()); }
+  std::string Listed() const { return place->Listed(Instrument().strName); }
   const PanelUser &User() const { return *session.user; }
-  SettingsByName Held() const { return ReadDriver(session.Instrument(Instrument().strName)); }
+  SettingsByName Held() const { return ReadDriver(session.Instrument(Listed())); }
 
   /// Each setting that the pages show is the one that the instrument holds.
   void ExpectPanelAgrees(const char *strWhen);
