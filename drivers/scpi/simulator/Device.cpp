@@ -15,6 +15,17 @@ simulator::InstrumentDescription WithoutDelays(simulator::InstrumentDescription 
   return description;
 }
 
+/// The range of each value was checked when it was read. What is out of range now has come of several settings: volts
+/// that became amperes, an offset with an amplitude.
+simulator::ScpiError AsConflict(simulator::ScpiError error) {
+  if (error.lngNumber != ScpiDataOutOfRange) return error;
+  const std::string strRange = std::string(StandardText(ScpiDataOutOfRange)) + ": ";
+  if (error.strText.starts_with(strRange))
+    error.strText.replace(0, strRange.size(), std::string(StandardText(ScpiSettingsConflict)) + ": ");
+  error.lngNumber = ScpiSettingsConflict;
+  return error;
+}
+
 std::uint16_t QuestionableBit(Long lngWarning) {
   switch (lngWarning) {
     case 101:
@@ -36,7 +47,7 @@ void Device::Apply(const std::vector<simulator::Change> &arrChanges) {
   try {
     m_instrument.Apply(arrChanges);
   } catch (const simulator::Rejected &rejected) {
-    for (const simulator::ScpiError &error : rejected.Errors()) status.Report(error);
+    for (const simulator::ScpiError &error : rejected.Errors()) status.Report(AsConflict(error));
   }
   UpdateConditions();
 }

@@ -11,13 +11,13 @@ namespace tarvik::scpisim {
 
 namespace {
 
-// Bounds of IEEE 488.2: 7.6.1.4.1 and 7.7.1.4, 7.7.3.4, 7.7.2.4.1.
+// Bounds of IEEE 488.2, 7.6 and 7.7.
 constexpr std::size_t LongestWord = 12, MostDigits = 255;
 constexpr int LargestExponent = 32000;
 
 bool IsWordCharacter(char ch) { return IsLetter(ch) || IsDigit(ch) || ch == '_'; }
 bool IsBlank(char ch) { return static_cast<unsigned char>(ch) <= ' ' && ch != '\n'; }
-bool IsSeven(char ch) { return static_cast<unsigned char>(ch) < 0x80; }
+bool IsAscii(char ch) { return static_cast<unsigned char>(ch) < 0x80; }
 bool IsSign(char ch) { return ch == '+' || ch == '-'; }
 /// What the grammar knows, if not at every place.
 bool IsPunctuation(char ch) { return ch == ':' || ch == '*' || ch == '?' || ch == ','; }
@@ -112,7 +112,7 @@ void ProgramMessage::ReadParameters(ProgramUnit &unit) {
     unit.arrData.push_back(ReadData());
     SkipBlanks();
     if (AtUnitEnd()) return;
-    if (Peek() != ',') Fail(IsSeven(Peek()) ? ScpiInvalidSeparator : ScpiInvalidCharacter);
+    if (Peek() != ',') Fail(IsAscii(Peek()) ? ScpiInvalidSeparator : ScpiInvalidCharacter);
     Take(1);
     SkipBlanks();
   }
@@ -193,7 +193,7 @@ ProgramData ProgramMessage::ReadString() {
   const char chQuote = Take(1).front();
   ProgramData data{ProgramData::Kind::String, 0, {}};
   while (true) {
-    data.strText += TakeWhile([chQuote](char ch) { return ch != chQuote && IsSeven(ch); });
+    data.strText += TakeWhile([chQuote](char ch) { return ch != chQuote && IsAscii(ch); });
     if (Peek() != chQuote) Fail(ScpiInvalidStringData);
     Take(1);
     if (Peek() != chQuote) return data;

@@ -7,10 +7,10 @@ namespace tarvik::scpisim {
 
 namespace {
 
-/// SCPI-99 volume 2, 21.8.1: the text of an entry is at most 255 characters long.
+/// SCPI-99 volume 2, 21.8: the text of an entry is at most 255 characters long.
 constexpr std::size_t LongestText = 255;
 
-/// SCPI-99 volume 2, 21.8.2: a class of numbers sets a bit of the standard event register.
+/// A class of numbers sets a bit of the standard event register.
 std::uint8_t EventOf(Long lngNumber) {
   switch (-lngNumber / 100) {
     case 1: return StatusRegisters::CommandError;

@@ -9,7 +9,7 @@ struct Multiplier {
   int intPower;
 };
 
-/// IEEE 488.2, table 7-1.
+/// IEEE 488.2, 7.7.3.
 constexpr Multiplier Multipliers[] = {
     {"EX", 18}, {"PE", 15}, {"T", 12}, {"G", 9},   {"MA", 6},  {"K", 3},   {"", 0},
     {"M", -3},  {"U", -6},  {"N", -9}, {"P", -12}, {"F", -15}, {"A", -18},
@@ -18,7 +18,7 @@ constexpr Multiplier Multipliers[] = {
 struct UnitName {
   Unit unit;
   std::string_view strName;
-  int intM;  ///< what M stands for: IEEE 488.2, 7.7.3.3 has MHZ and MOHM as megahertz and megohm
+  int intM;  ///< what M stands for: IEEE 488.2, 7.7.3, has MHZ and MOHM as megahertz and megohm
 };
 
 constexpr UnitName UnitNames[] = {

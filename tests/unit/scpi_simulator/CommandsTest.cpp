@@ -93,7 +93,7 @@ TEST_F(Commands, DelaysLeaveThePulseTypeAlone) {
 }
 
 TEST_F(Commands, LevelsChangeTheirUnitTogetherWithTheirValues) {
-  EXPECT_EQ(-222, NumberFrom("FUNC:MODE CURR"));
+  EXPECT_EQ(-221, NumberFrom("FUNC:MODE CURR"));
   Say("FUNC:MODE CURR;:CURR:HIGH 100MA;LOW -100 MA");
   EXPECT_EQ("CURR;1.0E-01;-1.0E-01;0.0E+00;2.0E-01", Say("FUNC:MODE?;:CURR:HIGH?;LOW?;OFFS?;AMPL?"));
   EXPECT_EQ(-221, NumberFrom("VOLT:HIGH?"));

@@ -140,6 +140,12 @@ TEST_F(InterpreterTest, EveryReasonForARefusalIsReported) {
   EXPECT_EQ("2", Say("SYST:ERR:COUN?"));
 }
 
+TEST_F(InterpreterTest, ValuesThatAreOutOfRangeOnlyTogetherAreAConflict) {
+  Say("VOLT:OFFS 20");
+  EXPECT_EQ(R"~(-221,"Settings conflict;high level of channel 1 (21.25 V, allowed -20 V to 20 V)")~", Error());
+  EXPECT_EQ("1.25E+00", Say("VOLT:OFFS?"));
+}
+
 // ---- MIN, MAX, DEF
 
 TEST_F(InterpreterTest, SpecialNumbersCanBeSetAndAskedFor) {
