@@ -158,11 +158,12 @@ if(TARGET tarvikremote)
   tarvik_install_documents(server remote.md)
 
   set(TARVIK_SERVER_FILES "${CMAKE_SOURCE_DIR}/drivers/remote")
-  set_target_properties(tarvik-driver-server PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
-  install(TARGETS tarvik-driver-server RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT server)
+  set_target_properties(tarvik-driver-server tarvik-driver-server-ctl PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
+  install(TARGETS tarvik-driver-server tarvik-driver-server-ctl RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT server)
   install(PROGRAMS "${TARVIK_SERVER_FILES}/make-test-certificates.sh" DESTINATION "${CMAKE_INSTALL_BINDIR}"
     RENAME tarvik-make-test-certificates COMPONENT server)
-  install(FILES "${TARVIK_SERVER_FILES}/tarvik-driver-server.8" "${TARVIK_SERVER_FILES}/tarvik-make-test-certificates.8"
+  install(FILES "${TARVIK_SERVER_FILES}/tarvik-driver-server.8" "${TARVIK_SERVER_FILES}/tarvik-driver-server-ctl.8"
+    "${TARVIK_SERVER_FILES}/tarvik-make-test-certificates.8"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man8" COMPONENT server)
   # The unit names its program by its whole path, which is known only when the prefix is; it is written where it goes.
   install(CODE "set(TARVIK_SERVER_PROGRAM \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/tarvik-driver-server\")

@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,14 +23,6 @@ std::string ReadPem(const std::filesystem::path &path, const char *strWhat) {
   return strText;
 }
 
-/// A key that others can read is theirs as well.
-void CheckPrivate(const std::filesystem::path &key) {
-  struct stat status {};
-  if (stat(key.c_str(), &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-    throw RunTimeError(ErrInvalidArgument, "others than its owner can use " + key.string() + "; chmod 600 \"" +
-                                               key.string() + "\" mends it");
-}
-
 }  // namespace
 
 ClientCredentials LoadClientCredentials() {
@@ -45,7 +35,7 @@ ClientCredentials LoadClientCredentials() {
   ClientCredentials credentials{ReadPem(authority, "the certificate of the authority"),
                                 ReadPem(certificate, "the client's certificate"), ReadPem(key, "the client's key")};
   try {
-    CheckPrivate(key);
+    CheckPrivate(key.string());
     // The server would only close the connection; here the reason is known.
     CheckInForce(CertificateIn(credentials.strAuthority, authority.string()), authority.string());
     const Certificate own = CertificateIn(credentials.strCertificate, certificate.string());

@@ -264,7 +264,7 @@ void ConnectionGate::Shut(Connected &connection, const std::string &strWhy, bool
   if (connection.fShut) return;
   connection.fShut = true;
   shutdown(connection.handle.Get(), SHUT_RDWR);
-  if (!connection.fTold) m_log.Write("connection from " + connection.strPeer, "ended: " + strWhy);
+  if (!connection.fTold) m_log.Write("connection from " + connection.strPeer, {"handshake", "ended: " + strWhy});
   if (fPenalty) m_penalties[connection.strAddress] = Clock::now() + m_limits.penalty;
 }
 
@@ -274,7 +274,7 @@ void ConnectionGate::NoteEnd(std::uint64_t lngKey) {
   if (found == m_connections.end()) return;
   const Connected &connection = found->second;
   if (!connection.fGreeted && !connection.fTold && !connection.fShut)
-    m_log.Write("connection from " + connection.strPeer, "ended before a greeting");
+    m_log.Write("connection from " + connection.strPeer, {"handshake", "ended before a greeting"});
 }
 
 void ConnectionGate::Drop(std::uint64_t lngKey) {

@@ -9,7 +9,6 @@
 #include "remote/Compression.h"
 #include "remote/ConnectionGate.h"
 #include "remote/DriverService.h"
-#include "remote/Pem.h"
 #include "remote/ServerAddress.h"
 #include "support/RunTimeError.h"
 
@@ -39,17 +38,14 @@ void ReserveDescriptors(std::size_t lngConnections) {
                                              std::to_string(limit.rlim_max));
 }
 
-/// The transport takes what does not fit and then refuses every client, so it is looked at here.
-void CheckCertificates(const ServerOptions &options) {
-  try {
-    const Certificate own = CertificateIn(options.strCertificate, "the server's certificate");
-    CheckInForce(own, "the server's certificate");
-    CheckInForce(CertificateIn(options.strAuthority, "the authority's certificate"), "the authority's certificate");
-    if (!Fits(KeyIn(options.strKey, "the server's key"), own))
-      throw RunTimeError(ErrInvalidArgument, "the server's certificate and key do not fit");
-  } catch (const RunTimeError &error) {
-    throw RunTimeError(error.Number(), "The driver server cannot start: " + error.Description());
-  }
+/// Creates what the list names and nothing else.
+DriverCreator Restricted(const std::set<std::string> &drivers, DriverCreator creator) {
+  if (drivers.empty()) return creator;
+  return [&drivers, creator = std::move(creator)](const std::string &strProgId) {
+    if (!drivers.contains(strProgId))
+      throw RunTimeError(ErrCannotCreateObject, "The driver server offers no driver " + strProgId);
+    return creator(strProgId);
+  };
 }
 
 /// The limits of the gate that follow from the number of clients.
@@ -65,9 +61,6 @@ void CheckOptions(const ServerOptions &options) {
                        "Without transport security the driver server listens on a loopback "
                        "address only, and " +
                            options.strHost + " is none");
-  if (!options.fInsecure && options.allowedClients.empty())
-    throw RunTimeError(ErrInvalidArgument, "The list of clients that may connect is empty");
-  if (!options.fInsecure) CheckCertificates(options);
   ReserveDescriptors(options.gate.lngAll);
 }
 
@@ -83,12 +76,14 @@ class DriverServer::Listener {
  public:
   Listener(ServerOptions options, DriverCreator creator, ServerLog &log)
       : m_options(Checked(Completed(std::move(options)))),
+        m_access(m_options.fInsecure ? nullptr : std::make_unique<AccessList>(m_options.rules)),
         m_gate(m_options.strHost, m_options.lngPort, m_options.gate, log),
-        m_service(m_options, std::move(creator), m_gate, log) {
+        m_service(m_options, Restricted(m_options.drivers, std::move(creator)), m_access.get(), m_gate, log) {
     grpc::ServerBuilder builder;
     Configure(builder);
     auto acceptor = builder.experimental().AddExternalConnectionAcceptor(
-        grpc::ServerBuilder::experimental_type::ExternalConnectionType::FROM_FD, Credentials());
+        grpc::ServerBuilder::experimental_type::ExternalConnectionType::FROM_FD,
+        m_access ? m_access->Credentials() : grpc::InsecureServerCredentials());
     builder.RegisterService(&m_service);
     m_server = builder.BuildAndStart();
     if (!m_server) throw RunTimeError(ErrInvalidArgument, "The driver server cannot start");
@@ -110,6 +105,10 @@ class DriverServer::Listener {
     m_server.reset();
   }
   std::uint16_t Port() const { return m_gate.Port(); }
+  void SetRules(AccessRules rules) {
+    if (m_access) m_access->Set(std::move(rules));
+  }
+  std::string Administer(const std::string &strCommand) { return m_service.Administer(strCommand); }
   std::size_t Clients() const { return m_service.Clients(); }
 
  private:
@@ -134,15 +133,8 @@ class DriverServer::Listener {
     builder.SetResourceQuota(quota);
   }
 
-  std::shared_ptr<grpc::ServerCredentials> Credentials() const {
-    if (m_options.fInsecure) return grpc::InsecureServerCredentials();
-    grpc::SslServerCredentialsOptions options(GRPC_SSL_REQUEST_AND_REQUIRE_CLIENT_CERTIFICATE_AND_VERIFY);
-    options.pem_root_certs = m_options.strAuthority;
-    options.pem_key_cert_pairs.push_back({m_options.strKey, m_options.strCertificate});
-    return grpc::SslServerCredentials(options);
-  }
-
   const ServerOptions m_options;
+  const std::unique_ptr<AccessList> m_access;  ///< null without transport security
   ConnectionGate m_gate;
   DriverService m_service;
   std::unique_ptr<grpc::Server> m_server;
@@ -153,6 +145,8 @@ DriverServer::DriverServer(ServerOptions options, DriverCreator creator, ServerL
 DriverServer::~DriverServer() = default;
 
 std::uint16_t DriverServer::Port() const { return m_listener->Port(); }
+void DriverServer::SetRules(AccessRules rules) { m_listener->SetRules(std::move(rules)); }
+std::string DriverServer::Administer(const std::string &strCommand) { return m_listener->Administer(strCommand); }
 void DriverServer::Stop() { m_listener->Stop(); }
 std::size_t DriverServer::Clients() const { return m_listener->Clients(); }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "remote/AnswerWriter.h"
+#include "remote/LogText.h"
 
 namespace tarvik::remote {
 
@@ -18,24 +19,6 @@ constexpr std::chrono::seconds AnswerLimit{1};
 constexpr std::chrono::milliseconds WatchInterval{100};
 /// What a session has to have sent for its end to be worth a look at the process's memory.
 constexpr std::uint64_t TrimBytes = 1024 * 1024;
-
-std::string Joined(const std::vector<std::string> &arrNames) {
-  std::string strResult;
-  for (const std::string &strName : arrNames) strResult += (strResult.empty() ? "" : ", ") + strName;
-  return strResult.empty() ? "nobody" : strResult;
-}
-
-/// The names that the client's certificate, which the transport has checked, bears.
-std::vector<std::string> CertificateNames(const grpc::ServerContext &context) {
-  std::vector<std::string> arrNames;
-  const auto authority = context.auth_context();
-  if (!authority) return arrNames;
-  for (const char *strProperty : {"x509_common_name", "x509_subject_alternative_name"})
-    for (const grpc::string_ref &name : authority->FindPropertyValues(strProperty))
-      if (const std::string strName(name.data(), name.size()); std::ranges::find(arrNames, strName) == arrNames.end())
-        arrNames.push_back(strName);
-  return arrNames;
-}
 
 }  // namespace
 
@@ -94,9 +77,11 @@ class DriverService::Work {
   bool m_fAnswering = false;
 };
 
-DriverService::DriverService(const ServerOptions &options, DriverCreator creator, ConnectionGate &gate, ServerLog &log)
+DriverService::DriverService(const ServerOptions &options, DriverCreator creator, const AccessList *pAccess,
+                             ConnectionGate &gate, ServerLog &log)
     : m_options(options),
       m_creator(std::move(creator)),
+      m_pAccess(pAccess),
       m_gate(gate),
       m_log(log),
       m_watching([this](const std::stop_token &stop) { Watch(stop); }) {}
@@ -104,20 +89,25 @@ DriverService::DriverService(const ServerOptions &options, DriverCreator creator
 grpc::Status DriverService::Connect(grpc::ServerContext *pContext, Stream *pStream) {
   const std::string strPeer = pContext->peer();
   std::string strName, strClient = "client at " + strPeer;
-  if (!m_options.fInsecure) {
-    const auto arrNames = CertificateNames(*pContext);
-    strName = Joined(arrNames);
+  ClientIdentity identity;
+  if (m_pAccess) {
+    identity = ClientIdentity::Of(*pContext);
+    strName = identity.NamesText();
     strClient = strName + " at " + strPeer;
-    if (std::ranges::none_of(arrNames, [&](const auto &name) { return m_options.allowedClients.contains(name); })) {
+    if (const std::string strWhy = m_pAccess->Refusal(identity); !strWhy.empty()) {
       m_gate.Refused(PeerName(strPeer));
-      return Refuse(strClient, grpc::StatusCode::PERMISSION_DENIED,
-                    "the certificate's name " + strName + " is not on the list of clients");
+      return Refuse(strClient, grpc::StatusCode::PERMISSION_DENIED, strWhy);
     }
   }
   if (m_fStopping) return Refuse(strClient, grpc::StatusCode::UNAVAILABLE, "the server is stopping");
   if (const std::string strWhy = HindranceToEnter(strName); !strWhy.empty())
     return Refuse(strClient, grpc::StatusCode::RESOURCE_EXHAUSTED, strWhy);
-  Entered entered(*this, {.pContext = pContext, .strName = strName, .strPeer = strPeer, .begin = Clock::now()});
+  Entered entered(*this, {.pContext = pContext,
+                          .identity = std::move(identity),
+                          .strName = strName,
+                          .strPeer = strPeer,
+                          .begin = Clock::now(),
+                          .since = std::chrono::system_clock::now()});
   return Serve(*entered, *pStream, strClient);
 }
 
@@ -138,7 +128,7 @@ std::string DriverService::HindranceToGreet() const {
 }
 
 grpc::Status DriverService::Refuse(const std::string &strClient, grpc::StatusCode eCode, const std::string &strWhy) {
-  m_log.Write(strClient, "refused: " + strWhy);
+  m_log.Write(strClient, {"refused", "refused: " + strWhy});
   return {eCode, strWhy};
 }
 
@@ -151,7 +141,7 @@ grpc::Status DriverService::Begin(Session &session, const std::string &strClient
     session.fGreeted = true;
   }
   m_gate.SessionBegan(PeerName(session.strPeer));
-  m_log.Write(strClient, "connected");
+  m_log.Write(strClient, {"connected", "connected"});
   return grpc::Status::OK;
 }
 
@@ -160,8 +150,7 @@ grpc::Status DriverService::Serve(Session &entry, Stream &stream, const std::str
   owner.self = {entry.lngId, entry.strName.empty() ? "a client" : entry.strName, PeerName(entry.strPeer), {}};
   owner.pHolders = m_options.fShare ? nullptr : &m_holders;
   ServerSession session(
-      m_creator, m_options.limits, [&](const std::string &strText) { m_log.Write(strClient, strText); },
-      std::move(owner));
+      m_creator, m_options.limits, [&](const LogEvent &event) { m_log.Write(strClient, event); }, std::move(owner));
   grpc::Status status;
   try {
     status = Converse(entry, stream, session, strClient);
@@ -176,12 +165,12 @@ grpc::Status DriverService::Serve(Session &entry, Stream &stream, const std::str
   }
   {
     const std::lock_guard driver(m_driver);
-    if (status.ok() && entry.pContext->IsCancelled()) m_log.Write(strClient, "vanished");
+    if (status.ok() && entry.pContext->IsCancelled()) m_log.Write(strClient, {"vanished", "vanished"});
     session.End();
   }
   // Gives the memory of large messages back to the system.
   if (entry.lngBytes > TrimBytes) malloc_trim(0);
-  m_log.Write(strClient, status.ok() ? "disconnected" : "ended: " + status.error_message());
+  m_log.Write(strClient, {"disconnected", status.ok() ? "disconnected" : "ended: " + status.error_message()});
   return status;
 }
 
@@ -245,8 +234,48 @@ void DriverService::Watch(const std::stop_token &stop) {
       m_changed.wait_for(lock, stop, WatchInterval, [] { return false; });
     const auto now = Clock::now();
     for (Session &session : m_sessions)
-      if (!session.fGreeted && now - session.begin > m_options.gate.greeting) Cut(session, "no greeting in time");
+      if (!session.fGreeted && now - session.begin > m_options.gate.greeting)
+        Cut(session, "no greeting in time");
+      else if (const std::string strWhy = m_pAccess ? m_pAccess->Refusal(session.identity) : ""; !strWhy.empty())
+        Cut(session, strWhy);
   }
+}
+
+std::string DriverService::SessionLines() const {
+  const std::lock_guard lock(m_mutex);
+  std::string strLines;
+  for (const Session &session : m_sessions)
+    if (session.fGreeted)
+      strLines += std::to_string(session.lngId) + "\t" +
+                  Escaped(TextOf({session.lngId, session.strName.empty() ? "a client" : session.strName,
+                                  PeerName(session.strPeer), session.since})) +
+                  "\n";
+  return strLines;
+}
+
+std::string DriverService::HolderLines() const {
+  std::string strLines;
+  for (const auto &held : m_holders.All())
+    strLines += std::to_string(held.holder.lngSession) + "\t" + Escaped(held.strInstrument) + "\t" +
+                Escaped(TextOf(held.holder)) + "\n";
+  return strLines;
+}
+
+std::string DriverService::EndSession(const std::string &strNumber) {
+  const std::lock_guard lock(m_mutex);
+  for (Session &session : m_sessions)
+    if (session.fGreeted && std::to_string(session.lngId) == strNumber) {
+      Cut(session, "the administrator ended it");
+      return "ended\n";
+    }
+  return "error: there is no session " + Escaped(strNumber) + "\n";
+}
+
+std::string DriverService::Administer(const std::string &strCommand) {
+  if (strCommand == "sessions") return SessionLines();
+  if (strCommand == "holders") return HolderLines();
+  if (strCommand.starts_with("end ")) return EndSession(strCommand.substr(4));
+  return "error: the commands are sessions, holders and end NUMBER\n";
 }
 
 }  // namespace tarvik::remote

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "remote/AccessList.h"
 #include "remote/ConnectionGate.h"
 #include "remote/DriverServer.h"
 #include "remote/InstrumentHolders.h"
@@ -22,14 +23,17 @@ class DriverService final : public DriverSession::Service {
  public:
   using Stream = grpc::ServerReaderWriter<ServerFrame, ClientFrame>;
 
-  /// What is referred to outlives the service.
-  DriverService(const ServerOptions &options, DriverCreator creator, ConnectionGate &gate, ServerLog &log);
+  /// What is referred to outlives the service. Without an access list everybody gets in.
+  DriverService(const ServerOptions &options, DriverCreator creator, const AccessList *pAccess, ConnectionGate &gate,
+                ServerLog &log);
 
   grpc::Status Connect(grpc::ServerContext *pContext, Stream *pStream) override;
 
   /// Waits until no frame is at work; none is begun afterwards. Calls have the time they need, but a client that takes
   /// no answer keeps nobody waiting.
   void Finish();
+  /// Answers the administrator in lines.
+  std::string Administer(const std::string &strCommand);
   /// Sessions that were greeted.
   std::size_t Clients() const;
 
@@ -39,9 +43,11 @@ class DriverService final : public DriverSession::Service {
   struct Session {
     std::uint64_t lngId = 0;
     grpc::ServerContext *pContext = nullptr;
+    ClientIdentity identity;
     std::string strName;  ///< of the certificate; empty without transport security
     std::string strPeer;  ///< as the transport calls it
     Clock::time_point begin{};
+    std::chrono::system_clock::time_point since{};
     bool fGreeted = false;
     std::uint64_t lngBytes = 0;  ///< that the client sent; for its own thread
     std::string strCut;          ///< why the server ended it
@@ -59,9 +65,13 @@ class DriverService final : public DriverSession::Service {
   std::string CutReason(const Session &session) const;
   void Cut(Session &session, const std::string &strWhy);
   void Watch(const std::stop_token &stop);
+  std::string SessionLines() const;
+  std::string HolderLines() const;
+  std::string EndSession(const std::string &strNumber);
 
   const ServerOptions &m_options;
   const DriverCreator m_creator;
+  const AccessList *const m_pAccess;
   ConnectionGate &m_gate;
   ServerLog &m_log;
   InstrumentHolders m_holders;

@@ -4,6 +4,9 @@
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/x509.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
 
 #include "support/RunTimeError.h"
 
@@ -61,6 +64,16 @@ RevocationList RevocationListIn(const std::string &strPem, const std::string &st
   return list;
 }
 
+void CheckPrivate(const std::string &strKeyFile) {
+  struct stat status {};
+  if (stat(strKeyFile.c_str(), &status) != 0 || (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) return;
+  // What systemd hands over belongs to root and is opened to the service by its group or by an access list.
+  const char *strCredentials = std::getenv("CREDENTIALS_DIRECTORY");
+  if (strCredentials && strKeyFile.starts_with(std::string(strCredentials) + "/") && (status.st_mode & S_IRWXO) == 0)
+    return;
+  RaiseUnusable("others than its owner can use " + strKeyFile + "; chmod 600 \"" + strKeyFile + "\" mends it");
+}
+
 void CheckInForce(const Certificate &certificate, const std::string &strName) {
   const ASN1_TIME *pFirst = X509_get0_notBefore(certificate.get()), *pLast = X509_get0_notAfter(certificate.get());
   if (X509_cmp_current_time(pLast) < 0) RaiseUnusable(strName + " is a certificate that ran out on " + DayOf(pLast));
@@ -68,9 +81,9 @@ void CheckInForce(const Certificate &certificate, const std::string &strName) {
     RaiseUnusable(strName + " is a certificate that is not in force before " + DayOf(pFirst));
 }
 
-bool IsInForce(const Certificate &certificate) {
-  return X509_cmp_current_time(X509_get0_notAfter(certificate.get())) > 0 &&
-         X509_cmp_current_time(X509_get0_notBefore(certificate.get())) < 0;
+bool IsInForce(const x509_st &certificate) {
+  return X509_cmp_current_time(X509_get0_notAfter(&certificate)) > 0 &&
+         X509_cmp_current_time(X509_get0_notBefore(&certificate)) < 0;
 }
 
 bool Fits(const PrivateKey &key, const Certificate &certificate) {
@@ -86,10 +99,12 @@ bool IsSignedBy(const RevocationList &list, const Certificate &authority) {
   return fSigned;
 }
 
-bool Revokes(const RevocationList &list, const Certificate &certificate) {
+bool Revokes(const X509_crl_st &list, const x509_st &certificate) {
+  if (X509_NAME_cmp(X509_CRL_get_issuer(&list), X509_get_issuer_name(&certificate)) != 0) return false;
+  // The library sorts the list at the first look-up, for which it takes a lock of its own.
   X509_REVOKED *pRevoked = nullptr;
-  return X509_NAME_cmp(X509_CRL_get_issuer(list.get()), X509_get_issuer_name(certificate.get())) == 0 &&
-         X509_CRL_get0_by_cert(list.get(), &pRevoked, certificate.get()) == 1;
+  auto &own = const_cast<X509_crl_st &>(list);
+  return X509_CRL_get0_by_serial(&own, &pRevoked, X509_get0_serialNumber(&certificate)) == 1;
 }
 
 }  // namespace tarvik::remote

@@ -26,14 +26,16 @@ Certificate CertificateIn(const std::string &strPem, const std::string &strName)
 PrivateKey KeyIn(const std::string &strPem, const std::string &strName);
 RevocationList RevocationListIn(const std::string &strPem, const std::string &strName);
 
+/// Raises the same where others than the owner of the file can use it, with the command that mends it.
+void CheckPrivate(const std::string &strKeyFile);
 /// Raises the same where the certificate has run out or is not in force yet.
 void CheckInForce(const Certificate &certificate, const std::string &strName);
-bool IsInForce(const Certificate &certificate);
+bool IsInForce(const x509_st &certificate);
 /// Whether the key is that of the certificate.
 bool Fits(const PrivateKey &key, const Certificate &certificate);
 /// Whether the authority signed the list.
 bool IsSignedBy(const RevocationList &list, const Certificate &authority);
 /// Whether the list names the certificate.
-bool Revokes(const RevocationList &list, const Certificate &certificate);
+bool Revokes(const X509_crl_st &list, const x509_st &certificate);
 
 }  // namespace tarvik::remote

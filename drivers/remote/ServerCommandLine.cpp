@@ -7,6 +7,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "instrument/KolvenDriver.h"
+#include "remote/Pem.h"
 #include "remote/ServerAddress.h"
 #include "support/Conversions.h"
 #include "support/RunTimeError.h"
@@ -38,22 +40,27 @@ void AddNames(std::set<std::string> &names, const std::string &strText) {
 class Parser {
  public:
   explicit Parser(ServerCommandLine &line)
-      : m_app("Serves the instrument drivers of this machine to named clients.", "tarvik-driver-server") {
+      : m_app("Serves the instrument drivers of this machine to named clients.", "tarvik-driver-server"),
+        m_arrRuleFiles(line.arrRuleFiles) {
     m_app.get_formatter()->column_width(25);
     m_app.option_defaults()->take_last();
     m_app.set_help_flag("--help", "this text");
 
     ServerOptions &options = line.options;
-    Text("--listen", "HOST", "address or name to listen on (default: 0.0.0.0)", options.strHost);
+    Text("--listen", "HOST", "address or name to listen on (default: 127.0.0.1)", options.strHost);
     Number<std::uint16_t>("--port", "N", "port, 0 for one that the system chooses (default: 17830)", options.lngPort, 0,
                           65535);
-    File("--certificate", "the server's certificate (PEM)", options.strCertificate);
-    File("--key", "its key (PEM)", options.strKey);
-    File("--authority", "certificate of the authority that signs clients (PEM)", options.strAuthority);
+    AccessRules &rules = options.rules;
+    File("--certificate", "the server's certificate (PEM)", rules.strCertificate);
+    KeyFile("--key", "its key (PEM), readable by its owner alone", rules.strKey);
+    File("--authority", "certificate of the authority that signs clients (PEM)", rules.strAuthority);
+    File("--revocations", "revocation list of the authority (PEM)", rules.strRevocations);
     Each("--allow", "NAME", "a client name that may connect; may be repeated",
-         [&](const std::string &strName) { options.allowedClients.insert(strName); });
+         [&](const std::string &strName) { rules.allowedClients.insert(strName); });
     Each("--allow-file", "FILE", "such names, one a line, # begins a comment",
-         [&](const std::string &strFile) { AddNames(options.allowedClients, ReadFile(strFile)); });
+         [&](const std::string &strFile) { AddNames(rules.allowedClients, ReadRules(strFile)); });
+    Each("--driver", "PROGID", "a driver that clients may use (default: KolvenAtl.Kolven); may be repeated",
+         [&](const std::string &strProgId) { options.drivers.insert(strProgId); });
     m_app.add_flag("--insecure", options.fInsecure, "no transport security; on a loopback address only");
     Number<std::size_t>("--max-clients", "N", "clients at a time (default: 64)", options.lngClients, 1, 10'000);
     Number<std::size_t>("--max-sessions", "N", "sessions of clients with one name at a time (default: 16)",
@@ -69,6 +76,11 @@ class Parser {
                                  "a client silent for twice as long has vanished (default: 15)", options.keepalive,
                                  LeastKeepalive, MostKeepalive);
     Text("--log", "FILE", "log file to append to (default: standard error)", line.strLogFile);
+    One("--log-format", "FORMAT", "text or json (default: text)", [&line](const std::string &strGiven) {
+      if (strGiven != "text" && strGiven != "json") Refuse("--log-format takes text or json");
+      line.eLogFormat = strGiven == "json" ? LogFormat::Json : LogFormat::Text;
+    });
+    Text("--control", "SOCKET", "local socket for tarvik-driver-server-ctl", line.strControl);
   }
 
   /// Returns the help text if --help was given.
@@ -105,7 +117,17 @@ class Parser {
     One(strOption, strValue, strText, [&place](const std::string &strGiven) { place = strGiven; });
   }
   void File(const char *strOption, const char *strText, std::string &place) {
-    One(strOption, "FILE", strText, [&place](const std::string &strFile) { place = ReadFile(strFile); });
+    One(strOption, "FILE", strText, [this, &place](const std::string &strFile) { place = ReadRules(strFile); });
+  }
+  void KeyFile(const char *strOption, const char *strText, std::string &place) {
+    One(strOption, "FILE", strText, [this, &place](const std::string &strFile) {
+      CheckPrivate(strFile);
+      place = ReadRules(strFile);
+    });
+  }
+  std::string ReadRules(const std::string &strFile) {
+    m_arrRuleFiles.push_back(strFile);
+    return ReadFile(strFile);
   }
   /// Unit: the type that the number is converted to before the assignment.
   template <class Unit, class Place>
@@ -123,6 +145,7 @@ class Parser {
   }
 
   CLI::App m_app;
+  std::vector<std::string> &m_arrRuleFiles;
 };
 
 }  // namespace
@@ -130,10 +153,12 @@ class Parser {
 ServerCommandLine ServerCommandLine::Of(int argc, char **argv) {
   ServerCommandLine line;
   ServerOptions &options = line.options;
-  options.strHost = "0.0.0.0";
+  options.strHost = "127.0.0.1";
   options.lngPort = ServerAddress::DefaultPort;
   line.strHelp = Parser(line).Parse(argc, argv);
-  const bool fKeys = !options.strCertificate.empty() && !options.strKey.empty() && !options.strAuthority.empty();
+  if (options.drivers.empty()) options.drivers.insert(kolven::DriverProgId);
+  const AccessRules &rules = options.rules;
+  const bool fKeys = !rules.strCertificate.empty() && !rules.strKey.empty() && !rules.strAuthority.empty();
   if (line.strHelp.empty() && !options.fInsecure && !fKeys) Refuse("--certificate, --key and --authority are needed");
   return line;
 }

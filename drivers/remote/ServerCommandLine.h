@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "remote/DriverServer.h"
 
@@ -11,6 +12,11 @@ struct ServerCommandLine {
   ServerOptions options;
   /// Empty: standard error.
   std::string strLogFile;
+  LogFormat eLogFormat = LogFormat::Text;
+  /// The local socket for the administrator; empty: none.
+  std::string strControl;
+  /// The files whose contents the rules are made of, to be watched.
+  std::vector<std::string> arrRuleFiles;
   /// The help text if --help was given; the server is not to be started then.
   std::string strHelp;
 

@@ -1,13 +1,20 @@
 #include "remote/ServerLog.h"
 
-#include <algorithm>
-#include <chrono>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstdio>
 #include <ctime>
 
+#include "remote/LogText.h"
+#include "support/RunTimeError.h"
+
 namespace tarvik::remote {
 
-void ServerLog::Write(const std::string &strClient, const std::string &strText) {
+namespace {
+
+std::string TimeText() {
   using namespace std::chrono;
   const auto now = system_clock::now();
   const std::time_t seconds = system_clock::to_time_t(now);
@@ -17,12 +24,62 @@ void ServerLog::Write(const std::string &strClient, const std::string &strText) 
   char date[32], time[48];
   std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &utc);
   std::snprintf(time, sizeof time, "%s.%03dZ", date, lngMilliseconds);
-  std::string strLine = strClient + ": " + strText;
-  // Client-supplied text: control characters could forge log lines or send terminal escapes.
-  std::ranges::replace_if(
-      strLine, [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7F; }, '?');
+  return time;
+}
+
+}  // namespace
+
+ServerLog::ServerLog(std::string strFile, LogFormat eFormat) : m_strFile(std::move(strFile)), m_eFormat(eFormat) {
+  if (!Open()) throw RunTimeError(ErrPathFileAccess, m_strFile + " cannot be written");
+}
+
+bool ServerLog::Open() {
+  constexpr int Mode = O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+  m_file = FileHandle(open(m_strFile.c_str(), Mode, S_IRUSR | S_IWUSR | S_IRGRP));
+  return static_cast<bool>(m_file);
+}
+
+void ServerLog::Reopen() {
   const std::lock_guard lock(m_mutex);
-  m_out << time << ' ' << strLine << std::endl;
+  if (!m_pOut) Open();
+}
+
+std::string ServerLog::Line(const std::string &strWho, const LogEvent &event) const {
+  if (m_eFormat == LogFormat::Text) return TimeText() + " " + Escaped(strWho + ": " + event.strText) + "\n";
+  return R"({"time":")" + TimeText() + R"(","who":)" + JsonString(strWho) + R"(,"event":)" + JsonString(event.strKind) +
+         R"(,"text":)" + JsonString(event.strText) + "}\n";
+}
+
+bool ServerLog::Put(const std::string &strLines) {
+  if (m_pOut) {
+    m_pOut->clear();
+    *m_pOut << strLines << std::flush;
+    return m_pOut->good();
+  }
+  std::size_t lngWritten = 0;
+  while (m_file && lngWritten < strLines.size()) {
+    const ssize_t lngPart = write(m_file.Get(), strLines.data() + lngWritten, strLines.size() - lngWritten);
+    if (lngPart < 0 && errno == EINTR) continue;
+    if (lngPart <= 0) return false;
+    lngWritten += static_cast<std::size_t>(lngPart);
+  }
+  return static_cast<bool>(m_file);
+}
+
+void ServerLog::Write(const std::string &strWho, const LogEvent &event) {
+  const std::lock_guard lock(m_mutex);
+  std::string strLines = Line(strWho, event);
+  if (m_lngLost > 0) {
+    if (!m_pOut) Open();
+    const std::string strGap = std::to_string(m_lngLost) + " lines since " + m_strLostSince + " could not be written";
+    // The line break ends what was left of the line that failed.
+    strLines = "\n" + Line("log", {"gap", strGap}) + strLines;
+  }
+  if (Put(strLines)) {
+    m_lngLost = 0;
+  } else if (m_lngLost++ == 0) {
+    m_strLostSince = TimeText();
+  }
 }
 
 }  // namespace tarvik::remote

@@ -5,17 +5,19 @@
 
 #include "automation/Activation.h"
 #include "automation/ErrorInfo.h"
+#include "remote/LogText.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik::remote {
 
 using automation::StatusOk;
+using automation::VariantBool;
 
 namespace {
 
 /// Places in the contract that the session itself has to know: what opens and closes an instrument.
 struct Places {
-  std::uint8_t intRoot, intInstrument, intOpen, intClose, intTransaction;
+  std::uint8_t intRoot, intInstrument, intOpen, intClose, intTransaction, intChannelList;
 };
 
 std::uint8_t PositionOf(const auto &row, std::string_view strName) {
@@ -28,8 +30,9 @@ const Places &ThePlaces() {
     const auto contract = Contract();
     const auto intInstrument = PositionOf(contract, "IInstrument");
     const auto operations = contract[intInstrument].operations;
-    return Places{PositionOf(contract, "IDriverRoot"), intInstrument, PositionOf(operations, "Open"),
-                  PositionOf(operations, "Close"), PositionOf(operations, "Transaction")};
+    return Places{PositionOf(contract, "IDriverRoot"),   intInstrument,
+                  PositionOf(operations, "Open"),        PositionOf(operations, "Close"),
+                  PositionOf(operations, "Transaction"), PositionOf(contract, "IChannelList")};
   }();
   return places;
 }
@@ -37,7 +40,9 @@ const Places &ThePlaces() {
 std::string FailedFrame(Answer eAnswer, const Failure &failure) {
   Writer out;
   out.Put(static_cast<std::uint8_t>(eAnswer));
-  out.PutFailure(failure);
+  // Folders of the server are none of the client's business; the log has them.
+  out.PutFailure({failure.fRunTimeNumber, failure.lngNumber, WithoutFolders(failure.strDescription),
+                  WithoutFolders(failure.strSource)});
   return out.Take();
 }
 
@@ -68,7 +73,11 @@ std::string Shortened(std::string_view strText) {
 }  // namespace
 
 ServerSession::ServerSession(DriverCreator creator, SessionLimits limits, Log log, SessionOwner owner)
-    : m_creator(std::move(creator)), m_limits(limits), m_log(std::move(log)), m_owner(std::move(owner)) {}
+    : m_creator(std::move(creator)),
+      m_limits(limits),
+      m_log(std::move(log)),
+      m_owner(std::move(owner)),
+      m_journal(m_log) {}
 
 ServerSession::~ServerSession() { End(); }
 
@@ -119,7 +128,8 @@ std::string ServerSession::Greet(Reader &in) {
     if (root && automation::Failed(root->QueryInterface(iid, reinterpret_cast<void **>(narrowed.Out()))))
       throw RunTimeError(ErrTypeMismatch, StandardDescription(ErrTypeMismatch));
     const bool fRoot = static_cast<bool>(narrowed);
-    m_log(fRoot ? "created " + Shortened(strProgId) : "creation of " + Shortened(strProgId) + " gave nothing");
+    m_log({"created",
+           fRoot ? "created " + Shortened(strProgId) : "creation of " + Shortened(strProgId) + " gave nothing"});
     if (fRoot) Hold(RootId, {.object = std::move(narrowed), .intKind = ThePlaces().intRoot});
     Writer out;
     out.Put(static_cast<std::uint8_t>(Answer::Welcome));
@@ -132,7 +142,7 @@ std::string ServerSession::Greet(Reader &in) {
   } catch (const std::exception &error) {
     failure = {false, automation::StatusUnexpected, error.what(), {}};
   }
-  m_log("creation of " + Shortened(strProgId) + " failed: " + failure.strDescription);
+  m_log({"created", "creation of " + Shortened(strProgId) + " failed: " + failure.strDescription});
   return FailedFrame(Answer::Welcome, failure);
 }
 
@@ -187,12 +197,12 @@ void ServerSession::Watch(Entry &entry, const Target &target, Reader before, con
     const bool fOpened = fDone && Reader(outcome.filled.Bytes()).Get<automation::VariantBool>() != 0;
     if (fDone) entry.fOpen = fOpened;
     if (!entry.fOpen) FreeInstrument(entry);
-    m_log((fOpened ? "opened " : "could not open ") + Shortened(entry.strName));
+    m_log({"opened", (fOpened ? "opened " : "could not open ") + Shortened(entry.strName)});
   } else if (target.intOperation == places.intClose) {
     // Counts as closed even if Close failed: the server does not repeat it.
     entry.fOpen = entry.fTransaction = false;
     FreeInstrument(entry);
-    m_log((fDone ? "closed " : "failed to close ") + Shortened(entry.strName));
+    m_log({"closed", (fDone ? "closed " : "failed to close ") + Shortened(entry.strName)});
   } else if (target.intOperation == places.intTransaction) {
     const auto lngCommand = before.Get<Long>();
     if (lngCommand != kolven::TransactionBegin)
@@ -205,6 +215,33 @@ void ServerSession::Watch(Entry &entry, const Target &target, Reader before, con
 
 bool ServerSession::IsInTransaction() const {
   return std::ranges::any_of(m_objects, [](const auto &object) { return object.second.fTransaction; });
+}
+
+/// Instrument and channel that an object belongs to, for the log.
+void ServerSession::Descend(const Entry &parent, const Target &target, Reader arguments, Entry &child) const {
+  const bool fInstrument = target.pOperation->intResultKind == ThePlaces().intInstrument;
+  const bool fChannel = target.intInterface == ThePlaces().intChannelList;
+  child.lngInstrument = fInstrument ? target.lngNewId : parent.lngInstrument;
+  child.lngChannel = fChannel ? arguments.Get<Long>() : parent.lngChannel;
+}
+
+void ServerSession::Journal(const Entry &entry, const Target &target, Reader arguments, const Failure &failure,
+                            bool fTransaction) {
+  const auto instrument = m_objects.find(entry.lngInstrument);
+  if (instrument == m_objects.end()) return;
+  const std::string strInstrument = Shortened(instrument->second.strName);
+  const bool fDone = failure.lngNumber == 0;
+  if (target.intInterface == ThePlaces().intInstrument && target.intOperation == ThePlaces().intTransaction) {
+    switch (arguments.Get<Long>()) {
+      case kolven::TransactionCommit: return m_journal.NoteCommit(strInstrument, fDone, failure.strDescription);
+      case kolven::TransactionAbort: return m_journal.NoteAbort(strInstrument);
+      default: return;
+    }
+  }
+  const auto &interface = Contract()[target.intInterface];
+  const bool fSwitch = arguments.Left() >= sizeof(VariantBool) && arguments.Get<VariantBool>() != 0;
+  m_journal.Note({strInstrument, interface.strName, target.pOperation->strName, entry.lngChannel, fTransaction, fSwitch,
+                  fDone, failure.strDescription});
 }
 
 /// Makes this client the holder of an instrument that it is about to open; the failure tells who holds it.
@@ -221,7 +258,7 @@ std::optional<Failure> ServerSession::TakeInstrument(Entry &entry) {
   std::string strKey = m_strProgId + " " + strName;
   if (const auto holder = m_owner.pHolders->Take(strKey, self)) {
     const std::string strWhy = Shortened(strName) + " is held by " + TextOf(*holder);
-    m_log("refused to open: " + strWhy);
+    m_log({"held", "refused to open: " + strWhy});
     return Failure{false, StatusHeld, strWhy, {}};
   }
   entry.strHeld = std::move(strKey);
@@ -289,9 +326,11 @@ std::string ServerSession::Call(Reader &in) {
 
   Failure failure;
   const Reader before = in;
+  const bool fTransaction = IsInTransaction();
   Outcome outcome = Run(entry, target, in, failure);
+  Journal(entry, target, before, failure, fTransaction);
   if (automation::Failed(outcome.status)) return FailedFrame(Answer::Result, failure);
-  if (IsInTransaction()) m_lngTransactionBytes += before.Left() - in.Left();
+  if (fTransaction) m_lngTransactionBytes += before.Left() - in.Left();
   Writer out;
   out.Put(static_cast<std::uint8_t>(Answer::Result));
   out.PutSuccess(outcome.status);
@@ -301,6 +340,7 @@ std::string ServerSession::Call(Reader &in) {
       out.Put(KindNothing);
     } else {
       child.strName = NameOf(target, before, child.fByNumber);
+      Descend(entry, target, before, child);
       out.Put(child.fFailed ? KindUnknown : child.intKind);
       if (child.fFailed) child.intKind = KindUnknown;
       Hold(target.lngNewId, std::move(child));
@@ -320,9 +360,11 @@ void ServerSession::Fetch(Reader &in) {
     return HoldFailed(target.lngNewId, intKind, *hindrance);
   }
   Failure failure;
+  const Reader before = in;
   Outcome outcome = Run(entry, target, in, failure);
   if (automation::Failed(outcome.status)) return HoldFailed(target.lngNewId, intKind, failure);
   Entry child = Narrowed(target, std::move(outcome.object));
+  Descend(entry, target, before, child);
   if (child.fFailed) return HoldFailed(target.lngNewId, intKind, child.failure);
   Hold(target.lngNewId, std::move(child));
 }

@@ -10,6 +10,7 @@
 
 #include "automation/Ref.h"
 #include "remote/InstrumentHolders.h"
+#include "remote/SessionJournal.h"
 #include "remote/Stub.h"
 #include "remote/Wire.h"
 
@@ -39,7 +40,7 @@ struct SessionOwner {
 /// fail with it and the next call brings its failure, unless the client has let go of the object by then.
 class ServerSession {
  public:
-  using Log = std::function<void(const std::string &strText)>;
+  using Log = SessionJournal::Log;
 
   ServerSession(DriverCreator creator, SessionLimits limits, Log log, SessionOwner owner = {});
   /// Ends the session, if End has not done it.
@@ -64,9 +65,11 @@ class ServerSession {
     std::uint8_t intKind = KindUnknown;
     bool fFailed = false;
     Failure failure{};
-    std::string strName{};   ///< of an instrument: the key it was found by
-    bool fByNumber = false;  ///< found by its place in the list; strName is no name then
-    std::string strHeld{};   ///< of an instrument that the client holds: its key among the holders
+    std::string strName{};       ///< of an instrument: the key it was found by
+    ObjectId lngInstrument = 0;  ///< that it belongs to
+    Long lngChannel = 0;         ///< that it belongs to; 0: to none
+    bool fByNumber = false;      ///< found by its place in the list; strName is no name then
+    std::string strHeld{};       ///< of an instrument that the client holds: its key among the holders
     bool fOpen = false;
     bool fTransaction = false;
   };
@@ -95,6 +98,8 @@ class ServerSession {
   std::optional<Failure> TakeInstrument(Entry &entry);
   void FreeInstrument(Entry &entry);
   bool IsInTransaction() const;
+  void Descend(const Entry &parent, const Target &target, Reader arguments, Entry &child) const;
+  void Journal(const Entry &entry, const Target &target, Reader arguments, const Failure &failure, bool fTransaction);
   static std::string NameOf(const Target &target, Reader arguments, bool &fByNumber);
   static Failure NoObject();
   Failure TooManyObjects() const;
@@ -103,6 +108,7 @@ class ServerSession {
   const SessionLimits m_limits;
   const Log m_log;
   const SessionOwner m_owner;
+  SessionJournal m_journal;
   std::map<ObjectId, Entry> m_objects;
   /// Objects whose fetch failed and whose failure the client does not know yet.
   std::set<ObjectId> m_unreported;

@@ -17,7 +17,7 @@ ServerCommandLine Parsed(std::vector<std::string> arrArguments) {
 
 TEST(ServerCommandLine, WhatIsNotToldIsAsTheManualSays) {
   const ServerCommandLine line = Parsed({"--insecure"});
-  EXPECT_EQ(line.options.strHost, "0.0.0.0");
+  EXPECT_EQ(line.options.strHost, "127.0.0.1");
   EXPECT_EQ(line.options.lngPort, 17830);
   EXPECT_EQ(line.options.lngClients, 64u);
   EXPECT_EQ(line.options.limits.lngObjects, 1000u);
@@ -39,7 +39,7 @@ TEST(ServerCommandLine, EachOptionIsTaken) {
   EXPECT_EQ(line.options.limits.lngFrameBytes, 65536u);
   EXPECT_EQ(line.options.keepalive, std::chrono::hours(1));
   EXPECT_EQ(line.strLogFile, "server.log");
-  EXPECT_THAT(line.options.allowedClients, ElementsAre("bench", "hall3"));
+  EXPECT_THAT(line.options.rules.allowedClients, ElementsAre("bench", "hall3"));
 }
 
 TEST(ServerCommandLine, OfAnOptionGivenTwiceTheLastCounts) {

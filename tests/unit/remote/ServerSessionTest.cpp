@@ -3,11 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <sstream>
 
 #include "SessionFrames.h"
 #include "StandInDriver.h"
 #include "remote/ServerLog.h"
+#include "support/RunTimeError.h"
 
 namespace tarvik::remote {
 namespace {
@@ -127,7 +131,96 @@ TEST_F(Session, LongNameIsCutInTheLogBetweenCharacters) {
 TEST(ServerLogLine, NothingThatAClientSendsBeginsALineOrWorksATerminal) {
   std::ostringstream text;
   ServerLog(text).Write("bench\nserver", "created \x1B[2J\x7F \xE2\x82\xAC");
-  EXPECT_THAT(text.str(), testing::EndsWith("Z bench?server: created ?[2J? \xE2\x82\xAC\n"));
+  EXPECT_THAT(text.str(), testing::EndsWith("Z bench\\x0Aserver: created \\x1B[2J\\x7F \xE2\x82\xAC\n"));
+}
+
+TEST(ServerLogLine, DirectionMarksAndBytesThatAreNoTextAreWrittenAsCodes) {
+  std::ostringstream text;
+  ServerLog(text).Write(
+      "a\xE2\x80\xAE"
+      "b\xC2\x85",
+      "c\xFF\xE2\x80\xA8 \\ \xD8\x9C");
+  EXPECT_THAT(text.str(), testing::EndsWith("Z a\\u202Eb\\u0085: c\\xFF\\u2028 \\\\ \\u061C\n"));
+}
+
+TEST(ServerLogLine, JsonHasTheSameInFields) {
+  std::ostringstream text;
+  ServerLog(text, LogFormat::Json).Write("bench at \"x\"", {"opened", "opened a\\b\n"});
+  EXPECT_THAT(text.str(), testing::MatchesRegex(
+                              "\\{\"time\":\"[-0-9T:.]+Z\",\"who\":\"bench at \\\\\"x\\\\\"\",\"event\":\"opened\","
+                              "\"text\":\"opened a\\\\\\\\b\\\\u000a\"\\}\n"));
+}
+
+TEST(ServerLogLine, LogThatCouldNotBeWrittenIsTriedAgainAndItsGapTold) {
+  struct Failing : std::stringbuf {
+    bool fFails = false;
+    std::streamsize xsputn(const char *p, std::streamsize n) override {
+      return fFails ? 0 : std::stringbuf::xsputn(p, n);
+    }
+  } buffer;
+  std::ostream out(&buffer);
+  ServerLog log(out);
+  buffer.fFails = true;
+  log.Write("server", "lost");
+  log.Write("server", "lost too");
+  buffer.fFails = false;
+  log.Write("server", "back");
+  EXPECT_THAT(buffer.str(), testing::MatchesRegex("\n[^\n]*Z log: 2 lines since [-0-9T:.]+Z could not be written\n"
+                                                  "[^\n]*Z server: back\n"));
+}
+
+TEST(ServerLogFile, IsItsOwnersAndIsNoLink) {
+  const auto folder = std::filesystem::temp_directory_path() / ("tarvik-log-" + std::to_string(getpid()));
+  std::filesystem::create_directories(folder);
+  ServerLog((folder / "log").string(), LogFormat::Text).Write("server", "here");
+  EXPECT_EQ(std::filesystem::status(folder / "log").permissions() & std::filesystem::perms::others_all,
+            std::filesystem::perms::none);
+  std::filesystem::create_symlink(folder / "elsewhere", folder / "link");
+  EXPECT_THROW(ServerLog((folder / "link").string(), LogFormat::Text), RunTimeError);
+  EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
+  std::filesystem::remove_all(folder);
+}
+
+TEST_F(Session, TransferIsLoggedWithItsSettingsAndItsEnd) {
+  Start();
+  Open();
+  const auto transaction = [&](Long lngCommand) {
+    return Frame().Call(3, "IInstrument", "Transaction").Argument<Long>(lngCommand).Bytes();
+  };
+  const auto setWidth = [&](ObjectId lngFirst) {
+    return Frame()
+        .Fetch(3, "IInstrument", "GetChannels", lngFirst)
+        .Fetch(lngFirst, "IChannelList", "GetItem", lngFirst + 1)
+        .Argument<Long>(2)
+        .Fetch(lngFirst + 1, "IChannel", "GetTiming", lngFirst + 2)
+        .Call(lngFirst + 2, "IChannelTiming", "SetWidth")
+        .Argument<Double>(2e-7)
+        .Bytes();
+  };
+  arrLog.clear();
+  session->Handle(transaction(kolven::TransactionBegin));
+  session->Handle(setWidth(10));
+  session->Handle(Frame().Call(3, "IInstrument", "SetChannelMath").Argument<Long>(1).Bytes());
+  session->Handle(transaction(kolven::TransactionCommit));
+  session->Handle(transaction(kolven::TransactionBegin));
+  session->Handle(setWidth(20));
+  driver.FailAt(1, {-2147221000, "too wide"});
+  session->Handle(transaction(kolven::TransactionCommit));
+  session->Handle(setWidth(30));
+  session->Handle(Frame().Call(3, "IInstrument", "Reset").Bytes());
+  EXPECT_THAT(arrLog, ElementsAre("Alpha: transfer committed: ChannelTiming(2).Width, Instrument.ChannelMath",
+                                  "Alpha: transfer refused (too wide): ChannelTiming(2).Width",
+                                  "Alpha: ChannelTiming(2).Width", "Alpha: Reset"));
+}
+
+TEST_F(Session, FailureTellsNoFolderOfTheServer) {
+  session.emplace(
+      [](const std::string &) -> Ref<IUnknown> {
+        throw RunTimeError(429, "/srv/lab/drivers/a.so (named by \"/etc/x/b.driver\") cannot be loaded: 3 V/s");
+      },
+      SessionLimits{}, [this](const std::string &strText) { arrLog.push_back(strText); });
+  EXPECT_EQ(FailureOf(Frame().Hello()).strDescription, "a.so (named by \"b.driver\") cannot be loaded: 3 V/s");
+  EXPECT_THAT(arrLog.back(), HasSubstr("/srv/lab/drivers/a.so"));
 }
 
 TEST_F(Session, FrameBeyondTheLimitIsRefused) {
