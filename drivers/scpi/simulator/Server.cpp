@@ -123,6 +123,9 @@ void Server::Run(int intStop) {
     const auto lngGone =
         std::erase_if(m_arrConnections, [](const auto &connection) { return connection->IsFinished(); });
     if (lngGone > 0) m_fAccepts = true;
+    // Each client comes first in turn: one that always has a message ready would keep a slow instrument to itself.
+    if (!m_arrConnections.empty())
+      std::rotate(m_arrConnections.begin(), m_arrConnections.begin() + 1, m_arrConnections.end());
     if (arrPolled[1].revents & POLLIN) Accept();
   }
 }

@@ -6,9 +6,11 @@ usage: cases.py PROGRAM SOURCE_FOLDER [Class.test_NAME]
 import json
 import os
 import random
+import shutil
 import socket
 import subprocess
 import sys
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -256,13 +258,23 @@ class Lines(Case):
         self.assertEqual(simulator.end(), 0)
 
     def test_busy_instrument_can_be_stopped(self):
-        rack = Path(os.environ.get("TMPDIR", "/tmp")) / f"slow-{os.getpid()}.rack"
-        rack.write_text("[Slow]\nself test delay = 60000 ms\n", encoding="utf-8")
-        self.addCleanup(rack.unlink)
-        simulator = self.start("--rack", str(rack))
+        simulator = self.start_slow("60000 ms")
         self.connect(simulator).write("*TST?")
         self.connect(simulator).write("*IDN?")
         self.assertEqual(simulator.end(), 0)
+
+    def test_client_that_keeps_the_instrument_busy_does_not_keep_it_to_itself(self):
+        simulator = self.start_slow("200 ms")
+        greedy = self.connect(simulator)
+        greedy.write(b"*TST?\n" * 1000)  # for more than three minutes
+        self.assertEqual(greedy.read(), "0")
+        self.assertEqual(self.connect(simulator).ask("*OPC?"), "1")
+
+    def start_slow(self, self_test_delay):
+        rack = Path(tempfile.mkdtemp()) / "slow.rack"
+        self.addCleanup(shutil.rmtree, rack.parent)
+        rack.write_text(f"[Slow]\nself test delay = {self_test_delay}\n", encoding="utf-8")
+        return self.start("--rack", str(rack))
 
     @staticmethod
     def resident_megabytes(pid):
