@@ -41,12 +41,15 @@ function(tarvik_install_pkgconfig component module)
     COMPONENT ${component})
 endfunction()
 
-# tarvik_install_manifest(COMPONENT MANIFEST FOLDER FILE): in the data folder, with the way to the library.
+# tarvik_install_manifest(COMPONENT MANIFEST FOLDER FILE): in the data folder, or in a folder of it that the manifest
+# names, with the way to the library.
 function(tarvik_install_manifest component manifest folder file)
-  file(RELATIVE_PATH way "/prefix/${TARVIK_MANIFEST_FOLDER}" "/prefix/${folder}")
+  cmake_path(GET manifest PARENT_PATH below)
+  cmake_path(APPEND TARVIK_MANIFEST_FOLDER "${below}" OUTPUT_VARIABLE place)
+  string(REGEX REPLACE "/$" "" place "${place}")
+  file(RELATIVE_PATH way "/prefix/${place}" "/prefix/${folder}")
   file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/install/${manifest}" CONTENT "${way}/${file}\n")
-  install(FILES "${CMAKE_BINARY_DIR}/install/${manifest}" DESTINATION "${TARVIK_MANIFEST_FOLDER}"
-    COMPONENT ${component})
+  install(FILES "${CMAKE_BINARY_DIR}/install/${manifest}" DESTINATION "${place}" COMPONENT ${component})
 endfunction()
 
 # tarvik_install_driver(COMPONENT MANIFEST TARGET): a library that is loaded by name stands in a folder of its own, out of
@@ -150,7 +153,17 @@ set_target_properties(tarvik-scpi-simulator PROPERTIES INSTALL_RPATH "\$ORIGIN/$
 install(TARGETS tarvik-scpi-simulator RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT scpi)
 install(FILES "${CMAKE_SOURCE_DIR}/drivers/scpi/simulator/tarvik-scpi-simulator.1"
   DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT scpi)
-tarvik_install_documents(scpi scpi.md)
+tarvik_install_documents(scpi scpi.md scpi-profile.schema.json)
+if(TARGET tarvikscpi)
+  tarvik_install_driver(scpi KolvenAtl.Kolven/scpi.driver tarvikscpi)
+  install(FILES ${TARVIK_SCPI_PROFILES} DESTINATION "${CMAKE_INSTALL_DATADIR}/tarvikvi/scpi-profiles" COMPONENT scpi)
+  set_target_properties(tarvik-scpi PROPERTIES INSTALL_RPATH "\$ORIGIN/${TARVIK_LIBRARIES_FROM_PROGRAMS}")
+  install(TARGETS tarvik-scpi RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT scpi)
+  install(FILES "${CMAKE_SOURCE_DIR}/apps/tarvik-scpi/tarvik-scpi.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+    COMPONENT scpi)
+  install(FILES "${CMAKE_SOURCE_DIR}/apps/tarvik-scpi/tarvik-scpi.bash"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME tarvik-scpi COMPONENT scpi)
+endif()
 
 # ---- remote: what reaches drivers on servers; server: the program for the machine that has the instruments
 if(TARGET tarvikremote)

@@ -94,7 +94,7 @@ tarvik_package(development libtarvikvi-dev "Development files of the TarvikVI li
 tarvik_package(simulator tarvikvi-simulator "Simulated pulse generators for TarvikVI"
   "A driver without hardware: the instrument family as a simulation." DEPENDS "libtarvikautomation1 ${same}")
 tarvik_package(scpi tarvikvi-scpi "Pulse generators that speak SCPI for TarvikVI"
-  "Includes a simulated instrument on a socket, to try profiles against." DEPENDS "libtarvikautomation1 ${same}")
+  "A driver for them, with profiles and a simulated instrument on a socket." DEPENDS "libtarvikautomation1 ${same}")
 if(TARVIK_DESIGNER)
   tarvik_package(designer tarvikvi-designer "TarvikVI controls in the form designer"
     "A plug-in that offers the controls of the library to Qt Designer." DEPENDS "libtarvikvi1 ${same}")

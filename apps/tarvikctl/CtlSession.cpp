@@ -1,7 +1,6 @@
 #include "CtlSession.h"
 
-#include <algorithm>
-
+#include "instrument/ListedName.h"
 #include "settings/SetupTransfer.h"
 
 namespace tarvik {
@@ -43,10 +42,12 @@ std::vector<ListedInstrument> CtlSession::Instruments() {
 
 void CtlSession::Open(const std::string &strName) {
   const std::vector<ListedInstrument> arrKnown = Instruments();
-  if (std::ranges::find(arrKnown, strName, &ListedInstrument::strName) == arrKnown.end())
-    throw CtlFailure{eExitUnknown, "there is no instrument \"" + strName + "\"; " + Known(arrKnown)};
+  std::vector<std::string> arrNames;
+  for (const ListedInstrument &instrument : arrKnown) arrNames.push_back(instrument.strName);
+  const auto strListed = ListedName(arrNames, strName);
+  if (!strListed) throw CtlFailure{eExitUnknown, "there is no instrument \"" + strName + "\"; " + Known(arrKnown)};
   const int intTold = m_host.Told();
-  if (m_instr->OpenInstrument(strName)) return;
+  if (m_instr->OpenInstrument(*strListed)) return;
   const bool fTold = m_host.Told() != intTold;
   throw CtlFailure{eExitRefused, fTold ? std::string() : "\"" + strName + "\" does not open"};
 }

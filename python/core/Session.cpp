@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "Failure.h"
+#include "instrument/ListedName.h"
 #include "settings/SetupTransfer.h"
 #include "support/ConnectionLoss.h"
 #include "support/Conversions.h"
@@ -135,10 +136,13 @@ std::vector<Listed> Session::Instruments() {
 void Session::Open(const std::string &strName) {
   const Claim claim(*this);
   const std::vector<Listed> arrKnown = Instruments();
-  if (std::ranges::find(arrKnown, strName, &Listed::strName) == arrKnown.end())
+  std::vector<std::string> arrNames;
+  for (const Listed &listed : arrKnown) arrNames.push_back(listed.strName);
+  const auto strListed = ListedName(arrNames, strName);
+  if (!strListed)
     throw Failure("UnknownInstrumentError", ErrNoSuchElement,
                   "there is no instrument \"" + strName + "\"; " + Known(arrKnown));
-  Run([&](clsInstrInterface &instr) { return instr.OpenInstrument(strName); }, "DriverError",
+  Run([&](clsInstrInterface &instr) { return instr.OpenInstrument(*strListed); }, "DriverError",
       "\"" + strName + "\" does not open");
   Run([&](clsInstrInterface &instr) { return ReadIdentity(instr, m_identity); }, "DriverError");
   m_fOpen = true;
