@@ -14,7 +14,6 @@ using Values = std::vector<Value>;
 
 inline Double NumberIn(const Values &values, std::size_t lngAt = 0) { return std::get<Double>(values.at(lngAt)); }
 inline Long WholeIn(const Values &values, std::size_t lngAt = 0) { return static_cast<Long>(NumberIn(values, lngAt)); }
-inline bool SwitchIn(const Values &values, std::size_t lngAt = 0) { return NumberIn(values, lngAt) != 0; }
 inline const std::string &TextIn(const Values &values, std::size_t lngAt) {
   return std::get<std::string>(values.at(lngAt));
 }

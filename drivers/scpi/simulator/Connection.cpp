@@ -91,7 +91,7 @@ void Connection::Execute(const MessageFramer::Message &message) {
   if (!strAnswer.empty()) Hold(std::move(strAnswer));
 }
 
-std::string Connection::Carried(const std::string &strMessage) const {
+std::string Connection::CarryOut(const std::string &strMessage) const {
   return Interpreter(m_device, m_client).Execute(strMessage);
 }
 
@@ -101,9 +101,9 @@ std::string Connection::Answer(Fault fault, const std::string &strMessage) {
     m_device.status.Report(ScpiFault{ScpiHardwareError, "as ordered"});
     return {};
   }
-  if (fault == Fault::Garbage && !IsQuery(strMessage)) return Carried(Damaged(strMessage));
+  if (fault == Fault::Garbage && !IsQuery(strMessage)) return CarryOut(Damaged(strMessage));
 
-  const std::string strRight = Carried(strMessage);
+  const std::string strRight = CarryOut(strMessage);
   const std::string strLast = std::exchange(m_strLastAnswer, strRight);
   if (strRight.empty() || fault == Fault::Mute) return {};
   switch (fault) {
@@ -126,7 +126,7 @@ void Connection::Release() {
   Send();
 }
 
-/// The client has said its last word. A query that it began and does not end is never answered.
+/// The client sends nothing more. A query that it began and did not end is never answered.
 void Connection::EndInput() {
   if (m_fEndsAfterOutput) return;
   if (IsQuery(m_framer.Unfinished())) m_device.status.Report(ScpiFault{ScpiQueryUnterminated, {}});

@@ -36,7 +36,7 @@ class Connection {
 
  private:
   void Execute(const MessageFramer::Message &message);
-  std::string Carried(const std::string &strMessage) const;
+  std::string CarryOut(const std::string &strMessage) const;
   /// What leaves instead of the right answer.
   std::string Answer(Fault fault, const std::string &strMessage);
   void Hold(std::string strAnswer);

@@ -44,34 +44,20 @@ Parameter Parameter::Choice(Unit unit, std::vector<Double> arrChoices) {
   return parameter;
 }
 
-Parameter Parameter::Whole(Double dblMin, Double dblMax) {
-  Parameter parameter = Number(Unit::None, dblMin, dblMax);
-  parameter.kind = Kind::Whole;
-  return parameter;
-}
-
-Parameter Parameter::Switch() {
-  Parameter parameter = Number(Unit::None, 0, 1);
-  parameter.kind = Kind::Switch;
-  return parameter;
-}
-
 Parameter Parameter::OneWord(std::vector<Word> arrWords) {
-  Parameter parameter = Number(Unit::None, 0, 0);
-  parameter.kind = Kind::OneWord;
+  Parameter parameter = WithoutUnit(Kind::OneWord);
   parameter.arrWords = std::move(arrWords);
   return parameter;
 }
 
-Parameter Parameter::String() {
-  Parameter parameter = Number(Unit::None, 0, 0);
-  parameter.kind = Kind::String;
-  return parameter;
-}
+Parameter Parameter::Whole(Double dblMin, Double dblMax) { return WithoutUnit(Kind::Whole, dblMin, dblMax); }
+Parameter Parameter::Switch() { return WithoutUnit(Kind::Switch, 0, 1); }
+Parameter Parameter::String() { return WithoutUnit(Kind::String); }
+Parameter Parameter::Block() { return WithoutUnit(Kind::Block); }
 
-Parameter Parameter::Block() {
-  Parameter parameter = Number(Unit::None, 0, 0);
-  parameter.kind = Kind::Block;
+Parameter Parameter::WithoutUnit(Kind kind, Double dblMin, Double dblMax) {
+  Parameter parameter = Number(Unit::None, dblMin, dblMax);
+  parameter.kind = kind;
   return parameter;
 }
 

@@ -55,6 +55,7 @@ struct Parameter {
   std::string Answer(const Value &value) const;
 
  private:
+  static Parameter WithoutUnit(Kind kind, Double dblMin = 0, Double dblMax = 0);
   Double NumberOf(const ProgramData &data, const std::function<Double()> &DefaultOf) const;
   Double WordOf(const ProgramData &data) const;
   Double SwitchOf(const ProgramData &data) const;
