@@ -1,6 +1,7 @@
 #include "automation/Activation.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <fstream>
@@ -50,8 +51,23 @@ fs::path ManifestFolderOfPrefix(const fs::path &own) {
   throw RunTimeError(ErrCannotCreateObject, "Cannot create " + strProgId + ": " + strReason);
 }
 
+/// What others can write would run with the rights of this user.
+void RefuseWritableByOthers(const fs::path &file, const std::string &strProgId) {
+  struct stat status {
+  }, folder{};
+  if (stat(file.c_str(), &status) != 0 || stat(file.parent_path().c_str(), &folder) != 0) return;
+  const auto refuse = [&](const fs::path &path) {
+    RaiseCannotCreate(strProgId,
+                      "others can write " + path.string() + "; chmod o-w \"" + path.string() + "\" mends it");
+  };
+  if ((status.st_mode & S_IWOTH) != 0) refuse(file);
+  // In a folder like that of temporary files others can add, but not replace.
+  if ((folder.st_mode & S_IWOTH) != 0 && (folder.st_mode & S_ISVTX) == 0) refuse(file.parent_path());
+}
+
 /// The library named in the manifest's one line.
 fs::path LibraryOf(const fs::path &manifest, const std::string &strProgId) {
+  RefuseWritableByOthers(manifest, strProgId);
   std::ifstream file(manifest);
   std::string strLine;
   if (!file || !std::getline(file, strLine))
@@ -59,7 +75,9 @@ fs::path LibraryOf(const fs::path &manifest, const std::string &strProgId) {
   if (!strLine.empty() && strLine.back() == '\r') strLine.pop_back();
   strLine = Trim(strLine);
   if (strLine.empty()) RaiseCannotCreate(strProgId, manifest.string() + " names no library");
-  return manifest.parent_path() / strLine;  // an absolute name stands for itself
+  const fs::path library = manifest.parent_path() / strLine;  // an absolute name stands for itself
+  RefuseWritableByOthers(library, strProgId);
+  return library;
 }
 
 Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &strProgId) {

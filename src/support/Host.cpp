@@ -10,6 +10,7 @@
 
 #ifndef _WIN32
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -36,9 +37,27 @@ void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
 
 #else
 
+/// Whether everybody can write into the folder.
+bool IsForEverybody(const std::filesystem::path &folder) {
+  struct stat status {};
+  return ::stat(folder.c_str(), &status) == 0 && (status.st_mode & S_IWOTH) != 0;
+}
+
+/// A folder into which everybody can write may hold what somebody planted: a link to a file of this user, or a folder
+/// of somebody else's on the way to the log.
+void RefusePlanted(const std::filesystem::path &path) {
+  for (std::filesystem::path part = path; part.has_relative_path(); part = part.parent_path()) {
+    struct stat found {};
+    if (!IsForEverybody(part.parent_path()) || ::lstat(part.c_str(), &found) != 0) continue;
+    if (S_ISLNK(found.st_mode) || (found.st_uid != ::geteuid() && found.st_uid != 0)) RaiseFileError(EACCES);
+  }
+}
+
 /// A single write to a file opened for appending, so that records of several processes do not interleave.
 void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
-  const int file = ::open(strPath.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+  RefusePlanted(strPath);
+  const int intFollow = IsForEverybody(std::filesystem::path(strPath).parent_path()) ? O_NOFOLLOW : 0;
+  const int file = ::open(strPath.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | intFollow, S_IRUSR | S_IWUSR);
   if (file < 0) RaiseFileError(errno);
   ssize_t lngWritten;
   do lngWritten = ::write(file, strBytes.data(), strBytes.size());

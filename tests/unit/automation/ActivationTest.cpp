@@ -93,6 +93,41 @@ TEST_F(ActivationTest, AManifestWithABlankLineNamesNoLibrary) {
   EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(Manifest()), HasSubstr("names no library")));
 }
 
+TEST_F(ActivationTest, WhatOthersCanWriteIsNotLoaded) {
+  const fs::path library = m_folder / "driver.so";
+  fs::copy_file(DRIVER_FAILING, library);
+  WriteManifest(library.string());
+  const auto expectRefused = [&](const fs::path &path, fs::perms added) {
+    fs::permissions(path, added, fs::perm_options::add);
+    EXPECT_EQ(Failure().Description(), "Cannot create Bench.Driver: others can write " + path.string() +
+                                           "; chmod o-w \"" + path.string() + "\" mends it");
+    fs::permissions(path, added, fs::perm_options::remove);
+  };
+  expectRefused(library, fs::perms::others_write);
+  expectRefused(m_folder, fs::perms::others_write);
+  expectRefused(Manifest(), fs::perms::others_write);
+  EXPECT_THAT(Failure().Description(), testing::Not(HasSubstr("others can write")));
+}
+
+TEST_F(ActivationTest, WithoutAHomeFolderNothingIsLookedForInTheCurrentOne) {
+  const fs::path before = fs::current_path();
+  const fs::path below = m_folder / ".local/share/tarvikvi/drivers";
+  fs::create_directories(below);
+  for (const fs::path &folder : {m_folder, below}) std::ofstream(folder / "Bench.Driver.driver") << DRIVER_FAILING;
+  fs::current_path(m_folder);
+  const char *strHome = getenv("HOME");
+  const std::string strKept = strHome ? strHome : "";
+  unsetenv("XDG_DATA_HOME");
+  for (const char *strValue : {"", ".", "relative"}) {
+    setenv("HOME", strValue, 1);
+    EXPECT_THAT(Failure().Description(), HasSubstr("no driver manifest found")) << strValue;
+  }
+  unsetenv("HOME");
+  EXPECT_THAT(Failure().Description(), HasSubstr("no driver manifest found"));
+  setenv("HOME", strKept.c_str(), 1);
+  fs::current_path(before);
+}
+
 TEST_F(ActivationTest, AMissingLibraryIsNamedTogetherWithItsManifest) {
   WriteManifest("absent.so\r\n");
   EXPECT_THAT(Failure().Description(), AllOf(HasSubstr((UserManifestFolder() / "absent.so").string()),

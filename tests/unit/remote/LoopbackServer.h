@@ -1,5 +1,7 @@
 #pragma once
 
+#include <mutex>
+#include <ostream>
 #include <sstream>
 #include <string>
 
@@ -7,6 +9,23 @@
 #include "remote/DriverServer.h"
 
 namespace tarvik::remote {
+
+/// Text that a server's threads write and a test reads meanwhile.
+class LockedText : public std::stringbuf {
+ public:
+  std::string Text() const {
+    const std::lock_guard lock(m_mutex);
+    return str();
+  }
+
+ private:
+  std::streamsize xsputn(const char *pText, std::streamsize lngCount) override {
+    const std::lock_guard lock(m_mutex);
+    return std::stringbuf::xsputn(pText, lngCount);
+  }
+
+  mutable std::mutex m_mutex;
+};
 
 /// A server without transport security in this process, on a port that the system chose.
 class LoopbackServer {
@@ -16,7 +35,7 @@ class LoopbackServer {
 
   std::string Url() const { return "tarvik+insecure://127.0.0.1:" + std::to_string(m_server.Port()); }
   DriverServer *operator->() { return &m_server; }
-  std::string LogText() const { return m_text.str(); }
+  std::string LogText() const { return m_text.Text(); }
 
  private:
   static ServerOptions Loopback(ServerOptions options) {
@@ -25,8 +44,9 @@ class LoopbackServer {
     return options;
   }
 
-  std::ostringstream m_text;
-  ServerLog m_log{m_text};
+  LockedText m_text;
+  std::ostream m_out{&m_text};
+  ServerLog m_log{m_out};
   DriverServer m_server;
 };
 

@@ -123,6 +123,35 @@ TEST_F(LogFileTest, ARecordOfAnyLengthIsOneWrite) {
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), strExpected);
 }
 
+TEST_F(LogFileTest, ANewLogIsForItsOwnerAlone) {
+  const fs::path log = folder / "log.txt";
+  host.AppendToFile(log.string(), "record");
+  EXPECT_EQ(fs::status(log).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(LogFileTest, InASharedFolderNoLinkIsFollowed) {
+  const fs::path shared = folder / "shared", own = folder / "own";
+  fs::create_directories(shared);
+  fs::create_directories(own);
+  fs::permissions(shared, fs::perms::all | fs::perms::sticky_bit);
+  fs::create_symlink(own / "file", shared / "log.txt");
+  fs::create_directory_symlink(own, shared / "folder");
+  for (const fs::path &planted : {shared / "log.txt", shared / "folder/log.txt"}) {
+    try {
+      host.AppendToFile(planted.string(), "record");
+      ADD_FAILURE() << planted << " is written";
+    } catch (const RunTimeError &error) {
+      EXPECT_EQ(error.Number(), 70);
+    }
+  }
+  EXPECT_TRUE(fs::is_empty(own));
+  // What this user made there is taken, and so is a link in a folder of this user.
+  host.AppendToFile((shared / "mine/log.txt").string(), "record");
+  fs::create_symlink(own / "file", folder / "log.txt");
+  host.AppendToFile((folder / "log.txt").string(), "record");
+  EXPECT_EQ(fs::file_size(own / "file"), 6u);
+}
+
 TEST_F(LogFileTest, AFolderInPlaceOfTheLogIsAnAccessError) {
   try {
     host.AppendToFile(folder.string(), "record");
