@@ -6,6 +6,7 @@ usage: cases.py PROGRAM SOURCE_FOLDER [Class.test_NAME]
 import json
 import os
 import random
+import shlex
 import shutil
 import socket
 import subprocess
@@ -136,6 +137,20 @@ class ForeignClients(Case):
         self.assertEqual(lxi("SYST:ERR?"), NO_ERROR)
         self.assertEqual(lxi("*RST;*OPC?"), "1")
         self.assertEqual(lxi("PULS:WIDT?"), "1.0E-07")
+
+    def test_commands_of_the_document_answer_what_stands_there(self):
+        port = self.start().port
+        document = lines((self.source / "docs/scpi.md").read_text(encoding="utf-8"))
+        tried = 0
+        for line, answer in zip(document, document[1:]):
+            if not line.startswith("    $ lxi scpi --raw --address 127.0.0.1 "):
+                continue
+            command = shlex.split(line.removeprefix("    $ "))
+            result = subprocess.run([*command[:-1], "--port", str(port), command[-1]], capture_output=True, text=True,
+                                    timeout=PATIENCE, check=True)
+            self.assertEqual(result.stdout.strip(), answer.strip(), line)
+            tried += 1
+        self.assertGreaterEqual(tried, 2)
 
     def test_pyvisa_runs_a_session(self):
         import pyvisa  # takes as long as all other cases together
