@@ -1,15 +1,13 @@
 // OUTPut: the outputs of the channels, the auxiliary outputs and the VXI trigger.
 
 #include "scpi/simulator/CommandTable.h"
-#include "scpi/simulator/VxiLines.h"
+#include "scpi/simulator/SharedWords.h"
 #include "simulator/model/Ranges.h"
 
 namespace tarvik::scpisim {
 
 std::vector<Command> OutputCommands() {
   const Parameter family = Parameter::OneWord({{"TTL", eOutLevelTTL}, {"ECL", eOutLevelECL}});
-  const Parameter polarity = Parameter::OneWord(
-      {{"NORMal", ePolarityNormal}, {"COMPlement", ePolarityComplement}, {"INVerted", ePolarityComplement}});
   return {
       Plain(
           ":OUTPut#[:STATe]", Parameter::Switch(), [](auto &s, Long n) -> auto & { return s.levels[n].fOutput; }),
@@ -17,7 +15,7 @@ std::vector<Command> OutputCommands() {
           ":OUTPut#:COMPlement[:STATe]", Parameter::Switch(),
           [](auto &s, Long n) -> auto & { return s.levels[n].fComplementOutput; }),
       Plain(
-          ":OUTPut#:POLarity", polarity, [](auto &s, Long n) -> auto & { return s.levels[n].lngPolarity; }),
+          ":OUTPut#:POLarity", Polarity(), [](auto &s, Long n) -> auto & { return s.levels[n].lngPolarity; }),
       Plain(
           ":OUTPut#:IMPedance", Parameter::Choice(Unit::Ohm, {50, 1000}),
           [](auto &s, Long n) -> auto & { return s.levels[n].dblImpedance; }),

@@ -1,6 +1,7 @@
 // SOURce: the pulses of each channel, their levels and limits, and the reference of the PLL.
 
 #include "scpi/simulator/CommandTable.h"
+#include "scpi/simulator/SharedWords.h"
 #include "simulator/model/Ranges.h"
 
 namespace tarvik::scpisim {
@@ -17,12 +18,13 @@ Parameter Period() {
   return Parameter::Number(Unit::Second, 1 / simulator::FrequencyRange.dblMax, 1 / simulator::FrequencyRange.dblMin);
 }
 
+/// Percent, of the narrowest pulse in the longest period.
+constexpr Double SmallestDutyCycle = simulator::WidthRange.dblMin * simulator::FrequencyRange.dblMin * 100;
+
 std::vector<Command> Timing() {
   const Parameter delay = InRange(Unit::Second, simulator::DelayRange);
   const Parameter width = InRange(Unit::Second, simulator::WidthRange);
   const Parameter edge = InRange(Unit::Second, simulator::EdgeRange);
-  const Parameter polarity = Parameter::OneWord(
-      {{"NORMal", ePolarityNormal}, {"COMPlement", ePolarityComplement}, {"INVerted", ePolarityComplement}});
   return {
       Plain(
           "[:SOURce]:FREQuency[:CW]", Hertz(), [](auto &s, Long) -> auto & { return s.dblFrequency; }),
@@ -39,6 +41,11 @@ std::vector<Command> Timing() {
           [](Settings &s, Long n, Double f) { s.timing[n].SetPulseType(f != 0 ? eTypeDouble : eTypeSingle); }),
       Plain(
           "[:SOURce#]:PULSe:WIDTh", width, [](auto &s, Long n) -> auto & { return s.timing[n].dblWidth; }),
+      // Changes the width now; a later change of the period keeps the width.
+      Setting(
+          "[:SOURce#]:PULSe:DCYCle", Parameter::Number(Unit::Percent, SmallestDutyCycle, 100),
+          [](const Settings &s, Long n) { return s.timing[n].dblWidth * s.dblFrequency * 100; },
+          [](Settings &s, Long n, Double dblPercent) { s.timing[n].dblWidth = dblPercent / 100 / s.dblFrequency; }),
       Plain(
           "[:SOURce#]:PULSe:TRANsition[:LEADing]", edge,
           [](auto &s, Long n) -> auto & { return s.timing[n].dblLeading; }),
@@ -50,7 +57,7 @@ std::vector<Command> Timing() {
           "[:SOURce#]:PULSe:TRANsition:TRAiling:AUTO", Parameter::Switch(),
           [](auto &s, Long n) -> auto & { return s.timing[n].fCoupled; }),
       Plain(
-          "[:SOURce#]:PULSe:POLarity", polarity, [](auto &s, Long n) -> auto & { return s.levels[n].lngPolarity; }),
+          "[:SOURce#]:PULSe:POLarity", Polarity(), [](auto &s, Long n) -> auto & { return s.levels[n].lngPolarity; }),
       Plain(
           "[:SOURce]:PULSe:MODE",
           Parameter::OneWord({{"STReam", ePulseStream}, {"BURSt", ePulseBurst}, {"PATTern", ePulsePattern}}),

@@ -1,7 +1,7 @@
 // TRIGger: trigger mode and the clock that makes the period. ARM: what arms a trigger or opens a gate.
 
 #include "scpi/simulator/CommandTable.h"
-#include "scpi/simulator/VxiLines.h"
+#include "scpi/simulator/SharedWords.h"
 #include "simulator/model/Ranges.h"
 
 namespace tarvik::scpisim {

@@ -36,8 +36,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{":SOURce2:PULSe:DELay", "20NS", "2.0E-08"},
                     Row{":SOURce2:PULSe:DOUBle:DELay", "300NS", "3.0E-07"}, Row{":SOUR1:PULS:DOUB:STAT", "ON", "1"},
                     Row{":SOUR2:PULS:DOUB", "1", "1"}, Row{":SOUR2:PULS:WIDT", "50NS", "5.0E-08"},
-                    Row{":SOUR:PULS:TRAN:LEAD", "2NS", "2.0E-09"}, Row{":SOUR2:PULS:TRAN", "2NS", "2.0E-09"},
-                    Row{":SOUR2:PULS:TRAN:TRA:AUTO", "OFF", "0"}));
+                    Row{":SOUR2:PULS:DCYC", "50PCT", "5.0E+01"}, Row{":SOUR:PULS:TRAN:LEAD", "2NS", "2.0E-09"},
+                    Row{":SOUR2:PULS:TRAN", "2NS", "2.0E-09"}, Row{":SOUR2:PULS:TRAN:TRA:AUTO", "OFF", "0"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Levels, EverySetting,
@@ -83,6 +83,11 @@ TEST_F(Commands, TrailingEdgeIsAnsweredAsItIsInForce) {
   EXPECT_EQ("2.0E-09", Say("PULS:TRAN:TRA?"));
   Say("PULS:TRAN:TRA:AUTO OFF");
   EXPECT_EQ("5.0E-09", Say("PULS:TRAN:TRA?"));
+}
+
+TEST_F(Commands, DutyCycleSetsTheWidthOfThePeriodInForce) {
+  Say("PULS:DCYC 25 PCT;:FREQ 500 KHZ");
+  EXPECT_EQ("2.5E-07;1.25E+01", Say("PULS:WIDT?;DCYC?"));
 }
 
 TEST_F(Commands, DelaysLeaveThePulseTypeAlone) {

@@ -7,6 +7,12 @@
 
 namespace tarvik::scpisim {
 
+/// The polarity of an output, which SOURce and OUTPut both set.
+inline Parameter Polarity() {
+  return Parameter::OneWord(
+      {{"NORMal", ePolarityNormal}, {"COMPlement", ePolarityComplement}, {"INVerted", ePolarityComplement}});
+}
+
 /// The words for the VXI trigger lines, as arming sources and as outputs.
 inline std::vector<Word> VxiLines() {
   std::vector<Word> arrLines{{"ECLTrg0", eVxiEclt0}, {"ECLTrg1", eVxiEclt1}};
