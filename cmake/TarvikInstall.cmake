@@ -146,6 +146,8 @@ tarvik_install_examples(development panel-host console-session)
 
 # ---- simulator
 tarvik_install_driver(simulator KolvenAtl.Kolven.driver tarviksimulator)
+tarvik_install_manifest(simulator KolvenAtl.Kolven/simulator.driver "${TARVIK_DRIVER_FOLDER}"
+  "$<TARGET_FILE_NAME:tarviksimulator>")
 tarvik_install_documents(simulator simulator.md)
 
 # ---- scpi: instruments that speak SCPI, and a simulated one

@@ -27,8 +27,12 @@ class Parser {
     m_app.set_version_flag("-v,--version", "TarvikVI " TARVIK_VERSION, "Print the version");
     m_app.require_subcommand(1);
     m_app.fallthrough();
-    m_app.add_option("--server", arguments.strServer, "Instruments of the driver server at ADDRESS")
-        ->type_name("ADDRESS");
+    CLI::Option *server =
+        m_app.add_option("--server", arguments.strServer, "Instruments of the driver server at ADDRESS");
+    server->type_name("ADDRESS");
+    m_app.add_option("--driver", arguments.strDriver, "Instruments of this machine's driver of this NAME")
+        ->type_name("NAME")
+        ->excludes(server);
     m_app.add_flag("--json", arguments.fJson, "Print JSON");
     AddCommands();
   }

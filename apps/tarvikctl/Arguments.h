@@ -9,6 +9,7 @@ namespace tarvik {
 /// What was typed behind the name of the program.
 struct Arguments {
   std::string strServer;
+  std::string strDriver;
   bool fJson = false;
   bool fExact = false;   ///< diff
   bool fStrict = false;  ///< load

@@ -3,12 +3,15 @@
 #include "Arguments.h"
 #include "CtlFailure.h"
 #include "CtlHost.h"
+#include "automation/Activation.h"
+#include "instrument/KolvenDriver.h"
 #include "support/RunTimeError.h"
 
 int main(int argc, char *argv[]) {
   using namespace tarvik;
   const Arguments arguments = ReadArguments(argc, argv);
   if (!arguments.command) return arguments.intExit;
+  automation::ChooseDriver(kolven::DriverProgId, arguments.strDriver);
   int intExit = eExitDone;
   try {
     intExit = arguments.command(arguments);

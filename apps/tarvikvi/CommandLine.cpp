@@ -50,6 +50,9 @@ CommandLine::CommandLine(int argc, char *argv[]) : arrToolkit{argc > 0 ? argv[0]
   app.add_option_function<std::string>("--server", into(strServer),
                                        "Connect to the driver server at ADDRESS this time; \"\" is this machine")
       ->type_name("ADDRESS");
+  app.add_option_function<std::string>("--driver", into(strDriver),
+                                       "Use the driver of this NAME this time; \"\" is the one without a name")
+      ->type_name("NAME");
   try {
     app.parse(Reversed(argc, argv));
     for (const std::string &strArgument : app.remaining())

@@ -10,6 +10,8 @@ namespace tarvik {
 struct CommandLine {
   /// Where to connect this time; empty text is this machine.
   std::optional<std::string> strServer;
+  /// The driver to use this time; empty text is the one without a name.
+  std::optional<std::string> strDriver;
   /// Folder for the pictures of the tour.
   std::optional<std::string> strTour;
   /// The program's name and what is left for the toolkit, which has options of its own.

@@ -10,6 +10,7 @@
 #include <QTime>
 #include <algorithm>
 
+#include "DriverMenu.h"
 #include "EditMenu.h"
 #include "Kept.h"
 #include "PanelArea.h"
@@ -36,7 +37,8 @@ ServerList Servers(const std::optional<QString> &strForThisRun) {
 
 }  // namespace
 
-MainWindow::MainWindow(const std::optional<QString> &strServerForThisRun)
+MainWindow::MainWindow(const std::optional<QString> &strServerForThisRun,
+                       const std::optional<std::string> &strDriverForThisRun)
     : m_servers(Servers(strServerForThisRun)),
       m_area(new PanelArea(this)),
       m_setups(new SetupFiles(*this, *m_area)),
@@ -46,7 +48,7 @@ MainWindow::MainWindow(const std::optional<QString> &strServerForThisRun)
   m_lblMessage->setObjectName(QStringLiteral("lblMessage"));
   m_lblMessage->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(m_lblMessage, 1);
-  MakeMenus();
+  MakeMenus(strDriverForThisRun);
   connect(m_setups, &SetupFiles::TitleChanged, this, &MainWindow::ShowTitle);
   m_statusConnection =
       InstrInterface()->StatusMessage.ConnectScoped([this](const std::string &strStatus) { TakeStatus(strStatus); });
@@ -59,7 +61,7 @@ TarvikGUI &MainWindow::Panel() const { return m_area->Panel(); }
 
 // ---- Menus ----
 
-void MainWindow::MakeMenus() {
+void MainWindow::MakeMenus(const std::optional<std::string> &strDriverForThisRun) {
   QMenu *file = menuBar()->addMenu(tr("&File"));
   m_setups->AddTo(*file);
   QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
@@ -71,7 +73,7 @@ void MainWindow::MakeMenus() {
   quit->setShortcuts(keys);
   m_edit = new EditMenu(menuBar());
   m_edit->Follow(Panel());
-  MakeInstrumentsMenu();
+  MakeInstrumentsMenu(strDriverForThisRun);
   MakeViewMenu();
   AddAction(*menuBar()->addMenu(tr("&Help")), "actionAbout", tr("&About TarvikVI"), &MainWindow::ShowAbout);
 }
@@ -82,11 +84,13 @@ QAction *MainWindow::AddAction(QMenu &menu, const char *strName, const QString &
   return action;
 }
 
-void MainWindow::MakeInstrumentsMenu() {
+void MainWindow::MakeInstrumentsMenu(const std::optional<std::string> &strDriverForThisRun) {
   // The letters of the panel's pages and buttons stay free for them.
   QMenu &menu = *menuBar()->addMenu(tr("In&struments"));
   AddAction(menu, "actionConnectAgain", tr("&Connect again"), &MainWindow::ConnectAgain);
   AddAction(menu, "actionServerAddress", tr("Server &address..."), &MainWindow::AskForServer);
+  const auto *drivers = new DriverMenu(menu, strDriverForThisRun, [this] { return MayEndSession(); });
+  connect(drivers, &DriverMenu::Chosen, this, &MainWindow::Reconnect);
   menu.addSeparator();
   m_setups->AddCompareTo(menu);
   menu.addSeparator();
@@ -236,10 +240,16 @@ void MainWindow::ShowConnection(bool fConnected) {
 }
 
 void MainWindow::ShowTitle() {
-  const QString place = ServerList::NameOf(m_servers.Current());
+  const QString place = Place();
   setWindowTitle(m_setups->TitlePart() + QApplication::applicationName() + QStringLiteral(" - ") +
                  (m_fConnected ? place : tr("%1 (not connected)").arg(place)));
   setWindowModified(Panel().IsSetupModified());
+}
+
+QString MainWindow::Place() const {
+  const QString place = ServerList::NameOf(m_servers.Current());
+  const QString driver = DriverMenu::Current();
+  return driver.isEmpty() || !m_servers.Current().isEmpty() ? place : tr("%1, driver %2").arg(place, driver);
 }
 
 bool MainWindow::event(QEvent *event) {
@@ -252,9 +262,7 @@ bool MainWindow::event(QEvent *event) {
 void MainWindow::TellIfNotConnected() {
   const bool fConnected = InstrInterface()->IsConnected();
   ShowConnection(fConnected);
-  if (!fConnected)
-    Tell(tr("Not connected to %1. Instruments > Connect again tries anew.")
-             .arg(ServerList::NameOf(m_servers.Current())));
+  if (!fConnected) Tell(tr("Not connected to %1. Instruments > Connect again tries anew.").arg(Place()));
 }
 
 // ---- Outputs ----

@@ -24,7 +24,9 @@ class MainWindow : public QMainWindow {
 
  public:
   /// With an address it connects there until the program ends, without storing it; empty is this machine.
-  explicit MainWindow(const std::optional<QString> &strServerForThisRun = {});
+  /// The same for the name of a driver of this machine; empty is the driver without a name.
+  explicit MainWindow(const std::optional<QString> &strServerForThisRun = {},
+                      const std::optional<std::string> &strDriverForThisRun = {});
 
   TarvikGUI &Panel() const;
 
@@ -38,8 +40,8 @@ class MainWindow : public QMainWindow {
   bool event(QEvent *event) override;
 
  private:
-  void MakeMenus();
-  void MakeInstrumentsMenu();
+  void MakeMenus(const std::optional<std::string> &strDriverForThisRun);
+  void MakeInstrumentsMenu(const std::optional<std::string> &strDriverForThisRun);
   void MakeViewMenu();
   QAction *AddAction(QMenu &menu, const char *strName, const QString &text, void (MainWindow::*slot)());
   QSize SizeOfPanel() const;
@@ -57,6 +59,8 @@ class MainWindow : public QMainWindow {
   void TakeStatus(const std::string &strStatus);
   void ShowConnection(bool fConnected);
   void ShowTitle();
+  /// The server, or this machine and the driver that was chosen.
+  QString Place() const;
   void TellIfNotConnected();
   void Tell(const QString &text);
 

@@ -51,7 +51,8 @@ int main(int argc, char *argv[]) {
   if (intArguments > 1) return tarvik::RefuseArgument(arrArguments[1]);
 
   if (line.strTour) return tarvik::RunTour(QString::fromStdString(*line.strTour));
-  tarvik::MainWindow window(line.strServer ? std::optional(QString::fromStdString(*line.strServer)) : std::nullopt);
+  tarvik::MainWindow window(line.strServer ? std::optional(QString::fromStdString(*line.strServer)) : std::nullopt,
+                            line.strDriver);
   window.show();
   return QApplication::exec();
 }

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <map>
 #include <mutex>
+#include <set>
 
 #include "automation/ErrorInfo.h"
 #include "support/Conversions.h"
@@ -26,6 +27,7 @@ constexpr const char *FolderName = "tarvikvi/drivers";
 struct Registry {
   std::mutex mutex;
   std::map<std::string, ClassMaker> makers;
+  std::map<std::string, std::string> chosen;  ///< by ProgID
   RemoteActivator activator;
 };
 
@@ -108,6 +110,12 @@ Ref<IUnknown> CreateFromLibrary(const fs::path &manifest, const std::string &str
   return object;
 }
 
+std::string Joined(const std::vector<std::string> &arrTexts) {
+  std::string strAll;
+  for (const std::string &strText : arrTexts) strAll += (strAll.empty() ? "" : ", ") + strText;
+  return strAll;
+}
+
 /// The manifest of this name; if there is none, strTried lists the files.
 fs::path FindManifest(const std::string &strName, std::string &strTried) {
   for (const fs::path &folder : ManifestFolders()) {
@@ -119,12 +127,17 @@ fs::path FindManifest(const std::string &strName, std::string &strTried) {
   return {};
 }
 
-Ref<IUnknown> CreateFromManifest(const std::string &strProgId) {
+/// An empty driver name is the driver without one.
+Ref<IUnknown> CreateFromManifest(const std::string &strProgId, const std::string &strDriver) {
   if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "Cannot create an object: the name is no ProgID");
+  if (!strDriver.empty() && !IsProgId(strDriver))
+    RaiseCannotCreate(strProgId, "\"" + strDriver + "\" cannot be the name of a driver");
   std::string strTried;
-  const fs::path manifest = FindManifest(strProgId, strTried);
-  if (manifest.empty()) RaiseCannotCreate(strProgId, "no driver manifest found; tried " + strTried);
-  return CreateFromLibrary(manifest, strProgId);
+  const fs::path manifest = FindManifest(strDriver.empty() ? strProgId : strProgId + "/" + strDriver, strTried);
+  if (!manifest.empty()) return CreateFromLibrary(manifest, strProgId);
+  const std::string strOthers = Joined(DriversOf(strProgId));
+  RaiseCannotCreate(strProgId, "no driver manifest found; tried " + strTried +
+                                   (strOthers.empty() ? "" : "; drivers to choose from: " + strOthers));
 }
 
 /// The remote library is found like a driver, so that a machine without it can still use local drivers.
@@ -165,6 +178,32 @@ void SetRemoteActivator(RemoteActivator activator) {
   registry.activator = std::move(activator);
 }
 
+void ChooseDriver(const std::string &strProgId, const std::string &strName) {
+  Registry &registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  registry.chosen[strProgId] = strName;
+}
+
+std::string ChosenDriver(const std::string &strProgId) {
+  Registry &registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  const auto found = registry.chosen.find(strProgId);
+  return found == registry.chosen.end() ? std::string() : found->second;
+}
+
+std::vector<std::string> DriversOf(const std::string &strProgId) {
+  if (!IsProgId(strProgId)) return {};
+  std::set<std::string> names;
+  for (const fs::path &folder : ManifestFolders()) {
+    // A folder that is not there or cannot be read has none.
+    std::error_code error;
+    for (fs::directory_iterator entry(folder / strProgId, error), end; !error && entry != end; entry.increment(error))
+      if (entry->path().extension() == ".driver" && IsProgId(entry->path().stem().string()))
+        names.insert(entry->path().stem().string());
+  }
+  return {names.begin(), names.end()};
+}
+
 Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strServer) {
   ClassMaker maker;
   RemoteActivator activator;
@@ -177,7 +216,8 @@ Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strS
   if (!strServer.empty()) {
     return activator ? activator(strProgId, strServer) : CreateThroughRemoteLibrary(strProgId, strServer);
   }
-  return maker ? maker() : CreateFromManifest(strProgId);
+  const std::string strDriver = ChosenDriver(strProgId);
+  return maker && strDriver.empty() ? maker() : CreateFromManifest(strProgId, strDriver);
 }
 
 bool IsProgId(std::string_view strText) {

@@ -30,6 +30,18 @@ TARVIK_AUTOMATION_EXPORT void SetRemoteActivator(RemoteActivator activator);
 /// raises a RunTimeError that says which files were tried and why each failed.
 TARVIK_AUTOMATION_EXPORT Ref<IUnknown> CreateObject(const std::string &strProgId, const std::string &strServer);
 
+/// The names of the drivers that are installed for a class beside the one without a name, in alphabetical order: NAME
+/// for each manifest "<progid>/NAME.driver" in ManifestFolders.
+TARVIK_AUTOMATION_EXPORT std::vector<std::string> DriversOf(const std::string &strProgId);
+
+/// From now on this process creates objects of the class on this machine by the driver of this name, whatever is
+/// registered; an empty name goes back to the driver without a name. Nothing is looked for before an object is
+/// created: a name that no driver has is CreateObject's failure.
+TARVIK_AUTOMATION_EXPORT void ChooseDriver(const std::string &strProgId, const std::string &strName);
+
+/// What was chosen last; empty is the driver without a name.
+TARVIK_AUTOMATION_EXPORT std::string ChosenDriver(const std::string &strProgId);
+
 /// Whether a text can be a ProgID: up to 200 letters, digits, dots, underscores and hyphens, no dot in front. A ProgID
 /// becomes a file name and may come from another machine; anything else could lead out of the manifests' folders.
 TARVIK_AUTOMATION_EXPORT bool IsProgId(std::string_view strText);

@@ -36,10 +36,10 @@ class Program : public testing::Test {
     gobjInstr().reset();
   }
 
-  void Start(const std::optional<QString> &strServer = {}) {
+  void Start(const std::optional<QString> &strServer = {}, const std::optional<std::string> &strDriver = {}) {
     window.reset();
     gobjInstr().reset();
-    window = std::make_unique<MainWindow>(strServer);
+    window = std::make_unique<MainWindow>(strServer, strDriver);
     ShowAndStart(*window);
   }
   void Take(const char *strAction) const {

@@ -16,8 +16,10 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 constexpr const char *ProgId = "Bench.Driver";
 
@@ -31,11 +33,16 @@ class ActivationTest : public testing::Test {
     fs::create_directories(UserManifestFolder());
   }
   ~ActivationTest() override {
+    ChooseDriver(ProgId, "");
     std::error_code error;
     fs::remove_all(m_folder, error);
   }
   std::string Manifest() const { return (UserManifestFolder() / (std::string(ProgId) + ".driver")).string(); }
   void WriteManifest(const std::string &strText) const { std::ofstream(Manifest()) << strText; }
+  void WriteNamed(const char *strName, const std::string &strText) const {
+    fs::create_directories(UserManifestFolder() / ProgId);
+    std::ofstream(UserManifestFolder() / ProgId / (std::string(strName) + ".driver")) << strText;
+  }
   RunTimeError Failure(const std::string &strServer = {}) const {
     try {
       CreateObject(ProgId, strServer);
@@ -53,6 +60,44 @@ TEST_F(ActivationTest, AMissingManifestNamesTheFilesThatWereTried) {
   EXPECT_EQ(error.Number(), 429);
   EXPECT_THAT(error.Description(), AllOf(HasSubstr("no driver manifest found"), HasSubstr(Manifest()),
                                          HasSubstr("system/tarvikvi/drivers/Bench.Driver.driver")));
+}
+
+TEST_F(ActivationTest, DriversWithANameAreListedOnceEachInOrder) {
+  EXPECT_THAT(DriversOf(ProgId), IsEmpty());
+  const fs::path system = m_folder / "system/tarvikvi/drivers" / ProgId;
+  WriteNamed("scpi", DRIVER_FAILING);
+  WriteNamed("bench", DRIVER_FAILING);
+  fs::create_directories(system);
+  std::ofstream(system / "scpi.driver") << "elsewhere";
+  std::ofstream(system / "another.driver") << "elsewhere";
+  std::ofstream(system / "read.me") << "no manifest";
+  std::ofstream(system / "odd name.driver") << "nobody could choose it";
+  EXPECT_THAT(DriversOf(ProgId), ElementsAre("another", "bench", "scpi"));
+  EXPECT_THAT(DriversOf("../" + std::string(ProgId)), IsEmpty());
+}
+
+TEST_F(ActivationTest, AChosenDriverTakesThePlaceOfTheOneWithoutAName) {
+  WriteManifest(DRIVER_WITHOUT_EXPORT);
+  WriteNamed("bench", DRIVER_FAILING);
+  RegisterClass(ProgId, [] { return Ref<IUnknown>(); });
+  EXPECT_EQ(Failure().Description(), "no failure") << "what is registered comes first";
+  ChooseDriver(ProgId, "bench");
+  EXPECT_EQ(ChosenDriver(ProgId), "bench");
+  EXPECT_THAT(Failure().Description(), HasSubstr(DRIVER_FAILING));
+  RegisterClass(ProgId, {});
+  EXPECT_THAT(Failure().Description(), HasSubstr(DRIVER_FAILING));
+  ChooseDriver(ProgId, "");
+  EXPECT_THAT(Failure().Description(), HasSubstr("does not export DllGetClassObject"));
+}
+
+TEST_F(ActivationTest, AChosenDriverThatIsNotInstalledNamesThoseThatAre) {
+  WriteNamed("scpi", DRIVER_FAILING);
+  WriteNamed("bench", DRIVER_FAILING);
+  ChooseDriver(ProgId, "benhc");
+  EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(std::string(ProgId) + "/benhc.driver"),
+                                             EndsWith("; drivers to choose from: bench, scpi")));
+  ChooseDriver(ProgId, "../benhc");
+  EXPECT_EQ(Failure().Description(), "Cannot create Bench.Driver: \"../benhc\" cannot be the name of a driver");
 }
 
 TEST_F(ActivationTest, ANameThatLeadsOutOfTheManifestFoldersIsNoProgId) {
