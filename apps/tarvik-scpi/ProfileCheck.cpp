@@ -29,7 +29,7 @@ class Check {
     Try("identity", "*IDN?", [](const std::string &) { return std::string(); });
     // The unit of the levels says which of their queries has an answer.
     for (const bool fLevels : {false, true})
-      for (const SettingPlace &place : PlacesOf(m_profile))
+      for (const ProfilePlace &place : PlacesOf(m_profile))
         if (place.pSetting->IsRead() && place.pSetting->IsLevel() == fLevels)
           Try(place.Key(), place.Query(m_settings),
               [&](const std::string &strAnswer) { return TakeAnswer(place, strAnswer, m_settings); });
@@ -69,7 +69,7 @@ class Check {
 
 void PrintProfile(const Profile &profile, std::ostream &out) {
   const driver::Settings settings;
-  for (const SettingPlace &place : PlacesOf(profile))
+  for (const ProfilePlace &place : PlacesOf(profile))
     out << place.Key() << "\t" << place.SetCommand(settings) << "\t" << place.Query(settings) << "\n";
   for (const SettingRow &row : SettingRows())
     if (!profile.Find(row.strKey)) out << row.strKey << "\t(kept in the driver)\n";

@@ -116,9 +116,9 @@ void ScpiInstrument::Forget() {
 
 // ---- Reading ----
 
-void ScpiInstrument::Ask(const std::vector<SettingPlace> &arrPlaces, Settings &settings, std::size_t answerSize) {
+void ScpiInstrument::Ask(const std::vector<ProfilePlace> &arrPlaces, Settings &settings, std::size_t answerSize) {
   std::vector<std::string> arrQueries;
-  for (const SettingPlace &place : arrPlaces) arrQueries.push_back(place.Query(settings));
+  for (const ProfilePlace &place : arrPlaces) arrQueries.push_back(place.Query(settings));
   const std::vector<std::string> arrAnswers = m_talk->Ask(arrQueries, answerSize);
   for (std::size_t i = 0; i < arrPlaces.size(); ++i)
     if (const std::string strWhy = TakeAnswer(arrPlaces[i], arrAnswers[i], settings); !strWhy.empty())
@@ -128,8 +128,8 @@ void ScpiInstrument::Ask(const std::vector<SettingPlace> &arrPlaces, Settings &s
 Settings ScpiInstrument::ReadSettings() {
   Settings settings = m_kept;
   // The levels last: which query they have depends on their unit.
-  std::vector<SettingPlace> arrLevels, arrOthers;
-  for (const SettingPlace &place : PlacesOf(m_profile))
+  std::vector<ProfilePlace> arrLevels, arrOthers;
+  for (const ProfilePlace &place : PlacesOf(m_profile))
     if (place.pSetting->IsRead() && place.pSetting->pRow->lngPatternRow == 0)
       (place.pSetting->IsLevel() ? arrLevels : arrOthers).push_back(place);
   Ask(arrOthers, settings, Talk::UsualAnswer);
@@ -144,8 +144,8 @@ const Settings &ScpiInstrument::Known() {
 
 void ScpiInstrument::KnowPatterns(const Rows &rows) {
   Settings settings = m_kept;
-  std::vector<SettingPlace> arrPlaces;
-  for (const SettingPlace &place : PlacesOf(m_profile)) {
+  std::vector<ProfilePlace> arrPlaces;
+  for (const ProfilePlace &place : PlacesOf(m_profile)) {
     const Long lngRow = place.pSetting->pRow->lngPatternRow;
     if (lngRow == 0 || !place.pSetting->IsRead()) continue;
     const auto row = static_cast<std::size_t>(lngRow - 1);
@@ -232,7 +232,7 @@ void ScpiInstrument::Send(const Undo &undo, const Settings &after) {
 
 void ScpiInstrument::Check(const Settings &before, const Settings &after, Errors arrErrors) const {
   for (const auto &arrPlaces : StepsBetween(m_profile, before, after))
-    for (const SettingPlace &place : arrPlaces)
+    for (const ProfilePlace &place : arrPlaces)
       if (const std::string strWhy = WhyNotSent(place, after); !strWhy.empty())
         arrErrors.push_back(
             {place.pSetting->arrWords.empty() ? driver::ScpiDataOutOfRange : driver::ScpiIllegalParameterValue,
@@ -276,7 +276,7 @@ std::string ScpiInstrument::PutBack(const Undo &undo) {
   const Settings restored = WithPatterns(undo.rows);
   std::string strPlaces;
   for (const auto &arrPlaces : StepsBetween(m_profile, restored, undo.before))
-    for (const SettingPlace &place : arrPlaces) strPlaces += (strPlaces.empty() ? "" : ", ") + place.Key();
+    for (const ProfilePlace &place : arrPlaces) strPlaces += (strPlaces.empty() ? "" : ", ") + place.Key();
   return strPlaces.empty() ? "" : "the instrument could not be put back in " + strPlaces;
 }
 

@@ -73,7 +73,7 @@ class ScpiInstrument : public driver::Instrument {
   void Forget();
 
   driver::Settings ReadSettings();
-  void Ask(const std::vector<SettingPlace> &arrPlaces, driver::Settings &settings, std::size_t answerSize);
+  void Ask(const std::vector<ProfilePlace> &arrPlaces, driver::Settings &settings, std::size_t answerSize);
   const driver::Settings &Known();
   void KnowPatterns(const Rows &rows);
   /// The settings with these rows of the pattern memory.

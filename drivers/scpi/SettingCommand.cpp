@@ -18,12 +18,12 @@ std::string Filled(std::string_view strCommand, Long lngChannel) {
   return Replace(strCommand, "{channel}", std::to_string(lngChannel));
 }
 
-std::size_t UnitIndex(const SettingPlace &place, const Settings &settings) {
+std::size_t UnitIndex(const ProfilePlace &place, const Settings &settings) {
   const bool fCurrent = place.pSetting->IsLevel() && settings.levels[place.lngChannel].lngType == eTypeCurrent;
   return static_cast<std::size_t>(fCurrent ? eTypeCurrent : eTypeVoltage);
 }
 
-const driver::PatternRow &PatternAt(const SettingPlace &place, const Settings &settings) {
+const driver::PatternRow &PatternAt(const ProfilePlace &place, const Settings &settings) {
   return settings.arrPattern[static_cast<std::size_t>(place.pSetting->pRow->lngPatternRow - 1)];
 }
 
@@ -39,7 +39,7 @@ std::string PatternText(const driver::PatternRow &row) {
 }
 
 /// The value as it goes over the line. There is one: WhyNotSent has been asked.
-std::string ValueText(const SettingPlace &place, const Settings &settings) {
+std::string ValueText(const ProfilePlace &place, const Settings &settings) {
   const ProfileSetting &setting = *place.pSetting;
   if (setting.pRow->lngPatternRow > 0) return PatternText(PatternAt(place, settings));
   const Double dblValue = place.Value(settings);
@@ -48,7 +48,7 @@ std::string ValueText(const SettingPlace &place, const Settings &settings) {
   return driver::Quantity(dblValue / setting.dblUnit, "");
 }
 
-std::string TakePattern(const SettingPlace &place, const std::string &strAnswer, Settings &settings) {
+std::string TakePattern(const ProfilePlace &place, const std::string &strAnswer, Settings &settings) {
   const std::vector<std::string> arrParts = SplitAnswer(strAnswer, ',');
   const auto dblLength = arrParts.size() == 2 ? NumberOf(arrParts[0]) : std::nullopt;
   const auto strBytes = arrParts.size() == 2 ? BlockOf(arrParts[1]) : std::nullopt;
@@ -66,7 +66,7 @@ bool IsSwitch(const std::string &strAnswer, const std::string &strSpelling) {
   return (strSpelling == "ON" && strAnswer == "1") || (strSpelling == "OFF" && strAnswer == "0");
 }
 
-std::string TakeWord(const SettingPlace &place, const std::string &strAnswer, Settings &settings) {
+std::string TakeWord(const ProfilePlace &place, const std::string &strAnswer, Settings &settings) {
   const std::string strWord = Unquoted(strAnswer);
   for (const ProfileWord &word : place.pSetting->arrWords)
     for (const std::string &strSpelling : word.arrSpellings)
@@ -85,7 +85,7 @@ std::optional<Double> SwitchOf(const std::string &strAnswer) {
   return dblValue == 0 || dblValue == 1 ? dblValue : std::nullopt;
 }
 
-std::string TakeNumber(const SettingPlace &place, const std::string &strAnswer, Settings &settings) {
+std::string TakeNumber(const ProfilePlace &place, const std::string &strAnswer, Settings &settings) {
   const SettingKind eKind = place.pSetting->pRow->Like().eKind;
   if (eKind == SettingKind::Switch) {
     const auto dblSwitch = SwitchOf(strAnswer);
@@ -123,7 +123,7 @@ struct Turn {
   auto operator<=>(const Turn &) const = default;
 };
 
-Turn TurnOf(const SettingPlace &place, const Settings &from, const Settings &to) {
+Turn TurnOf(const ProfilePlace &place, const Settings &from, const Settings &to) {
   const auto &order = place.pSetting->order;
   if (!order) return {};
   const Double dblBefore = RoomOf(*order, place.Value(from)), dblAfter = RoomOf(*order, place.Value(to));
@@ -132,29 +132,29 @@ Turn TurnOf(const SettingPlace &place, const Settings &from, const Settings &to)
   return dblAfter > dblBefore ? Turn{Turn::Gives, order->stage} : Turn{Turn::Takes, Innermost - order->stage};
 }
 
-bool Differs(const SettingPlace &place, const Settings &from, const Settings &to) {
+bool Differs(const ProfilePlace &place, const Settings &from, const Settings &to) {
   if (place.pSetting->pRow->lngPatternRow > 0) return PatternAt(place, from) != PatternAt(place, to);
   return place.Value(from) != place.Value(to);
 }
 
-bool UnitChanges(const SettingPlace &place, const Settings &from, const Settings &to) {
+bool UnitChanges(const ProfilePlace &place, const Settings &from, const Settings &to) {
   return from.levels[place.lngChannel].lngType != to.levels[place.lngChannel].lngType;
 }
 
 /// A trailing edge that was coupled has told the leading edge's value; what it is by itself is not known.
-bool MustBeTold(const SettingPlace &place, const Settings &from, const Settings &to) {
+bool MustBeTold(const ProfilePlace &place, const Settings &from, const Settings &to) {
   return place.pSetting->pRow->strKey == "timing.trailing" && from.timing[place.lngChannel].fCoupled &&
          !to.timing[place.lngChannel].fCoupled;
 }
 
 struct Step {
   Turn turn;
-  std::vector<SettingPlace> arrPlaces;
+  std::vector<ProfilePlace> arrPlaces;
 };
 
-std::vector<std::vector<SettingPlace>> OrderedSteps(const Profile &profile, const Settings &from, const Settings &to) {
+std::vector<std::vector<ProfilePlace>> OrderedSteps(const Profile &profile, const Settings &from, const Settings &to) {
   std::vector<Step> arrSteps;
-  for (const SettingPlace &place : PlacesOf(profile)) {
+  for (const ProfilePlace &place : PlacesOf(profile)) {
     if (!place.pSetting->IsSet()) continue;
     if (place.pSetting->IsLevel() && UnitChanges(place, from, to)) {
       // The numbers of the other unit mean nothing; the row of the unit stands before those of the levels.
@@ -168,19 +168,19 @@ std::vector<std::vector<SettingPlace>> OrderedSteps(const Profile &profile, cons
     }
   }
   std::ranges::stable_sort(arrSteps, {}, &Step::turn);
-  std::vector<std::vector<SettingPlace>> arrPlaces;
+  std::vector<std::vector<ProfilePlace>> arrPlaces;
   for (Step &step : arrSteps) arrPlaces.push_back(std::move(step.arrPlaces));
   return arrPlaces;
 }
 
 bool Changes(const SettingRow &row, const Profile &profile, const Settings &from, const Settings &to) {
-  return std::ranges::any_of(PlacesOf(profile), [&](const SettingPlace &place) {
+  return std::ranges::any_of(PlacesOf(profile), [&](const ProfilePlace &place) {
     return place.pSetting->pRow == &row && Differs(place, from, to);
   });
 }
 
 /// Whether the value that the setting has at both ends stands in the way of others that change.
-bool MustStandAside(const SettingPlace &place, const Profile &profile, const Settings &from, const Settings &to) {
+bool MustStandAside(const ProfilePlace &place, const Profile &profile, const Settings &from, const Settings &to) {
   const auto &order = place.pSetting->order;
   if (!order || !order->lngAside) return false;
   const Double dblRoom = RoomOf(*order, static_cast<Double>(*order->lngAside));
@@ -191,27 +191,27 @@ bool MustStandAside(const SettingPlace &place, const Profile &profile, const Set
 
 }  // namespace
 
-Double SettingPlace::Value(const Settings &settings) const {
+Double ProfilePlace::Value(const Settings &settings) const {
   return lngAside ? static_cast<Double>(*lngAside) : pSetting->pRow->Read(settings, lngChannel);
 }
 
-std::string SettingPlace::Key() const {
+std::string ProfilePlace::Key() const {
   const std::string strKey(pSetting->pRow->strKey);
   return lngChannel == 0 ? strKey : strKey + "[" + std::to_string(lngChannel) + "]";
 }
 
-std::string SettingPlace::Caption() const { return pSetting->pRow->Like().Caption(lngChannel); }
+std::string ProfilePlace::Caption() const { return pSetting->pRow->Like().Caption(lngChannel); }
 
-std::string SettingPlace::SetCommand(const Settings &settings) const {
+std::string ProfilePlace::SetCommand(const Settings &settings) const {
   return Filled(pSetting->arrSet[UnitIndex(*this, settings)], lngChannel);
 }
 
-std::string SettingPlace::Query(const Settings &settings) const {
+std::string ProfilePlace::Query(const Settings &settings) const {
   return Filled(pSetting->arrQuery[UnitIndex(*this, settings)], lngChannel);
 }
 
-std::vector<SettingPlace> PlacesOf(const Profile &profile) {
-  std::vector<SettingPlace> arrPlaces;
+std::vector<ProfilePlace> PlacesOf(const Profile &profile) {
+  std::vector<ProfilePlace> arrPlaces;
   for (const ProfileSetting &setting : profile.arrSettings) {
     const Long lngRow = setting.pRow->lngPatternRow;
     if (lngRow == ePatternChan2 && profile.lngChannels < 2) continue;
@@ -225,7 +225,7 @@ std::vector<SettingPlace> PlacesOf(const Profile &profile) {
   return arrPlaces;
 }
 
-std::string WhyNotSent(const SettingPlace &place, const Settings &settings) {
+std::string WhyNotSent(const ProfilePlace &place, const Settings &settings) {
   const ProfileSetting &setting = *place.pSetting;
   if (setting.pRow->lngPatternRow > 0) return {};
   const Double dblValue = place.Value(settings);
@@ -244,16 +244,16 @@ std::string WhyNotSent(const SettingPlace &place, const Settings &settings) {
   return {};
 }
 
-std::string TakeAnswer(const SettingPlace &place, const std::string &strAnswer, Settings &settings) {
+std::string TakeAnswer(const ProfilePlace &place, const std::string &strAnswer, Settings &settings) {
   if (place.pSetting->pRow->lngPatternRow > 0) return TakePattern(place, strAnswer, settings);
   if (!place.pSetting->arrWords.empty()) return TakeWord(place, strAnswer, settings);
   return TakeNumber(place, strAnswer, settings);
 }
 
-std::vector<std::vector<SettingPlace>> StepsBetween(const Profile &profile, const Settings &from, const Settings &to) {
+std::vector<std::vector<ProfilePlace>> StepsBetween(const Profile &profile, const Settings &from, const Settings &to) {
   Settings start = from;
-  std::vector<std::vector<SettingPlace>> arrAll;
-  for (const SettingPlace &place : PlacesOf(profile))
+  std::vector<std::vector<ProfilePlace>> arrAll;
+  for (const ProfilePlace &place : PlacesOf(profile))
     if (MustStandAside(place, profile, from, to)) {
       arrAll.push_back({{place.pSetting, place.lngChannel, place.pSetting->order->lngAside}});
       place.pSetting->pRow->Write(start, place.lngChannel, arrAll.back().front().Value(start));
@@ -262,9 +262,9 @@ std::vector<std::vector<SettingPlace>> StepsBetween(const Profile &profile, cons
   return arrAll;
 }
 
-std::string CommandsOf(const std::vector<SettingPlace> &arrPlaces, const Settings &settings) {
+std::string CommandsOf(const std::vector<ProfilePlace> &arrPlaces, const Settings &settings) {
   std::string strCommands;
-  for (const SettingPlace &place : arrPlaces) {
+  for (const ProfilePlace &place : arrPlaces) {
     if (!strCommands.empty()) strCommands += ';';
     strCommands += Replace(place.SetCommand(settings), "{value}", ValueText(place, settings));
   }

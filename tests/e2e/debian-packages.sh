@@ -32,6 +32,7 @@ depends_on libtarvikvi-dev libtarvikautomation-dev
 depends_on tarvikvi-designer libqt6designer6
 depends_on tarvikvi-server 'libgrpc++1.51'
 depends_on tarvikvi-remote 'libgrpc++1.51'
+depends_on tarvikvi-scpi 'liblxi1'
 # A machine that has the instruments and no screen gets no toolkit, and who writes a driver needs none.
 for name in libtarvikautomation1 libtarvikautomation-dev tarvikctl python3-tarvikvi tarvikvi-simulator tarvikvi-scpi \
   tarvikvi-server tarvikvi-remote; do
@@ -82,11 +83,11 @@ grep -q '^ExecStart=/usr/bin/tarvik-driver-server ' "$root/usr/lib/systemd/syste
 # plug-ins is that of its other plug-ins.
 bare=$(find "$libraries" -maxdepth 1 -not -type d -not -name 'libtarvikautomation.so*' -not -name 'libtarvikvi.so*')
 [ -z "$bare" ] || fail "in the folder of libraries: $bare"
-[ "$(ls "$libraries/tarvikvi")" = $'libtarvikremote.so\nlibtarviksimulator.so' ] || fail "$(ls "$libraries/tarvikvi")"
+[ "$(ls "$libraries/tarvikvi")" = $'libtarvikremote.so\nlibtarvikscpi.so\nlibtarviksimulator.so' ] || fail "$(ls "$libraries/tarvikvi")"
 plugins=$(dirname "$(dirname "$(dpkg -L libqt6gui6 | grep -m 1 '/libqoffscreen\.so$')")")
 [ -f "$root$plugins/designer/libtarvikdesigner.so" ] || fail "the designer's plug-in is not in $plugins/designer"
 
-for name in KolvenAtl.Kolven TarvikVI.clsInstrInterface tarvik.remote; do
+for name in KolvenAtl.Kolven KolvenAtl.Kolven/scpi TarvikVI.clsInstrInterface tarvik.remote; do
   manifest="$root/usr/share/tarvikvi/drivers/$name.driver"
   [ -f "$(dirname "$manifest")/$(cat "$manifest")" ] || fail "$manifest names no library: $(cat "$manifest")"
 done
@@ -96,6 +97,7 @@ timeout 120 "$root/usr/bin/tarvikvi" --tour "$work/tour" > "$work/tour.txt"
 grep -q ' steps, 0 went wrong$' "$work/tour.txt" || fail "$(cat "$work/tour.txt")"
 
 [ "$("$root/usr/bin/tarvikctl" get VP-210 timing.width[1])" = 'timing.width[1]=100ns' ] || fail "tarvikctl does not run"
+"$root/usr/bin/tarvik-scpi" profiles | grep -q '^scpi-99-pattern	' || fail "tarvik-scpi does not find its profiles"
 "$root/usr/bin/tarvik-scpi-simulator" --list | grep -q '^VP-210	' || fail "tarvik-scpi-simulator does not run"
 
 [ "$(PYTHONPATH="$root/usr/lib/python3/dist-packages" /usr/bin/python3 -B -c \

@@ -45,15 +45,21 @@ ScpiPlace::ScpiPlace() {
     // "tarvik-scpi-simulator: VP-210 listening on 127.0.0.1:40123"
     const std::string strLine = program.process->ReadLine();
     program.strAddress = "TCPIP::127.0.0.1::" + strLine.substr(strLine.rfind(':') + 1) + "::SOCKET";
-    entries.push_back({{"name", model.strName}, {"address", program.strAddress}, {"profile", model.strName}});
+    entries.push_back({{"name", model.strName},
+                       {"address", program.strAddress},
+                       {"profile", model.strName},
+                       {"log", Log().string()}});
     m_programs.emplace(model.strName, std::move(program));
   }
   const Json file{{"format", "tarvikvi-scpi-instruments"}, {"version", 1}, {"instruments", entries}};
   fs::create_directories(ConfigFolder() / "tarvikvi");
+  fs::remove(Log());
   std::ofstream(ConfigFolder() / "tarvikvi/scpi-instruments.json") << file.dump(2);
   setenv("XDG_CONFIG_HOME", ConfigFolder().c_str(), 1);
   PrivateDataFolder::Write("KolvenAtl.Kolven.driver", std::string(SCPI_DRIVER) + "\n");
 }
+
+std::filesystem::path ScpiPlace::Log() { return ConfigFolder() / "line.log"; }
 
 ScpiPlace::~ScpiPlace() { PrivateDataFolder::Remove("KolvenAtl.Kolven.driver"); }
 

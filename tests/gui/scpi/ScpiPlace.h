@@ -16,6 +16,8 @@ class ScpiPlace final : public RackPlace {
   ~ScpiPlace() override;
   std::string Listed(const std::string &strModel) const override;
 
+  /// Where everything that goes over the lines is written.
+  static std::filesystem::path Log();
   /// One of the programs.
   remote::ChildProcess &Program(const std::string &strModel) { return *m_programs.at(strModel).process; }
 

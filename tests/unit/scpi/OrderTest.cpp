@@ -60,8 +60,8 @@ class SettingsSource {
 };
 
 /// The settings after one step, as an instrument has them that takes each message by itself.
-void Take(Settings &settings, const std::vector<SettingPlace> &arrPlaces, const Settings &to) {
-  for (const SettingPlace &place : arrPlaces) place.pSetting->pRow->Write(settings, place.lngChannel, place.Value(to));
+void Take(Settings &settings, const std::vector<ProfilePlace> &arrPlaces, const Settings &to) {
+  for (const ProfilePlace &place : arrPlaces) place.pSetting->pRow->Write(settings, place.lngChannel, place.Value(to));
 }
 
 TEST(ScpiOrder, NoStepBetweenTwoAllowedStatesPassesThroughAForbiddenOne) {
