@@ -1,14 +1,16 @@
 """The profiles that come with the driver fit the schema that the documents hand out, and profiles with faults do not;
 the schema knows just the settings that the driver knows.
 
-Usage: check_profile_schema.py SCHEMA PROFILE_FOLDER TARVIK_SCPI
+Usage: check_profile_schema.py SCHEMA PROFILE_FOLDER TARVIK_SCPI DOCUMENT
 """
 
 import copy
 import json
 import pathlib
+import re
 import subprocess
 import sys
+import tempfile
 
 import jsonschema
 
@@ -44,6 +46,14 @@ def main():
         spoil(spoilt)
         assert not validator.is_valid(spoilt), f"the schema takes {fault}"
         print("refused:", fault)
+    document = pathlib.Path(sys.argv[4]).read_text(encoding="utf-8")
+    example = next(block for block in re.findall(r"(?:^    .*\n)+", document, re.M) if "tarvikvi-scpi-profile" in block)
+    validator.validate(json.loads(example))
+    with tempfile.NamedTemporaryFile("w", suffix=".json") as file:
+        file.write(example)
+        file.flush()
+        subprocess.run([sys.argv[3], "check", file.name], check=True, stdout=subprocess.DEVNULL)
+    print("fits: the document's example")
     printed = subprocess.run([sys.argv[3], "check", "scpi-99"], check=True, capture_output=True, text=True).stdout
     known = {key if key.startswith("pattern.stream") else key.split("[")[0]
              for key in (line.split("\t")[0] for line in printed.splitlines())}
