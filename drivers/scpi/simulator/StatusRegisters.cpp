@@ -47,7 +47,7 @@ void StatusRegister::Preset() {
   intNegative = 0;
 }
 
-void StatusRegisters::Enter(Long lngNumber, std::string strText) {
+void StatusRegisters::Enter(Long lngNumber, const std::string &strText) {
   m_byEvents |= EventOf(lngNumber);
   if (m_queue.size() < QueueLength) {
     m_queue.push_back(std::to_string(lngNumber) + ',' + Quoted(strText));
@@ -66,7 +66,7 @@ void StatusRegisters::Report(const simulator::ScpiError &error) {
   std::string strText = error.strText;
   if (!strStandard.empty() && strText.starts_with(strStandard + ": ")) strText.replace(strStandard.size(), 2, ";");
   if (!error.strDetail.empty()) strText += " (" + error.strDetail + ")";
-  Enter(error.lngNumber, std::move(strText));
+  Enter(error.lngNumber, strText);
 }
 
 std::string StatusRegisters::TakeError() {

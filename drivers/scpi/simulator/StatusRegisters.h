@@ -75,7 +75,7 @@ class StatusRegisters {
   StatusRegister operation, questionable;
 
  private:
-  void Enter(Long lngNumber, std::string strText);
+  void Enter(Long lngNumber, const std::string &strText);
 
   std::deque<std::string> m_queue;
   std::uint8_t m_byEvents = PowerOn;

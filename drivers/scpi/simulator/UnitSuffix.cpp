@@ -16,14 +16,14 @@ constexpr Multiplier Multipliers[] = {
 };
 
 struct UnitName {
-  Unit unit;
   std::string_view strName;
+  Unit unit;
   int intM;  ///< what M stands for: IEEE 488.2, 7.7.3, has MHZ and MOHM as megahertz and megohm
 };
 
 constexpr UnitName UnitNames[] = {
-    {Unit::Second, "S", -3}, {Unit::Hertz, "HZ", 6}, {Unit::Volt, "V", -3},
-    {Unit::Ampere, "A", -3}, {Unit::Ohm, "OHM", 6},
+    {"S", Unit::Second, -3}, {"HZ", Unit::Hertz, 6}, {"V", Unit::Volt, -3},
+    {"A", Unit::Ampere, -3}, {"OHM", Unit::Ohm, 6},
 };
 
 int PowerOf(std::string_view strSuffix, const UnitName &unit) {
