@@ -12,7 +12,7 @@ endif()
 target_include_directories(tarvik_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
 # Sixty programs are linked, most of them with the toolkit: mold takes a tenth of the time of the default linker.
 find_program(TARVIK_MOLD mold)
-if(TARVIK_MOLD)
+if(TARVIK_MOLD AND NOT WIN32)
   add_link_options(-fuse-ld=mold)
 endif()
 

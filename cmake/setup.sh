@@ -1,12 +1,12 @@
 # Sourced by ./run, ./test and ./bench: installs what is missing, configures and builds.
 # Usage: tarvik_setup PRESET [TARGET...]
 
-tarvik_install_packages() {
-  local missing=() package
+tarvik_install_packages() { # [LIST]
+  local list=${1:-packages.txt} missing=() package
   while read -r package; do
     [ -n "$package" ] || continue
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
-  done < packages.txt
+  done < "$list"
   [ ${#missing[@]} -gt 0 ] || return 0
 
   echo "Installing: ${missing[*]}"

@@ -1,5 +1,8 @@
 #include "automation/Activation.h"
 #include "automation/Object.h"
+#ifdef _WIN32
+#include "automation/ServerRegistration.h"
+#endif
 #include "common/ClassFactory.h"
 #include "common/Guarded.h"
 #include "instrument/KolvenDriver.h"
@@ -47,3 +50,16 @@ TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllGetClassObject(co
 TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllCanUnloadNow() {
   return tarvik::automation::StatusFalse;
 }
+
+#ifdef _WIN32
+
+TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllRegisterServer() {
+  return tarvik::automation::RegisterServer(tarvik::kolven::DriverProgId, "Simulated pulse generators of TarvikVI",
+                                            reinterpret_cast<const void *>(&DllRegisterServer));
+}
+
+TARVIK_DRIVER_EXPORT tarvik::automation::Status TARVIK_CALL DllUnregisterServer() {
+  return tarvik::automation::UnregisterServer(tarvik::kolven::DriverProgId);
+}
+
+#endif

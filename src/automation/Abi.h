@@ -9,6 +9,14 @@
 
 #ifdef _WIN32
 
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+// After windows.h, whose declarations they need.
 #include <oaidl.h>
 #include <oleauto.h>
 #include <unknwn.h>
@@ -23,8 +31,16 @@ using AutomationString = BSTR;
 using VariantBool = VARIANT_BOOL;
 using AutomationArray = SAFEARRAY;
 using AutomationVariant = VARIANT;
+using AutomationDispParams = DISPPARAMS;
+using AutomationExcepInfo = EXCEPINFO;
+using AutomationChar = OLECHAR;
+using Count = ULONG;
+using MemberId = DISPID;
+using LocaleId = LCID;
+using LockFlag = BOOL;
 using ::IClassFactory;
 using ::IDispatch;
+using ::ITypeInfo;
 using ::IUnknown;
 }  // namespace tarvik::automation
 
@@ -49,6 +65,15 @@ struct Guid {
 /// Points at the first of its UTF-16 units; the byte count stands in the 32 bits before it and a zero
 /// unit behind the last. Null is the empty text.
 using AutomationString = char16_t *;
+/// A unit of a string.
+using AutomationChar = char16_t;
+
+/// How many references an object has.
+using Count = std::uint32_t;
+/// The number of a member behind IDispatch.
+using MemberId = std::int32_t;
+using LocaleId = std::uint32_t;
+using LockFlag = std::int32_t;
 
 /// 0 or -1.
 using VariantBool = std::int16_t;
@@ -131,8 +156,8 @@ struct AutomationExcepInfo {
 class IUnknown {
  public:
   virtual Status TARVIK_CALL QueryInterface(const Guid &riid, void **ppvObject) = 0;
-  virtual std::uint32_t TARVIK_CALL AddRef() = 0;
-  virtual std::uint32_t TARVIK_CALL Release() = 0;
+  virtual Count TARVIK_CALL AddRef() = 0;
+  virtual Count TARVIK_CALL Release() = 0;
 
  protected:
   ~IUnknown() = default;
@@ -144,13 +169,12 @@ class ITypeInfo;
 class IDispatch : public IUnknown {
  public:
   virtual Status TARVIK_CALL GetTypeInfoCount(std::uint32_t *pctinfo) = 0;
-  virtual Status TARVIK_CALL GetTypeInfo(std::uint32_t iTInfo, std::uint32_t lcid, ITypeInfo **ppTInfo) = 0;
-  virtual Status TARVIK_CALL GetIDsOfNames(const Guid &riid, char16_t **rgszNames, std::uint32_t cNames,
-                                           std::uint32_t lcid, std::int32_t *rgDispId) = 0;
-  virtual Status TARVIK_CALL Invoke(std::int32_t dispIdMember, const Guid &riid, std::uint32_t lcid,
-                                    std::uint16_t wFlags, AutomationDispParams *pDispParams,
-                                    AutomationVariant *pVarResult, AutomationExcepInfo *pExcepInfo,
-                                    std::uint32_t *puArgErr) = 0;
+  virtual Status TARVIK_CALL GetTypeInfo(std::uint32_t iTInfo, LocaleId lcid, ITypeInfo **ppTInfo) = 0;
+  virtual Status TARVIK_CALL GetIDsOfNames(const Guid &riid, AutomationChar **rgszNames, std::uint32_t cNames,
+                                           LocaleId lcid, MemberId *rgDispId) = 0;
+  virtual Status TARVIK_CALL Invoke(MemberId dispIdMember, const Guid &riid, LocaleId lcid, std::uint16_t wFlags,
+                                    AutomationDispParams *pDispParams, AutomationVariant *pVarResult,
+                                    AutomationExcepInfo *pExcepInfo, std::uint32_t *puArgErr) = 0;
 
  protected:
   ~IDispatch() = default;
@@ -159,7 +183,7 @@ class IDispatch : public IUnknown {
 class IClassFactory : public IUnknown {
  public:
   virtual Status TARVIK_CALL CreateInstance(IUnknown *pUnkOuter, const Guid &riid, void **ppvObject) = 0;
-  virtual Status TARVIK_CALL LockServer(std::int32_t fLock) = 0;
+  virtual Status TARVIK_CALL LockServer(LockFlag fLock) = 0;
 
  protected:
   ~IClassFactory() = default;
@@ -211,10 +235,21 @@ enum VariantType : std::uint16_t {
   VtBoolean = 11,
   VtVariant = 12,
   VtUnknown = 13,
+  VtSignedByte = 16,
   VtByte = 17,
+  VtUnsignedInteger = 18,
+  VtUnsignedLong = 19,
+  VtHuge = 20,  ///< 64 bits
+  VtUnsignedHuge = 21,
+  VtMachineInteger = 22,  ///< 32 bits, as VtLong
+  VtMachineUnsigned = 23,
   VtArray = 0x2000,
   VtByRef = 0x4000,
 };
+
+/// Features of an array whose memory its owner has bound in some way: it can be filled and not be resized or replaced.
+inline constexpr std::uint16_t ArrayBoundFeatures =
+    0x0001 | 0x0002 | 0x0004 | 0x0010;  // automatic, static, embedded, fixed
 
 inline constexpr Guid IidUnknown{0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 inline constexpr Guid IidClassFactory{0x00000001, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};

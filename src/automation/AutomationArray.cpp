@@ -9,10 +9,9 @@ namespace tarvik::automation {
 
 #ifdef _WIN32
 
-AutomationArray *AllocByteArray(std::int32_t lngLowerBound, const std::uint8_t *pBytes, std::uint32_t lngCount) {
-  SAFEARRAY *array = SafeArrayCreateVector(VT_UI1, lngLowerBound, lngCount);
+AutomationArray *AllocArray(VariantType eType, std::int32_t lngLowerBound, std::uint32_t lngCount) {
+  SAFEARRAY *array = SafeArrayCreateVector(eType, lngLowerBound, lngCount);
   if (!array) throw std::bad_alloc();
-  if (pBytes && lngCount) std::memcpy(array->pvData, pBytes, lngCount);
   return array;
 }
 void FreeArray(AutomationArray *pArray) {
@@ -21,14 +20,14 @@ void FreeArray(AutomationArray *pArray) {
 
 #else
 
-AutomationArray *AllocByteArray(std::int32_t lngLowerBound, const std::uint8_t *pBytes, std::uint32_t lngCount) {
-  std::unique_ptr<void, decltype(&std::free)> data(std::malloc(lngCount ? lngCount : 1), &std::free);
+AutomationArray *AllocArray(VariantType eType, std::int32_t lngLowerBound, std::uint32_t lngCount) {
+  const std::uint32_t lngSize = eType == VtByte ? 1 : eType == VtBoolean ? 2 : sizeof(AutomationVariant);
+  std::unique_ptr<void, decltype(&std::free)> data(std::calloc(lngCount ? lngCount : 1, lngSize), &std::free);
   std::unique_ptr<void, decltype(&std::free)> block(std::calloc(1, sizeof(AutomationArray)), &std::free);
   if (!data || !block) throw std::bad_alloc();
-  if (pBytes && lngCount) std::memcpy(data.get(), pBytes, lngCount);
   auto *array = static_cast<AutomationArray *>(block.release());
   array->cDims = 1;
-  array->cbElements = 1;
+  array->cbElements = lngSize;
   array->pvData = data.release();
   array->rgsabound[0] = {lngCount, lngLowerBound};
   return array;
@@ -41,6 +40,12 @@ void FreeArray(AutomationArray *pArray) {
 }
 
 #endif
+
+AutomationArray *AllocByteArray(std::int32_t lngLowerBound, const std::uint8_t *pBytes, std::uint32_t lngCount) {
+  AutomationArray *array = AllocArray(VtByte, lngLowerBound, lngCount);
+  if (pBytes && lngCount) std::memcpy(array->pvData, pBytes, lngCount);
+  return array;
+}
 
 bool IsByteArray(const AutomationArray *pArray) { return pArray && pArray->cDims == 1 && pArray->cbElements == 1; }
 

@@ -9,6 +9,9 @@ namespace tarvik::automation {
 /// A new byte array with the bounds and the bytes of the given one.
 TARVIK_AUTOMATION_EXPORT AutomationArray *AllocByteArray(std::int32_t lngLowerBound, const std::uint8_t *pBytes,
                                                          std::uint32_t lngCount);
+/// A new array of zeros: of bytes, truth values or variants.
+TARVIK_AUTOMATION_EXPORT AutomationArray *AllocArray(VariantType eType, std::int32_t lngLowerBound,
+                                                     std::uint32_t lngCount);
 TARVIK_AUTOMATION_EXPORT void FreeArray(AutomationArray *pArray);
 
 /// Whether it is a byte array of one dimension.
@@ -18,8 +21,11 @@ TARVIK_AUTOMATION_EXPORT bool IsByteArray(const AutomationArray *pArray);
 class ArrayOwner {
  public:
   ArrayOwner() = default;
-  explicit ArrayOwner(const ByteArray &arr)
-      : m_pArray(AllocByteArray(arr.LowerBound(), arr.Elements().data(), static_cast<std::uint32_t>(arr.Count()))) {}
+  /// Error 9 for an array of other than one dimension.
+  explicit ArrayOwner(const ByteArray &arr) {
+    if (arr.Dimensions() != 1) RaiseError(ErrSubscriptOutOfRange);
+    m_pArray = AllocByteArray(arr.LowerBound(), arr.Elements().data(), static_cast<std::uint32_t>(arr.Count()));
+  }
   ArrayOwner(const ArrayOwner &) = delete;
   ArrayOwner &operator=(const ArrayOwner &) = delete;
   ~ArrayOwner() { FreeArray(m_pArray); }

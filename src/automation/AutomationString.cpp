@@ -51,9 +51,7 @@ AutomationString AllocString(std::string_view strText) {
   return SysAllocStringLen(reinterpret_cast<const OLECHAR *>(strWide.data()), static_cast<UINT>(strWide.size()));
 }
 void FreeString(AutomationString bstr) { SysFreeString(bstr); }
-std::uint32_t StringLength(const char16_t *bstr) {
-  return SysStringLen(reinterpret_cast<BSTR>(const_cast<char16_t *>(bstr)));
-}
+std::uint32_t StringLength(const AutomationChar *bstr) { return SysStringLen(const_cast<BSTR>(bstr)); }
 
 #else
 
@@ -72,7 +70,7 @@ void FreeString(AutomationString bstr) {
   if (bstr) std::free(reinterpret_cast<unsigned char *>(bstr) - 8);
 }
 
-std::uint32_t StringLength(const char16_t *bstr) {
+std::uint32_t StringLength(const AutomationChar *bstr) {
   if (!bstr) return 0;
   std::uint32_t lngBytes = 0;
   std::memcpy(&lngBytes, reinterpret_cast<const unsigned char *>(bstr) - 4, sizeof lngBytes);
@@ -81,6 +79,20 @@ std::uint32_t StringLength(const char16_t *bstr) {
 
 #endif
 
-std::string ToText(const char16_t *bstr) { return bstr ? ToUtf8({bstr, StringLength(bstr)}) : std::string{}; }
+namespace {
+
+/// A unit has 16 bits wherever automation is native, too, where it is of another type.
+const char16_t *Units(const AutomationChar *units) {
+  static_assert(sizeof(AutomationChar) == sizeof(char16_t));
+  return reinterpret_cast<const char16_t *>(units);
+}
+
+}  // namespace
+
+std::string ToText(const AutomationChar *bstr) {
+  return bstr ? ToUtf8({Units(bstr), StringLength(bstr)}) : std::string{};
+}
+
+std::string NameText(const AutomationChar *strName) { return ToUtf8(Units(strName)); }
 
 }  // namespace tarvik::automation

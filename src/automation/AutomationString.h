@@ -13,9 +13,12 @@ TARVIK_AUTOMATION_EXPORT AutomationString AllocString(std::string_view strText);
 TARVIK_AUTOMATION_EXPORT void FreeString(AutomationString bstr);
 
 /// UTF-8 of the string; null gives the empty text. Lone surrogates become U+FFFD.
-TARVIK_AUTOMATION_EXPORT std::string ToText(const char16_t *bstr);
+TARVIK_AUTOMATION_EXPORT std::string ToText(const AutomationChar *bstr);
 /// Number of UTF-16 units.
-TARVIK_AUTOMATION_EXPORT std::uint32_t StringLength(const char16_t *bstr);
+TARVIK_AUTOMATION_EXPORT std::uint32_t StringLength(const AutomationChar *bstr);
+
+/// UTF-8 of units that end with a zero, as names of members do.
+TARVIK_AUTOMATION_EXPORT std::string NameText(const AutomationChar *strName);
 
 TARVIK_AUTOMATION_EXPORT std::u16string ToUtf16(std::string_view strText);
 TARVIK_AUTOMATION_EXPORT std::string ToUtf8(std::u16string_view strText);

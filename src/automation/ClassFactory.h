@@ -20,7 +20,7 @@ class ClassFactory : public Counted<IClassFactory, IidClassFactory> {
     return pUnkOuter ? StatusNoAggregation : Make(riid, ppvObject);
   }
   /// A library that is never unloaded has nothing to lock.
-  Status TARVIK_CALL LockServer(std::int32_t) override { return StatusOk; }
+  Status TARVIK_CALL LockServer(LockFlag) override { return StatusOk; }
 
  private:
   /// Makes an object and hands out this interface of it; the place is there and empty.

@@ -25,9 +25,9 @@ class Counted : public Interface {
     *ppvObject = static_cast<Interface *>(this);
     return StatusOk;
   }
-  std::uint32_t TARVIK_CALL AddRef() override { return ++m_lngReferences; }
-  std::uint32_t TARVIK_CALL Release() override {
-    const std::uint32_t lngLeft = --m_lngReferences;
+  Count TARVIK_CALL AddRef() override { return ++m_lngReferences; }
+  Count TARVIK_CALL Release() override {
+    const Count lngLeft = --m_lngReferences;
     if (lngLeft == 0) delete this;
     return lngLeft;
   }
@@ -36,7 +36,7 @@ class Counted : public Interface {
   virtual ~Counted() = default;
 
  private:
-  std::atomic<std::uint32_t> m_lngReferences{1};
+  std::atomic<Count> m_lngReferences{1};
 };
 
 /// Base of an object behind one dual interface, which answers "not implemented" to the four dispatch operations.
@@ -44,11 +44,11 @@ template <class Interface>
 class Object : public Counted<Interface, IidDispatch, Interface::Iid> {
  public:
   Status TARVIK_CALL GetTypeInfoCount(std::uint32_t *) override { return StatusNotImplemented; }
-  Status TARVIK_CALL GetTypeInfo(std::uint32_t, std::uint32_t, ITypeInfo **) override { return StatusNotImplemented; }
-  Status TARVIK_CALL GetIDsOfNames(const Guid &, char16_t **, std::uint32_t, std::uint32_t, std::int32_t *) override {
+  Status TARVIK_CALL GetTypeInfo(std::uint32_t, LocaleId, ITypeInfo **) override { return StatusNotImplemented; }
+  Status TARVIK_CALL GetIDsOfNames(const Guid &, AutomationChar **, std::uint32_t, LocaleId, MemberId *) override {
     return StatusNotImplemented;
   }
-  Status TARVIK_CALL Invoke(std::int32_t, const Guid &, std::uint32_t, std::uint16_t, AutomationDispParams *,
+  Status TARVIK_CALL Invoke(MemberId, const Guid &, LocaleId, std::uint16_t, AutomationDispParams *,
                             AutomationVariant *, AutomationExcepInfo *, std::uint32_t *) override {
     return StatusNotImplemented;
   }

@@ -31,14 +31,6 @@ bool Serves(CallFlags eUse, std::uint16_t wFlags) {
   return (wFlags & CallPropertyPut) == 0 && (wFlags & eUse) != 0;
 }
 
-Status CheckNamed(const AutomationDispParams &params, CallFlags eUse) {
-  if (eUse != CallPropertyPut) return params.cNamedArgs == 0 ? StatusOk : StatusNoNamedArgs;
-  if (params.cNamedArgs == 0) return StatusParamNotOptional;
-  const bool fValueOnly =
-      params.cNamedArgs == 1 && params.rgdispidNamedArgs && *params.rgdispidNamedArgs == PutArgument;
-  return fValueOnly ? StatusOk : StatusNoNamedArgs;
-}
-
 Status ReadArgument(const AutomationVariant &vArgument, const Parameter &parameter, Value &vValue) {
   if (IsLeftOut(vArgument)) {
     vValue = parameter.vDefault;
@@ -52,24 +44,61 @@ Status ReadArgument(const AutomationVariant &vArgument, const Parameter &paramet
   return fFits ? StatusOk : StatusTypeMismatch;
 }
 
-Status ReadArguments(const AutomationDispParams &params, const MemberShape &shape, std::vector<Value> &arrValues,
-                     std::uint32_t *puArgErr) {
-  const auto lngMost = static_cast<std::uint32_t>(shape.arrParameters.size());
-  const auto lngLeast =
-      static_cast<std::uint32_t>(std::count_if(shape.arrParameters.begin(), shape.arrParameters.end(),
-                                               [](const Parameter &parameter) { return !parameter.IsOptional(); }));
-  if (params.cArgs > lngMost || params.cArgs < lngLeast) return StatusBadParamCount;
-  if (const Status status = CheckNamed(params, shape.eUse); Failed(status)) return status;
-  if (params.cArgs > 0 && !params.rgvarg) return StatusPointer;
+constexpr std::uint32_t NotGiven = ~std::uint32_t{0};
 
-  for (std::uint32_t i = 0; i < lngMost; ++i) {
+/// For each parameter the place of its argument in the call. Named arguments stand first, by the numbers that
+/// GetIDsOfNames tells; the others stand last one first.
+class ArgumentPlaces {
+ public:
+  ArgumentPlaces(const AutomationDispParams &params, const MemberShape &shape)
+      : m_params(params), m_arrPlaces(shape.arrParameters.size(), NotGiven), m_fPut(shape.eUse == CallPropertyPut) {}
+
+  Status Find(std::uint32_t *puArgErr) {
+    if (m_params.cArgs > m_arrPlaces.size() || m_params.cNamedArgs > m_params.cArgs) return StatusBadParamCount;
+    if (m_params.cArgs > 0 && !m_params.rgvarg) return StatusPointer;
+    if (m_params.cNamedArgs > 0 && !m_params.rgdispidNamedArgs) return StatusPointer;
+    if (m_fPut && !HasValue()) return StatusParamNotOptional;
+    for (std::uint32_t i = m_params.cNamedArgs; i < m_params.cArgs; ++i) m_arrPlaces[m_params.cArgs - 1 - i] = i;
+    for (std::uint32_t i = 0; i < m_params.cNamedArgs; ++i) {
+      const std::size_t parameter = ParameterOf(m_params.rgdispidNamedArgs[i]);
+      if (parameter < m_arrPlaces.size() && m_arrPlaces[parameter] == NotGiven) {
+        m_arrPlaces[parameter] = i;
+        continue;
+      }
+      if (puArgErr) *puArgErr = i;
+      return StatusParamNotFound;
+    }
+    return StatusOk;
+  }
+  std::uint32_t operator[](std::size_t parameter) const { return m_arrPlaces[parameter]; }
+
+ private:
+  bool HasValue() const {
+    const MemberId *const begin = m_params.rgdispidNamedArgs;
+    return std::find(begin, begin + m_params.cNamedArgs, PutArgument) != begin + m_params.cNamedArgs;
+  }
+  /// The value that is put is the last parameter.
+  std::size_t ParameterOf(MemberId lngName) const {
+    return m_fPut && lngName == PutArgument ? m_arrPlaces.size() - 1 : static_cast<std::size_t>(lngName);
+  }
+
+  const AutomationDispParams &m_params;
+  std::vector<std::uint32_t> m_arrPlaces;
+  const bool m_fPut;
+};
+
+Status ReadArguments(const AutomationDispParams &params, const MemberShape &shape, const ArgumentPlaces &places,
+                     std::vector<Value> &arrValues, std::uint32_t *puArgErr) {
+  for (std::size_t i = 0; i < shape.arrParameters.size(); ++i) {
     const Parameter &parameter = shape.arrParameters[i];
     arrValues.push_back(parameter.vDefault);
-    if (i >= params.cArgs) continue;
-    const std::uint32_t lngPlace = params.cArgs - 1 - i;  // the last argument stands first
-    const Status status = ReadArgument(params.rgvarg[lngPlace], parameter, arrValues.back());
+    if (places[i] == NotGiven) {
+      if (!parameter.IsOptional()) return params.cNamedArgs > 0 ? StatusParamNotOptional : StatusBadParamCount;
+      continue;
+    }
+    const Status status = ReadArgument(params.rgvarg[places[i]], parameter, arrValues.back());
     if (!Failed(status)) continue;
-    if (puArgErr) *puArgErr = lngPlace;
+    if (puArgErr) *puArgErr = places[i];
     return status;
   }
   return StatusOk;
@@ -102,8 +131,8 @@ Status DispatchObject::QueryInterface(const Guid &riid, void **ppvObject) {
   return StatusOk;
 }
 
-std::uint32_t DispatchObject::Release() {
-  const std::uint32_t lngLeft = --m_lngReferences;
+Count DispatchObject::Release() {
+  const Count lngLeft = --m_lngReferences;
   if (lngLeft == 0) delete this;
   return lngLeft;
 }
@@ -114,22 +143,35 @@ Status DispatchObject::GetTypeInfoCount(std::uint32_t *pctinfo) {
   return StatusOk;
 }
 
-Status DispatchObject::GetTypeInfo(std::uint32_t, std::uint32_t, ITypeInfo **ppTInfo) {
+Status DispatchObject::GetTypeInfo(std::uint32_t, LocaleId, ITypeInfo **ppTInfo) {
   if (ppTInfo) *ppTInfo = nullptr;
   return StatusBadIndex;
 }
 
-Status DispatchObject::GetIDsOfNames(const Guid &riid, char16_t **rgszNames, std::uint32_t cNames, std::uint32_t,
-                                     std::int32_t *rgDispId) {
+Status DispatchObject::GetIDsOfNames(const Guid &riid, AutomationChar **rgszNames, std::uint32_t cNames, LocaleId,
+                                     MemberId *rgDispId) {
   if (!(riid == GuidNull)) return StatusUnknownInterface;
   if (!rgszNames || !rgDispId) return StatusPointer;
   if (cNames == 0) return StatusInvalidArgument;
   std::fill_n(rgDispId, cNames, NoMember);
-  if (!rgszNames[0]) return StatusUnknownName;
-  const std::string strName = ToUtf8(rgszNames[0]);
+  const auto nameAt = [&](std::uint32_t i) { return rgszNames[i] ? NameText(rgszNames[i]) : std::string(); };
+  std::vector<Parameter> arrParameters;
   for (std::size_t i = 0; i < MemberCount(); ++i)
-    if (SameName(Member(i).strName, strName)) rgDispId[0] = Member(i).lngNumber;
-  return rgDispId[0] == NoMember || cNames > 1 ? StatusUnknownName : StatusOk;
+    if (const MemberShape &member = Member(i); SameName(member.strName, nameAt(0))) {
+      rgDispId[0] = member.lngNumber;
+      // Get and put of a property have one number; the put has all parameters.
+      if (member.arrParameters.size() > arrParameters.size()) arrParameters = member.arrParameters;
+    }
+  bool fAllKnown = rgDispId[0] != NoMember;
+  for (std::uint32_t i = 1; i < cNames; ++i) {
+    const auto named = std::ranges::find_if(
+        arrParameters, [&](const Parameter &parameter) { return SameName(parameter.strName, nameAt(i)); });
+    if (named == arrParameters.end())
+      fAllKnown = false;
+    else
+      rgDispId[i] = static_cast<MemberId>(named - arrParameters.begin());
+  }
+  return fAllKnown ? StatusOk : StatusUnknownName;
 }
 
 Status DispatchObject::FindMember(std::int32_t lngNumber, std::uint16_t wFlags, std::size_t &number) const {
@@ -138,7 +180,7 @@ Status DispatchObject::FindMember(std::int32_t lngNumber, std::uint16_t wFlags, 
   return StatusMemberNotFound;
 }
 
-Status DispatchObject::Invoke(std::int32_t dispIdMember, const Guid &riid, std::uint32_t, std::uint16_t wFlags,
+Status DispatchObject::Invoke(MemberId dispIdMember, const Guid &riid, LocaleId, std::uint16_t wFlags,
                               AutomationDispParams *pDispParams, AutomationVariant *pVarResult,
                               AutomationExcepInfo *pExcepInfo, std::uint32_t *puArgErr) {
   if (!(riid == GuidNull)) return StatusUnknownInterface;
@@ -147,11 +189,18 @@ Status DispatchObject::Invoke(std::int32_t dispIdMember, const Guid &riid, std::
   if (const Status status = FindMember(dispIdMember, wFlags, number); Failed(status)) return status;
   try {
     std::vector<Value> arrValues;
-    const Status status = ReadArguments(*pDispParams, Member(number), arrValues, puArgErr);
+    ArgumentPlaces places(*pDispParams, Member(number));
+    if (const Status status = places.Find(puArgErr); Failed(status)) return status;
+    const Status status = ReadArguments(*pDispParams, Member(number), places, arrValues, puArgErr);
     if (Failed(status)) return status;
     // The caller may release its last reference in an event handler during this call.
     const auto self = Ref<IDispatch>::Share(this);
-    RunChecked(number, *pDispParams, std::move(arrValues), pVarResult);
+    Arguments arguments(std::move(arrValues));
+    const Value vResult = Run(number, arguments);
+    for (std::size_t i = 0; i < Member(number).arrParameters.size(); ++i)
+      if (Member(number).arrParameters[i].fByRef && places[i] != NotGiven && !IsLeftOut(pDispParams->rgvarg[places[i]]))
+        WriteBack(pDispParams->rgvarg[places[i]], arguments.At(i));
+    if (pVarResult) *pVarResult = ToVariant(vResult);
     return StatusOk;
   } catch (const RunTimeError &error) {
     return FillException(pExcepInfo, error, Source());
@@ -160,18 +209,6 @@ Status DispatchObject::Invoke(std::int32_t dispIdMember, const Guid &riid, std::
   } catch (const std::exception &error) {
     return FillException(pExcepInfo, RunTimeError(StatusUnexpected, error.what()), Source());
   }
-}
-
-void DispatchObject::RunChecked(std::size_t number, AutomationDispParams &params, std::vector<Value> arrValues,
-                                AutomationVariant *pVarResult) {
-  Arguments arguments(std::move(arrValues));
-  const Value vResult = Run(number, arguments);
-  const auto &arrParameters = Member(number).arrParameters;
-  for (std::uint32_t i = 0; i < params.cArgs; ++i)
-    if (AutomationVariant &vArgument = params.rgvarg[params.cArgs - 1 - i];
-        arrParameters[i].fByRef && !IsLeftOut(vArgument))
-      WriteBack(vArgument, arguments.At(i));
-  if (pVarResult) *pVarResult = ToVariant(vResult);
 }
 
 }  // namespace tarvik

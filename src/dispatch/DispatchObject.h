@@ -46,16 +46,18 @@ class DispatchObject : public automation::IDispatch {
   DispatchObject &operator=(const DispatchObject &) = delete;
 
   automation::Status TARVIK_CALL QueryInterface(const automation::Guid &riid, void **ppvObject) override;
-  std::uint32_t TARVIK_CALL AddRef() override { return ++m_lngReferences; }
-  std::uint32_t TARVIK_CALL Release() override;
+  automation::Count TARVIK_CALL AddRef() override { return ++m_lngReferences; }
+  automation::Count TARVIK_CALL Release() override;
   /// There is no type information.
   automation::Status TARVIK_CALL GetTypeInfoCount(std::uint32_t *pctinfo) override;
-  automation::Status TARVIK_CALL GetTypeInfo(std::uint32_t, std::uint32_t, automation::ITypeInfo **) override;
-  /// Parameters have no numbers: arguments are given by position.
-  automation::Status TARVIK_CALL GetIDsOfNames(const automation::Guid &riid, char16_t **rgszNames, std::uint32_t cNames,
-                                               std::uint32_t lcid, std::int32_t *rgDispId) override;
-  automation::Status TARVIK_CALL Invoke(std::int32_t dispIdMember, const automation::Guid &riid, std::uint32_t lcid,
-                                        std::uint16_t wFlags, automation::AutomationDispParams *pDispParams,
+  automation::Status TARVIK_CALL GetTypeInfo(std::uint32_t, automation::LocaleId, automation::ITypeInfo **) override;
+  /// The number of a parameter is its place, from 0.
+  automation::Status TARVIK_CALL GetIDsOfNames(const automation::Guid &riid, automation::AutomationChar **rgszNames,
+                                               std::uint32_t cNames, automation::LocaleId lcid,
+                                               automation::MemberId *rgDispId) override;
+  automation::Status TARVIK_CALL Invoke(automation::MemberId dispIdMember, const automation::Guid &riid,
+                                        automation::LocaleId lcid, std::uint16_t wFlags,
+                                        automation::AutomationDispParams *pDispParams,
                                         automation::AutomationVariant *pVarResult,
                                         automation::AutomationExcepInfo *pExcepInfo, std::uint32_t *puArgErr) override;
 
@@ -72,10 +74,8 @@ class DispatchObject : public automation::IDispatch {
 
  private:
   automation::Status FindMember(std::int32_t lngNumber, std::uint16_t wFlags, std::size_t &number) const;
-  void RunChecked(std::size_t number, automation::AutomationDispParams &params, std::vector<Value> arrValues,
-                  automation::AutomationVariant *pVarResult);
 
-  std::atomic<std::uint32_t> m_lngReferences{1};
+  std::atomic<automation::Count> m_lngReferences{1};
   LibraryUse m_use;
 };
 

@@ -1,33 +1,14 @@
 #include "dispatch/InstrClassFactory.h"
 
-#include <QApplication>
 #include <new>
 
 #include "automation/ErrorInfo.h"
+#include "dispatch/DefaultHost.h"
 #include "dispatch/InstrDispatch.h"
-#include "platform/ConsoleHost.h"
-#include "platform/QtHost.h"
 
 namespace tarvik {
 
 using namespace automation;
-
-namespace {
-
-void EnsureHost() {
-  static const bool fDone = [] {
-    if (qobject_cast<QApplication *>(QCoreApplication::instance())) {
-      EnsureQtHost();
-      return true;
-    }
-    static ConsoleHost host;
-    if (Host *before = SetHost(&host)) SetHost(before);
-    return true;
-  }();
-  static_cast<void>(fDone);
-}
-
-}  // namespace
 
 Status InstrClassFactory::Make(const Guid &riid, void **ppvObject) {
   try {
@@ -42,7 +23,7 @@ Status InstrClassFactory::Make(const Guid &riid, void **ppvObject) {
   }
 }
 
-Status InstrClassFactory::LockServer(std::int32_t fLock) {
+Status InstrClassFactory::LockServer(LockFlag fLock) {
   LibraryUse::Lock(fLock != 0);
   return StatusOk;
 }

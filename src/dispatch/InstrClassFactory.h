@@ -9,7 +9,7 @@ namespace tarvik {
 /// QApplication, otherwise ConsoleHost.
 class InstrClassFactory final : public automation::ClassFactory {
  public:
-  automation::Status TARVIK_CALL LockServer(std::int32_t fLock) override;
+  automation::Status TARVIK_CALL LockServer(automation::LockFlag fLock) override;
 
  private:
   automation::Status Make(const automation::Guid &riid, void **ppvObject) override;

@@ -1,5 +1,7 @@
 #include "dispatch/InstrDispatch.h"
 
+#include <optional>
+
 #include "automation/AutomationString.h"
 #include "automation/ErrorInfo.h"
 #include "dispatch/InstrOperations.h"
@@ -42,11 +44,24 @@ namespace {
 /// By the numbers of InstrEvent.
 constexpr const char *EventNames[] = {"", "StatusMessage", "InstrWarnings", "InstrError"};
 
+/// The number under which the sink wants to be told: that of its method with the event's name, as scripts have them, or
+/// the event's own where the sink has no names. Empty for a sink that has names and not this one.
+std::optional<MemberId> NumberAtSink(IDispatch &sink, InstrEvent eEvent) {
+  String name(EventNames[eEvent]);
+  AutomationChar *strName = name.Get();
+  MemberId lngNumber = 0;
+  const Status status = sink.GetIDsOfNames(GuidNull, &strName, 1, 0, &lngNumber);
+  if (status == StatusUnknownName) return std::nullopt;
+  return Failed(status) ? MemberId{eEvent} : lngNumber;
+}
+
 /// A failure of the sink becomes a run-time error. A sink need not know every event.
 void InvokeSink(IDispatch &sink, InstrEvent eEvent, AutomationDispParams &params) {
+  const auto lngNumber = NumberAtSink(sink, eEvent);
+  if (!lngNumber) return;
   AutomationExcepInfo exception{};
   ForgetErrorInfo();
-  const Status status = sink.Invoke(eEvent, GuidNull, 0, CallMethod, &params, nullptr, &exception, nullptr);
+  const Status status = sink.Invoke(*lngNumber, GuidNull, 0, CallMethod, &params, nullptr, &exception, nullptr);
   const String source = String::Adopt(exception.bstrSource), description = String::Adopt(exception.bstrDescription);
   const String helpFile = String::Adopt(exception.bstrHelpFile);
   if (!Failed(status) || status == StatusMemberNotFound || status == StatusNotImplemented) return;

@@ -19,8 +19,9 @@ class InstrDispatch final : public DispatchObject {
   explicit InstrDispatch(std::shared_ptr<clsInstrInterface> instr);
 
   clsInstrInterface &Instr() { return *m_instr; }
-  /// Each event is told to the sink, by its Invoke with the event's number, until the cookie is given back. A sink that
-  /// fails is reported as a failing handler is; it need not know every event.
+  /// Each event is told to the sink until the cookie is given back: by its method with the event's name, or by its
+  /// Invoke with the event's number where it has no names. A sink that fails is reported as a failing handler is; it
+  /// need not know every event.
   Long Advise(automation::Ref<automation::IDispatch> sink);
   /// Whether there was a sink with this cookie.
   Boolean Unadvise(Long lngCookie);

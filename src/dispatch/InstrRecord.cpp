@@ -1,5 +1,6 @@
 #include "dispatch/InstrRecord.h"
 
+#include <algorithm>
 #include <functional>
 
 #include "automation/Activation.h"
@@ -71,6 +72,23 @@ class Fields {
     ++m_lngNumber;
     Add({strName, m_lngNumber, CallPropertyGet},
         [pRead](Record &record, Arguments &) { return Value((record.*pRead)()); });
+    return *this;
+  }
+
+  /// The bytes of a record that is read out; an array of just as many can be put in their place.
+  Fields &Bytes(const char *strName, std::array<Byte, viInfo::Size> Record::*pBytes) {
+    ++m_lngNumber;
+    Add({strName, m_lngNumber, CallPropertyGet}, [pBytes](Record &record, Arguments &) {
+      const auto &arrBytes = record.*pBytes;
+      return Value(ByteArray(0, {arrBytes.begin(), arrBytes.end()}));
+    });
+    Add({strName, m_lngNumber, CallPropertyPut, {{"Value", ValueKind::ByteArrayValue}}},
+        [pBytes](Record &record, Arguments &args) {
+          const std::vector<Byte> &arrBytes = args.Get<ByteArray>(0).Elements();
+          if (arrBytes.size() != (record.*pBytes).size()) RaiseError(ErrSubscriptOutOfRange);
+          std::ranges::copy(arrBytes, (record.*pBytes).begin());
+          return Value();
+        });
     return *this;
   }
 
@@ -165,6 +183,7 @@ const std::vector<InstrRecordFields> &InstrRecordFields::All() {
           .Reading("LogicalAddress", &viInfo::LogicalAddress)
           .Reading("Slot", &viInfo::Slot)
           .Reading("ModelCode", &viInfo::ModelCode)
+          .Bytes("Bytes", &viInfo::arrBytes)
           .As("viInfo"),
   };
   return arrRecords;

@@ -1,5 +1,6 @@
 #include "dispatch/VariantValues.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -21,10 +22,12 @@ constexpr std::uint16_t TypeOf[] = {VtBoolean,        VtInteger,           VtLon
 
 std::uint16_t TypeOfKind(ValueKind eKind) { return TypeOf[static_cast<std::size_t>(eKind)]; }
 
-/// The variant itself, also where another variant refers to it.
-const AutomationVariant &Inner(const AutomationVariant &vArgument) {
-  if (vArgument.vt == (VtByRef | VtVariant) && vArgument.pvarVal) return *vArgument.pvarVal;
-  return vArgument;
+/// The variant itself, also where others refer to it. The count keeps one that refers to itself from running for ever.
+template <class Variant>
+Variant &Inner(Variant &vArgument) {
+  Variant *v = &vArgument;
+  for (int i = 0; i < 8 && v->vt == (VtByRef | VtVariant) && v->pvarVal; ++i) v = v->pvarVal;
+  return *v;
 }
 
 template <class T>
@@ -34,17 +37,66 @@ T At(const void *pPlace) {
   return value;
 }
 
-std::optional<Double> Number(std::uint16_t vt, const void *pPlace) {
-  switch (vt) {
-    case VtBoolean:
-    case VtInteger: return At<Integer>(pPlace);
-    case VtLong: return At<Long>(pPlace);
-    case VtByte: return At<Byte>(pPlace);
-    case VtSingle: return static_cast<Double>(At<Single>(pPlace));
-    case VtDouble: return At<Double>(pPlace);
-    default: return std::nullopt;
+/// How a number travels. Every one of them fits a Double but the last places of those with 64 bits, which fit no
+/// parameter either.
+struct NumberType {
+  std::uint16_t vt;
+  Double (*Read)(const void *pPlace);
+  /// False where it does not fit.
+  bool (*Write)(void *pPlace, Double dblValue);
+};
+
+template <class T>
+bool WriteAs(void *pPlace, Double dblValue) {
+  T value;
+  if constexpr (std::is_floating_point_v<T>) {
+    value = static_cast<T>(dblValue);
+  } else {
+    const Double dblRounded = std::nearbyint(dblValue);
+    // Also false for what is no number. The upper bound of 64 bits rounds up to one that does not fit.
+    const bool fFits = dblRounded >= static_cast<Double>(std::numeric_limits<T>::min()) &&
+                       dblRounded < static_cast<Double>(std::numeric_limits<T>::max()) + 1;
+    if (!fFits) return false;
+    value = static_cast<T>(dblRounded);
   }
+  std::memcpy(pPlace, &value, sizeof value);
+  return true;
 }
+
+bool WriteTruth(void *pPlace, Double dblValue) {
+  const VariantBool value = dblValue != 0 ? -1 : 0;
+  std::memcpy(pPlace, &value, sizeof value);
+  return true;
+}
+
+template <class T>
+constexpr NumberType NumberAs(std::uint16_t vt) {
+  return {vt, [](const void *pPlace) { return static_cast<Double>(At<T>(pPlace)); }, &WriteAs<T>};
+}
+
+constexpr NumberType NumberTypes[] = {
+    {VtEmpty, [](const void *) { return 0.0; }, nullptr},
+    {VtBoolean, [](const void *pPlace) { return static_cast<Double>(At<VariantBool>(pPlace)); }, &WriteTruth},
+    NumberAs<Integer>(VtInteger),
+    NumberAs<Long>(VtLong),
+    NumberAs<Single>(VtSingle),
+    NumberAs<Double>(VtDouble),
+    NumberAs<Byte>(VtByte),
+    NumberAs<std::int8_t>(VtSignedByte),
+    NumberAs<std::uint16_t>(VtUnsignedInteger),
+    NumberAs<std::uint32_t>(VtUnsignedLong),
+    NumberAs<std::int64_t>(VtHuge),
+    NumberAs<std::uint64_t>(VtUnsignedHuge),
+    NumberAs<std::int32_t>(VtMachineInteger),
+    NumberAs<std::uint32_t>(VtMachineUnsigned),
+};
+
+const NumberType *NumberTypeOf(std::uint16_t vt) {
+  const auto *type = std::ranges::find(NumberTypes, vt, &NumberType::vt);
+  return type == std::end(NumberTypes) ? nullptr : type;
+}
+
+bool IsNumber(ValueKind eKind) { return eKind <= ValueKind::DoubleValue; }
 
 template <class T>
 Status FromNumber(Double dblNumber, Value &vValue) {
@@ -71,52 +123,123 @@ Status ReadNumber(ValueKind eKind, Double dblNumber, Value &vValue) {
   }
 }
 
-Status ReadBooleans(const AutomationArray *pArray, Value &vValue) {
-  BooleanArray arr;
-  if (pArray) {
-    if (pArray->cDims != 1 || pArray->cbElements != sizeof(VariantBool)) return StatusTypeMismatch;
-    arr = BooleanArray(pArray->rgsabound[0].lLbound);
-    const auto *pWords = static_cast<const VariantBool *>(pArray->pvData);
-    for (std::uint32_t i = 0; pWords && i < pArray->rgsabound[0].cElements; ++i)
-      arr.Elements().push_back(Boolean::FromWord(pWords[i]));
+/// An element of an array as a number: of its own type, or a variant of any number.
+std::optional<Double> ElementAt(const AutomationArray &array, std::uint16_t vtElement, std::uint32_t lngElement) {
+  const auto *pPlace = static_cast<const std::uint8_t *>(array.pvData) + std::size_t{lngElement} * array.cbElements;
+  if (vtElement != VtVariant) return NumberTypeOf(vtElement)->Read(pPlace);
+  const auto &vElement = Inner(*reinterpret_cast<const AutomationVariant *>(pPlace));
+  const NumberType *type = NumberTypeOf(static_cast<std::uint16_t>(vElement.vt & ~VtByRef));
+  if (!type) return std::nullopt;
+  return type->Read(vElement.vt & VtByRef ? vElement.byref : &vElement.llVal);
+}
+
+template <class T>
+bool PutElement(T &element, Double dblValue) {
+  if constexpr (std::is_same_v<T, Boolean>)
+    element = Boolean(dblValue != 0);
+  else
+    return WriteAs<T>(&element, dblValue);
+  return true;
+}
+
+/// An array of another number of dimensions fails in the operation that uses it, as it does for every caller.
+template <class T>
+Status ReadElements(const AutomationArray *pArray, std::uint16_t vtElement, Value &vValue) {
+  DynamicArray<T> arr;
+  if (pArray && pArray->cDims != 1) {
+    arr = DynamicArray<T>::WithDimensions(static_cast<Integer>(pArray->cDims));
+  } else if (pArray) {
+    const std::uint32_t lngCount = pArray->pvData ? pArray->rgsabound[0].cElements : 0;
+    arr = DynamicArray<T>(pArray->rgsabound[0].lLbound, std::vector<T>(lngCount));
+    for (std::uint32_t i = 0; i < lngCount; ++i) {
+      const auto number = ElementAt(*pArray, vtElement, i);
+      if (!number) return StatusTypeMismatch;
+      if (!PutElement(arr.Elements()[i], *number)) return StatusOverflow;
+    }
   }
   vValue = std::move(arr);
   return StatusOk;
 }
 
-Status ReadArray(const AutomationArray *pArray, ValueKind eKind, Value &vValue) {
-  if (eKind == ValueKind::BooleanArrayValue) return ReadBooleans(pArray, vValue);
-  if (pArray && !IsByteArray(pArray)) return StatusTypeMismatch;
-  vValue = ToByteArray(pArray);
-  return StatusOk;
+std::uint16_t ElementType(ValueKind eKind) { return eKind == ValueKind::ByteArrayValue ? VtByte : VtBoolean; }
+
+std::uint32_t SizeOf(std::uint16_t vtElement) {
+  return vtElement == VtVariant ? sizeof(AutomationVariant) : vtElement == VtByte ? sizeof(Byte) : sizeof(VariantBool);
 }
 
-/// Writes the value to a place of its own type.
+/// Whether arrays with these elements are taken for the kind. Scripts have arrays of variants only.
+bool HoldsElements(std::uint16_t vt, ValueKind eKind) {
+  return vt == (VtArray | ElementType(eKind)) || vt == (VtArray | VtVariant);
+}
+
+Status ReadArray(const AutomationVariant &vInner, const void *pPlace, ValueKind eKind, Value &vValue) {
+  const auto vt = static_cast<std::uint16_t>(vInner.vt & ~VtByRef);
+  if (vt != VtEmpty && !HoldsElements(vt, eKind)) return StatusTypeMismatch;
+  const auto *pArray = vt == VtEmpty ? nullptr : At<AutomationArray *>(pPlace);
+  const auto vtElement = static_cast<std::uint16_t>(vt & ~VtArray);
+  if (pArray && pArray->cbElements != SizeOf(vtElement)) return StatusTypeMismatch;
+  if (eKind == ValueKind::ByteArrayValue) return ReadElements<Byte>(pArray, vtElement, vValue);
+  return ReadElements<Boolean>(pArray, vtElement, vValue);
+}
+
+void WriteElement(AutomationArray &array, std::uint16_t vtElement, std::uint32_t lngElement, Double dblValue,
+                  std::uint16_t vtOwn) {
+  auto *pPlace = static_cast<std::uint8_t *>(array.pvData) + std::size_t{lngElement} * array.cbElements;
+  if (vtElement == VtVariant) {
+    auto &vElement = *reinterpret_cast<AutomationVariant *>(pPlace);
+    ClearVariant(vElement);
+    vElement.vt = vtOwn;
+    pPlace = reinterpret_cast<std::uint8_t *>(&vElement.llVal);
+  }
+  NumberTypeOf(vtOwn)->Write(pPlace, dblValue);
+}
+
+/// Fills the caller's array. One of other bounds takes its place, unless its owner has bound it.
+template <class T>
+void WriteElements(AutomationArray *&pArray, std::uint16_t vtElement, std::uint16_t vtOwn, const DynamicArray<T> &arr) {
+  if (arr.Dimensions() != 1) return;
+  const auto lngCount = static_cast<std::uint32_t>(arr.Count());
+  const bool fFits = pArray && pArray->cDims == 1 && pArray->rgsabound[0].cElements == lngCount &&
+                     pArray->rgsabound[0].lLbound == arr.LowerBound();
+  if (!fFits) {
+    if (pArray && (pArray->cLocks > 0 || (pArray->fFeatures & ArrayBoundFeatures) != 0)) RaiseError(ErrArrayLocked);
+    FreeArray(pArray);
+    pArray = AllocArray(static_cast<VariantType>(vtElement), arr.LowerBound(), lngCount);
+  }
+  for (std::uint32_t i = 0; i < lngCount; ++i)
+    if constexpr (std::is_same_v<T, Boolean>)
+      WriteElement(*pArray, vtElement, i, arr.Elements()[i] ? -1 : 0, vtOwn);
+    else
+      WriteElement(*pArray, vtElement, i, arr.Elements()[i], vtOwn);
+}
+
+/// Writes the value to a place of this type.
 struct PlaceWriter {
   void *pPlace;
+  std::uint16_t vt;
 
   void operator()(std::monostate) const {}
-  void operator()(Boolean fValue) const { *static_cast<VariantBool *>(pPlace) = fValue.Word(); }
-  void operator()(Integer intValue) const { *static_cast<Integer *>(pPlace) = intValue; }
-  void operator()(Long lngValue) const { *static_cast<Long *>(pPlace) = lngValue; }
-  void operator()(Double dblValue) const { *static_cast<Double *>(pPlace) = dblValue; }
+  void operator()(Boolean fValue) const { Number(fValue ? -1 : 0); }
+  void operator()(Integer intValue) const { Number(intValue); }
+  void operator()(Long lngValue) const { Number(lngValue); }
+  void operator()(Double dblValue) const { Number(dblValue); }
   void operator()(const std::string &strValue) const {
     auto &bstr = *static_cast<AutomationString *>(pPlace);
     FreeString(bstr);
     bstr = AllocString(strValue);
   }
-  void operator()(const ByteArray &arr) const {
-    auto *&pArray = *static_cast<AutomationArray **>(pPlace);
-    FreeArray(pArray);
-    pArray = AllocByteArray(arr.LowerBound(), arr.Elements().data(), static_cast<std::uint32_t>(arr.Count()));
-  }
-  void operator()(const BooleanArray &arr) const {
-    // Operations change such arrays in place only.
-    auto *pArray = *static_cast<AutomationArray **>(pPlace);
-    for (Long i = 0; pArray && i < arr.Count(); ++i)
-      static_cast<VariantBool *>(pArray->pvData)[i] = arr.Elements()[static_cast<std::size_t>(i)].Word();
-  }
+  void operator()(const ByteArray &arr) const { Elements(VtByte, arr); }
+  void operator()(const BooleanArray &arr) const { Elements(VtBoolean, arr); }
   void operator()(const Ref<IDispatch> &) const {}
+
+ private:
+  void Number(Double dblValue) const {
+    if (!NumberTypeOf(vt)->Write(pPlace, dblValue)) RaiseError(ErrOverflow);
+  }
+  template <class T>
+  void Elements(std::uint16_t vtOwn, const DynamicArray<T> &arr) const {
+    WriteElements(*static_cast<AutomationArray **>(pPlace), static_cast<std::uint16_t>(vt & ~VtArray), vtOwn, arr);
+  }
 };
 
 struct VariantWriter {
@@ -125,7 +248,7 @@ struct VariantWriter {
   void operator()(std::monostate) const { vResult.vt = VtEmpty; }
   template <class T>
   void operator()(const T &value) const {
-    PlaceWriter{&vResult.llVal}(value);
+    PlaceWriter{&vResult.llVal, vResult.vt}(value);
   }
   void operator()(const Ref<IDispatch> &object) const { vResult.pdispVal = Ref<IDispatch>(object).Detach(); }
 };
@@ -138,44 +261,41 @@ Status ReadVariant(const AutomationVariant &vArgument, ValueKind eKind, Value &v
   const void *pPlace = vInner.vt & VtByRef ? vInner.byref : &vInner.llVal;
   if (!pPlace) return StatusTypeMismatch;
 
-  if (eKind <= ValueKind::DoubleValue) {
-    const auto number = Number(vt, pPlace);
-    return number ? ReadNumber(eKind, *number, vValue) : StatusTypeMismatch;
+  if (IsNumber(eKind)) {
+    const NumberType *type = NumberTypeOf(vt);
+    return type ? ReadNumber(eKind, type->Read(pPlace), vValue) : StatusTypeMismatch;
   }
-  if (vt != TypeOfKind(eKind)) return StatusTypeMismatch;
+  if (eKind == ValueKind::ByteArrayValue || eKind == ValueKind::BooleanArrayValue)
+    return ReadArray(vInner, pPlace, eKind, vValue);
+  const bool fEmptyText = vt == VtEmpty && eKind == ValueKind::StringValue;
+  if (vt != TypeOfKind(eKind) && !fEmptyText) return StatusTypeMismatch;
   if (eKind == ValueKind::StringValue)
-    vValue = ToText(At<AutomationString>(pPlace));
-  else if (eKind == ValueKind::ObjectValue)
-    vValue = Ref<IDispatch>::Share(At<IDispatch *>(pPlace));
+    vValue = fEmptyText ? std::string() : ToText(At<AutomationString>(pPlace));
   else
-    return ReadArray(At<AutomationArray *>(pPlace), eKind, vValue);
+    vValue = Ref<IDispatch>::Share(At<IDispatch *>(pPlace));
   return StatusOk;
 }
 
 bool CanWriteBack(const AutomationVariant &vArgument, ValueKind eKind) {
   if (!(vArgument.vt & VtByRef) || vArgument.vt == (VtByRef | VtVariant)) return true;
-  return vArgument.vt == (VtByRef | TypeOfKind(eKind));
+  const auto vt = static_cast<std::uint16_t>(vArgument.vt & ~VtByRef);
+  if (IsNumber(eKind)) return vt != VtEmpty && NumberTypeOf(vt);
+  if (eKind == ValueKind::ByteArrayValue || eKind == ValueKind::BooleanArrayValue) return HoldsElements(vt, eKind);
+  return vt == TypeOfKind(eKind);
 }
 
 void WriteBack(AutomationVariant &vArgument, const Value &vValue) {
-  if (!(vArgument.vt & VtByRef)) return;
-  if (vArgument.vt != (VtByRef | VtVariant)) {
-    std::visit(PlaceWriter{vArgument.byref}, vValue);
-    return;
-  }
-  AutomationVariant &vInner = *vArgument.pvarVal;
+  if (!(vArgument.vt & VtByRef) || std::holds_alternative<Ref<IDispatch>>(vValue)) return;
+  AutomationVariant &vInner = Inner(vArgument);
   if (vInner.vt & VtByRef) {
-    WriteBack(vInner, vValue);
-    return;
+    std::visit(PlaceWriter{vInner.byref, static_cast<std::uint16_t>(vInner.vt & ~VtByRef)}, vValue);
+  } else if (vInner.vt & VtArray) {
+    // The array stays the caller's own: his script may hold it by another name.
+    std::visit(PlaceWriter{&vInner.parray, vInner.vt}, vValue);
+  } else {
+    ClearVariant(vInner);
+    vInner = ToVariant(vValue);
   }
-  if (std::holds_alternative<BooleanArray>(vValue)) {
-    std::visit(PlaceWriter{&vInner.parray}, vValue);
-    return;
-  }
-  if (std::holds_alternative<Ref<IDispatch>>(vValue)) return;
-  ClearVariant(vInner);
-  vInner = ToVariant(vValue);
-  return;
 }
 
 AutomationVariant ToVariant(const Value &vValue) {
@@ -187,7 +307,7 @@ AutomationVariant ToVariant(const Value &vValue) {
 
 void ClearVariant(AutomationVariant &vValue) {
   if (vValue.vt == VtString) FreeString(vValue.bstrVal);
-  if (vValue.vt == (VtArray | VtByte)) FreeArray(vValue.parray);
+  if ((vValue.vt & (VtArray | VtByRef)) == VtArray) FreeArray(vValue.parray);
   if (vValue.vt == VtDispatch && vValue.pdispVal) vValue.pdispVal->Release();
   vValue = {};
 }

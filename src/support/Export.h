@@ -5,7 +5,11 @@
 #ifdef _WIN32
 #define TARVIK_EXPORT
 #define TARVIK_HIDDEN
-#define TARVIK_AUTOMATION_EXPORT
+#ifdef tarvikautomation_EXPORTS
+#define TARVIK_AUTOMATION_EXPORT __declspec(dllexport)
+#else
+#define TARVIK_AUTOMATION_EXPORT __declspec(dllimport)
+#endif
 #else
 #define TARVIK_EXPORT __attribute__((visibility("default")))
 /// For what stands within an exported class and is not offered.

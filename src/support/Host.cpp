@@ -69,6 +69,8 @@ void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
 
 #endif
 
+#ifndef _WIN32
+
 /// The folder of the log: the user's own, or that of temporary files.
 std::filesystem::path LogFolder() {
   if (auto folder = UserStateFolder(); !folder.empty()) return folder;
@@ -77,6 +79,8 @@ std::filesystem::path LogFolder() {
   if (error) RaiseError(ErrPathNotFound);
   return temporary;
 }
+
+#endif
 
 }  // namespace
 

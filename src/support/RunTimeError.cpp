@@ -6,6 +6,7 @@ const char *StandardDescription(std::int32_t lngNumber) {
   switch (lngNumber) {
     case ErrOverflow: return "Overflow";
     case ErrSubscriptOutOfRange: return "Subscript out of range";
+    case ErrArrayLocked: return "This array is fixed or temporarily locked";
     case ErrDivisionByZero: return "Division by zero";
     case ErrTypeMismatch: return "Type mismatch";
     case ErrFileNotFound: return "File not found";

@@ -13,6 +13,7 @@ namespace tarvik {
 enum RunTimeErrorNumber : std::int32_t {
   ErrOverflow = 6,
   ErrSubscriptOutOfRange = 9,
+  ErrArrayLocked = 10,
   ErrDivisionByZero = 11,
   ErrTypeMismatch = 13,
   ErrFileNotFound = 53,

@@ -18,11 +18,11 @@ class HookedObject : public automation::Object<Interface> {
       : m_place(std::move(place)), m_strInterface(strInterface) {
     m_place.hook->CountReference(m_strInterface, 1);
   }
-  std::uint32_t TARVIK_CALL AddRef() override {
+  automation::Count TARVIK_CALL AddRef() override {
     m_place.hook->CountReference(m_strInterface, 1);
     return automation::Object<Interface>::AddRef();
   }
-  std::uint32_t TARVIK_CALL Release() override {
+  automation::Count TARVIK_CALL Release() override {
     m_place.hook->CountReference(m_strInterface, -1);
     return automation::Object<Interface>::Release();
   }
@@ -41,8 +41,8 @@ class HookedObject : public automation::Object<Interface> {
 };
 
 /// A new object of the interface at this place in the contract.
-automation::IDispatch *MakeHookedObject(std::size_t interface, HookedPlace place);
+automation::IDispatch *MakeHookedObject(std::size_t number, HookedPlace place);
 /// The name of that interface.
-std::string_view HookedInterface(std::size_t interface);
+std::string_view HookedInterface(std::size_t number);
 
 }  // namespace tarvik::test

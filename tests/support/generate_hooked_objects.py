@@ -70,9 +70,9 @@ def makers(contract):
     out += [f'    {{"{name}", &Make<Hooked{name}>}},' for name, _ in contract]
     return out + ["};", "", "}  // namespace", "",
                   "std::span<const Operation> Operations() { return Contract; }", "",
-                  "automation::IDispatch *MakeHookedObject(std::size_t interface, HookedPlace place) {",
-                  "  return Makers[interface].make(std::move(place));", "}", "",
-                  "std::string_view HookedInterface(std::size_t interface) { return Makers[interface].strInterface; }",
+                  "automation::IDispatch *MakeHookedObject(std::size_t number, HookedPlace place) {",
+                  "  return Makers[number].make(std::move(place));", "}", "",
+                  "std::string_view HookedInterface(std::size_t number) { return Makers[number].strInterface; }",
                   "",
                   "automation::Ref<automation::IUnknown> MakeHookedRoot(DriverHook &hook) {",
                   "  return automation::MakeObject<HookedIDriverRoot>(HookedPlace{&hook});", "}", ""]
