@@ -72,7 +72,7 @@ void MainWindow::MakeMenus(const std::optional<std::string> &strDriverForThisRun
     if (!keys.contains(key)) keys << key;
   quit->setShortcuts(keys);
   m_edit = new EditMenu(menuBar());
-  m_edit->Follow(Panel());
+  FollowPanel();
   MakeInstrumentsMenu(strDriverForThisRun);
   MakeViewMenu();
   AddAction(*menuBar()->addMenu(tr("&Help")), "actionAbout", tr("&About TarvikVI"), &MainWindow::ShowAbout);
@@ -212,9 +212,16 @@ void MainWindow::Reconnect() {
   Tell({});
   HandServerOver();
   m_area->RenewPanel();
-  m_edit->Follow(Panel());
+  FollowPanel();
   m_setups->WatchPanel();
   ShowConnection(false);
+}
+
+void MainWindow::FollowPanel() {
+  m_edit->Follow(Panel());
+  connect(&Panel(), &TarvikGUI::outputRunsWithOthers, this, [this](const QString &text) {
+    Tell(tr("%1: %2.").arg(QTime::currentTime().toString(QStringLiteral("hh:mm:ss")), text));
+  });
 }
 
 void MainWindow::HandServerOver() {
@@ -262,7 +269,12 @@ bool MainWindow::event(QEvent *event) {
 void MainWindow::TellIfNotConnected() {
   const bool fConnected = InstrInterface()->IsConnected();
   ShowConnection(fConnected);
-  if (!fConnected) Tell(tr("Not connected to %1. Instruments > Connect again tries anew.").arg(Place()));
+  if (fConnected) return;
+  // To connect anew begins with fresh pages, which is no advice for somebody whose changes wait on them.
+  const QString way = Panel().IsConnectionLost()
+                          ? tr("Changes stay on the pages: Refresh connects again, then tick the instrument.")
+                          : tr("Instruments > Connect again tries anew.");
+  Tell(tr("Not connected to %1. %2").arg(Place(), way));
 }
 
 // ---- Outputs ----

@@ -55,6 +55,7 @@ class MainWindow : public QMainWindow {
 
   bool MayEndSession();
   void Reconnect();
+  void FollowPanel();
   void HandServerOver();
   void TakeStatus(const std::string &strStatus);
   void ShowConnection(bool fConnected);

@@ -15,6 +15,7 @@
 #include "panel/PanelSetups.h"
 #include "panel/PanelStart.h"
 #include "panel/PatternPage.h"
+#include "panel/ProgramShows.h"
 #include "panel/SettingMarks.h"
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
@@ -102,32 +103,6 @@ TabControl *MakeTabs(QWidget *panel) {
   for (int i = 0; i < eNumPages; ++i) tabs->addTab(new QWidget, QString());
   return tabs;
 }
-
-/// Warnings are not polled while the object lives.
-class WarningsHeldBack {
- public:
-  explicit WarningsHeldBack(clsInstrInterface &instr) : m_instr(instr), m_fBefore(instr.GetWarningsEnabled()) {
-    m_instr.LetWarningsEnabled(False);
-  }
-  WarningsHeldBack(const WarningsHeldBack &) = delete;
-  WarningsHeldBack &operator=(const WarningsHeldBack &) = delete;
-  ~WarningsHeldBack() { m_instr.LetWarningsEnabled(m_fBefore); }
-
- private:
-  clsInstrInterface &m_instr;
-  const Boolean m_fBefore;
-};
-
-/// While it lives, what the controls are given is not the user's: their clicks neither send to the instrument nor mark
-/// a page.
-class ProgramShows {
- public:
-  ProgramShows(QObject &panel, PanelState &state)
-      : m_auto(panel, state.mfAutoOutputOnOff, false), m_downloading(panel, state.mfDownloading) {}
-
- private:
-  const ScopedFlag<Boolean> m_auto, m_downloading;
-};
 
 std::string StoredOption(const char *strKey, const char *strDefault) {
   return TheHost().GetSetting(AppTitle, SettingsSection, strKey, strDefault);
@@ -422,139 +397,7 @@ void TarvikGUI::Panel::tabMain_Click() {
   SetTabState(ePageSetStatus, eCurrPage);
 }
 
-// ---- Upload and download ----
-
-Boolean TarvikGUI::Panel::NeedsUpload(Boolean fAll, Boolean fContinue, Long intPage) {
-  return tarvik::NeedsUpload(state.meTabState, intPage, tabMain->Tab(), fAll, fContinue);
-}
-
-void TarvikGUI::Panel::cmdUpload_Click() {
-  const auto instr = zorvaneInstr;
-  lost->UploadBegins();
-  try {
-    UploadPages();
-  } catch (const RunTimeError &) {
-    ZorvaneInstr().TransactionCancel();
-  } catch (const EventEnded &) {
-    // The panel may be gone; the instrument interface is not, and must not believe in a transaction.
-    instr->TransactionCancel();
-    throw;
-  }
-  lost->UploadEnds();
-  SetHourglass(False);
-}
-
-void TarvikGUI::Panel::UploadPages() {
-  clsInstrInterface &instr = ZorvaneInstr();
-  if (!instr.IsOnline(False)) return;
-  SetHourglass(True);
-  instr.TransactionStart(True);
-  const Boolean fAll = optionsPage->UploadsAll();
-  Boolean fOk = True;
-
-  static constexpr struct {
-    TabNumEnum ePage;
-    void (*upload)(Panel &panel, Boolean &fOk);
-  } Steps[] = {
-      // Not the tab order: the pattern's flags go last, its bits follow behind the transaction.
-      {ePageMode, [](Panel &panel, Boolean &f) { panel.modePage->UploadMode(f); }},
-      {ePageTiming, [](Panel &panel, Boolean &f) { panel.timingPage->UploadTiming(f); }},
-      {ePageLevels, [](Panel &panel, Boolean &f) { panel.levelsPage->UploadLevels(f); }},
-      {ePageLimits, [](Panel &panel, Boolean &f) { panel.limitsPage->UploadLimits(f); }},
-      {ePageTrigLev, [](Panel &panel, Boolean &f) { panel.trigLevPage->UploadTrigLevels(f); }},
-      {ePageConfig, [](Panel &panel, Boolean &f) { panel.configPage->UploadConfig(f); }},
-      {ePagePattern, [](Panel &panel, Boolean &f) { panel.patternPage->UploadRz(f); }},
-  };
-  std::vector<TabNumEnum> arrSent;
-  for (const auto &step : Steps) {
-    if (!NeedsUpload(fAll, fOk, step.ePage)) continue;
-    arrSent.push_back(step.ePage);
-    step.upload(*this, fOk);
-  }
-
-  if (fOk) {
-    CommitPages(arrSent);
-    instr.CheckWarnings(False);
-  } else {
-    instr.TransactionCancel();
-  }
-  if (NeedsUpload(fAll, fOk, ePagePattern)) patternPage->UploadPattern(fOk);
-}
-
-void TarvikGUI::Panel::CommitPages(const std::vector<TabNumEnum> &arrPages) {
-  // Taken before the commit, whose refusal serves the user with a box.
-  Setup sent;
-  IgnoreErrors([&] { sent = ShownSetup(); });
-  sent.Pattern = {};
-  if (!ZorvaneInstr().TransactionFinish(True)) return;
-  for (const TabNumEnum ePage : arrPages) Known().TakeSent(ePage, sent);
-}
-
-void TarvikGUI::Panel::cmdDownload_Click() {
-  if (!ZorvaneInstr().IsOnline(False)) return;
-  // A failure below leaves the pointer and the flag as they are until the next download that works.
-  SetHourglass(True);
-  state.mfDownloading = True;
-  const Long intPage = tabMain->Tab();
-  const Boolean fAll = state.mfForceDownloadAll || optionsPage->DownloadsAll();
-
-  static constexpr struct {
-    TabNumEnum ePage;
-    void (*download)(Panel &panel);
-  } Steps[] = {
-      {ePageMode, [](Panel &panel) { panel.modePage->DownloadMode(); }},
-      {ePageTiming, [](Panel &panel) { panel.timingPage->DownloadTiming(); }},
-      {ePageLevels, [](Panel &panel) { panel.levelsPage->DownloadLevels(); }},
-      {ePagePattern, [](Panel &panel) { panel.patternPage->DownloadPattern(); }},
-      {ePageLimits, [](Panel &panel) { panel.limitsPage->DownloadLimits(); }},
-      {ePageTrigLev, [](Panel &panel) { panel.trigLevPage->DownloadTrigLevels(); }},
-      {ePageConfig, [](Panel &panel) { panel.configPage->DownloadConfig(); }},
-  };
-  for (const auto &step : Steps)
-    if (intPage == step.ePage || fAll) step.download(*this);
-
-  state.mfDownloading = False;
-  SetHourglass(False);
-  ZorvaneInstr().CheckWarnings(False);
-}
-
 void TarvikGUI::Panel::EnableControlsForChannels(Long lngChannels) { gate->EnableControlsForChannels(lngChannels); }
-
-// ---- All outputs off ----
-
-Boolean TarvikGUI::Panel::TurnOutputsOff() {
-  const std::shared_ptr<clsInstrInterface> instr = zorvaneInstr;
-  if (!instr || !instr->IsOnline(True)) return False;
-  const QPointer<TarvikGUI> self(&gui);
-  Boolean fAllOff = True;
-  {
-    // The box of a warning would keep the outputs behind it on until somebody has read it.
-    const WarningsHeldBack heldBack(*instr);
-    for (const Boolean fIsComplement : {False, True}) {
-      for (Integer intChan = 1; intChan <= instr->ChannelCount().value_or(0); ++intChan) {
-        const Boolean fOff = instr->Output(intChan, False, fIsComplement);
-        fAllOff = fAllOff && fOff;
-        if (fOff && self) {
-          (fIsComplement ? state.mfOutputInvOn : state.mfOutputOn)[intChan] = False;
-          Known().TakeOutput(intChan, fIsComplement, False);
-        }
-      }
-    }
-  }
-  if (self) ShowOutputs();
-  instr->CheckWarnings(False);
-  return fAllOff;
-}
-
-void TarvikGUI::Panel::ShowOutputs() {
-  const ProgramShows shows(gui, state);
-  timingPage->ShowTimingOutputs();
-  levelsPage->ShowLevelOutputs();
-}
-
-void TarvikGUI::Panel::OutputSwitched(Integer intChan, Boolean fState, Boolean fIsComplement) {
-  Known().TakeOutput(intChan, fIsComplement, fState);
-}
 
 KnownSetup &TarvikGUI::Panel::Known() { return marks->Known(); }
 

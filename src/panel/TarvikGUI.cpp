@@ -74,6 +74,8 @@ TarvikGUI::~TarvikGUI() {
 
 void TarvikGUI::SetTabState(TabStates eState, TabNumEnum ePage) { m->SetTabState(eState, ePage); }
 
+Boolean TarvikGUI::IsConnectionLost() const { return m->lost->IsLost(); }
+
 // The fields ask what they stand in.
 void TarvikGUI::SetTypingReplacesNumber(Boolean fReplaces) { setProperty(TypingReplacesProperty, bool{fReplaces}); }
 

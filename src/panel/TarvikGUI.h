@@ -54,6 +54,10 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference {
   /// Lets the user compare the panel with the instrument and with a file, and take over what differs.
   void CompareSettings();
 
+  /// Whether the driver's server or the driver's session was lost, and what was changed waits on the pages for the next
+  /// Refresh and tick.
+  Boolean IsConnectionLost() const;
+
   /// Whether what the user changes can be undone. True at first; switched off, the history is emptied.
   void SetUndoEnabled(Boolean fEnabled);
   Boolean UndoEnabled() const;
@@ -92,6 +96,9 @@ class TARVIK_EXPORT TarvikGUI : public QWidget, public PanelReference {
   void redoTextChanged(const QString &strText);
   /// A text came into the status line; comes from within the operation that tells it. A slot must let no exception out.
   void statusMessage(const QString &strStatus);
+  /// An output was switched on at once while marked levels or times of its channel were not uploaded: one line says
+  /// with which ones it runs now. Comes from within the user's action. A slot must let no exception out.
+  void outputRunsWithOthers(const QString &strText);
   /// SetupFile or IsSetupModified changed; comes when the message loop turns.
   void setupFileChanged();
 

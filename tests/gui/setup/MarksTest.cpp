@@ -18,8 +18,12 @@
 namespace tarvik::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 /// A panel with an open instrument, and what can be seen of its marks.
@@ -191,6 +195,28 @@ TEST(Marks, AnOutputThatIsSwitchedAtOnceIsKnownToBeOn) {
   EXPECT_THAT(session.Noted(), IsEmpty());
   ASSERT_TRUE(session.panel->AllOutputsOff());
   EXPECT_THAT(session.Noted(), IsEmpty());
+}
+
+TEST(Marks, AnOutputSwitchedOnOverMarkedValuesTellsWhatItRunsWith) {
+  const MarkedPanel session;
+  std::vector<std::string> arrLines;
+  QObject::connect(session.panel.get(), &TarvikGUI::outputRunsWithOthers, session.panel.get(),
+                   [&](const QString &text) { arrLines.push_back(text.toStdString()); });
+  session->ShowPage(ePageTiming);
+  session->Choose("optChannel1Output(0)");
+  EXPECT_THAT(arrLines, IsEmpty()) << "nothing is marked";
+  session->Type("esWidth(0)", "60n");
+  session->Choose("optChannel2Output(0)");
+  EXPECT_THAT(arrLines, IsEmpty()) << "what is marked belongs to the other channel";
+  session->Choose("optChannel1Output(1)");
+  EXPECT_THAT(arrLines, IsEmpty()) << "switched off";
+  session->Choose("optChannel1Output(0)");
+  EXPECT_THAT(arrLines, ElementsAre(AllOf(StartsWith("Output 1 runs with "), HasSubstr("Width 100.0 ns"),
+                                          EndsWith(" and not with the marked Width 60.00 ns"))));
+  session.panel->SetMarks(False);
+  session->Choose("optChannel1InvOutput(0)");
+  ASSERT_EQ(arrLines.size(), 2u) << "told without marks, too";
+  EXPECT_THAT(arrLines.back(), StartsWith("Inverse output 1 runs with "));
 }
 
 // ---- Any session of a user ----
