@@ -135,7 +135,7 @@ TEST_F(ScpiSocket, LateAnswerIsDroppedBeforeTheNextMessage) {
 }
 
 TEST_F(ScpiSocket, ClearingConnectsAnew) {
-  peer.Say("half an ans");
+  peer.Say("half of an");
   line.Clear(5s);
   peer.Leave();
   peer.Accept();
