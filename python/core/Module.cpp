@@ -7,6 +7,8 @@
 #include "Failure.h"
 #include "Session.h"
 #include "Values.h"
+#include "automation/Activation.h"
+#include "instrument/KolvenDriver.h"
 #include "settings/SettingText.h"
 #include "settings/SetupDifferences.h"
 #include "settings/SetupFile.h"
@@ -171,9 +173,9 @@ struct EndUnlocked {
 
 void BindSession(py::module_ &module) {
   py::class_<Session, std::unique_ptr<Session, EndUnlocked>>(module, "Session")
-      .def(py::init([](const std::string &strServer) {
+      .def(py::init([](const std::string &strServer, const std::string &strDriver) {
         const py::gil_scoped_release unlocked;
-        return std::unique_ptr<Session, EndUnlocked>(new Session(strServer));
+        return std::unique_ptr<Session, EndUnlocked>(new Session(strServer, strDriver));
       }))
       .def("instruments",
            [](Session &session) {
@@ -226,6 +228,7 @@ PYBIND11_MODULE(_core, module) {
   InstallHost();
   py::register_exception_translator(&Translate);
   module.def("settings", &TableOfSettings);
+  module.def("drivers", [] { return tarvik::automation::DriversOf(tarvik::kolven::DriverProgId); });
   module.attr("ALL_PARTS") = static_cast<int>(tarvik::eAllParts);
   module.attr("LONGEST_PATTERN") = tarvik::PatternStream::MaxLength;
   BindSetup(module);

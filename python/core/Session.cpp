@@ -4,6 +4,8 @@
 #include <limits>
 
 #include "Failure.h"
+#include "automation/Activation.h"
+#include "instrument/KolvenDriver.h"
 #include "instrument/ListedName.h"
 #include "settings/SetupTransfer.h"
 #include "support/ConnectionLoss.h"
@@ -40,6 +42,28 @@ Failure WhatFailed(const Told &told, const char *strClass, const std::string &st
   return {strClass, ErrCannotCreateObject, strText};
 }
 
+/// The choice of a driver is one for the process. It is made for a single creation here, so that sessions with
+/// different drivers stand side by side.
+class DriverForCreation {
+ public:
+  explicit DriverForCreation(const std::string &strDriver)
+      : m_lock(TheMutex()), m_strBefore(automation::ChosenDriver(kolven::DriverProgId)) {
+    automation::ChooseDriver(kolven::DriverProgId, strDriver);
+  }
+  DriverForCreation(const DriverForCreation &) = delete;
+  DriverForCreation &operator=(const DriverForCreation &) = delete;
+  ~DriverForCreation() { automation::ChooseDriver(kolven::DriverProgId, m_strBefore); }
+
+ private:
+  static std::mutex &TheMutex() {
+    static std::mutex mutex;
+    return mutex;
+  }
+
+  const std::lock_guard<std::mutex> m_lock;
+  const std::string m_strBefore;
+};
+
 /// gobjInstr of the thread: the report of a failure asks it for the form of its text.
 class InForce {
  public:
@@ -66,9 +90,10 @@ class Session::Claim {
   Session &m_session;
 };
 
-Session::Session(std::string strServer)
+Session::Session(std::string strServer, const std::string &strDriver)
     : m_strServer(std::move(strServer)), m_instr(std::make_shared<clsInstrInterface>()) {
   m_instr->LetWarningsEnabled(True);
+  const DriverForCreation creation(strDriver);
   Run([](clsInstrInterface &instr) { return instr.Connect(); }, "ConnectError");
   m_fConnected = true;
 }

@@ -26,7 +26,8 @@ struct Listed {
 /// session for a transaction. To be called without the interpreter's lock.
 class Session {
  public:
-  explicit Session(std::string strServer);
+  /// An empty server is this machine, an empty driver the one without a name.
+  Session(std::string strServer, const std::string &strDriver);
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
   ~Session();

@@ -24,7 +24,7 @@ tarvikvi.errors.RefusedError: -221,Settings conflict: period below delay plus wi
 
 from . import errors
 from ._instrument import Applied, Instrument, ListedInstrument, Transaction
-from ._open import list, open
+from ._open import drivers, list, open
 from ._pattern import Pattern
 from ._setup import Difference, Setup
 from .errors import (
@@ -66,6 +66,7 @@ __all__ = [
     "Transaction",
     "UnknownInstrumentError",
     "UnusedSettingWarning",
+    "drivers",
     "errors",
     "list",
     "open",

@@ -67,6 +67,22 @@ def pg(driver):
         yield instrument
 
 
+def test_a_driver_is_chosen_by_its_name_for_one_session(driver, pg):
+    assert "simulator" in tarvikvi.drivers()
+    assert [instrument.name for instrument in tarvikvi.list(driver="simulator")][0] == "VP-210"
+    with tarvikvi.open("VP-210", driver="simulator") as simulated:
+        assert simulated.identity()["product"] == "VP-210 Dual Pulse Generator"
+        assert [instrument.name for instrument in tarvikvi.list()] == ["Alpha"]
+        assert pg.is_open and simulated.is_open
+
+
+def test_a_driver_that_is_not_there_is_told_with_those_that_are(driver):
+    with pytest.raises(tarvikvi.ConnectError, match="drivers to choose from: .*simulator"):
+        tarvikvi.open("VP-210", driver="none")
+    with pytest.raises(ValueError, match="a server has a driver of its own"):
+        tarvikvi.open("VP-210", driver="simulator", server="tarvik://bench")
+
+
 def test_a_failing_call_is_one_error_with_number_and_text(driver, pg):
     driver.fail("IChannelTiming.GetWidth")
     with pytest.raises(tarvikvi.DriverError) as raised:

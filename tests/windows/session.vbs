@@ -76,7 +76,7 @@ Check "its second byte", pattern(1), &H3C
 
 timing.dblWidth(1) = 5
 Check "SetTiming that the instrument refuses", instr.SetTiming(timing), True
-Check "the refusal is an event", InStr(listener.Told, "<-221,Settings conflict") > 0, True
+Check "refusals that came as an event", UBound(Split(listener.Told, "<-221,Settings conflict")), 1
 
 instr.CloseInstrument
 Check "IsOnline", instr.IsOnline(True), False
