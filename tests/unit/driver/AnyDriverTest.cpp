@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <limits>
 #include <set>
 
@@ -25,13 +24,7 @@ struct OpenInstrument {
 
 class AnyDriver : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    const auto folder = PrivateDataFolder() / "tarvikvi/drivers";
-    const char *library = std::getenv("TARVIK_TEST_DRIVER");
-    if (!library || !*library) return;
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / "KolvenAtl.Kolven.driver") << std::filesystem::absolute(library).string() << '\n';
-  }
+  static void SetUpTestSuite() { PrivateDataFolder(); }
   static void TearDownTestSuite() {
     std::error_code error;
     std::filesystem::remove_all(PrivateDataFolder(), error);

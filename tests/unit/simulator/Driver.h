@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "automation/Activation.h"
@@ -21,12 +22,18 @@ using automation::Ref;
 using automation::Status;
 using automation::VariantBool;
 
-/// Keeps the test away from what the user's own folders hold.
+/// Keeps the test away from what the user's own folders hold. The driver is the one whose manifest is found, or the
+/// library that TARVIK_TEST_DRIVER names.
 inline std::filesystem::path PrivateDataFolder() {
   const std::filesystem::path folder =
       std::filesystem::path(::testing::TempDir()) / ("simulator-data-" + std::to_string(getpid()));
   setenv("XDG_DATA_HOME", folder.c_str(), 1);
   setenv("XDG_DATA_DIRS", folder.c_str(), 1);
+  if (const char *library = std::getenv("TARVIK_TEST_DRIVER"); library && *library) {
+    std::filesystem::create_directories(folder / "tarvikvi/drivers");
+    std::ofstream(folder / "tarvikvi/drivers/KolvenAtl.Kolven.driver")
+        << std::filesystem::absolute(library).string() << '\n';
+  }
   return folder;
 }
 
