@@ -14,7 +14,7 @@ namespace {
 using namespace tarvik;
 using automation::Status;
 
-constexpr int LongestWait = 30'000;  // ms, so that a test that goes wrong ends
+constexpr int LongestWait = 10'000;  // ms, so that a test that goes wrong ends
 
 class Driver {
  public:
@@ -27,6 +27,7 @@ class Driver {
   test::StandInDriver &StandIn() { return m_driver; }
   std::string strGate;
   int intArrived = -1, intOpened = -1;
+  int intNotOpened = 0;
 
  private:
   /// Tells that the operation has begun, and lets it go on when it is told to.
@@ -35,8 +36,8 @@ class Driver {
     char ch = '!';
     [[maybe_unused]] const auto written = write(intArrived, &ch, 1);
     pollfd waited{intOpened, POLLIN, 0};
-    if (poll(&waited, 1, LongestWait) == 1) [[maybe_unused]]
-      const auto taken = read(intOpened, &ch, 1);
+    const bool fOpened = poll(&waited, 1, LongestWait) == 1 && read(intOpened, &ch, 1) == 1;
+    if (!fOpened) ++intNotOpened;
   }
 
   test::StandInDriver m_driver;
@@ -75,6 +76,8 @@ STEERING void Gate(const char *strText, int intArrived, int intOpened) {
   TheDriver().intArrived = intArrived;
   TheDriver().intOpened = intOpened;
 }
+/// How often nobody opened the gate in time.
+STEERING int NotOpened() { return TheDriver().intNotOpened; }
 STEERING void Calm() {
   TheDriver().StandIn().ClearFaults();
   TheDriver().StandIn().arrWarnings.clear();

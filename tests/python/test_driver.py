@@ -44,6 +44,9 @@ class Steering:
     def open_gate(self):
         os.write(self._opened[1], b"!")
 
+    def not_opened(self):
+        return self._library.NotOpened()
+
     def calm(self):
         self._library.Calm()
 
@@ -59,6 +62,7 @@ def driver(library):
     library.calm()
     yield library
     library.calm()
+    assert library.not_opened() == 0, "while a call of the driver ran, no other thread did"
 
 
 @pytest.fixture
