@@ -21,8 +21,8 @@ std::unique_ptr<Talk> MakeTalk(const InstrumentEntry &entry) {
 /// An instrument of the rack with the entry that it was made of.
 class EnteredInstrument final : public ScpiInstrument {
  public:
-  EnteredInstrument(const InstrumentEntry &entry, driver::InstrumentDescription description, ReadProfile readProfile)
-      : ScpiInstrument(std::move(description), std::move(readProfile), MakeTalk(entry)), entry(entry) {}
+  EnteredInstrument(const InstrumentEntry &made, driver::InstrumentDescription description, ReadProfile readProfile)
+      : ScpiInstrument(std::move(description), std::move(readProfile), MakeTalk(made)), entry(made) {}
   const InstrumentEntry entry;
 };
 

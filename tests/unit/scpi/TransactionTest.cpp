@@ -186,8 +186,8 @@ TEST_F(TransactionOverScpi, FaultAtAnyMessageOfAnUploadLeavesTheInstrumentUnchan
         now += std::chrono::hours(1);
         line->Plan(fault, at, fEver);
         const std::string strWhy = FailureOf([&] { instrument->Apply(WholeUpload()); });
-        const Settings now_ = device.CurrentSettings();
-        const bool fUnchanged = Visible(now_) == Visible(old), fChanged = now_ == all;
+        const Settings held = device.CurrentSettings();
+        const bool fUnchanged = Visible(held) == Visible(old), fChanged = held == all;
         EXPECT_TRUE(fUnchanged || fChanged) << strFault << " at " << at << ": " << strWhy;
         ++(strWhy == "done" ? taken : fChanged ? changed : unchanged);
         if (strWhy == "done") EXPECT_TRUE(fChanged) << strFault << " at " << at;
