@@ -190,12 +190,15 @@ TEST_F(TransactionOverScpi, FaultAtAnyMessageOfAnUploadLeavesTheInstrumentUnchan
         const bool fUnchanged = Visible(held) == Visible(old), fChanged = held == all;
         EXPECT_TRUE(fUnchanged || fChanged) << strFault << " at " << at << ": " << strWhy;
         ++(strWhy == "done" ? taken : fChanged ? changed : unchanged);
-        if (strWhy == "done") EXPECT_TRUE(fChanged) << strFault << " at " << at;
+        if (strWhy == "done") {
+          EXPECT_TRUE(fChanged) << strFault << " at " << at;
+        }
         line->Mend();
         // What could not be put back then is put back now.
         EXPECT_EQ("done", FailureOf([&] { instrument->CurrentSettings(); })) << strFault << " at " << at;
-        if (strWhy != "done")
+        if (strWhy != "done") {
           EXPECT_TRUE(Visible(old) == Visible(device.CurrentSettings())) << strFault << " at " << at << ": " << strWhy;
+        }
         instrument->TakeErrors();
       }
   std::printf("upload: %zu messages, %d failed and unchanged, %d failed and changed as a whole, %d done\n", messages,
@@ -221,8 +224,9 @@ TEST_F(TransactionOverScpi, UploadInManyMessagesIsPutBackWhenTheInstrumentIsReac
       }
       line->Mend();
       instrument->CurrentSettings();
-      if (strWhy != "done")
+      if (strWhy != "done") {
         EXPECT_TRUE(Visible(old) == Visible(device.CurrentSettings())) << strFault << " at " << at << ": " << strWhy;
+      }
       instrument->TakeErrors();
     }
   std::printf("upload in %zu messages over a line that stays broken: %d times put back later\n", messages, between);
