@@ -64,7 +64,7 @@ fs::path LibraryOf(const fs::path &manifest, const std::string &strProgId) {
   if (!strLine.empty() && strLine.back() == '\r') strLine.pop_back();
   strLine = Trim(strLine);
   if (strLine.empty()) RaiseCannotCreate(strProgId, manifest.string() + " names no library");
-  const fs::path library = manifest.parent_path() / strLine;  // an absolute name stands for itself
+  fs::path library = manifest.parent_path() / strLine;  // an absolute name stands for itself
   RefuseWritableByOthers(library, strProgId);
   return library;
 }
@@ -106,7 +106,7 @@ std::string Joined(const std::vector<std::string> &arrTexts) {
 /// The manifest of this name; if there is none, strTried lists the files.
 fs::path FindManifest(const std::string &strName, std::string &strTried) {
   for (const fs::path &folder : ManifestFolders()) {
-    const fs::path manifest = folder / (strName + ".driver");
+    fs::path manifest = folder / (strName + ".driver");
     std::error_code error;
     if (fs::exists(manifest, error)) return manifest;
     strTried += (strTried.empty() ? "" : ", ") + manifest.string();

@@ -33,7 +33,7 @@ Variant &Inner(Variant &vArgument) {
 template <class T>
 T At(const void *pPlace) {
   T value;
-  std::memcpy(&value, pPlace, sizeof value);
+  std::memcpy(&value, pPlace, sizeof(T));
   return value;
 }
 

@@ -14,7 +14,6 @@
 namespace tarvik {
 
 using namespace kolven;
-using automation::Ref;
 
 namespace {
 

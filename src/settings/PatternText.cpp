@@ -72,7 +72,7 @@ class StreamReader {
  public:
   explicit StreamReader(Long lngLength) : m_lngLength(lngLength) {
     m_stream.lngLength = lngLength;
-    m_stream.arrBytes.reserve(static_cast<std::size_t>(WordsIn(lngLength) * 2));
+    m_stream.arrBytes.reserve(static_cast<std::size_t>(WordsIn(lngLength)) * 2);
   }
 
   std::string TakeLine(const std::string &strLine) {
@@ -93,7 +93,7 @@ class StreamReader {
     if (m_lngWords != WordsIn(m_lngLength))
       return std::to_string(m_lngWords) + " words do not hold " + std::to_string(m_lngLength) + " bits, " +
              std::to_string(WordsIn(m_lngLength)) + " are needed";
-    m_stream.arrBytes.resize(static_cast<std::size_t>((m_lngLength + 7) / 8));
+    m_stream.arrBytes.resize((static_cast<std::size_t>(m_lngLength) + 7) / 8);
     if (m_lngLength % WordBits != 0 && (m_lngLastWord << m_lngLength % WordBits & 0xFFFF) != 0)
       return "bits are set behind the length of " + std::to_string(m_lngLength);
     stream = std::move(m_stream);
@@ -151,7 +151,7 @@ std::string ReadPatternLines(Long lngLength, const std::vector<std::string> &arr
 
 bool BitAt(const PatternStream &stream, Long lngAddress) {
   if (lngAddress < 1 || lngAddress > stream.lngLength) return false;
-  const auto place = static_cast<std::size_t>(lngAddress - 1);
+  const auto place = static_cast<std::size_t>(lngAddress) - 1;
   return place / 8 < stream.arrBytes.size() && (stream.arrBytes[place / 8] << place % 8 & 0x80) != 0;
 }
 

@@ -74,8 +74,11 @@ void DrawTrace(Pen &pen, const udtPulseShape &shape, Single sngDelay, Boolean fD
 void DrawGrid(std::vector<DiagramLine> &arrGrid, Single sngStep, const DiagramBox &box) {
   // In a box as narrow as its margins the lines would never come to an end.
   if (!(box.sngWidth + sngStep > box.sngWidth)) RaiseError(ErrOverflow);
-  for (Single sngX = LeftMargin; sngX <= box.sngWidth; sngX += sngStep)
+  Single sngX = LeftMargin;
+  while (sngX <= box.sngWidth) {
     arrGrid.push_back({{sngX, 0}, {sngX, box.sngHeight}});
+    sngX += sngStep;
+  }
 }
 
 DiagramPoint PlaceOfLabel(Integer intChan, Single sngChanHeight, const DiagramBox &box) {

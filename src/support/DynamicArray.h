@@ -39,7 +39,7 @@ class DynamicArray {
   void ReDim(Long lngLowerBound, Long lngUpperBound) {
     m_intDimensions = 1;
     m_lngLowerBound = lngLowerBound;
-    m_arr.assign(static_cast<std::size_t>(lngUpperBound - lngLowerBound + 1), T{});
+    m_arr.assign(static_cast<std::size_t>(std::int64_t{lngUpperBound} - lngLowerBound + 1), T{});
   }
 
  private:
