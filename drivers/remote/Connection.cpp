@@ -39,6 +39,8 @@ Connection::~Connection() {
     std::erase(m_register->connections, this);
     m_register->lngEndedRoundTrips += m_lngRoundTrips;
   }
+  m_ahead.Stop();
+  ApplyCorrection();
   if (m_stream && !m_pending.Empty()) m_stream->Send(m_pending.Take(), m_patience.farewell);
   // Wait, so that objects are destroyed when the last reference is released, as with a local driver.
   if (m_stream) m_stream->Farewell(m_patience.farewell);
@@ -70,23 +72,85 @@ bool Connection::Greet(const std::string &strProgId) {
   }
 }
 
-ObjectId Connection::NewId() {
-  const std::lock_guard lock(m_mutex);
-  return ++m_lngLastId;
+namespace {
+
+void WriteCommand(Writer &out, Command eCommand, const Asked &asked, ObjectId lngNewId) {
+  out.Put(static_cast<std::uint8_t>(eCommand));
+  out.Put(asked.lngId);
+  out.Put(asked.intInterface);
+  out.Put(asked.intOperation);
+  out.Put(lngNewId);
+  out.PutBytes(asked.strArguments);
 }
 
-void Connection::Post(const Put &put) {
+}  // namespace
+
+/// What a trail that was given up leaves to be sent, and what was released while it was waited for.
+void Connection::ApplyCorrection() {
+  m_pending.PutBytes(m_ahead.TakeCorrection());
+  if (!m_ahead.IsHolding()) m_pending.PutBytes(m_lateReleases.Take());
+}
+
+ObjectId Connection::Fetch(const Asked &asked) {
   const std::lock_guard lock(m_mutex);
-  if (m_statusLost != StatusOk) return;
-  put(m_pending);
+  ObjectId lngNewId = ++m_lngLastId;
+  if (m_statusLost != StatusOk) return lngNewId;
+  if (m_ahead.Next(asked, false, lngNewId, m_lngLastId) == ReadingAhead::Way::Waiting) return lngNewId;
+  ApplyCorrection();
+  WriteCommand(m_pending, Command::Fetch, asked, lngNewId);
   SendWhenLarge();
+  return lngNewId;
 }
 
-Status Connection::Call(const Put &put, const Take &take) {
+Status Connection::Call(const Asked &asked, const Take &take) {
   const std::lock_guard lock(m_mutex);
   if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  ObjectId lngNewId = 0;
+  const auto eWay = m_ahead.Next(asked, true, lngNewId, m_lngLastId);
+  if (eWay != ReadingAhead::Way::Plain) return CallAhead(eWay, take);
+  ApplyCorrection();
   Writer call;
-  put(call);
+  WriteCommand(call, Command::Call, asked, lngNewId);
+  return CallPlainly(call, take);
+}
+
+Status Connection::CallForObject(const Asked &asked, const std::function<void(Reader &, ObjectId)> &take) {
+  const std::lock_guard lock(m_mutex);
+  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  ObjectId lngNewId = ++m_lngLastId;
+  const auto eWay = m_ahead.Next(asked, true, lngNewId, m_lngLastId);
+  const auto takeObject = [&](Reader &in) { take(in, lngNewId); };
+  if (eWay != ReadingAhead::Way::Plain) return CallAhead(eWay, takeObject);
+  ApplyCorrection();
+  Writer call;
+  WriteCommand(call, Command::Call, asked, lngNewId);
+  return CallPlainly(call, takeObject);
+}
+
+/// Sends the trail if it has not been sent, and takes the next of its answers.
+Status Connection::CallAhead(ReadingAhead::Way eWay, const Take &take) {
+  if (eWay == ReadingAhead::Way::Ask) {
+    m_pending.PutBytes(m_ahead.Frame());
+    const std::string strResults = Exchange(m_patience.silence, m_patience.call);
+    if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+    try {
+      Reader in(strResults);
+      if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Results))
+        throw ProtocolError("an answer of an unknown kind");
+      std::vector<std::string> arrAnswers(std::min<std::size_t>(in.Get<std::uint32_t>(), in.Left()));
+      for (std::string &strAnswer : arrAnswers) strAnswer = in.GetText();
+      if (arrAnswers.empty() || !in.AtEnd()) throw ProtocolError("the answers are not those of the questions");
+      m_ahead.Arrived(std::move(arrAnswers));
+    } catch (const ProtocolError &error) {
+      Lose(StatusCallLost, std::string("is not understood: ") + error.what());
+      return automation::Fail(m_statusLost, m_strLost);
+    }
+    m_pending.PutBytes(m_lateReleases.Take());
+  }
+  return Answered(m_ahead.TakeAnswer(), take);
+}
+
+Status Connection::CallPlainly(const Writer &call, const Take &take) {
   // Flush posted commands first if the call would exceed the frame size.
   if (!m_pending.Empty() && !Fits(m_pending.Size() + call.Size()) && !SendPending(m_patience.silence))
     return automation::Fail(m_statusLost, m_strLost);
@@ -97,6 +161,10 @@ Status Connection::Call(const Put &put, const Take &take) {
   m_pending.Append(call);
   const std::string strAnswer = Exchange(m_patience.silence, m_patience.call);
   if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  return Answered(strAnswer, take);
+}
+
+Status Connection::Answered(const std::string &strAnswer, const Take &take) {
   try {
     Reader in(strAnswer);
     if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Result))
@@ -115,8 +183,9 @@ Status Connection::Call(const Put &put, const Take &take) {
 void Connection::Release(ObjectId lngId, bool fAtOnce) {
   const std::lock_guard lock(m_mutex);
   if (m_statusLost != StatusOk) return;
-  m_pending.Put(static_cast<std::uint8_t>(Command::Release));
-  m_pending.Put(lngId);
+  Writer &out = m_ahead.IsHolding() ? m_lateReleases : m_pending;
+  out.Put(static_cast<std::uint8_t>(Command::Release));
+  out.Put(lngId);
   if (fAtOnce)
     SendPending(m_patience.silence);
   else
@@ -124,7 +193,13 @@ void Connection::Release(ObjectId lngId, bool fAtOnce) {
 }
 
 Status Connection::Sync() {
-  return Call([](Writer &out) { out.Put(static_cast<std::uint8_t>(Command::Sync)); }, [](Reader &) {});
+  const std::lock_guard lock(m_mutex);
+  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  m_ahead.Stop();
+  ApplyCorrection();
+  Writer sync;
+  sync.Put(static_cast<std::uint8_t>(Command::Sync));
+  return CallPlainly(sync, [](Reader &) {});
 }
 
 Status Connection::Failed() {

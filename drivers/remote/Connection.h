@@ -9,6 +9,7 @@
 #include <string>
 
 #include "automation/Ref.h"
+#include "remote/ReadingAhead.h"
 #include "remote/ServerAddress.h"
 #include "remote/Wire.h"
 
@@ -50,7 +51,6 @@ ClientCredentials LoadClientCredentials();
 /// Calls come from the one thread that owns the connection, which also does the waiting.
 class Connection {
  public:
-  using Put = std::function<void(Writer &)>;
   using Take = std::function<void(Reader &)>;
 
   Connection(const ServerAddress &address, const ClientCredentials *pCredentials, const Patience &patience);
@@ -61,13 +61,12 @@ class Connection {
   /// Has the server create the driver; answers whether there is a root. Raises RunTimeError.
   bool Greet(const std::string &strProgId);
 
-  /// A number for the next object.
-  ObjectId NewId();
-  /// Writes a command that needs no answer; it travels with the next call.
-  void Post(const Put &put);
-  /// Writes a command, sends it with all that was posted, and waits. A failure leaves its description as a driver
-  /// does.
-  Status Call(const Put &put, const Take &take);
+  /// Writes a fetch, which travels with the next call, and answers the number of its object.
+  ObjectId Fetch(const Asked &asked);
+  /// Writes a call, sends it with all that was written, and waits. A failure leaves its description as a driver does.
+  Status Call(const Asked &asked, const Take &take);
+  /// The same for a call that hands out an object, whose number `take` is told.
+  Status CallForObject(const Asked &asked, const std::function<void(Reader &, ObjectId)> &take);
   /// Releases an object, with the next call or at once.
   void Release(ObjectId lngId, bool fAtOnce);
   /// Waits until the server has done everything posted.
@@ -86,6 +85,10 @@ class Connection {
   friend void SynchroniseConnections();
   friend std::uint64_t RoundTripsSoFar();
 
+  Status Answered(const std::string &strAnswer, const std::function<void(Reader &)> &take);
+  Status CallPlainly(const Writer &call, const Take &take);
+  Status CallAhead(ReadingAhead::Way eWay, const Take &take);
+  void ApplyCorrection();
   bool SendPending(std::chrono::milliseconds limit);
   bool Fits(std::size_t lngBytes) const { return lngBytes + FrameSlack <= m_lngLargestFrame; }
   void SendWhenLarge();
@@ -103,6 +106,8 @@ class Connection {
   /// For SynchroniseConnections, which may come from another thread.
   std::mutex m_mutex;
   Writer m_pending;
+  Writer m_lateReleases;  ///< of objects whose fetches wait for a trail
+  ReadingAhead m_ahead;
   std::size_t m_lngLargestFrame = 0;
   ObjectId m_lngLastId = RootId;
   std::atomic<std::uint64_t> m_lngRoundTrips = 0;

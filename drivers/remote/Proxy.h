@@ -7,6 +7,7 @@
 
 #include "automation/ErrorInfo.h"
 #include "automation/Object.h"
+#include "automation/ReadAhead.h"
 #include "remote/Connection.h"
 #include "remote/Marshal.h"
 
@@ -33,12 +34,8 @@ class Proxy : public automation::Object<Interface> {
   template <class... Args>
   Status Ask(std::uint8_t intOperation, Args... args) {
     if (const Status status = CheckAll(args...); automation::Failed(status)) return status;
-    return m_connection->Call(
-        [&](Writer &out) {
-          PutTarget(out, Command::Call, intOperation, 0);
-          (Outgoing<Args>::Send(out, args), ...);
-        },
-        [&](Reader &in) { (Outgoing<Args>::Store(in, args), ...); });
+    return m_connection->Call(Described(intOperation, args...),
+                              [&](Reader &in) { (Outgoing<Args>::Store(in, args), ...); });
   }
 
   /// Sends the call, waits, and hands out a proxy of what came.
@@ -46,17 +43,11 @@ class Proxy : public automation::Object<Interface> {
   Status AskForObject(std::uint8_t intOperation, automation::IDispatch **ppObject, Args... args) {
     if (!ppObject) return automation::StatusPointer;
     if (const Status status = CheckAll(args...); automation::Failed(status)) return status;
-    const ObjectId lngNewId = m_connection->NewId();
-    return m_connection->Call(
-        [&](Writer &out) {
-          PutTarget(out, Command::Call, intOperation, lngNewId);
-          (Outgoing<Args>::Send(out, args), ...);
-        },
-        [&](Reader &in) {
-          const auto intKind = in.Get<std::uint8_t>();
-          (Outgoing<Args>::Store(in, args), ...);
-          *ppObject = Arrived(intKind, lngNewId).Detach();
-        });
+    return m_connection->CallForObject(Described(intOperation, args...), [&](Reader &in, ObjectId lngNewId) {
+      const auto intKind = in.Get<std::uint8_t>();
+      (Outgoing<Args>::Store(in, args), ...);
+      *ppObject = Arrived(intKind, lngNewId).Detach();
+    });
   }
 
   /// Sends the call with the next one that waits; the proxy of what it will bring is there at once.
@@ -64,11 +55,7 @@ class Proxy : public automation::Object<Interface> {
   Status Defer(std::uint8_t intOperation, Result **ppObject, Args... args) {
     if (!ppObject) return automation::StatusPointer;
     if (const Status status = m_connection->Failed(); automation::Failed(status)) return status;
-    const ObjectId lngNewId = m_connection->NewId();
-    m_connection->Post([&](Writer &out) {
-      PutTarget(out, Command::Fetch, intOperation, lngNewId);
-      (Outgoing<Args>::Send(out, args), ...);
-    });
+    const ObjectId lngNewId = m_connection->Fetch(Described(intOperation, args...));
     *ppObject = automation::MakeObject<Child>(m_connection, lngNewId).Detach();
     return automation::StatusOk;
   }
@@ -82,12 +69,21 @@ class Proxy : public automation::Object<Interface> {
     return status;
   }
 
-  void PutTarget(Writer &out, Command eCommand, std::uint8_t intOperation, ObjectId lngNewId) {
-    out.Put(static_cast<std::uint8_t>(eCommand));
-    out.Put(m_lngId);
-    out.Put(m_intInterface);
-    out.Put(intOperation);
-    out.Put(lngNewId);
+  /// The call for the wire. What only goes in tells it from others of its kind while reads are asked ahead.
+  template <class... Args>
+  Asked Described(std::uint8_t intOperation, Args... args) const {
+    Asked asked{m_lngId, m_intInterface, intOperation, {}, {}};
+    Writer arguments;
+    (Outgoing<Args>::Send(arguments, args), ...);
+    asked.strArguments = arguments.Take();
+    if (!automation::ReadAhead::OfThread().strName) return asked;
+    Writer inputs;
+    const auto put = [&](auto arg) {
+      if constexpr (!std::is_pointer_v<decltype(arg)>) Outgoing<decltype(arg)>::Send(inputs, arg);
+    };
+    (put(args), ...);
+    asked.strInputs = inputs.Take();
+    return asked;
   }
 
   Ref<automation::IDispatch> Arrived(std::uint8_t intKind, ObjectId lngId) {

@@ -37,6 +37,13 @@ const Places &ThePlaces() {
   return places;
 }
 
+std::string SuccessFrame() {
+  Writer out;
+  out.Put(static_cast<std::uint8_t>(Answer::Result));
+  out.PutSuccess(StatusOk);
+  return out.Take();
+}
+
 std::string FailedFrame(Answer eAnswer, const Failure &failure) {
   Writer out;
   out.Put(static_cast<std::uint8_t>(eAnswer));
@@ -58,6 +65,8 @@ Failure DriverFailure(Status status) {
 
 /// Longest client-supplied text that is written to the log, bytes.
 constexpr std::size_t MaxShown = 80;
+/// Calls in one frame, and bytes of their answers.
+constexpr std::size_t MostQueued = 256, MostQueuedBytes = 4u * 1024u * 1024u;
 /// Arguments of numbers alone are smaller, bytes.
 constexpr std::size_t SmallCall = 256;
 /// The resource is in use.
@@ -85,6 +94,13 @@ std::string ServerSession::Handle(std::string_view strFrame) {
   if (strFrame.size() > m_limits.lngFrameBytes) throw ProtocolError("a frame is larger than the limit");
   Reader in(strFrame);
   if (in.AtEnd()) throw ProtocolError("a frame is empty");
+  return Work(in);
+}
+
+/// The commands of a frame, of which a Hello, a Call or a Sync is the last.
+std::string ServerSession::Work(Reader &in) {
+  std::vector<std::string> arrAnswers;
+  bool fQueued = m_fQueueStopped = false;
   do {
     const auto eCommand = static_cast<Command>(in.Get<std::uint8_t>());
     if (m_fGreeted == (eCommand == Command::Hello)) throw ProtocolError("the greeting is not where it belongs");
@@ -93,21 +109,55 @@ std::string ServerSession::Handle(std::string_view strFrame) {
       case Command::Hello: strAnswer = Greet(in); break;
       case Command::Call: strAnswer = Call(in); break;
       case Command::Fetch: Fetch(in); continue;
+      case Command::Queue:
+        fQueued = true;
+        Queue(in, arrAnswers);
+        continue;
       case Command::Release: Release(in); continue;
-      case Command::Sync: {
-        Writer out;
-        out.Put(static_cast<std::uint8_t>(Answer::Result));
-        out.PutSuccess(StatusOk);
-        strAnswer = out.Take();
-        break;
-      }
+      case Command::ReleaseIfThere:
+        if (Reader id = in; m_objects.contains(id.Get<ObjectId>()))
+          Release(in);
+        else
+          in.Get<ObjectId>();
+        continue;
+      case Command::Untaken:
+        m_log({"untaken", std::to_string(in.Get<std::uint32_t>()) + " reads were asked ahead and not taken"});
+        continue;
+      case Command::Sync: strAnswer = SuccessFrame(); break;
       default: throw ProtocolError("a command is not known");
     }
     // A client waits for each answer; pipelined calls would queue unread answers without bound.
-    if (!in.AtEnd()) throw ProtocolError("a frame goes on behind a call");
+    if (fQueued || !in.AtEnd()) throw ProtocolError("a frame goes on behind a call");
     return strAnswer;
   } while (!in.AtEnd());
-  return {};
+  if (!fQueued) return {};
+  Writer out;
+  out.Put(static_cast<std::uint8_t>(Answer::Results));
+  out.Put(static_cast<std::uint32_t>(arrAnswers.size()));
+  for (const std::string &strAnswer : arrAnswers) out.PutText(strAnswer);
+  return out.Take();
+}
+
+/// One of several calls in a frame. They are bounded together, as one call is by itself.
+void ServerSession::Queue(Reader &in, std::vector<std::string> &arrAnswers) {
+  if (arrAnswers.size() >= MostQueued) throw ProtocolError("a frame has too many calls");
+  if (m_fQueueStopped) return SkipCall(in);
+  arrAnswers.push_back(Call(in));
+  std::size_t lngBytes = 0;
+  for (const std::string &strAnswer : arrAnswers) lngBytes += strAnswer.size();
+  const bool fFailed = arrAnswers.back()[1] != 0;
+  m_fQueueStopped = fFailed || lngBytes > MostQueuedBytes;
+}
+
+/// A call of the frame behind one that failed: it is not made, and its objects do not come to be.
+void ServerSession::SkipCall(Reader &in) {
+  in.Get<ObjectId>();
+  const auto intInterface = in.Get<std::uint8_t>(), intOperation = in.Get<std::uint8_t>();
+  in.Get<ObjectId>();
+  const auto contract = Contract();
+  if (intInterface >= contract.size() || intOperation >= contract[intInterface].operations.size())
+    throw ProtocolError("a call is not in the contract");
+  contract[intInterface].operations[intOperation].skip(in);
 }
 
 std::string ServerSession::Greet(Reader &in) {
@@ -351,6 +401,7 @@ std::string ServerSession::Call(Reader &in) {
 }
 
 void ServerSession::Fetch(Reader &in) {
+  if (m_fQueueStopped) return SkipCall(in);
   const Target target = ReadTarget(in);
   if (!target.pOperation->fDeferred) throw ProtocolError("a call that has to wait is sent without");
   Entry &entry = Find(target.lngId, target.intInterface);

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "automation/Ref.h"
 #include "remote/InstrumentHolders.h"
@@ -83,6 +84,9 @@ class ServerSession {
 
   std::string Greet(Reader &in);
   std::string Call(Reader &in);
+  void Queue(Reader &in, std::vector<std::string> &arrAnswers);
+  static void SkipCall(Reader &in);
+  std::string Work(Reader &in);
   void Fetch(Reader &in);
   void Release(Reader &in);
 
@@ -115,6 +119,7 @@ class ServerSession {
   bool m_fGreeted = false;
   std::string m_strProgId;
   std::size_t m_lngTransactionBytes = 0;
+  bool m_fQueueStopped = false;  ///< a queued call of the frame has failed
 };
 
 }  // namespace tarvik::remote

@@ -20,7 +20,7 @@ namespace tarvik::remote {
 using automation::Status;
 
 /// Changes whenever the layout of the commands themselves does; the contract has its own fingerprint.
-inline constexpr std::uint16_t WireVersion = 1;
+inline constexpr std::uint16_t WireVersion = 2;
 
 /// The client's number for an object; 0 is none. Numbers are never used again, and so wide that none runs out.
 using ObjectId = std::uint64_t;
@@ -33,12 +33,17 @@ enum class Command : std::uint8_t {
   Fetch = 3,    ///< the same without an answer: its failure waits for the next Call
   Release = 4,  ///< object
   Sync = 5,     ///< answered when all before it is done
+  /// A Call among several: the frame is answered by Results. Behind one that fails nothing more of the frame is done.
+  Queue = 6,
+  ReleaseIfThere = 7,  ///< object, which may never have come to be
+  Untaken = 8,         ///< number of queued calls whose answers nobody wanted, for the log
 };
 
 enum class Answer : std::uint8_t {
   Welcome = 1,    ///< outcome of the creation, object kind, largest client frame in bytes
   Result = 2,     ///< outcome, then object kind (where an object comes back) and filled arguments
   Heartbeat = 3,  ///< the server is at work on the call
+  Results = 4,    ///< count, then a Result with its length for each queued call that was made
 };
 
 /// Kinds of what came back where the contract hands out an object; below these: the interface's number.
@@ -72,6 +77,7 @@ class Writer {
     Put(static_cast<std::uint32_t>(strText.size()));
     m_strBytes.append(strText);
   }
+  void PutBytes(std::string_view strBytes) { m_strBytes.append(strBytes); }
   void PutFailure(const Failure &failure) {
     Put<std::uint8_t>(failure.fRunTimeNumber ? 2 : 1);
     Put(failure.lngNumber);

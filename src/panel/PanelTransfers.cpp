@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "automation/ReadAhead.h"
 #include "panel/ConfigPage.h"
 #include "panel/LevelsPage.h"
 #include "panel/LimitsPage.h"
@@ -124,8 +125,11 @@ void TarvikGUI::Panel::cmdDownload_Click() {
       {ePageTrigLev, [](Panel &panel) { panel.trigLevPage->DownloadTrigLevels(); }},
       {ePageConfig, [](Panel &panel) { panel.configPage->DownloadConfig(); }},
   };
-  for (const auto &step : Steps)
-    if (intPage == step.ePage || fAll) step.download(*this);
+  {
+    const automation::ReadAhead ahead(fAll ? "panel download" : nullptr);
+    for (const auto &step : Steps)
+      if (intPage == step.ePage || fAll) step.download(*this);
+  }
 
   state.mfDownloading = False;
   SetHourglass(False);

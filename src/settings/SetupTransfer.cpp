@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "automation/ReadAhead.h"
 #include "instrument/clsInstrInterface.h"
 #include "settings/SettingText.h"
 #include "support/ConnectionLoss.h"
@@ -217,6 +218,7 @@ Boolean ReadIdentity(clsInstrInterface &instr, Setup &setup) {
 }
 
 Boolean ReadSetup(clsInstrInterface &instr, Setup &setup) {
+  const automation::ReadAhead ahead("setup read");
   Setup fresh;
   if (!ReadIdentity(instr, fresh) || !ReadParts(instr, fresh, eAllParts)) return False;
   setup = Canonical(fresh);
