@@ -7,8 +7,10 @@
 #include "PanelSession.h"
 #include "SimulatorSession.h"
 #include "WidgetEnvironment.h"
+#include "panel/Panel.h"
 #include "remote/ReadTrail.h"
 #include "remote/UsualReads.h"
+#include "settings/SetupTransfer.h"
 
 namespace tarvik::test {
 namespace {
@@ -114,11 +116,22 @@ TEST_F(RoundTrips, DownloadsOfAllPagesCostAFewWithTheSameCallsInTheSameOrder) {
               second.intRoundTrips);
 }
 
-TEST_F(RoundTrips, UsualOrderOfADownloadIsWhatThePanelDoes) {
+TEST_F(RoundTrips, SetupOfAnInstrumentIsReadInOne) {
+  Open();
+  tarvik::Setup setup;
+  const Cost cost = Of([&] { EXPECT_TRUE(ReadSetup(TarvikGUI::Panel::Of(*session->panel).ZorvaneInstr(), setup)); });
+  EXPECT_LE(cost.intRoundTrips, 10);
+}
+
+/// The tables of usual orders are what the procedures do. What is printed here is what belongs into the files.
+TEST_F(RoundTrips, UsualOrdersAreWhatIsRead) {
   Open();
   Download();
+  tarvik::Setup setup;
+  ReadSetup(TarvikGUI::Panel::Of(*session->panel).ZorvaneInstr(), setup);
   remote::SynchroniseConnections();
-  EXPECT_EQ(remote::UsualReads("panel download"), remote::ReadTrail::Known("panel download").Text());
+  for (const char *strName : {"panel download", "setup read"})
+    EXPECT_EQ(remote::ReadTrail::Known(strName).Text(), remote::UsualReads(strName)) << strName;
 }
 
 TEST_F(RoundTrips, ReadThatFailsWithinADownloadIsToldAtItsCallAndNothingBehindItIsMissed) {
