@@ -152,9 +152,9 @@ class Incoming<AutomationArray **> {
     automation::FreeArray(m_pBefore);
   }
   AutomationArray **Pass() { return &m_pArray; }
-  /// An array that the driver only read does not travel back.
-  void Return(Writer &out) const {
-    const bool fChanged = !SameArray(m_pBefore, m_pArray);
+  /// An array that the driver only read does not travel back, unless the caller may hold another one than was sent.
+  void Return(Writer &out, bool fAlways) const {
+    const bool fChanged = fAlways || !SameArray(m_pBefore, m_pArray);
     out.Put<std::uint8_t>(fChanged ? 1 : 0);
     if (fChanged) PutArray(out, m_pArray);
   }

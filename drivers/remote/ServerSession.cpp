@@ -142,7 +142,9 @@ std::string ServerSession::Work(Reader &in) {
 void ServerSession::Queue(Reader &in, std::vector<std::string> &arrAnswers) {
   if (arrAnswers.size() >= MostQueued) throw ProtocolError("a frame has too many calls");
   if (m_fQueueStopped) return SkipCall(in);
+  m_fQueuing = true;
   arrAnswers.push_back(Call(in));
+  m_fQueuing = false;
   std::size_t lngBytes = 0;
   for (const std::string &strAnswer : arrAnswers) lngBytes += strAnswer.size();
   const bool fFailed = arrAnswers.back()[1] != 0;
@@ -222,6 +224,7 @@ ServerSession::Entry &ServerSession::Find(ObjectId lngId, std::uint8_t intInterf
 /// Calls the driver; the failure is filled when the outcome's status is one.
 Outcome ServerSession::Run(Entry &entry, const Target &target, Reader &in, Failure &failure) {
   Outcome outcome;
+  outcome.fAllArrays = m_fQueuing;
   const Reader before = in;
   static_cast<void>(automation::TakeErrorInfo());
   try {

@@ -119,6 +119,7 @@ class ServerSession {
   bool m_fGreeted = false;
   std::string m_strProgId;
   std::size_t m_lngTransactionBytes = 0;
+  bool m_fQueuing = false;       ///< the call is one of several that were asked ahead
   bool m_fQueueStopped = false;  ///< a queued call of the frame has failed
 };
 

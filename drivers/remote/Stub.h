@@ -13,8 +13,9 @@ namespace tarvik::remote {
 /// What a call into the driver left.
 struct Outcome {
   Status status = automation::StatusOk;
-  Writer filled;         ///< the arguments that came back; only after a success
-  Ref<IUnknown> object;  ///< what was handed out, if anything
+  Writer filled;            ///< the arguments that came back; only after a success
+  Ref<IUnknown> object;     ///< what was handed out, if anything
+  bool fAllArrays = false;  ///< to be set: arrays come back also where the driver left them as they were
 };
 
 using OperationStub = void (*)(IUnknown &object, Reader &in, Outcome &outcome);
@@ -60,7 +61,10 @@ struct Arguments<First, Rest...> {
     return rest.Apply(function, passed..., first.Pass());
   }
   void Return(Outcome &outcome) {
-    first.Return(outcome.filled);
+    if constexpr (requires { first.Return(outcome.filled, outcome.fAllArrays); })
+      first.Return(outcome.filled, outcome.fAllArrays);
+    else
+      first.Return(outcome.filled);
     if constexpr (requires { first.Take(); }) outcome.object = first.Take();
     rest.Return(outcome);
   }
