@@ -243,7 +243,7 @@ TEST(Marshalling, ArrayThatTheDriverOnlyReadDoesNotTravelBack) {
   Reader in(out.Bytes());
   Incoming<AutomationArray **> incoming(in);
   Writer back;
-  incoming.Return(back);
+  incoming.Return(back, false);
   EXPECT_EQ(back.Size(), 1u);
 }
 
