@@ -3,6 +3,7 @@
 usage: cases.py PROGRAM [Program.test_NAME]
 """
 
+import json
 import sys
 import tempfile
 import unittest
@@ -16,6 +17,61 @@ from screen import (SKIPPED, STATUS_HEIGHT, Program as Started, Screen, panel_to
 # The middle of buttons, counted as the places below, and the share of the page that the pressed one takes.
 SELFTEST, ERRORS, UPLOAD = (502, 144), (463, 477), (310, 477)
 SELFTEST_BUTTON_SHARE = 0.02
+
+# The Edit menu in the bar, counted from the window's corner.
+EDIT_MENU = (52, 11)
+
+
+class Setups(PanelPlaces):
+    """A user who keeps setups; what the pages show is read back from the file that is saved over and over."""
+
+    WIDTH = "timing.width[1]"
+
+    def __init__(self, program, file):
+        self.program, self.file = program, file
+
+    def window(self, title):
+        return wait_for(f'a window "{title}"', lambda: next(
+            (window for window in self.program.windows() if window.title == title and window.picture().dark() > 50), None))
+
+    def name_file(self, title):
+        """Types the name into a dialog for files."""
+        dialog = self.window(title)
+        dialog.key("alt+n")
+        dialog.type(str(self.file))
+        dialog.key("Return")
+        wait_for("the dialog goes", lambda: all(window.title != title for window in self.program.windows()))
+
+    def save_as(self):
+        self.program.panel().key("ctrl+shift+s")
+        self.name_file("Save setup")
+        wait_for("the file", lambda: self.file.exists() and self.width())
+
+    def width(self):
+        """Of channel 1 in the file, in seconds."""
+        return json.loads(self.file.read_text(encoding="utf-8")).get("settings", {}).get(self.WIDTH)
+
+    def saved_width_becomes(self, seconds):
+        def saved():
+            self.program.panel().key("ctrl+s")
+            return self.width() == seconds
+        wait_for(f"the panel has a width of {seconds} s", saved)
+
+    def compare(self, *keys):
+        """The dialog, after these keys."""
+        self.program.panel().key("ctrl+d")
+        dialog = self.window("Compare settings")
+        dialog.key(*keys)
+        return dialog
+
+    @staticmethod
+    def rows(dialog):
+        """The first row of the table, beside the pointer of one who has clicked on its page."""
+        return dialog.picture(120, 62, 300, 22)
+
+    def close(self, dialog):
+        dialog.key("Escape")
+        wait_for("the dialog goes", lambda: all(window.title != dialog.title for window in self.program.windows()))
 
 
 class Program(PanelPlaces, unittest.TestCase):
@@ -365,6 +421,64 @@ class Program(PanelPlaces, unittest.TestCase):
         for desktop in ("", "KDE", "GNOME", "XFCE"):
             program = self.start_on(screen, XDG_CURRENT_DESKTOP=desktop)
             self.assertEqual(program.quit(), 0, desktop)
+
+    def keep_setups(self):
+        program = self.start_managed()
+        panel = program.panel()
+        wait_for("the list", lambda: self.row(panel, 1).dark() > 20)
+        self.open_first(panel)
+        self.change_page(panel, "alt+t")
+        setups = Setups(program, self.folder / "bench.json")
+        setups.save_as()
+        self.assertEqual(setups.width(), 1e-07)
+        return program, panel, setups
+
+    def test_a_change_is_saved_undone_and_redone_by_keys(self):
+        program, panel, setups = self.keep_setups()
+        self.enter(panel, 200, 231, "250n")
+        setups.saved_width_becomes(2.5e-07)
+        panel.key("ctrl+z")
+        setups.saved_width_becomes(1e-07)
+        panel.key("ctrl+shift+z")
+        setups.saved_width_becomes(2.5e-07)
+        self.assertIsNone(program.find_box())
+        self.assertEqual(program.log(), "")
+
+    def test_a_change_is_undone_and_redone_by_mouse(self):
+        program, panel, setups = self.keep_setups()
+        self.enter(panel, 200, 231, "250n")
+        setups.saved_width_becomes(2.5e-07)
+        for entry, width in ((0, 1e-07), (1, 2.5e-07)):
+            closed = panel.picture(0, 0, 300, 120)
+            panel.click(*EDIT_MENU)
+            wait_for("the menu opens", lambda: panel.picture(0, 0, 300, 120).differs_from(closed) > 0.05)
+            panel.click(EDIT_MENU[0] + 20, EDIT_MENU[1] + 24 + 22 * entry)
+            setups.saved_width_becomes(width)
+        self.assertEqual(program.log(), "")
+
+    def test_what_differs_from_the_instrument_is_compared_and_taken_over(self):
+        program, panel, setups = self.keep_setups()
+        self.enter(panel, 200, 231, "250n")
+        dialog = setups.compare("alt+r")
+        wait_for("a row", lambda: setups.rows(dialog).dark() > 50)
+        dialog.click(60, 75)
+        dialog.key("alt+i")
+        wait_for("nothing differs", lambda: setups.rows(dialog).dark() == 0)
+        setups.close(dialog)
+        setups.saved_width_becomes(1e-07)
+
+    def test_what_differs_from_a_file_is_compared_and_taken_over_by_keys(self):
+        program, panel, setups = self.keep_setups()
+        self.enter(panel, 200, 231, "250n")
+        dialog = setups.compare("alt+o")
+        setups.name_file("Open setup")
+        dialog = setups.window("Compare settings")
+        wait_for("a row", lambda: setups.rows(dialog).dark() > 50)
+        # From the filter by the page to the table.
+        dialog.key("Tab", "Tab", "ctrl+a", "alt+t")
+        wait_for("nothing differs", lambda: setups.rows(dialog).dark() == 0)
+        setups.close(dialog)
+        setups.saved_width_becomes(1e-07)
 
 
 if __name__ == "__main__":
