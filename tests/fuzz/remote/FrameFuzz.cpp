@@ -74,12 +74,7 @@ void BeginSession(ServerSession &session) {
                      .Bytes());
 }
 
-/// An answer tells its kind and an outcome, whatever the question was.
-void RequireAnswer(const std::string &strAnswer) {
-  if (strAnswer.empty()) return;
-  Reader in(strAnswer);
-  const auto eKind = static_cast<Answer>(in.Get<std::uint8_t>());
-  Require(eKind == Answer::Welcome || eKind == Answer::Result);
+void RequireOutcome(Reader &in) {
   if (const auto intForm = in.Get<std::uint8_t>(); intForm != 0) {
     Require(intForm <= 2);
     in.GetFailure(intForm);
@@ -87,6 +82,28 @@ void RequireAnswer(const std::string &strAnswer) {
   } else {
     Require(!automation::Failed(in.Get<Status>()));
   }
+}
+
+/// The answers of calls that were sent together: each of them one by itself, and only the last a failure.
+void RequireResults(Reader &in) {
+  for (auto lngCount = in.Get<std::uint32_t>(); lngCount > 0; --lngCount) {
+    Reader answer(in.GetText());
+    Require(static_cast<Answer>(answer.Get<std::uint8_t>()) == Answer::Result);
+    const bool fFailed = Reader(answer).Get<std::uint8_t>() != 0;
+    RequireOutcome(answer);
+    Require(!fFailed || lngCount == 1);
+  }
+  Require(in.AtEnd());
+}
+
+/// An answer tells its kind and an outcome, whatever the question was.
+void RequireAnswer(const std::string &strAnswer) {
+  if (strAnswer.empty()) return;
+  Reader in(strAnswer);
+  const auto eKind = static_cast<Answer>(in.Get<std::uint8_t>());
+  if (eKind == Answer::Results) return RequireResults(in);
+  Require(eKind == Answer::Welcome || eKind == Answer::Result);
+  RequireOutcome(in);
 }
 
 }  // namespace
