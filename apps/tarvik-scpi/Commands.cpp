@@ -25,7 +25,7 @@ std::unique_ptr<Talk> TalkWith(const Arguments &arguments, const std::string &st
 
 /// The user's file, which commands change.
 fs::path UsersFile() {
-  const fs::path path = UserInstrumentsFile();
+  fs::path path = UserInstrumentsFile();
   if (path.empty()) throw RunTimeError(ErrPathNotFound, "there is no home folder to keep instruments in");
   return path;
 }

@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "engrspin/EngrSpin.h"
+#include "panel/LostSession.h"
 #include "panel/Panel.h"
 #include "panel/PanelSetups.h"
 #include "panel/PanelStart.h"

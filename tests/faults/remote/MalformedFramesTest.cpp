@@ -27,7 +27,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t GrowthBound = 64u * 1024u * 1024u;
+constexpr std::size_t GrowthBoundOfFrames = 64u * 1024u * 1024u;
 
 /// Somebody else's session: works with an instrument until it is told to end, and counts.
 class Bystander {
@@ -164,7 +164,7 @@ TEST(LiveEntry, MalformedFramesDisturbNobodyAndLeaveNothingOpen) {
   EXPECT_EQ(bystander.lngWrong, 0);
   EXPECT_GT(bystander.lngUploads, 100);
   EXPECT_LT(bystander.dblSlowest, 2.0);
-  EXPECT_LT(lngBytesAfter, lngBytesBefore + GrowthBound);
+  EXPECT_LT(lngBytesAfter, lngBytesBefore + GrowthBoundOfFrames);
   EXPECT_TRUE(WaitUntil([&] { return server.OpenFiles() <= lngFilesBefore + AttackerCount; })) << server.OpenFiles();
 
   const std::string strLog = server.LogText();
