@@ -59,8 +59,15 @@ class Parser {
          [&](const std::string &strName) { rules.allowedClients.insert(strName); });
     Each("--allow-file", "FILE", "such names, one a line, # begins a comment",
          [&](const std::string &strFile) { AddNames(rules.allowedClients, ReadRules(strFile)); });
-    Each("--driver", "PROGID", "a driver that clients may use (default: KolvenAtl.Kolven); may be repeated",
-         [&](const std::string &strProgId) { options.drivers.insert(strProgId); });
+    Each("--driver", "PROGID[/NAME]",
+         "a driver that clients may use (default: KolvenAtl.Kolven), by its name where several are installed; may be "
+         "repeated",
+         [&](const std::string &strGiven) {
+           const std::size_t lngProgId = strGiven.find('/');
+           const std::string strProgId = strGiven.substr(0, lngProgId);
+           options.drivers.insert(strProgId);
+           line.chosenDrivers[strProgId] = lngProgId == std::string::npos ? "" : strGiven.substr(lngProgId + 1);
+         });
     m_app.add_flag("--insecure", options.fInsecure, "no transport security; on a loopback address only");
     Number<std::size_t>("--max-clients", "N", "clients at a time (default: 64)", options.lngClients, 1, 10'000);
     Number<std::size_t>("--max-sessions", "N", "sessions of clients with one name at a time (default: 16)",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@ namespace tarvik::remote {
 /// What the server program is asked to do.
 struct ServerCommandLine {
   ServerOptions options;
+  /// The names of the drivers that are chosen for ProgIDs; the others are created by the driver without a name.
+  std::map<std::string, std::string> chosenDrivers;
   /// Empty: standard error.
   std::string strLogFile;
   LogFormat eLogFormat = LogFormat::Text;

@@ -131,6 +131,7 @@ int Run(int argc, char **argv) {
   // gRPC shutdown can block for ten seconds on a dead connection. An extra grpc_init keeps the library initialized, so
   // that the process exits without the shutdown.
   grpc_init();
+  for (const auto &[strProgId, strName] : line.chosenDrivers) automation::ChooseDriver(strProgId, strName);
   const auto create = [](const std::string &strProgId) { return automation::CreateObject(strProgId, ""); };
   DriverServer server(line.options, create, *log);
   std::optional<ControlSocket> control;

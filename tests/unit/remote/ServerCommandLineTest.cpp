@@ -7,6 +7,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
 
 ServerCommandLine Parsed(std::vector<std::string> arrArguments) {
   arrArguments.insert(arrArguments.begin(), "tarvik-driver-server");
@@ -40,6 +42,14 @@ TEST(ServerCommandLine, EachOptionIsTaken) {
   EXPECT_EQ(line.options.keepalive, std::chrono::hours(1));
   EXPECT_EQ(line.strLogFile, "server.log");
   EXPECT_THAT(line.options.rules.allowedClients, ElementsAre("bench", "hall3"));
+}
+
+TEST(ServerCommandLine, ADriverCanBeChosenByItsName) {
+  const ServerCommandLine line =
+      Parsed({"--insecure", "--driver", "KolvenAtl.Kolven/scpi", "--driver", "Bench.Driver"});
+  EXPECT_THAT(line.options.drivers, ElementsAre("Bench.Driver", "KolvenAtl.Kolven"));
+  EXPECT_THAT(line.chosenDrivers, ElementsAre(Pair("Bench.Driver", ""), Pair("KolvenAtl.Kolven", "scpi")));
+  EXPECT_THAT(Parsed({"--insecure"}).chosenDrivers, IsEmpty());
 }
 
 TEST(ServerCommandLine, OfAnOptionGivenTwiceTheLastCounts) {
