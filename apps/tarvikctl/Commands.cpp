@@ -125,7 +125,7 @@ void Apply(const std::vector<Change> &arrChanges, Setup &setup) {
   };
   for (const auto &[place, strText] : arrChanges) {
     try {
-      place.setting->Write(setup, place.lngChannel, ReadEntryText(*place.setting, setup, place.lngChannel, strText));
+      WriteAsMeant(place, setup, ReadEntryText(*place.setting, setup, place.lngChannel, strText));
     } catch (const RunTimeError &error) {
       refuse(place, error.Description());
     }

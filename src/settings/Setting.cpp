@@ -60,6 +60,18 @@ std::optional<SettingPlace> FindSetting(std::string_view strKey) {
   return std::nullopt;
 }
 
+void WriteAsMeant(const SettingPlace &place, Setup &setup, const SettingValue &value) {
+  const auto &[setting, lngChannel] = place;
+  std::vector<std::pair<const Setting *, SettingValue>> arrKept;
+  if (setting->fNotation)
+    for (const Setting &written : Settings())
+      if (written.Stored && written.ePage == setting->ePage && written.fPerChannel == setting->fPerChannel &&
+          written.IsStored(setup, lngChannel))
+        arrKept.emplace_back(&written, written.Read(setup, lngChannel));
+  setting->Write(setup, lngChannel, value);
+  for (const auto &[kept, meant] : arrKept) kept->Write(setup, lngChannel, meant);
+}
+
 Setup Canonical(const Setup &setup) {
   Setup canonical;
   canonical.Instrument = setup.Instrument;

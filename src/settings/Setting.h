@@ -99,6 +99,10 @@ struct SettingPlace {
 /// Finds what a key with its channel names. Empty for a key that is none, also where a channel is missing or too much.
 std::optional<SettingPlace> FindSetting(std::string_view strKey);
 
+/// Writes the value as a user means it: a setting that says how others are written has these written anew, so that they
+/// mean what they meant. Levels of 2.5 V and 0 V become an offset of 1.25 V and an amplitude of 2.5 V.
+void WriteAsMeant(const SettingPlace &place, Setup &setup, const SettingValue &value);
+
 /// Calls action(setting, lngChannel) for every setting that the setup's instrument has and the setup keeps, in the
 /// order of the table.
 template <class Action>

@@ -198,6 +198,12 @@ TEST_F(TarvikCtlOnServer, SetsSeveralSettingsInOneTransaction) {
             "mode.armingSource=Ttlt3\n=> 0");
 }
 
+TEST_F(TarvikCtlOnServer, AnotherLevelFormatLeavesTheLevelsAlone) {
+  Says("set VP-210 levels.high[1]=3V levels.low[1]=1V");
+  EXPECT_EQ(Says("set VP-210 levels.format[1]=OffsetAmplitude"), "=> 0");
+  EXPECT_EQ(Says("get VP-210 levels.high[1] levels.low[1]"), "levels.high[1]=3V\nlevels.low[1]=1V\n=> 0");
+}
+
 TEST_F(TarvikCtlOnServer, WhatTheInstrumentRefusesChangesNothing) {
   Says("save VP-210 before.json");
   EXPECT_EQ(Says("set VP-210 timing.delay[2]=10ns timing.width[1]=5ms levels.low[1]=10V"),

@@ -329,5 +329,18 @@ TEST(SettingText, ObjectsToWhatIsOutOfRange) {
   EXPECT_EQ(ObjectionTo("mode.armingSource", Long{eVxiTtlt0}, eLacksVxiLines), "the instrument does not have Ttlt0");
 }
 
+TEST(SettingTable, AnotherNotationLeavesWhatTheNumbersMean) {
+  tarvik::Setup setup = SampleSetup();
+  setup.Levels.dblAmplOrHigh[1] = 3;
+  setup.Levels.dblOffsetOrLow[1] = 1;
+  WriteAsMeant(*FindSetting("levels.format[1]"), setup, Long{eLevelOffsetAmplitude});
+  EXPECT_EQ(setup.Levels.eOutputLevel[1], eLevelOffsetAmplitude);
+  EXPECT_EQ(setup.Levels.dblAmplOrHigh[1], 2);
+  EXPECT_EQ(setup.Levels.dblOffsetOrLow[1], 2);
+  EXPECT_EQ(setup.Levels.dblAmplOrHigh[2], SampleSetup().Levels.dblAmplOrHigh[2]);
+  WriteAsMeant(*FindSetting("mode.pllFormat"), setup, Long{ePllPeriod});
+  EXPECT_EQ(setup.Mode.PllPeriodOrFreq, 500e-9) << "of 2 MHz";
+}
+
 }  // namespace
 }  // namespace tarvik::test
