@@ -342,7 +342,9 @@ TEST_F(InstrumentFace, AnEmptyVariantIsZeroFalseAndTheEmptyText) {
   EXPECT_EQ(record.Invoke("lngNumChannels", AsPut, {AutomationVariant{}}), StatusOk);
   EXPECT_EQ(record.Invoke("strProductId", AsPut, {AutomationVariant{}}), StatusOk);
   EXPECT_EQ(record.Call("lngNumChannels", {}, AsGet).lVal, 0);
-  EXPECT_EQ(ToText(record.Call("strProductId", {}, AsGet).bstrVal), "");
+  const AutomationVariant vProduct = record.Call("strProductId", {}, AsGet);
+  EXPECT_EQ(ToText(vProduct.bstrVal), "");
+  FreeString(vProduct.bstrVal);
   AutomationVariant vNull{};
   vNull.vt = 1;
   EXPECT_EQ(record.Invoke("lngNumChannels", AsPut, {vNull}), StatusTypeMismatch);
