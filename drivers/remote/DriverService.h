@@ -50,7 +50,7 @@ class DriverService final : public DriverSession::Service {
     std::chrono::system_clock::time_point since{};
     bool fGreeted = false;
     std::uint64_t lngBytes = 0;  ///< that the client sent; for its own thread
-    std::string strCut;          ///< why the server ended it
+    std::string strCut{};        ///< why the server ended it
   };
   using Sessions = std::list<Session>;
   class Entered;

@@ -78,7 +78,7 @@ class Proxy : public automation::Object<Interface> {
     asked.strArguments = arguments.Take();
     if (!automation::ReadAhead::OfThread().strName) return asked;
     Writer inputs;
-    const auto put = [&](auto arg) {
+    [[maybe_unused]] const auto put = [&](auto arg) {
       if constexpr (!std::is_pointer_v<decltype(arg)>) Outgoing<decltype(arg)>::Send(inputs, arg);
     };
     (put(args), ...);
