@@ -108,19 +108,8 @@ double SecondsOf(const auto &work) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-struct Cost {
-  double dblSeconds = 0;
-  std::uint64_t lngTrips = 0;
-};
-
-Cost CostOf(const auto &work) {
-  const std::uint64_t lngBefore = RoundTripsSoFar();
-  const double dblSeconds = SecondsOf(work);
-  return {dblSeconds, RoundTripsSoFar() - lngBefore};
-}
-
 void PrintDistances(const Server &server, ServedHost &host) {
-  std::printf("A download of all settings, seconds (round trips)\n");
+  std::printf("A download of all settings, seconds\n");
   std::printf("%10s %20s %20s %20s\n", "delay", "call by call", "the first ahead", "ahead when known");
   for (const int intMilliseconds : {0, 1, 20, 50}) {
     const DelayingRelay relay(server.Port(), std::chrono::milliseconds(intMilliseconds));
@@ -129,12 +118,11 @@ void PrintDistances(const Server &server, ServedHost &host) {
     if (!instr.Connect() || !instr.OpenInstrument(InstrumentName, False, False, False))
       throw std::runtime_error("the instrument is not opened");
     Setup setup;
-    const Cost first = CostOf([&] { ReadSetup(instr, setup); });
-    const Cost known = CostOf([&] { ReadSetup(instr, setup); });
-    const Cost plain = CostOf([&] { ReadParts(instr, setup, eAllParts); });
+    const double dblFirst = SecondsOf([&] { ReadSetup(instr, setup); });
+    const double dblKnown = SecondsOf([&] { ReadSetup(instr, setup); });
+    const double dblPlain = SecondsOf([&] { ReadParts(instr, setup, eAllParts); });
     std::printf("%7d ms", intMilliseconds);
-    for (const Cost &cost : {plain, first, known})
-      std::printf("%13.3f (%4llu)", cost.dblSeconds, static_cast<unsigned long long>(cost.lngTrips));
+    for (const double dblSeconds : {dblPlain, dblFirst, dblKnown}) std::printf("%21.3f", dblSeconds);
     std::printf("\n");
     instr.CloseInstrument();
   }
