@@ -29,7 +29,9 @@ std::string RunningText(const KnownSetup &known, Long lngChannel, Boolean fIsCom
 
   std::string strRunning;
   for (const Setting &setting : Settings()) {
-    if (std::ranges::find(Keys, setting.strKey) == std::end(Keys)) continue;
+    // What is marked is known, and told beside what is always told.
+    const bool fMarked = std::ranges::find(arrDiffering, &setting, &SetupDifference::setting) != arrDiffering.end();
+    if (std::ranges::find(Keys, setting.strKey) == std::end(Keys) && !(fMarked && ShapesOutput(setting))) continue;
     const Long lngPlace = setting.fPerChannel ? lngChannel : 0;
     if (known.Knows(setting, lngPlace) && setting.IsInUse(known.Values(), lngPlace))
       Append(strRunning, setting, ShownText(setting, known.Values(), lngPlace, ShownDigits, chSeparator));

@@ -1,6 +1,6 @@
 #include "settings/RunningOutput.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "SetupSamples.h"
 
@@ -29,6 +29,15 @@ TEST(RunningOutput, LeavesOutWhatIsNotKnown) {
   shown.Levels.dblOffsetOrLow[1] = 1;
   EXPECT_EQ(RunningText(known, 1, False, Differences(shown, SampleSetup())),
             "Output 1 runs with High 2.500 V, Low 0.000 V and not with the marked Low 1.000 V");
+}
+
+TEST(RunningOutput, TellsWhatTheInstrumentHasOfEverythingMarked) {
+  KnownSetup known;
+  known.TakeRead(ePageTiming, SampleSetup());
+  tarvik::Setup shown = SampleSetup();
+  shown.Timing.dblLeading[2] = 5e-9;
+  EXPECT_THAT(RunningText(known, 2, False, Differences(shown, SampleSetup())),
+              testing::HasSubstr("Leading Edge 3.000 ns"));
 }
 
 TEST(RunningOutput, OtherPagesDoNotCount) {
