@@ -6,6 +6,9 @@ option(TARVIK_PRECOMPILE "Precompile the headers of the toolkit and of the test 
 set(TARVIK_HEADERS_STANDARD
   <algorithm> <array> <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <string_view> <utility>
   <vector>)
+if(WIN32)
+  list(APPEND TARVIK_HEADERS_STANDARD "${CMAKE_SOURCE_DIR}/src/automation/Abi.h")
+endif()
 set(TARVIK_HEADERS_TOOLKIT
   <QApplication> <QComboBox> <QEvent> <QGroupBox> <QKeyEvent> <QLabel> <QLineEdit> <QMenu> <QMessageBox> <QPainter>
   <QPointer> <QPushButton> <QRadioButton> <QTimer> <QTreeWidget> <QVBoxLayout> <QVariant> <QWheelEvent> <QWidget>)

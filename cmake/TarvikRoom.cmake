@@ -23,11 +23,19 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-# tarvik_add_room(NAME [HEADERS kind] source...): the library of one room without the toolkit, target tarvik_NAME. For the
-# kinds of precompiled headers see TarvikHeaders.cmake.
+# tarvik_add_room(NAME [DLL] [HEADERS kind] source...): the library of one room without the toolkit, target tarvik_NAME. With
+# DLL it is one for Windows, which exports all it has, to programs of the same compiler. For the kinds of precompiled
+# headers see TarvikHeaders.cmake.
 function(tarvik_add_room name)
-  cmake_parse_arguments(arg "" "HEADERS" "" HEADERS plain ${ARGN})
-  add_library(tarvik_${name} STATIC ${arg_UNPARSED_ARGUMENTS})
+  cmake_parse_arguments(arg "DLL" "HEADERS" "" HEADERS plain ${ARGN})
+  set(sort STATIC)
+  if(arg_DLL AND WIN32)
+    set(sort SHARED)
+  endif()
+  add_library(tarvik_${name} ${sort} ${arg_UNPARSED_ARGUMENTS})
+  if(sort STREQUAL SHARED)
+    set_target_properties(tarvik_${name} PROPERTIES OUTPUT_NAME tarvik${name} WINDOWS_EXPORT_ALL_SYMBOLS ON)
+  endif()
   target_link_libraries(tarvik_${name} PUBLIC tarvik_build)
   tarvik_share_headers(tarvik_${name} ${arg_HEADERS})
 endfunction()
