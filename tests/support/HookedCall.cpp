@@ -120,6 +120,26 @@ void HookedCall::ReplaceBytes(Long lngLowerBound, const std::vector<Byte> &arrBy
   m_lngFilled |= std::uint32_t{1} << k;
 }
 
+void HookedCall::ResizeBytes(std::size_t count) {
+  std::vector<Byte> arrBytes = In<std::vector<Byte>>(ArrayArgument());
+  arrBytes.resize(count);
+  ReplaceBytes(LowerBound(), arrBytes);
+}
+
+void HookedCall::EmptyTexts() {
+  for (std::size_t k = 0; k < m_arrArguments.size(); ++k) {
+    if (!(m_lngFilled >> k & 1) || operation.parameters[k].kind != Parameter::Text) continue;
+    auto &text = At<automation::AutomationString>(m_arrArguments[k]);
+    automation::FreeString(text);
+    text = automation::AllocString("");
+  }
+}
+
+void HookedCall::OverwriteReals(Double dblValue) {
+  for (std::size_t k = 0; k < m_arrArguments.size(); ++k)
+    if (m_lngFilled >> k & 1 && operation.parameters[k].kind == Parameter::Real) PutNumber(k, dblValue);
+}
+
 Long HookedCall::LowerBound() const {
   const auto *pArray = At<automation::AutomationArray *>(m_arrArguments[ArrayArgument()]);
   return pArray ? automation::ToByteArray(pArray).LowerBound() : 1;
@@ -144,6 +164,10 @@ void HookedCall::HandUnknown() {
   if (!operation.fGeneric) throw std::logic_error(std::string(operation.strPath) + ": the reference is not generic");
   strHanded = UnknownThing;
   StoreObject(m_arrArguments.back(), automation::MakeObject<HookedObject<IUnknownThing>>(place, UnknownThing).Detach());
+}
+
+automation::Ref<automation::IUnknown> MakeForeignObject(DriverHook &hook) {
+  return automation::MakeObject<HookedObject<IUnknownThing>>(HookedPlace{&hook}, UnknownThing);
 }
 
 }  // namespace tarvik::test

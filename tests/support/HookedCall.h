@@ -127,6 +127,11 @@ class HookedCall {
   void FillBytes(const std::vector<Byte> &arrBytes);
   /// Puts a new array in place of the caller's.
   void ReplaceBytes(Long lngLowerBound, const std::vector<Byte> &arrBytes);
+  /// The same with as many elements as told, of which those that there are stay.
+  void ResizeBytes(std::size_t count);
+  /// Writes over every text, or every real number, that was filled.
+  void EmptyTexts();
+  void OverwriteReals(Double dblValue);
   /// The lower bound of the caller's array; 1 without one.
   Long LowerBound() const;
 

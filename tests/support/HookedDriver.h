@@ -19,5 +19,7 @@ class DriverHook {
 
 /// A root object whose operations, and those of all objects that follow from it, are the hook's. It outlives them.
 automation::Ref<automation::IUnknown> MakeHookedRoot(DriverHook &hook);
+/// The same without any interface of the contract.
+automation::Ref<automation::IUnknown> MakeForeignObject(DriverHook &hook);
 
 }  // namespace tarvik::test

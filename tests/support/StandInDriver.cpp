@@ -124,11 +124,16 @@ void StandInDriver::FailMatching(const std::string &strPrefix, int intNumber, Dr
   m_arrMatching.push_back({strPrefix, intNumber - 1, intCount, std::move(failure)});
 }
 
+void StandInDriver::SpoilAt(int intNumber, DriverFault eFault, int intCount) {
+  if (eFault == DriverFault::Status) return FailAt(intNumber, {Refused, "driver failed"}, intCount);
+  const int intFirst = m_intCounter + intNumber;
+  m_arrSpoilt.push_back({intFirst, intFirst + intCount - 1, eFault});
+}
+
 void StandInDriver::ClearFaults() {
   m_arrNumbered.clear();
   m_arrMatching.clear();
-  m_arrNothing.clear();
-  m_arrWrong.clear();
+  m_arrSpoilt.clear();
 }
 
 std::optional<DriverFailure> StandInDriver::Enter(const std::string &strPlain, const std::string &strWithPath) {
@@ -149,12 +154,10 @@ std::optional<DriverFailure> StandInDriver::Enter(const std::string &strPlain, c
   return failure;
 }
 
-bool StandInDriver::IsNothing() const {
-  return std::find(m_arrNothing.begin(), m_arrNothing.end(), m_intCounter) != m_arrNothing.end();
-}
-
-bool StandInDriver::IsWrong() const {
-  return std::find(m_arrWrong.begin(), m_arrWrong.end(), m_intCounter) != m_arrWrong.end();
+bool StandInDriver::IsSpoilt(DriverFault eFault) const {
+  return std::ranges::any_of(m_arrSpoilt, [&](const SpoiltCalls &calls) {
+    return calls.eFault == eFault && m_intCounter >= calls.intFirst && m_intCounter <= calls.intLast;
+  });
 }
 
 void StandInDriver::Trace(const std::string &strLine) {
@@ -183,7 +186,7 @@ automation::Status StandInDriver::Run(HookedCall &call) {
   std::optional<DriverFailure> failure = Enter(strInterface + strLine, strWithPath);
   if (!failure) {
     try {
-      StandInEffectOf(call.operation)({*this, call});
+      Answer(call);
     } catch (const DriverFailure &own) {
       failure = own;
     }
@@ -193,6 +196,14 @@ automation::Status StandInDriver::Run(HookedCall &call) {
     return failure->strText.empty() ? failure->lngNumber : automation::Fail(failure->lngNumber, failure->strText);
   if (!strLeftBehind.empty()) automation::SetErrorInfo(strLeftBehind);
   return automation::StatusOk;
+}
+
+void StandInDriver::Answer(HookedCall &call) {
+  if (IsSpoilt(DriverFault::Delay) && OnDelay) OnDelay();
+  if (IsSpoilt(DriverFault::Unfilled) && Concerns(DriverFault::Unfilled, call.operation)) return;
+  StandInEffectOf(call.operation)({*this, call});
+  for (const DriverFault eFault : AllDriverFaults)
+    if (IsSpoilt(eFault) && Concerns(eFault, call.operation)) SpoilAnswer(call, eFault);
 }
 
 void StandInDriver::CountReference(std::string_view strInterface, int intStep) {
@@ -214,9 +225,12 @@ automation::Ref<automation::IUnknown> StandInDriver::Create(const std::string &s
     Trace(strLine + " -> " + Outcome(*failure));
     throw RunTimeError(failure->lngNumber, failure->strText);
   }
-  const bool fNothing = creation.fNothing || IsNothing();
-  Trace(strLine + " -> " + (fNothing ? "nothing" : "IDriverRoot"));
-  return fNothing ? nullptr : MakeHookedRoot(*this);
+  if (IsSpoilt(DriverFault::Delay) && OnDelay) OnDelay();
+  const bool fNothing = creation.fNothing || IsSpoilt(DriverFault::Nothing);
+  const bool fWrong = !fNothing && IsSpoilt(DriverFault::WrongObject);
+  Trace(strLine + " -> " + (fNothing ? "nothing" : fWrong ? "another object" : "IDriverRoot"));
+  if (fNothing) return nullptr;
+  return fWrong ? MakeForeignObject(*this) : MakeHookedRoot(*this);
 }
 
 }  // namespace tarvik::test

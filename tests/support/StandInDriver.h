@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "DriverFault.h"
 #include "HookedDriver.h"
 #include "RegisteredDriver.h"
 #include "StandInState.h"
@@ -39,6 +40,8 @@ class StandInDriver : private DriverHook {
   /// No instruments, no faults, no queued creations; OnTrace stays.
   void Reset();
 
+  /// Called in the middle of a call that takes its time.
+  std::function<void()> OnDelay;
   /// Called with the line of each operation: "Interface{path}.Operation(arguments) -> outcome".
   std::function<void(const std::string &)> OnTrace;
   /// The same lines, until somebody takes them.
@@ -60,9 +63,12 @@ class StandInDriver : private DriverHook {
   void FailAt(int intNumber, DriverFailure failure, int intCount = 1);
   /// The same for the operations whose line begins with the text, with or without the path.
   void FailMatching(const std::string &strPrefix, int intNumber, DriverFailure failure, int intCount = 1);
+  /// The operation of this number from now on, and the ones behind it up to the count, go wrong in this way, where it
+  /// concerns them.
+  void SpoilAt(int intNumber, DriverFault eFault, int intCount = 1);
   /// The operation of this number hands out nothing, or an object that has no known interface.
-  void NothingAt(int intNumber) { m_arrNothing.push_back(m_intCounter + intNumber); }
-  void WrongAt(int intNumber) { m_arrWrong.push_back(m_intCounter + intNumber); }
+  void NothingAt(int intNumber) { SpoilAt(intNumber, DriverFault::Nothing); }
+  void WrongAt(int intNumber) { SpoilAt(intNumber, DriverFault::WrongObject); }
   void ClearFaults();
 
   /// The lower bound of the pattern arrays that it hands out.
@@ -84,9 +90,8 @@ class StandInDriver : private DriverHook {
 
   // For the effects of operations.
 
-  /// What is scripted for the operation at work: it hands out nothing, or an object of an unknown interface.
-  bool IsNothing() const;
-  bool IsWrong() const;
+  /// What is scripted for the operation at work.
+  bool IsSpoilt(DriverFault eFault) const;
   std::string TakeErrors() { return std::exchange(strErrors, {}); }
   std::string TakeWarnings();
 
@@ -99,6 +104,10 @@ class StandInDriver : private DriverHook {
     int intFirst, intLast;
     DriverFailure failure;
   };
+  struct SpoiltCalls {
+    int intFirst, intLast;
+    DriverFault eFault;
+  };
   struct MatchingFault {
     std::string strPrefix;
     int intBefore, intCount;
@@ -108,6 +117,8 @@ class StandInDriver : private DriverHook {
   /// In one order for all operations: it is counted, fails or takes effect, and its line is written.
   automation::Status Run(HookedCall &call) override;
   void CountReference(std::string_view strInterface, int intStep) override;
+  /// Runs the effect of the operation as far as it is not spoilt.
+  void Answer(HookedCall &call);
   /// Numbers the operation and tells its failure.
   std::optional<DriverFailure> Enter(const std::string &strPlain, const std::string &strWithPath);
   void Trace(const std::string &strLine);
@@ -116,7 +127,7 @@ class StandInDriver : private DriverHook {
   std::deque<Creation> m_arrCreations;
   std::vector<NumberedFault> m_arrNumbered;
   std::vector<MatchingFault> m_arrMatching;
-  std::vector<int> m_arrNothing, m_arrWrong;
+  std::vector<SpoiltCalls> m_arrSpoilt;
   std::map<std::string, int> m_references;
   int m_intCounter = 0;
   RegisteredDriver m_registered;

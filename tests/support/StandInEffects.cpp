@@ -266,16 +266,16 @@ Effects AllEffects() {
 }  // namespace
 
 void StandInWork::Hand() const {
-  if (driver.IsNothing()) return;
-  if (driver.IsWrong() && call.operation.fGeneric)
+  if (driver.IsSpoilt(DriverFault::Nothing)) return;
+  if (driver.IsSpoilt(DriverFault::WrongObject) && call.operation.fGeneric)
     call.HandUnknown();
   else
     call.Hand();
 }
 
 void StandInWork::Hand(std::shared_ptr<StandInState> instrument) const {
-  if (driver.IsNothing()) return;
-  if (driver.IsWrong())
+  if (driver.IsSpoilt(DriverFault::Nothing)) return;
+  if (driver.IsSpoilt(DriverFault::WrongObject))
     call.HandUnknown();
   else
     call.Hand(std::move(instrument));
