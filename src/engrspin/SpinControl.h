@@ -51,7 +51,7 @@ class SpinControl : public QWidget {
   std::function<void()> m_changed;
   std::function<void()> m_entered;
   QWidget *m_focusHome = nullptr;
-  QTimer m_repeat;
+  QTimer m_repeat{this};
   Long m_lngValue = 0;
   int m_intHeld = 0;  ///< 1 up, -1 down, 0 none
   bool m_fOnButton = false;

@@ -101,6 +101,21 @@ TEST_F(CboEnhancedTest, AChoiceOfWhatIsAlreadyChosenRaisesNothingAndMarksNothing
   EXPECT_THAT(panel.arrTold, IsEmpty());
 }
 
+TEST_F(CboEnhancedTest, AfterAHandlerThatFailsAUsersChoiceMarksThePageAsBefore) {
+  auto failing = list.Click.ConnectScoped([] { RaiseError(ErrTypeMismatch); });
+  EXPECT_THROW(list.SetListIndex(2), RunTimeError);
+  EXPECT_EQ(list.Text(), "PLL");
+  EXPECT_THAT(panel.arrTold, IsEmpty());
+  QTest::keyClick(&Box(), Qt::Key_Up);
+  EXPECT_EQ(list.Text(), "CLK-IN");
+  EXPECT_THAT(panel.arrTold, ElementsAre(std::pair(ePageIsDirty, eCurrPage)));
+  EXPECT_THAT(host.TakeBoxes(), ElementsAre("box stop: Type mismatch"));
+  failing.Disconnect();
+  QTest::keyClick(&Box(), Qt::Key_Up);
+  EXPECT_EQ(intClicks, 3);
+  EXPECT_EQ(panel.arrTold.size(), 2u);
+}
+
 TEST_F(CboEnhancedTest, AnIndexThatTheListDoesNotHaveIsRefused) {
   list.SetTagX("0");
   list.SetListIndex(2);

@@ -84,6 +84,19 @@ TEST_F(Field, HeldSpinButtonRepeats) {
   EXPECT_TRUE(txt->hasFocus());
 }
 
+TEST_F(Field, AHandlerThatFailsLeavesKeysSpinButtonAndWheelAlive) {
+  MakeVolts(2);
+  field->SetFocus();
+  field->AfterUpdate.Connect([] { RaiseError(ErrTypeMismatch); });
+  for (int i = 1; i <= 2; ++i) {
+    QTest::keyClick(txt, Qt::Key_Up);
+    QTest::mouseClick(spin, Qt::LeftButton, {}, QPoint(3, 3));
+    Wheel(120);
+    EXPECT_EQ(field->Value(), 2 + 3 * i);
+  }
+  EXPECT_EQ(host.intBoxes, 4) << "failures of a key end in it";
+}
+
 TEST_F(Field, SpinButtonTakesATypedEntryFirst) {
   MakeVolts(2);
   field->SetFocus();

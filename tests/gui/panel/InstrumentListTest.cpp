@@ -256,5 +256,18 @@ TEST(InstrumentListFaults, AFailureWhileASessionStartsIsReportedUnderTheProcedur
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }
 
+TEST(InstrumentListFaults, AFailureThatLeavesTheTickingOfARowLeavesTheListAlive) {
+  PanelSession session({.fOpen = false});
+  session.driver.FailMatching("IInstrument.Open", 1, {Refused, "no opening"});
+  session.host.logFailure = ScriptedFailure{ErrPermissionDenied, "Permission denied", 0};
+  session.Tick(0);
+  EXPECT_THAT(session.Ticked(), IsEmpty());
+  session.host.logFailure.reset();
+  session.Forget();
+  session.Tick(0);
+  EXPECT_THAT(session.Ticked(), ElementsAre("Alpha"));
+  EXPECT_THAT(session.Calls({"Open"}), ElementsAre("IInstrument{Alpha}.Open(False, False, True)"));
+}
+
 }  // namespace
 }  // namespace tarvik::test

@@ -138,6 +138,15 @@ TEST_F(ActivationTest, AManifestWithABlankLineNamesNoLibrary) {
   EXPECT_THAT(Failure().Description(), AllOf(HasSubstr(Manifest()), HasSubstr("names no library")));
 }
 
+TEST_F(ActivationTest, AManifestMayEndItsLineAsAnySystemDoes) {
+  for (const char *strEnd : {"", "\n", "\r\n", " \r\n", "\r"}) {
+    WriteManifest(DRIVER_FAILING + std::string(strEnd));
+    EXPECT_THAT(Failure().Description(), HasSubstr(std::string(DRIVER_FAILING) + " gives no class factory"));
+  }
+  WriteManifest("\r\n");
+  EXPECT_THAT(Failure().Description(), EndsWith(" names no library"));
+}
+
 TEST_F(ActivationTest, WhatOthersCanWriteIsNotLoaded) {
   const fs::path library = m_folder / "driver.so";
   fs::copy_file(DRIVER_FAILING, library);

@@ -152,6 +152,21 @@ TEST_F(LogFileTest, InASharedFolderNoLinkIsFollowed) {
   EXPECT_EQ(fs::file_size(own / "file"), 6u);
 }
 
+TEST_F(LogFileTest, ALogWhoseFolderCannotBeMadeIsAPathThatIsNotThere) {
+  const fs::path file = folder / "file", lost = folder / "lost";
+  std::ofstream(file) << "no folder";
+  fs::create_directory_symlink(folder / "nowhere/at/all", lost);
+  for (const fs::path &log : {file / "log.txt", lost / "log.txt"}) {
+    try {
+      host.AppendToFile(log.string(), "record");
+      ADD_FAILURE() << log << " is written";
+    } catch (const RunTimeError &error) {
+      EXPECT_EQ(error.Number(), 76) << log;
+      EXPECT_EQ(error.Description(), "Path not found");
+    }
+  }
+}
+
 TEST_F(LogFileTest, AFolderInPlaceOfTheLogIsAnAccessError) {
   try {
     host.AppendToFile(folder.string(), "record");
