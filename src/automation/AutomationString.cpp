@@ -46,6 +46,11 @@ std::string ToUtf8(std::u16string_view strText) {
 
 #ifdef _WIN32
 
+std::wstring ToWide(std::string_view strText) {
+  const std::u16string strUnits = ToUtf16(strText);
+  return {strUnits.begin(), strUnits.end()};
+}
+
 AutomationString AllocString(std::string_view strText) {
   const std::u16string strWide = ToUtf16(strText);
   return SysAllocStringLen(reinterpret_cast<const OLECHAR *>(strWide.data()), static_cast<UINT>(strWide.size()));

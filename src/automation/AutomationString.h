@@ -21,6 +21,10 @@ TARVIK_AUTOMATION_EXPORT std::uint32_t StringLength(const AutomationChar *bstr);
 TARVIK_AUTOMATION_EXPORT std::string NameText(const AutomationChar *strName);
 
 TARVIK_AUTOMATION_EXPORT std::u16string ToUtf16(std::string_view strText);
+#ifdef _WIN32
+/// The same, as the system's own calls take it.
+TARVIK_AUTOMATION_EXPORT std::wstring ToWide(std::string_view strText);
+#endif
 TARVIK_AUTOMATION_EXPORT std::string ToUtf8(std::u16string_view strText);
 
 /// Owns an automation string.

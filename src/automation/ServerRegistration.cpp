@@ -11,11 +11,6 @@ namespace tarvik::automation {
 
 namespace {
 
-std::wstring Wide(const std::string &strText) {
-  const std::u16string strUnits = ToUtf16(strText);
-  return {strUnits.begin(), strUnits.end()};
-}
-
 /// "{01234567-...}"
 std::wstring ClassKey(const std::string &strProgId) {
   std::array<wchar_t, 64> text{};
@@ -40,7 +35,7 @@ LSTATUS Write(const std::wstring &strKey, const wchar_t *strName, const std::wst
 
 Status RegisterServer(const std::string &strProgId, const std::string &strTitle, const void *pAddress) {
   const std::wstring strClass = ClassKey(strProgId), strServer = strClass + L"\\InprocServer32";
-  const std::wstring strName = Wide(strProgId), strId = strClass.substr(strClass.find(L'{'));
+  const std::wstring strName = ToWide(strProgId), strId = strClass.substr(strClass.find(L'{'));
   const std::wstring strLibrary = FileAt(pAddress).wstring();
   if (strLibrary.empty()) return StatusUnexpected;
   struct {
@@ -48,9 +43,9 @@ Status RegisterServer(const std::string &strProgId, const std::string &strTitle,
     const wchar_t *strName;
     std::wstring strValue;
   } const arrValues[] = {
-      {strName, nullptr, Wide(strTitle)},  {strName + L"\\CLSID", nullptr, strId},
-      {strClass, nullptr, Wide(strTitle)}, {strClass + L"\\ProgID", nullptr, strName},
-      {strServer, nullptr, strLibrary},    {strServer, L"ThreadingModel", L"Apartment"},
+      {strName, nullptr, ToWide(strTitle)},  {strName + L"\\CLSID", nullptr, strId},
+      {strClass, nullptr, ToWide(strTitle)}, {strClass + L"\\ProgID", nullptr, strName},
+      {strServer, nullptr, strLibrary},      {strServer, L"ThreadingModel", L"Apartment"},
   };
   for (const auto &value : arrValues)
     if (const LSTATUS error = Write(value.strKey, value.strName, value.strValue)) {
@@ -61,7 +56,7 @@ Status RegisterServer(const std::string &strProgId, const std::string &strTitle,
 }
 
 Status UnregisterServer(const std::string &strProgId) {
-  for (const std::wstring &strKey : {ClassKey(strProgId), Wide(strProgId)}) {
+  for (const std::wstring &strKey : {ClassKey(strProgId), ToWide(strProgId)}) {
     const LSTATUS error = RegDeleteTreeW(HKEY_CLASSES_ROOT, strKey.c_str());
     if (error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND) return HRESULT_FROM_WIN32(static_cast<DWORD>(error));
   }

@@ -26,11 +26,6 @@ void PrepareThread() {
   static_cast<void>(Prepared);
 }
 
-std::wstring Wide(const std::string &strText) {
-  const std::u16string strUnits = ToUtf16(strText);
-  return {strUnits.begin(), strUnits.end()};
-}
-
 [[noreturn]] void RaiseCannotCreate(const std::string &strProgId, HRESULT status, const char *strWhy) {
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%08lX", static_cast<unsigned long>(status));
@@ -41,7 +36,7 @@ CLSID RegisteredClass(const std::string &strProgId) {
   if (!IsProgId(strProgId)) throw RunTimeError(ErrCannotCreateObject, "Cannot create an object: the name is no ProgID");
   PrepareThread();
   CLSID clsid{};
-  const HRESULT status = CLSIDFromProgID(Wide(strProgId).c_str(), &clsid);
+  const HRESULT status = CLSIDFromProgID(ToWide(strProgId).c_str(), &clsid);
   if (FAILED(status)) RaiseCannotCreate(strProgId, status, "no class of this name is registered");
   return clsid;
 }
@@ -65,7 +60,7 @@ Ref<IUnknown> CreateHere(const std::string &strProgId, const std::string &strDri
 
 Ref<IUnknown> CreateOnServer(const std::string &strProgId, const std::string &strServer) {
   const CLSID clsid = RegisteredClass(strProgId);
-  std::wstring strName = Wide(strServer);
+  std::wstring strName = ToWide(strServer);
   COSERVERINFO server{};
   server.pwszName = strName.data();
   MULTI_QI wanted{};

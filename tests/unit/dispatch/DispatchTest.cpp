@@ -255,7 +255,9 @@ TEST_F(InstrumentFace, RefusesAnArgumentOfAnotherTypeTellsWhichAndChangesNothing
   // Arguments stand last one first, so the first of two is number 1.
   EXPECT_EQ(face.Invoke("Output", AsMethod, {Text("1"), Flag(true)}, nullptr, nullptr, &lngWhich), StatusTypeMismatch);
   EXPECT_EQ(lngWhich, 1u);
-  EXPECT_EQ(face.Invoke("Output", AsMethod, {Number(40000), Flag(true)}), StatusOverflow);
+  lngWhich = 99;
+  EXPECT_EQ(face.Invoke("Output", AsMethod, {Number(40000), Flag(true)}, nullptr, nullptr, &lngWhich), StatusOverflow);
+  EXPECT_EQ(lngWhich, 1u);
   EXPECT_EQ(face.Invoke("Output", AsMethod, {LeftOut(), Flag(true)}), StatusParamNotOptional);
   const Client mode = face.NewRecord("udtModeInfo");
   EXPECT_EQ(face.Invoke("SetTiming", AsMethod, {Object(mode.Get())}), StatusTypeMismatch);
@@ -312,7 +314,7 @@ AutomationVariant Of(std::uint16_t vt, T value) {
   return v;
 }
 
-TEST_F(InstrumentFace, TakesEveryWholeNumberType) {
+TEST_F(InstrumentFace, TakesEveryWholeNumberTypeByValueAndByReference) {
   const Client record = NewFace().NewRecord("udtModeInfo");
   const AutomationVariant numbers[] = {
       Of<std::int8_t>(VtSignedByte, 7),      Of<std::uint8_t>(VtByte, 7),
@@ -323,9 +325,12 @@ TEST_F(InstrumentFace, TakesEveryWholeNumberType) {
   };
   for (const AutomationVariant &vNumber : numbers) {
     SCOPED_TRACE(vNumber.vt);
-    EXPECT_EQ(record.Invoke("BurstLength", AsPut, {Number(0)}), StatusOk);
-    EXPECT_EQ(record.Invoke("BurstLength", AsPut, {vNumber}), StatusOk);
-    EXPECT_EQ(record.Call("BurstLength", {}, AsGet).lVal, 7);
+    AutomationVariant vCopy = vNumber;
+    for (const AutomationVariant &vSent : {vNumber, ByReference(vNumber.vt, &vCopy.llVal)}) {
+      EXPECT_EQ(record.Invoke("BurstLength", AsPut, {Number(0)}), StatusOk);
+      EXPECT_EQ(record.Invoke("BurstLength", AsPut, {vSent}), StatusOk);
+      EXPECT_EQ(record.Call("BurstLength", {}, AsGet).lVal, 7);
+    }
   }
   std::uint32_t lngWhich = 99;
   EXPECT_EQ(record.Invoke("BurstLength", AsPut, {Of<std::uint32_t>(VtUnsignedLong, 0x80000000u)}, nullptr, nullptr,
@@ -446,16 +451,29 @@ TEST_F(InstrumentFace, TakesAndFillsArraysOfVariantsAsScriptsHaveThem) {
   face.Invoke("CloseInstrument", AsMethod);
 }
 
-TEST_F(InstrumentFace, AnArrayOfTwoDimensionsFailsInTheOperation) {
+TEST_F(InstrumentFace, AnArrayOfTwoDimensionsFailsInTheOperationAndStaysAsItIs) {
   const Client face = NewFace();
   ASSERT_TRUE(OpenFirst(face));
-  AutomationArray *bytes = AllocByteArray(0, nullptr, 4), *truths = AllocArray(VtBoolean, 0, 4);
+  const std::uint8_t four[] = {1, 2, 3, 4};
+  AutomationArray *bytes = AllocByteArray(0, four, 4), *truths = AllocArray(VtBoolean, 0, 4);
+  AutomationArray *const bytesBefore = bytes, *const truthsBefore = truths;
   bytes->cDims = truths->cDims = 2;
-  EXPECT_FALSE(face.Truth("SetRz", {ByReference(VtArray | VtBoolean, &truths)}));
-  EXPECT_FALSE(face.Truth("SetPatternArray", {Number(1), ByReference(VtArray | VtByte, &bytes), Number(8)}));
-  EXPECT_THAT(Log(), HasSubstr("  Error: 9 Subscript out of range\r\n  Mod: clsInstrInterface; Proc: SetRz\r\n"));
-  EXPECT_THAT(Log(),
-              HasSubstr("  Error: 9 Subscript out of range\r\n  Mod: clsInstrInterface; Proc: SetPatternArray\r\n"));
+  const AutomationVariant vBytes = ByReference(VtArray | VtByte, &bytes),
+                          vTruths = ByReference(VtArray | VtBoolean, &truths);
+  EXPECT_FALSE(face.Truth("SetRz", {vTruths}));
+  EXPECT_FALSE(face.Truth("GetRz", {vTruths}));
+  EXPECT_FALSE(face.Truth("SetPatternArray", {Number(1), vBytes, Number(8)}));
+  std::int32_t lngLength = 5;
+  EXPECT_FALSE(face.Truth("GetPatternArray", {Number(1), vBytes, ByReference(VtLong, &lngLength)}));
+  EXPECT_EQ(lngLength, 5);
+  EXPECT_FALSE(face.Truth("CalcPRBS", {Number(1), Number(8), Number(7), vBytes}));
+  for (const char *strOperation : {"SetRz", "GetRz", "SetPatternArray", "GetPatternArray", "CalcPRBS"})
+    EXPECT_THAT(Log(), HasSubstr(std::string("  Error: 9 Subscript out of range\r\n  Mod: clsInstrInterface; Proc: ") +
+                                 strOperation + "\r\n"));
+  EXPECT_EQ(bytes, bytesBefore);
+  EXPECT_EQ(truths, truthsBefore);
+  EXPECT_EQ(bytes->cDims, 2);
+  EXPECT_EQ(std::memcmp(bytes->pvData, four, 4), 0);
   bytes->cDims = truths->cDims = 1;
   FreeArray(bytes);
   FreeArray(truths);
