@@ -174,11 +174,7 @@ void InstrPage::StartSession(ListItem *Item) {
     m_panel.SetTabState(ePageIsCurrent, ePageInstr);
     const bool fAutoDownload = m_options.chkAutoDownload.Value() == 1;
     const bool fKeepsChanges = m_panel.Lost().KeepsChanges(fAutoDownload);
-    if (fAutoDownload && !fKeepsChanges) {
-      m_state.mfForceDownloadAll = True;
-      m_panel.cmdDownload_Click();
-      m_state.mfForceDownloadAll = False;
-    }
+    if (fAutoDownload && !fKeepsChanges) m_panel.DownloadAllPages();
   } else {
     Item->SetChecked(False);
     SetHourglass(False);

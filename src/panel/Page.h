@@ -25,6 +25,8 @@ class PanelServices {
   virtual void EnterVisiblePage() = 0;
   /// Reads pages from the instrument, all of them while mfForceDownloadAll is set.
   virtual void cmdDownload_Click() = 0;
+  /// Reads all pages, whatever the option says.
+  virtual void DownloadAllPages() = 0;
   /// What is known of the open instrument's settings.
   virtual KnownSetup &Known() = 0;
   /// The instrument has switched an output at once.

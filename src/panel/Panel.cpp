@@ -458,9 +458,7 @@ void TarvikGUI::Panel::ZorvaneInstr_InstrError() {
   if (lost->IsLost()) return;
   if (optionsPage->chkAutoDownOnError.Value() != 1) return;
   SetTabState(ePageNeedsDownloading, eAllPages);
-  state.mfForceDownloadAll = True;
-  cmdDownload_Click();
-  state.mfForceDownloadAll = False;
+  DownloadAllPages();
 }
 
 }  // namespace tarvik

@@ -46,6 +46,7 @@ class TARVIK_HIDDEN TarvikGUI::Panel final : public PanelServices {
   LostSession &Lost() override { return *lost; }
   void EnterVisiblePage() override { tabMain_Click(); }
   void cmdDownload_Click() override;
+  void DownloadAllPages() override;
   void EnableControlsForChannels(Long lngChannels) override;
   KnownSetup &Known() override;
   void OutputSwitched(Integer intChan, Boolean fState, Boolean fIsComplement) override;

@@ -13,6 +13,7 @@
 #include "panel/SettingMarks.h"
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
+#include "platform/ScopedFlag.h"
 #include "settings/RunningOutput.h"
 #include "support/EventBoundary.h"
 #include "support/Host.h"
@@ -134,6 +135,12 @@ void TarvikGUI::Panel::cmdDownload_Click() {
   state.mfDownloading = False;
   SetHourglass(False);
   ZorvaneInstr().CheckWarnings(False);
+}
+
+void TarvikGUI::Panel::DownloadAllPages() {
+  // A failure that leaves the download must not take the option away from those that follow.
+  const ScopedFlag forcing(gui, state.mfForceDownloadAll);
+  cmdDownload_Click();
 }
 
 // ---- All outputs off ----
