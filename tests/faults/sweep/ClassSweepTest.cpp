@@ -10,7 +10,6 @@
 namespace tarvik::test {
 namespace {
 
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 enum class State { Unconnected, Connected, Online, LocalTransaction, GlobalTransaction };
@@ -112,12 +111,12 @@ class ClassSweep : public testing::TestWithParam<std::size_t> {
       const bool fWithCommand = strCall.starts_with("IInstrument.Transaction(");
       arrCalls.push_back(fWithCommand ? strCall : strCall.substr(0, strCall.find('(')));
     }
-    EXPECT_THAT(arrCalls, ElementsAreArray(expected.driver.arrCalls));
+    EXPECT_EQ(arrCalls, expected.driver.arrCalls);
   }
 
   void ExpectStateAsTold() {
-    EXPECT_THAT(Told(), ElementsAreArray(expected.arrTold));
-    EXPECT_THAT(session.arrEvents, ElementsAreArray(expected.arrEvents));
+    EXPECT_EQ(Told(), expected.arrTold);
+    EXPECT_EQ(session.arrEvents, expected.arrEvents);
     EXPECT_EQ(session.instr->IsConnected(), Boolean(expected.fConnected));
     EXPECT_EQ(session.instr->IsOnline(True), Boolean(expected.fOnline));
     EXPECT_EQ(session.instr->ChannelCount().value_or(0), expected.fOnline ? expected.lngChannels : 0);

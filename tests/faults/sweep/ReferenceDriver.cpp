@@ -1,5 +1,7 @@
 #include "ReferenceDriver.h"
 
+#include <algorithm>
+
 namespace tarvik::test {
 
 void ReferenceDriver::Count(Object object, const std::string &strCall) {
@@ -7,12 +9,17 @@ void ReferenceDriver::Count(Object object, const std::string &strCall) {
   arrCalls.push_back(strCall);
   if (m_case.intCall == 0) return;
   ++m_intCalls;
+  if (Is(DriverFault::NotANumber)) m_arrNotNumbers.push_back(strCall);
   if (Is(DriverFault::Status)) throw Failure{-2147221503, "driver failed"};
 }
 
 bool ReferenceDriver::Is(DriverFault eFault) const {
   return m_case.eFault == eFault && m_case.intCall != 0 &&
          (m_case.fForEver ? m_intCalls >= m_case.intCall : m_intCalls == m_case.intCall);
+}
+
+bool ReferenceDriver::AnswersNoNumber(const std::string &strCall) const {
+  return std::ranges::find(m_arrNotNumbers, strCall) != m_arrNotNumbers.end();
 }
 
 void ReferenceDriver::Do(Object object, const std::string &strCall) { Count(object, strCall); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -29,20 +30,26 @@ class ReferenceDriver {
   long Read(Object object, const std::string &strCall, long lngValue);
   std::string Read(Object object, const std::string &strCall, const std::string &strValue);
 
+  /// Whether the last call has gone wrong in this way.
+  bool Is(DriverFault eFault) const;
+  /// Whether such a call has answered NaN.
+  bool AnswersNoNumber(const std::string &strCall) const;
+
   /// "IEdges.SetLeading"; of Transaction the command too.
   std::vector<std::string> arrCalls;
 
   // What the driver answers.
   long lngChannels = 2, lngMask = 0, lngPulseMode = 0, lngArmingSource = 3;
   std::string strWarnings, strErrors;
-  bool fVerbose = false, fTransaction = false, fOpens = true;
+  std::array<int, 3> patternBytes{1, 1, 1};
+  bool fVerbose = false, fTransaction = false, fOpens = true, fReset = false;
 
  private:
   /// Counts the call and raises its failure. Answers whether it goes wrong in this other way.
   void Count(Object object, const std::string &strCall);
-  bool Is(DriverFault eFault) const;
 
   SweepCase m_case{.intCall = 0};
+  std::vector<std::string> m_arrNotNumbers;
   int m_intCalls = 0;
 };
 

@@ -4,15 +4,22 @@ namespace tarvik::test {
 
 // Frames of the operations.
 
-void ReferenceInstrument::Report(const char *strProc, const Failure &failure) {
+void ReferenceInstrument::Report(const std::string &strModule, const std::string &strProc, const Failure &failure) {
   // At most three reports inside one another ask the driver whether it is to be told at length.
   ++m_intReports;
   const bool fAtLength = m_intReports <= 3 && GetVerboseErrorMsg();
   --m_intReports;
-  const std::string strNames = "clsInstrInterface\r\n" + std::string(strProc) + "\r\n\r\n";
-  Box("stop", (fAtLength ? strNames : "") + failure.strText);
+  Box("stop", (fAtLength ? strModule + "\r\n" + strProc + "\r\n\r\n" : "") + failure.strText);
+  Log(failure, strModule, strProc);
+}
+
+void ReferenceInstrument::Box(const std::string &strIcon, const std::string &strText) {
+  arrTold.push_back("box " + strIcon + ": " + strText);
+}
+
+void ReferenceInstrument::Log(const Failure &failure, const std::string &strModule, const std::string &strProc) {
   arrTold.push_back("log: 02/03/01 04:05\r\n  Error: " + std::to_string(failure.lngNumber) + " " + failure.strText +
-                    "\r\n  Mod: clsInstrInterface; Proc: " + strProc + "\r\n\r\n\r\n");
+                    "\r\n  Mod: " + strModule + "; Proc: " + strProc + "\r\n\r\n\r\n");
 }
 
 void ReferenceInstrument::Reported(const char *strProc, const std::function<void()> &steps,
@@ -20,7 +27,7 @@ void ReferenceInstrument::Reported(const char *strProc, const std::function<void
   try {
     steps();
   } catch (const Failure &failure) {
-    Report(strProc, failure);
+    Report("clsInstrInterface", strProc, failure);
     if (afterwards) afterwards();
   }
 }
@@ -104,6 +111,7 @@ bool ReferenceInstrument::TransactionFinish(bool fGlobalTrans) {
     TransactionCancel();
     ShowErrors(failure.strText);
     arrEvents.push_back("InstrError: " + failure.strText);
+    if (OnInstrError) OnInstrError();
   }
   return fResult;
 }
@@ -216,7 +224,10 @@ bool ReferenceInstrument::InstrumentCommands(int intCommand, std::string &strTex
         if (intCommand == 3 ? fConnected : IsOnline(false)) {
           Hourglass(true);
           switch (intCommand) {
-            case 0: driver.Do(fOnline, "IInstrument.Reset"); break;
+            case 0:
+              driver.Do(fOnline, "IInstrument.Reset");
+              driver.fReset = true;
+              break;
             case 1: strText = driver.Read(fOnline, "IInstrument.SelfTest", std::string("Passed")); break;
             case 2: driver.Do(fOnline, "IInstrument.Calibrate"); break;
             case 3: driver.Do(driver.Fetch(true, "IDriverRoot.GetInstruments"), "IInstrumentList.Refresh"); break;

@@ -15,6 +15,8 @@ namespace tarvik::test {
 /// the class passes them through.
 class ReferenceInstrument {
  public:
+  using Failure = ReferenceDriver::Failure;
+
   ReferenceDriver driver;
   bool fConnected = false, fOnline = false;
   long lngChannels = 0, lngMask = 0;
@@ -24,6 +26,8 @@ class ReferenceInstrument {
   /// Boxes, questions and log records, in order.
   std::vector<std::string> arrTold;
   std::vector<std::string> arrEvents;
+  /// A host that hears InstrError.
+  std::function<void()> OnInstrError;
 
   bool TransactionStart(bool fGlobalTrans);
   bool TransactionFinish(bool fGlobalTrans);
@@ -60,8 +64,14 @@ class ReferenceInstrument {
   void LetVerboseErrorMsg(bool fVerbose);
   bool IsRestricted(long lngBits) const { return (lngMask & lngBits) > 0; }
 
+  /// What a failure is told with that a procedure has an error path for.
+  void Report(const std::string &strModule, const std::string &strProc, const Failure &failure);
+  /// A box, and a record of the log, as the class itself has them.
+  void Box(const std::string &strIcon, const std::string &strText);
+  void Log(const Failure &failure, const std::string &strModule, const std::string &strProc);
+  void Hourglass(bool fOn) { intPointer = fOn ? 11 : 0; }
+
  private:
-  using Failure = ReferenceDriver::Failure;
   using Object = ReferenceDriver::Object;
 
   /// A failure in the steps is reported; then comes what is told for afterwards.
@@ -69,14 +79,9 @@ class ReferenceInstrument {
   void WhileOnline(const char *strProc, const std::function<void()> &steps);
   /// The frame of the operations that send a page.
   bool Sends(const char *strProc, const std::function<void()> &steps);
-  void Report(const char *strProc, const Failure &failure);
   void Ignored(const std::function<void()> &step);
-  void Box(const std::string &strIcon, const std::string &strText) {
-    arrTold.push_back("box " + strIcon + ": " + strText);
-  }
   void ShowErrors(const std::string &strText);
   void Status(const std::string &strText) { arrEvents.push_back("StatusMessage: " + strText); }
-  void Hourglass(bool fOn) { intPointer = fOn ? 11 : 0; }
 
   /// Fetches one object of the open instrument after the other.
   Object At(std::initializer_list<const char *> calls);
