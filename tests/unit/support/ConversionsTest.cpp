@@ -36,6 +36,10 @@ TEST_P(ConversionsTest, NumbersAsText) {
   EXPECT_EQ(CStr(0.000015), Local("1.5E-05"));
   EXPECT_EQ(CStr(123456789012345.0), "123456789012345");
   EXPECT_EQ(CStr(1e15), "1E+15");
+  EXPECT_EQ(CStr(1e9), "1000000000");
+  EXPECT_EQ(CStr(-999999999.0), "-999999999");
+  EXPECT_EQ(CStr(4294967296.0), "4294967296");
+  EXPECT_EQ(CStr(-2.5), Local("-2.5"));
   EXPECT_EQ(CStr(1e300), "1E+300");
   EXPECT_EQ(CStr(Long{-12}), "-12");
   EXPECT_EQ(CStr(True), "True");
@@ -72,6 +76,9 @@ TEST_P(ConversionsTest, RoundingIsHalfToEven) {
 TEST_P(ConversionsTest, WhatDoesNotFitIsAnOverflow) {
   EXPECT_THROW(CInt(32767.5), RunTimeError);
   EXPECT_THROW(CInt(-32769.0), RunTimeError);
+  EXPECT_EQ(CInt(32767.0), 32767);
+  EXPECT_EQ(CInt(-32768.0), -32768);
+  EXPECT_EQ(CLng(2147483647.0), 2147483647);
   EXPECT_THROW(CLng(2147483647.5), RunTimeError);
   EXPECT_EQ(CLng(-2147483648.0), std::numeric_limits<Long>::min());
   EXPECT_THROW(CLng(std::numeric_limits<Double>::quiet_NaN()), RunTimeError);
@@ -102,10 +109,45 @@ TEST_P(ConversionsTest, FormatStrings) {
   EXPECT_EQ(Format(-2147221503, "##### "), "-2147221503 ");
 }
 
+TEST_P(ConversionsTest, FormatStringsWithTextAroundTheDigits) {
+  EXPECT_EQ(Format(-5, "<0.0>"), Local("-<5.0>"));
+  EXPECT_EQ(Format(5, ".00 V"), Local("5.00 V"));
+}
+
+TEST_P(ConversionsTest, FormatStringsShowEachZeroAndNoMoreThanTheirPlaces) {
+  EXPECT_EQ(Format(7, "000"), "007");
+  EXPECT_EQ(Format(7, "#00"), "07");
+  EXPECT_EQ(Format(7, "0#"), "07") << "a place behind a zero is shown as well";
+  EXPECT_EQ(Format(1234, "0"), "1234");
+  EXPECT_EQ(Format(0.5, "#.0#"), Local(".5"));
+  EXPECT_EQ(Format(0.25, "0.0#0"), Local("0.250"));
+  EXPECT_EQ(Format(0.05, "0.0"), Local("0.1")) << "0.05 is a little more than that";
+  EXPECT_EQ(Format(0.04, "0.0"), Local("0.0"));
+  EXPECT_EQ(Format(99.95, "0.0"), Local("100.0")) << "99.95 is a little more than that";
+  EXPECT_EQ(Format(0.996, "0.00"), Local("1.00"));
+  EXPECT_EQ(Format(100, "0.0"), Local("100.0"));
+}
+
+TEST_P(ConversionsTest, FormatStringsWithAnExponent) {
+  EXPECT_EQ(Format(1234, "0.0E+00"), Local("1.2E+03"));
+  EXPECT_EQ(Format(1234, "00.0E+0"), Local("12.3E+2"));
+  EXPECT_EQ(Format(1e-120, "0E+00 V"), "1E-120 V");
+  EXPECT_EQ(Format(9.96, "0.0E+000"), Local("1.0E+001"));
+  EXPECT_EQ(Format(0, "0E+0"), "0E+0");
+}
+
+TEST_P(ConversionsTest, WhatIsNotFiniteHasNoFormat) {
+  for (const Double dblValue : {HUGE_VAL, -HUGE_VAL, std::nan("")}) EXPECT_THROW(Format(dblValue, "0"), RunTimeError);
+}
+
 TEST_P(ConversionsTest, PiecesOfText) {
   EXPECT_THAT(Split("a,,b", ','), ElementsAre("a", "", "b"));
   EXPECT_THAT(Split("", ','), ElementsAre(""));
   EXPECT_EQ(Trim("  a b "), "a b");
+  EXPECT_EQ(Trim("ab"), "ab");
+  EXPECT_EQ(Trim("   "), "");
+  EXPECT_EQ(Replace("abc", "", "x"), "abc");
+  EXPECT_EQ(Replace("aaa", "aa", "b"), "ba");
   EXPECT_EQ(Replace("a;b;", ";", "\r\n"), "a\r\nb\r\n");
 }
 
