@@ -1,5 +1,6 @@
 #include "instrument/clsInstrInterface.h"
 
+#include <new>
 #include <vector>
 
 #include "automation/Activation.h"
@@ -102,7 +103,12 @@ Boolean clsInstrInterface::IsConnected() const { return static_cast<bool>(m->m_R
 
 Boolean clsInstrInterface::IsOnline(Boolean fSilent) const {
   if (m->m_Instr) return True;
-  if (!fSilent) ShowBox("You need to be online to an instrument to perform this operation", BoxIcon::Information);
+  if (fSilent) return False;
+  try {
+    ShowBox("You need to be online to an instrument to perform this operation", BoxIcon::Information);
+  } catch (const std::bad_alloc &) {
+    // The answer has to do.
+  }
   return False;
 }
 
@@ -154,7 +160,7 @@ void clsInstrInterface::CloseInstrument() {
     IgnoreErrors([&] { Call(m->m_Instr, &IInstrument::Close); });
     m->m_Instr = nullptr;
   }
-  m->TellStatus("Offline");
+  IgnoreErrors([&] { m->TellStatus("Offline"); });
   m->m_NumChannels = 0;
   m->m_Restrictions = 0;
 }

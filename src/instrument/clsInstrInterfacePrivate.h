@@ -26,6 +26,9 @@ class TARVIK_HIDDEN clsInstrInterface::Private {
   void FindInstrument(const std::string &strName);
   void TellStatus(const std::string &strStatus) const;
   void ReadSessionState(const std::string &strName);
+  void StartTransaction(Boolean fGlobalTrans, Boolean &fResult);
+  /// Shows and raises why the instrument refused a commit.
+  void TellRefusal(std::string strText) const;
   void RunCommand(InstrCommands eIC, std::string &strT, Integer intT);
   void SwitchOutput(Integer intChan, Boolean fState, Boolean fIsComplement);
   void SendFormats(const BooleanArray &fRz);

@@ -22,19 +22,10 @@ bool IsOpenAtDriver(const automation::Ref<IInstrument> &instrument) {
 Boolean clsInstrInterface::TransactionStart(Boolean fGlobalTrans) {
   Boolean fResult;
   try {
-    if (fGlobalTrans) TransactionCancel();
-    if (m->m_TransActive) return False;
-    if (!IsOnline(False)) return False;
-    // A transaction left open is taken over.
-    if (!IsOpenAtDriver(m->m_Instr)) Call(m->m_Instr, &IInstrument::Transaction, TransactionBegin);
-    fResult = True;
-    m->m_TransActive = True;
-    m->m_GlobalTrans = fGlobalTrans;
-    // Warnings that persist are shown again after this transaction.
-    m->m_LastWarning.clear();
+    RunCatchable([&] { m->StartTransaction(fGlobalTrans, fResult); });
   } catch (const RunTimeError &error) {
     // Not reported, but it may be what tells that the connection is lost.
-    NoteFailure(error.Number(), error.Description());
+    IgnoreErrors([&] { NoteFailure(error.Number(), error.Description()); });
     TransactionCancel();
   }
   return fResult;
@@ -44,26 +35,45 @@ Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
   if (!fGlobalTrans && m->m_GlobalTrans) return False;
   Boolean fResult;
   try {
-    if (IsOnline(False)) {
-      if (IsOpenAtDriver(m->m_Instr)) Call(m->m_Instr, &IInstrument::Transaction, TransactionCommit);
-      fResult = True;
-    }
-    m->m_TransActive = False;
-    m->m_GlobalTrans = False;
+    RunCatchable([&] {
+      if (IsOnline(False)) {
+        if (IsOpenAtDriver(m->m_Instr)) Call(m->m_Instr, &IInstrument::Transaction, TransactionCommit);
+        fResult = True;
+      }
+      m->m_TransActive = False;
+      m->m_GlobalTrans = False;
+    });
   } catch (const RunTimeError &error) {
-    std::string strText = error.Description();
-    NoteFailure(error.Number(), strText);
+    IgnoreErrors([&] { NoteFailure(error.Number(), error.Description()); });
     TransactionCancel();
-    Private::ShowInstrErrors(strText);
-    Tell(InstrError, "InstrError", strText);
+    RunCatchable([&] { m->TellRefusal(error.Description()); });
   }
   return fResult;
+}
+
+void clsInstrInterface::Private::StartTransaction(Boolean fGlobalTrans, Boolean &fResult) {
+  if (fGlobalTrans) face.TransactionCancel();
+  if (m_TransActive || !face.IsOnline(False)) return;
+  // A transaction left open is taken over.
+  if (!IsOpenAtDriver(m_Instr)) Call(m_Instr, &IInstrument::Transaction, TransactionBegin);
+  fResult = True;
+  m_TransActive = True;
+  m_GlobalTrans = fGlobalTrans;
+  // Warnings that persist are shown again after this transaction.
+  m_LastWarning.clear();
+}
+
+void clsInstrInterface::Private::TellRefusal(std::string strText) const {
+  ShowInstrErrors(strText);
+  Tell(face.InstrError, "InstrError", strText);
 }
 
 void clsInstrInterface::TransactionCancel() {
   const auto forget = [this] { m->m_TransActive = m->m_GlobalTrans = False; };
   try {
-    if (IsOnline(False)) IgnoreErrors([&] { Call(m->m_Instr, &IInstrument::Transaction, TransactionAbort); });
+    IgnoreErrors([&] {
+      if (IsOnline(False)) Call(m->m_Instr, &IInstrument::Transaction, TransactionAbort);
+    });
   } catch (const EventEnded &) {
     forget();
     throw;

@@ -48,7 +48,7 @@ void TarvikGUI::Panel::cmdUpload_Click() {
   const auto instr = zorvaneInstr;
   lost->UploadBegins();
   try {
-    UploadPages();
+    RunCatchable([this] { UploadPages(); });
   } catch (const RunTimeError &) {
     ZorvaneInstr().TransactionCancel();
   } catch (const EventEnded &) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "support/RunTimeError.h"
 #include "support/UserEvent.h"
@@ -18,16 +19,16 @@ void ReportUnhandledError(const std::string &strControl, const std::string &strE
 /// EventEnded stops here without a report; the control may have been destroyed by then.
 /// Returns whether the event ran to its end.
 template <class Procedure>
-bool RunUserEvent(const std::string &strControl, const std::string &strEvent, Procedure &&procedure,
+bool RunUserEvent(std::string_view strControl, std::string_view strEvent, Procedure &&procedure,
                   const void *owner = nullptr) {
   const auto run = [&] {
     const UserEvent event(owner);
     try {
       try {
-        std::forward<Procedure>(procedure)();
+        RunCatchable(std::forward<Procedure>(procedure));
         return true;
       } catch (const RunTimeError &error) {
-        ReportUnhandledError(strControl, strEvent, error);
+        ReportUnhandledError(std::string(strControl), std::string(strEvent), error);
       }
     } catch (const EventEnded &) {
       IgnoreErrors([] { SetHourglass(False); });

@@ -13,11 +13,11 @@ namespace tarvik {
 template <class Step, class Afterwards>
 bool RunReported(const char *strModule, const char *strProc, Step &&step, Afterwards &&afterwards) {
   try {
-    std::forward<Step>(step)();
+    RunCatchable(std::forward<Step>(step));
     return true;
   } catch (const RunTimeError &error) {
     try {
-      LogError(strModule, strProc, error.Number(), error.Description());
+      RunCatchable([&] { LogError(strModule, strProc, error.Number(), error.Description()); });
     } catch (...) {
       afterwards();
       throw;

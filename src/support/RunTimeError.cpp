@@ -5,6 +5,7 @@ namespace tarvik {
 const char *StandardDescription(std::int32_t lngNumber) {
   switch (lngNumber) {
     case ErrOverflow: return "Overflow";
+    case ErrOutOfMemory: return "Out of memory";
     case ErrSubscriptOutOfRange: return "Subscript out of range";
     case ErrArrayLocked: return "This array is fixed or temporarily locked";
     case ErrDivisionByZero: return "Division by zero";

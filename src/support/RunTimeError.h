@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -12,6 +13,7 @@ namespace tarvik {
 /// Numbers of the run-time errors that do not come from a driver.
 enum RunTimeErrorNumber : std::int32_t {
   ErrOverflow = 6,
+  ErrOutOfMemory = 7,
   ErrSubscriptOutOfRange = 9,
   ErrArrayLocked = 10,
   ErrDivisionByZero = 11,
@@ -52,12 +54,22 @@ TARVIK_EXPORT const char *StandardDescription(std::int32_t lngNumber);
 /// Throws the RunTimeError of this number with its standard description.
 [[noreturn]] TARVIK_EXPORT void RaiseError(std::int32_t lngNumber);
 
+/// Runs a step of a procedure that has an error path. Memory that could not be had is run-time error 7 there.
+template <class Step>
+decltype(auto) RunCatchable(Step &&step) {
+  try {
+    return std::forward<Step>(step)();
+  } catch (const std::bad_alloc &) {
+    RaiseError(ErrOutOfMemory);
+  }
+}
+
 /// Runs one statement and ignores a RunTimeError that it throws. Other exceptions are
 /// programming errors and propagate.
 template <class Statement>
 void IgnoreErrors(Statement &&statement) {
   try {
-    std::forward<Statement>(statement)();
+    RunCatchable(std::forward<Statement>(statement));
   } catch (const RunTimeError &) {
   }
 }

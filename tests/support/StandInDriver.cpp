@@ -179,7 +179,28 @@ std::map<std::string, int> StandInDriver::References() const {
   return held;
 }
 
+namespace {
+
+/// The driver's turn, for as long as the object lives.
+class Turn {
+ public:
+  explicit Turn(void (*onTurn)(bool)) : m_onTurn(onTurn) { Tell(true); }
+  Turn(const Turn &) = delete;
+  Turn &operator=(const Turn &) = delete;
+  ~Turn() { Tell(false); }
+
+ private:
+  void Tell(bool fDriver) const {
+    if (m_onTurn) m_onTurn(fDriver);
+  }
+
+  void (*m_onTurn)(bool);
+};
+
+}  // namespace
+
 automation::Status StandInDriver::Run(HookedCall &call) {
+  const Turn turn(OnTurn);
   const std::string strInterface(call.operation.Interface());
   const std::string strLine = "." + std::string(call.operation.Name()) + "(" + Words(call.Given()) + ")";
   const std::string strWithPath = strInterface + PathOf(call.place) + strLine;
@@ -207,11 +228,13 @@ void StandInDriver::Answer(HookedCall &call) {
 }
 
 void StandInDriver::CountReference(std::string_view strInterface, int intStep) {
+  const Turn turn(OnTurn);
   m_references[std::string(strInterface)] += intStep;
 }
 
 automation::Ref<automation::IUnknown> StandInDriver::Create(const std::string &strProgId,
                                                             const std::string &strServer) {
+  const Turn turn(OnTurn);
   const std::string strLine = "create(" + Words({strProgId, strServer}) + ")";
   std::optional<DriverFailure> failure = Enter(strLine, strLine);
   // A creation that fails on command takes one behaviour off the queue all the same.

@@ -40,6 +40,8 @@ class StandInDriver : private DriverHook {
   /// No instruments, no faults, no queued creations; OnTrace stays.
   void Reset();
 
+  /// Called when the caller's turn ends (true) and when it begins again (false).
+  void (*OnTurn)(bool fDriver) = nullptr;
   /// Called in the middle of a call that takes its time.
   std::function<void()> OnDelay;
   /// Called with the line of each operation: "Interface{path}.Operation(arguments) -> outcome".
