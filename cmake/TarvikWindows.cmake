@@ -16,11 +16,18 @@ foreach(target utf8cpp nlohmann_json::nlohmann_json CLI11::CLI11)
 endforeach()
 
 # Exceptions cross from one library to another, so all of them share one run-time library.
-foreach(library libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+if(TARVIK_WINDOWS_MACHINE STREQUAL "i686")
+  set(unwinder libgcc_s_dw2-1.dll)
+  # The system looks the exports of a class up by their plain names, without the size of their arguments.
+  add_link_options(-Wl,--add-stdcall-alias)
+else()
+  set(unwinder libgcc_s_seh-1.dll)
+endif()
+foreach(library libstdc++-6.dll ${unwinder} libwinpthread-1.dll)
   execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${library} OUTPUT_VARIABLE file
     OUTPUT_STRIP_TRAILING_WHITESPACE)
   if(NOT EXISTS "${file}")
-    set(file "/usr/x86_64-w64-mingw32/lib/${library}")
+    set(file "/usr/${TARVIK_WINDOWS_MACHINE}-w64-mingw32/lib/${library}")
   endif()
   file(COPY "${file}" DESTINATION "${CMAKE_BINARY_DIR}/bin")
 endforeach()

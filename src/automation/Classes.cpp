@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <map>
 #include <mutex>
 
@@ -76,21 +77,26 @@ bool IsProgId(std::string_view strText) {
 }
 
 Guid ClassIdOf(const std::string &strProgId) {
-  // FNV-1a with 128 bits: offset basis and prime as its authors publish them
-  // (Fowler, Noll, Vo; draft-eastlake-fnv).
-  __extension__ using Wide = unsigned __int128;
-  constexpr Wide Basis = (Wide{0x6c62272e07bb0142} << 64) | 0x62b821756295c58d;
-  constexpr Wide Prime = (Wide{0x0000000001000000} << 64) | 0x000000000000013B;
-  Wide hash = Basis;
+  // FNV-1a with 128 bits: offset basis and prime as its authors publish them (Fowler, Noll, Vo; draft-eastlake-fnv).
+  // The words stand lowest first, since a compiler for 32 bits has no number of 128.
+  std::array<std::uint32_t, 4> hash{0x6295c58d, 0x62b82175, 0x07bb0142, 0x6c62272e};
   for (const char ch : strProgId) {
-    hash ^= static_cast<unsigned char>(ch >= 'A' && ch <= 'Z' ? ch - 'A' + 'a' : ch);
-    hash *= Prime;
+    hash[0] ^= static_cast<unsigned char>(ch >= 'A' && ch <= 'Z' ? ch - 'A' + 'a' : ch);
+    // The prime is 2^88 + 0x13B.
+    const std::uint64_t upper = (std::uint64_t{hash[1]} << 32 | hash[0]) << 24;
+    std::uint64_t carry = 0;
+    for (std::uint32_t &word : hash) {
+      carry += std::uint64_t{word} * 0x13B;
+      word = static_cast<std::uint32_t>(carry);
+      carry >>= 32;
+    }
+    const std::uint64_t sum = (std::uint64_t{hash[3]} << 32 | hash[2]) + upper;
+    hash[2] = static_cast<std::uint32_t>(sum);
+    hash[3] = static_cast<std::uint32_t>(sum >> 32);
   }
-  Guid guid{static_cast<std::uint32_t>(hash >> 96),
-            static_cast<std::uint16_t>(hash >> 80),
-            static_cast<std::uint16_t>(((hash >> 64) & 0x0FFF) | 0x8000),
-            {}};
-  for (int i = 0; i < 8; ++i) guid.Data4[i] = static_cast<std::uint8_t>(hash >> (56 - 8 * i));
+  Guid guid{
+      hash[3], static_cast<std::uint16_t>(hash[2] >> 16), static_cast<std::uint16_t>((hash[2] & 0x0FFF) | 0x8000), {}};
+  for (std::size_t i = 0; i < 8; ++i) guid.Data4[i] = static_cast<std::uint8_t>(hash[1 - i / 4] >> (24 - 8 * (i % 4)));
   guid.Data4[0] = static_cast<std::uint8_t>((guid.Data4[0] & 0x3F) | 0x80);
   return guid;
 }

@@ -284,5 +284,12 @@ TEST(ClassId, DependsOnTheNameAndNotOnItsCase) {
   EXPECT_EQ(ClassIdOf("KolvenAtl.Kolven").Data4[0] >> 6, 2);
 }
 
+TEST(ClassId, StaysWhatRegistriesHold) {
+  EXPECT_EQ(ClassIdOf("KolvenAtl.Kolven"),
+            (Guid{0xD2675325, 0x3502, 0x81BA, {0x83, 0xBA, 0x84, 0xB2, 0xB6, 0x84, 0x13, 0x92}}));
+  EXPECT_EQ(ClassIdOf("TarvikVI.clsInstrInterface"),
+            (Guid{0x202E77E9, 0x90DA, 0x86A1, {0xBF, 0x21, 0x6B, 0x10, 0x11, 0xD7, 0x22, 0x3C}}));
+}
+
 }  // namespace
 }  // namespace tarvik::automation
