@@ -49,13 +49,10 @@ std::string PatternEntry(const PatternStream &stream) {
 }
 
 Double ReadQuantity(const Setting &setting, std::string_view strUnit, const std::string &strText) {
+  // A new number takes all prefixes and the point as separator.
   EngrNumber number;
   number.InitProperties();
   number.SetBaseUnit(std::string(strUnit));
-  number.SetEngrMode(True);
-  number.SetDecimal('.');
-  number.SetMinExponent(LowestExponent);
-  number.SetMaxExponent(HighestExponent);
   Entry entry;
   try {
     entry = number.ReadEntry(strText);
