@@ -65,6 +65,8 @@ bool Connection::Greet(const std::string &strProgId) {
     in.GetSuccess();
     const bool fRoot = in.Get<std::uint8_t>() != KindNothing;
     m_lngLargestFrame = in.Get<std::uint32_t>();
+    // The other half is for what is pending.
+    m_ahead.SetRoom(m_lngLargestFrame > FrameSlack ? (m_lngLargestFrame - FrameSlack) / 2 : 0);
     return fRoot;
   } catch (const ProtocolError &error) {
     Lose(StatusCallLost, std::string("is not understood: ") + error.what());
@@ -95,8 +97,9 @@ ObjectId Connection::Fetch(const Asked &asked) {
   const std::lock_guard lock(m_mutex);
   ObjectId lngNewId = ++m_lngLastId;
   if (m_statusLost != StatusOk) return lngNewId;
-  if (m_ahead.Next(asked, false, lngNewId, m_lngLastId) == ReadingAhead::Way::Waiting) return lngNewId;
+  const auto eWay = m_ahead.Next(asked, false, lngNewId, m_lngLastId);
   ApplyCorrection();
+  if (eWay != CallingAhead::Way::Plain) return lngNewId;
   WriteCommand(m_pending, Command::Fetch, asked, lngNewId);
   SendWhenLarge();
   return lngNewId;
@@ -104,50 +107,60 @@ ObjectId Connection::Fetch(const Asked &asked) {
 
 Status Connection::Call(const Asked &asked, const Take &take) {
   const std::lock_guard lock(m_mutex);
-  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
-  ObjectId lngNewId = 0;
-  const auto eWay = m_ahead.Next(asked, true, lngNewId, m_lngLastId);
-  if (eWay != ReadingAhead::Way::Plain) return CallAhead(eWay, take);
-  ApplyCorrection();
-  Writer call;
-  WriteCommand(call, Command::Call, asked, lngNewId);
-  return CallPlainly(call, take);
+  return Make(asked, 0, [&](Reader &in, ObjectId) { take(in); });
 }
 
-Status Connection::CallForObject(const Asked &asked, const std::function<void(Reader &, ObjectId)> &take) {
+Status Connection::CallForObject(const Asked &asked, const TakeObject &take) {
   const std::lock_guard lock(m_mutex);
-  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
-  ObjectId lngNewId = ++m_lngLastId;
-  const auto eWay = m_ahead.Next(asked, true, lngNewId, m_lngLastId);
-  const auto takeObject = [&](Reader &in) { take(in, lngNewId); };
-  if (eWay != ReadingAhead::Way::Plain) return CallAhead(eWay, takeObject);
-  ApplyCorrection();
-  Writer call;
-  WriteCommand(call, Command::Call, asked, lngNewId);
-  return CallPlainly(call, takeObject);
+  return Make(asked, ++m_lngLastId, take);
 }
 
-/// Sends the trail if it has not been sent, and takes the next of its answers.
-Status Connection::CallAhead(ReadingAhead::Way eWay, const Take &take) {
-  if (eWay == ReadingAhead::Way::Ask) {
-    m_pending.PutBytes(m_ahead.Frame());
-    const std::string strResults = Exchange(m_patience.silence, m_patience.call);
-    if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
-    try {
-      Reader in(strResults);
-      if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Results))
-        throw ProtocolError("an answer of an unknown kind");
-      std::vector<std::string> arrAnswers(std::min<std::size_t>(in.Get<std::uint32_t>(), in.Left()));
-      for (std::string &strAnswer : arrAnswers) strAnswer = in.GetText();
-      if (arrAnswers.empty() || !in.AtEnd()) throw ProtocolError("the answers are not those of the questions");
-      m_ahead.Arrived(std::move(arrAnswers));
-    } catch (const ProtocolError &error) {
-      Lose(StatusCallLost, std::string("is not understood: ") + error.what());
-      return automation::Fail(m_statusLost, m_strLost);
-    }
-    m_pending.PutBytes(m_lateReleases.Take());
+Status Connection::Make(const Asked &asked, ObjectId lngNewId, const TakeObject &take) {
+  if (m_statusLost != StatusOk) return automation::Fail(m_statusLost, m_strLost);
+  const auto eWay = m_ahead.Next(asked, true, lngNewId, m_lngLastId);
+  ApplyCorrection();
+  const Take takeFilled = [&](Reader &in) {
+    m_ahead.Succeeded(asked, in);
+    take(in, lngNewId);
+  };
+  switch (eWay) {
+    case CallingAhead::Way::Over: return automation::StatusFail;
+    case CallingAhead::Way::Noted:
+      if (m_ahead.Foreseen()) {
+        Reader filled(m_ahead.Foreseen()->strFilled);
+        take(filled, 0);
+      }
+      return StatusOk;
+    case CallingAhead::Way::Ask:
+      if (!AskAhead()) return automation::Fail(m_statusLost, m_strLost);
+      [[fallthrough]];
+    case CallingAhead::Way::Take: return Answered(m_ahead.TakeAnswer(), takeFilled);
+    default: break;
   }
-  return Answered(m_ahead.TakeAnswer(), take);
+  Writer call;
+  WriteCommand(call, Command::Call, asked, lngNewId);
+  return CallPlainly(call, takeFilled);
+}
+
+/// Has the trail made from where it stands. False when the connection was lost over it.
+bool Connection::AskAhead() {
+  m_pending.PutBytes(m_ahead.Frame());
+  const std::string strResults = Exchange(m_patience.silence, m_patience.call);
+  if (m_statusLost != StatusOk) return false;
+  try {
+    Reader in(strResults);
+    if (in.Get<std::uint8_t>() != static_cast<std::uint8_t>(Answer::Results))
+      throw ProtocolError("an answer of an unknown kind");
+    std::vector<std::string> arrAnswers(std::min<std::size_t>(in.Get<std::uint32_t>(), in.Left()));
+    for (std::string &strAnswer : arrAnswers) strAnswer = in.GetText();
+    if (arrAnswers.empty() || !in.AtEnd()) throw ProtocolError("the answers are not those of the questions");
+    m_ahead.Arrived(std::move(arrAnswers));
+  } catch (const ProtocolError &error) {
+    Lose(StatusCallLost, std::string("is not understood: ") + error.what());
+    return false;
+  }
+  m_pending.PutBytes(m_lateReleases.Take());
+  return true;
 }
 
 Status Connection::CallPlainly(const Writer &call, const Take &take) {
@@ -182,7 +195,7 @@ Status Connection::Answered(const std::string &strAnswer, const Take &take) {
 
 void Connection::Release(ObjectId lngId, bool fAtOnce) {
   const std::lock_guard lock(m_mutex);
-  if (m_statusLost != StatusOk) return;
+  if (m_statusLost != StatusOk || m_ahead.IsRehearsed(lngId)) return;
   Writer &out = m_ahead.IsHolding() ? m_lateReleases : m_pending;
   out.Put(static_cast<std::uint8_t>(Command::Release));
   out.Put(lngId);

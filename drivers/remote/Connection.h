@@ -9,7 +9,7 @@
 #include <string>
 
 #include "automation/Ref.h"
-#include "remote/ReadingAhead.h"
+#include "remote/CallingAhead.h"
 #include "remote/ServerAddress.h"
 #include "remote/Wire.h"
 
@@ -52,6 +52,7 @@ ClientCredentials LoadClientCredentials();
 class Connection {
  public:
   using Take = std::function<void(Reader &)>;
+  using TakeObject = std::function<void(Reader &, ObjectId)>;
 
   Connection(const ServerAddress &address, const ClientCredentials *pCredentials, const Patience &patience);
   ~Connection();
@@ -66,7 +67,7 @@ class Connection {
   /// Writes a call, sends it with all that was written, and waits. A failure leaves its description as a driver does.
   Status Call(const Asked &asked, const Take &take);
   /// The same for a call that hands out an object, whose number `take` is told.
-  Status CallForObject(const Asked &asked, const std::function<void(Reader &, ObjectId)> &take);
+  Status CallForObject(const Asked &asked, const TakeObject &take);
   /// Releases an object, with the next call or at once.
   void Release(ObjectId lngId, bool fAtOnce);
   /// Waits until the server has done everything posted.
@@ -85,9 +86,10 @@ class Connection {
   friend void SynchroniseConnections();
   friend std::uint64_t RoundTripsSoFar();
 
-  Status Answered(const std::string &strAnswer, const std::function<void(Reader &)> &take);
+  Status Answered(const std::string &strAnswer, const Take &take);
+  Status Make(const Asked &asked, ObjectId lngNewId, const TakeObject &take);
   Status CallPlainly(const Writer &call, const Take &take);
-  Status CallAhead(ReadingAhead::Way eWay, const Take &take);
+  bool AskAhead();
   void ApplyCorrection();
   bool SendPending(std::chrono::milliseconds limit);
   bool Fits(std::size_t lngBytes) const { return lngBytes + FrameSlack <= m_lngLargestFrame; }
@@ -107,7 +109,7 @@ class Connection {
   std::mutex m_mutex;
   Writer m_pending;
   Writer m_lateReleases;  ///< of objects whose fetches wait for a trail
-  ReadingAhead m_ahead;
+  CallingAhead m_ahead;
   std::size_t m_lngLargestFrame = 0;
   ObjectId m_lngLastId = RootId;
   std::atomic<std::uint64_t> m_lngRoundTrips = 0;

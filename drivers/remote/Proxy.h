@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "automation/CallsAhead.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Object.h"
 #include "automation/ReadAhead.h"
@@ -25,6 +26,11 @@ class Proxy : public automation::Object<Interface> {
  public:
   Proxy(std::shared_ptr<Connection> connection, ObjectId lngId, std::uint8_t intInterface)
       : m_connection(std::move(connection)), m_lngId(lngId), m_intInterface(intInterface) {}
+
+  Status TARVIK_CALL QueryInterface(const automation::Guid &riid, void **ppvObject) override {
+    return automation::Object<Interface>::QueryInterface(riid == automation::IidDistant ? Interface::Iid : riid,
+                                                         ppvObject);
+  }
 
  protected:
   /// The release of an instrument is sent at once, that of a block with the next call.

@@ -65,8 +65,8 @@ Failure DriverFailure(Status status) {
 
 /// Longest client-supplied text that is written to the log, bytes.
 constexpr std::size_t MaxShown = 80;
-/// Calls in one frame, and bytes of their answers.
-constexpr std::size_t MostQueued = 256, MostQueuedBytes = 4u * 1024u * 1024u;
+/// Bytes of the answers to one frame.
+constexpr std::size_t MostQueuedBytes = 4u * 1024u * 1024u;
 /// Arguments of numbers alone are smaller, bytes.
 constexpr std::size_t SmallCall = 256;
 /// The resource is in use.
@@ -113,6 +113,7 @@ std::string ServerSession::Work(Reader &in) {
         fQueued = true;
         Queue(in, arrAnswers);
         continue;
+      case Command::Expect: Expect(in, arrAnswers); continue;
       case Command::Release: Release(in); continue;
       case Command::ReleaseIfThere:
         if (Reader id = in; m_objects.contains(id.Get<ObjectId>()))
@@ -121,7 +122,8 @@ std::string ServerSession::Work(Reader &in) {
           in.Get<ObjectId>();
         continue;
       case Command::Untaken:
-        m_log({"untaken", std::to_string(in.Get<std::uint32_t>()) + " reads were asked ahead and not taken"});
+        m_log({"untaken",
+               std::to_string(in.Get<std::uint32_t>()) + " calls were made ahead and their answers not taken"});
         continue;
       case Command::Sync: strAnswer = SuccessFrame(); break;
       default: throw ProtocolError("a command is not known");
@@ -149,6 +151,13 @@ void ServerSession::Queue(Reader &in, std::vector<std::string> &arrAnswers) {
   for (const std::string &strAnswer : arrAnswers) lngBytes += strAnswer.size();
   const bool fFailed = arrAnswers.back()[1] != 0;
   m_fQueueStopped = fFailed || lngBytes > MostQueuedBytes;
+}
+
+/// What follows in the frame was written by a client that foresaw how the answer would end.
+void ServerSession::Expect(Reader &in, const std::vector<std::string> &arrAnswers) {
+  const std::string_view strEnd = in.GetText();
+  if (arrAnswers.empty()) throw ProtocolError("an answer is expected before any call");
+  if (!arrAnswers.back().ends_with(strEnd)) m_fQueueStopped = true;
 }
 
 /// A call of the frame behind one that failed: it is not made, and its objects do not come to be.
@@ -224,7 +233,8 @@ ServerSession::Entry &ServerSession::Find(ObjectId lngId, std::uint8_t intInterf
 /// Calls the driver; the failure is filled when the outcome's status is one.
 Outcome ServerSession::Run(Entry &entry, const Target &target, Reader &in, Failure &failure) {
   Outcome outcome;
-  outcome.fAllArrays = m_fQueuing;
+  // The client of a read may by then hold another array than it had when it was asked ahead.
+  outcome.fAllArrays = m_fQueuing && IsRead(*target.pOperation);
   const Reader before = in;
   static_cast<void>(automation::TakeErrorInfo());
   try {

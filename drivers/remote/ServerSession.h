@@ -85,6 +85,7 @@ class ServerSession {
   std::string Greet(Reader &in);
   std::string Call(Reader &in);
   void Queue(Reader &in, std::vector<std::string> &arrAnswers);
+  void Expect(Reader &in, const std::vector<std::string> &arrAnswers);
   static void SkipCall(Reader &in);
   std::string Work(Reader &in);
   void Fetch(Reader &in);
@@ -119,8 +120,8 @@ class ServerSession {
   bool m_fGreeted = false;
   std::string m_strProgId;
   std::size_t m_lngTransactionBytes = 0;
-  bool m_fQueuing = false;       ///< the call is one of several that were asked ahead
-  bool m_fQueueStopped = false;  ///< a queued call of the frame has failed
+  bool m_fQueuing = false;       ///< the call is one of several in a frame
+  bool m_fQueueStopped = false;  ///< a queued call of the frame has failed or surprised its client
 };
 
 }  // namespace tarvik::remote

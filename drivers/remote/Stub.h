@@ -37,6 +37,15 @@ struct InterfaceTable {
   std::span<const Operation> operations;
 };
 
+/// Whether it only tells something. The queues of errors and warnings are emptied by reading.
+inline bool IsRead(const Operation &operation) {
+  return operation.strName.starts_with("Get") && operation.strName != "GetErrors" && operation.strName != "GetWarnings";
+}
+/// Whether it hands something over and answers nothing but its success.
+inline bool IsSetting(const Operation &operation) {
+  return operation.strName.starts_with("Set") || operation.strName == "Transaction";
+}
+
 /// The contract, in the order of its declarations. The numbers on the wire are positions here.
 std::span<const InterfaceTable> Contract();
 /// Changes with any declaration of the contract.

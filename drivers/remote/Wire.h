@@ -20,7 +20,10 @@ namespace tarvik::remote {
 using automation::Status;
 
 /// Changes whenever the layout of the commands themselves does; the contract has its own fingerprint.
-inline constexpr std::uint16_t WireVersion = 2;
+inline constexpr std::uint16_t WireVersion = 3;
+
+/// Calls in one frame at most.
+inline constexpr std::size_t MostQueued = 256;
 
 /// The client's number for an object; 0 is none. Numbers are never used again, and so wide that none runs out.
 using ObjectId = std::uint64_t;
@@ -37,6 +40,7 @@ enum class Command : std::uint8_t {
   Queue = 6,
   ReleaseIfThere = 7,  ///< object, which may never have come to be
   Untaken = 8,         ///< number of queued calls whose answers nobody wanted, for the log
+  Expect = 9,  ///< end of the answer to the queued call before it; behind another one nothing more of the frame is done
 };
 
 enum class Answer : std::uint8_t {

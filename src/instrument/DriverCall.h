@@ -11,6 +11,7 @@
 #include "automation/Abi.h"
 #include "automation/AutomationArray.h"
 #include "automation/AutomationString.h"
+#include "automation/CallsAhead.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Ref.h"
 #include "support/RunTimeError.h"
@@ -38,7 +39,9 @@ void Call(const automation::Ref<Interface> &object,
   if (!object) RaiseError(ErrObjectNotSet);
   UserEvent::BeforeDriverCall();
   automation::ForgetErrorInfo();
-  automation::Check(((*object).*operation)(drivercall::Outgoing(std::forward<Arguments>(arguments))...));
+  const automation::Status status = ((*object).*operation)(drivercall::Outgoing(std::forward<Arguments>(arguments))...);
+  if (automation::Failed(status)) automation::CallsAhead::LeaveRehearsal();
+  automation::Check(status);
 }
 
 /// Sends a value behind the selector that is always 0.

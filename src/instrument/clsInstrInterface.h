@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "automation/CallsAhead.h"
 #include "instrument/Records.h"
 #include "instrument/Vocabulary.h"
 #include "instrument/viInfo.h"
@@ -48,6 +49,9 @@ class TARVIK_EXPORT clsInstrInterface : public InstrReference {
   /// Commits; False for a local finish within a global transaction. A failing commit is shown, dropped
   /// and raised as InstrError.
   Boolean TransactionFinish(Boolean fGlobalTrans = False);
+  /// Announces TransactionFinish with CheckWarnings right behind it, while what is returned lives: a driver at a
+  /// distance is then asked for both in one go.
+  [[nodiscard]] automation::CallsAhead FinishAhead(Boolean fGlobalTrans = False);
   /// Drops what was sent since the begin; failures are passed over.
   void TransactionCancel();
 

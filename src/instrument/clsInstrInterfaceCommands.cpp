@@ -64,14 +64,10 @@ void SendReference(const Ref<IInstrument> &instrument, Double &dblFreq, Long eSo
 }  // namespace
 
 Boolean clsInstrInterface::PllRefSource(Double &dblFreq, Long &eSource, Boolean fGet) {
+  if (!fGet) return m->SendAndCheck("PllRefSource", [&] { SendReference(m->m_Instr, dblFreq, eSource); });
   return m->WhileOnline("PllRefSource", [&](Boolean &fResult) {
-    if (fGet) {
-      ReadReference(m->m_Instr, dblFreq, eSource);
-      fResult = True;
-    } else {
-      SendReference(m->m_Instr, dblFreq, eSource);
-      fResult = CheckWarnings(False);
-    }
+    ReadReference(m->m_Instr, dblFreq, eSource);
+    fResult = True;
   });
 }
 

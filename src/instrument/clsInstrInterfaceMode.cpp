@@ -63,6 +63,7 @@ void clsInstrInterface::Private::SendExtWidth(Long ArmingSource) {
 void clsInstrInterface::Private::SendMode(const udtModeInfo &ModeInfo) {
   const auto fKnown = [](Long lngMode) { return lngMode >= 0 && lngMode < 3; };
   if (!fKnown(ModeInfo.TriggerMode) || !fKnown(ModeInfo.PulseMode)) {
+    automation::CallsAhead::LeaveRehearsal();
     ShowStopMessage("Illegal case in SetMode");
     return;
   }

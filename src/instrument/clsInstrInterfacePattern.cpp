@@ -6,10 +6,7 @@ namespace tarvik {
 using namespace kolven;
 
 Boolean clsInstrInterface::SetRz(const BooleanArray &fRz) {
-  return m->WhileOnline("SetRz", [&](Boolean &fResult) {
-    m->SendFormats(fRz);
-    fResult = CheckWarnings(False);
-  });
+  return m->SendAndCheck("SetRz", [&] { m->SendFormats(fRz); });
 }
 
 void clsInstrInterface::Private::SendFormats(const BooleanArray &fRz) {
@@ -44,10 +41,7 @@ void SendPattern(const automation::Ref<IInstrument> &instrument, Long eChan, Byt
 }  // namespace
 
 Boolean clsInstrInterface::SetPatternArray(Long eChan, ByteArray &arr, Long lngPatternLen) {
-  return m->WhileOnline("SetPatternArray", [&](Boolean &fResult) {
-    SendPattern(m->m_Instr, eChan, arr, lngPatternLen);
-    fResult = CheckWarnings(False);
-  });
+  return m->SendAndCheck("SetPatternArray", [&] { SendPattern(m->m_Instr, eChan, arr, lngPatternLen); });
 }
 
 Boolean clsInstrInterface::GetPatternArray(Long eChan, ByteArray &arr, Long &lngPatternLen) {

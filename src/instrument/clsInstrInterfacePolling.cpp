@@ -42,12 +42,17 @@ Boolean clsInstrInterface::CheckErrors(Boolean fOverride) {
   });
 }
 
-Boolean clsInstrInterface::CheckWarnings(Boolean fOverride) {
+std::string clsInstrInterface::Private::Warnings() const { return Read(ErrorQueue(), &IErrorQueue::GetWarnings); }
+
+bool clsInstrInterface::Private::PollsWarnings(Boolean fOverride) const {
   // While a global transaction runs nothing is polled, not even when asked for.
-  const bool fPoll = !m->m_GlobalTrans && (m->m_WarningsEnabled || fOverride) && IsOnline(True);
-  if (!fPoll) return True;
+  return !m_GlobalTrans && (m_WarningsEnabled || fOverride) && face.IsOnline(True);
+}
+
+Boolean clsInstrInterface::CheckWarnings(Boolean fOverride) {
+  if (!m->PollsWarnings(fOverride)) return True;
   return Reported("CheckWarnings", [&](Boolean &fResult) {
-    const std::string strWarning = Read(m->ErrorQueue(), &IErrorQueue::GetWarnings);
+    const std::string strWarning = m->Warnings();
     m->ShowNewWarning(strWarning);
     fResult = True;
   });

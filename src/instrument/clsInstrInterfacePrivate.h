@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "automation/CallsAhead.h"
 #include "automation/Ref.h"
 #include "instrument/KolvenDriver.h"
 #include "instrument/Reported.h"
@@ -22,6 +23,9 @@ class TARVIK_HIDDEN clsInstrInterface::Private {
   automation::Ref<kolven::IChannel> Channel(Long lngChannel) const;
   automation::Ref<kolven::IChannelLevels> Levels(Long lngChannel) const;
   automation::Ref<kolven::IErrorQueue> ErrorQueue() const;
+  std::string Warnings() const;
+  bool PollsWarnings(Boolean fOverride) const;
+  bool IsOpenAtDriver() const;
   void CreateDriver(const std::string &strServer);
   void FindInstrument(const std::string &strName);
   void TellStatus(const std::string &strStatus) const;
@@ -46,7 +50,27 @@ class TARVIK_HIDDEN clsInstrInterface::Private {
   /// Removes quotes, breaks the entries into lines, and shows them; the caller's text is changed.
   static void ShowInstrErrors(std::string &strText);
 
-  /// Frame of an operation that sends one group of settings.
+  /// Makes the calls of `sending`, which are rehearsed with a driver at a distance. It does nothing but calls.
+  template <class Sending>
+  void SendTogether(Sending &&sending) {
+    const automation::CallsAhead ahead(m_Instr, sending);
+    sending();
+  }
+
+  /// Frame of an operation that sends settings in no transaction of its own and polls the warnings behind them.
+  template <class Sending>
+  Boolean SendAndCheck(const char *strProc, Sending &&sending) {
+    return WhileOnline(strProc, [&](Boolean &fResult) {
+      const automation::CallsAhead ahead(m_Instr, [&] {
+        sending();
+        if (PollsWarnings(False)) Warnings();
+      });
+      sending();
+      fResult = face.CheckWarnings(False);
+    });
+  }
+
+  /// Frame of an operation that sends one group of settings in a transaction.
   template <class Sending>
   Boolean SetWithin(const char *strProc, Sending &&sending) {
     return Reported(
@@ -54,7 +78,8 @@ class TARVIK_HIDDEN clsInstrInterface::Private {
         [&](Boolean &fResult) {
           if (!face.IsOnline(False)) return;
           face.TransactionStart(False);
-          std::forward<Sending>(sending)();
+          SendTogether(sending);
+          const automation::CallsAhead ahead = face.FinishAhead(False);
           // TransactionFinish reports rejected settings itself; that does not fail the operation.
           face.TransactionFinish(False);
           fResult = face.CheckWarnings(False);

@@ -92,10 +92,7 @@ void clsInstrInterface::Private::ReadTiming(udtTimingInfo &TimingInfo, Long lngC
 }
 
 Boolean clsInstrInterface::Output(Integer intChan, Boolean fState, Boolean fIsComplement) {
-  return m->WhileOnline("Output", [&](Boolean &fResult) {
-    m->SwitchOutput(intChan, fState, fIsComplement);
-    fResult = CheckWarnings(False);
-  });
+  return m->SendAndCheck("Output", [&] { m->SwitchOutput(intChan, fState, fIsComplement); });
 }
 
 void clsInstrInterface::Private::SwitchOutput(Integer intChan, Boolean fState, Boolean fIsComplement) {

@@ -7,17 +7,13 @@ namespace tarvik {
 
 using namespace kolven;
 
-namespace {
-
 /// Whether the driver has a transaction open on this session.
-bool IsOpenAtDriver(const automation::Ref<IInstrument> &instrument) {
+bool clsInstrInterface::Private::IsOpenAtDriver() const {
   Integer intUnused = 0;
   VariantBool fIsOpen = 0;
-  Call(instrument, &IInstrument::GetTransactionState, &intUnused, &fIsOpen);
+  Call(m_Instr, &IInstrument::GetTransactionState, &intUnused, &fIsOpen);
   return fIsOpen != 0;
 }
-
-}  // namespace
 
 Boolean clsInstrInterface::TransactionStart(Boolean fGlobalTrans) {
   Boolean fResult;
@@ -37,7 +33,7 @@ Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
   try {
     RunCatchable([&] {
       if (IsOnline(False)) {
-        if (IsOpenAtDriver(m->m_Instr)) Call(m->m_Instr, &IInstrument::Transaction, TransactionCommit);
+        if (m->IsOpenAtDriver()) Call(m->m_Instr, &IInstrument::Transaction, TransactionCommit);
         fResult = True;
       }
       m->m_TransActive = False;
@@ -52,10 +48,14 @@ Boolean clsInstrInterface::TransactionFinish(Boolean fGlobalTrans) {
 }
 
 void clsInstrInterface::Private::StartTransaction(Boolean fGlobalTrans, Boolean &fResult) {
+  const automation::CallsAhead ahead(m_Instr, [&] {
+    if (fGlobalTrans) Call(m_Instr, &IInstrument::Transaction, TransactionAbort);
+    if (!IsOpenAtDriver()) Call(m_Instr, &IInstrument::Transaction, TransactionBegin);
+  });
   if (fGlobalTrans) face.TransactionCancel();
   if (m_TransActive || !face.IsOnline(False)) return;
   // A transaction left open is taken over.
-  if (!IsOpenAtDriver(m_Instr)) Call(m_Instr, &IInstrument::Transaction, TransactionBegin);
+  if (!IsOpenAtDriver()) Call(m_Instr, &IInstrument::Transaction, TransactionBegin);
   fResult = True;
   m_TransActive = True;
   m_GlobalTrans = fGlobalTrans;
@@ -66,6 +66,14 @@ void clsInstrInterface::Private::StartTransaction(Boolean fGlobalTrans, Boolean 
 void clsInstrInterface::Private::TellRefusal(std::string strText) const {
   ShowInstrErrors(strText);
   Tell(face.InstrError, "InstrError", strText);
+}
+
+automation::CallsAhead clsInstrInterface::FinishAhead(Boolean fGlobalTrans) {
+  return {m->m_Instr, [&] {
+            if (!fGlobalTrans && m->m_GlobalTrans) return;
+            if (m->IsOpenAtDriver()) Call(m->m_Instr, &IInstrument::Transaction, TransactionCommit);
+            if (m->m_WarningsEnabled) m->Warnings();
+          }};
 }
 
 void clsInstrInterface::TransactionCancel() {

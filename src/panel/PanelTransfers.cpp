@@ -89,6 +89,7 @@ void TarvikGUI::Panel::UploadPages() {
   }
 
   if (fOk) {
+    const auto ahead = instr.FinishAhead(True);
     CommitPages(arrSent);
     instr.CheckWarnings(False);
   } else {

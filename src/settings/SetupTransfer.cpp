@@ -132,8 +132,8 @@ bool SendAll(clsInstrInterface &instr, const Setup &setup, Long eParts) {
   return ForEachPart(eParts, [&](const PartTransfer &transfer) { return transfer.Send(instr, setup) && !fFailed; });
 }
 
-/// Sends all and commits. Whatever ends it before the commit drops the transaction, also a box whose host ends the
-/// event.
+/// Sends all, commits and polls the warnings. Whatever ends it before the commit drops the transaction, also a box
+/// whose host ends the event.
 Boolean SendInTransaction(clsInstrInterface &instr, const Setup &setup, Long eParts) {
   bool fSent = false;
   try {
@@ -142,10 +142,15 @@ Boolean SendInTransaction(clsInstrInterface &instr, const Setup &setup, Long ePa
     instr.TransactionCancel();
     throw;
   }
+  if (!fSent) {
+    instr.TransactionCancel();
+    return False;
+  }
+  const auto ahead = instr.FinishAhead(True);
   // A commit that fails drops the transaction itself.
-  if (fSent) return instr.TransactionFinish(True);
-  instr.TransactionCancel();
-  return False;
+  if (!instr.TransactionFinish(True)) return False;
+  instr.CheckWarnings(False);
+  return True;
 }
 
 Long LacksOf(const clsInstrInterface &instr) {
@@ -249,7 +254,6 @@ SetupWritten WriteParts(clsInstrInterface &instr, const Setup &setup, Long ePart
   const auto connection =
       instr.InstrError.ConnectScoped([&](const std::string &strError) { written.strReasons = strError; });
   written.fDone = SendInTransaction(instr, Aligned(setup, eParts), eParts);
-  if (written.fDone) instr.CheckWarnings(False);
   return written;
 }
 

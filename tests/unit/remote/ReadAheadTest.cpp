@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "LoopbackServer.h"
-#include "StandInDriver.h"
-#include "instrument/DriverCall.h"
+#include "ServedInstrument.h"
 
 namespace tarvik::remote {
 namespace {
@@ -14,26 +12,9 @@ using namespace kolven;
 using testing::HasSubstr;
 using testing::Not;
 
-/// Reads of an instrument behind a server, as the trail of a name that no other test has.
-class ReadingAheadOnServer : public testing::Test {
+/// Reads of an instrument behind a server, as the order of a name that no other test has.
+class ReadingAheadOnServer : public ServedInstrument {
  protected:
-  ReadingAheadOnServer() {
-    driver.Add("Alpha");
-    root = automation::Narrow<IDriverRoot>(ConnectDriver(DriverProgId, server.Url()));
-    const automation::String name("Alpha");
-    AutomationVariant key{};
-    key.vt = automation::VtString;
-    key.bstrVal = name.Get();
-    instrument = automation::Narrow<IInstrument>(
-        Fetch(Fetch(root, &IDriverRoot::GetInstruments), &IInstrumentList::GetItem, key));
-    automation::VariantBool fOpened = 0;
-    Call(instrument, &IInstrument::Open, False, False, False, &fOpened);
-  }
-
-  Ref<IChannelTiming> Timing(Long lngChannel) const {
-    return Fetch(Fetch(Fetch(instrument, &IInstrument::GetChannels), &IChannelList::GetItem, lngChannel),
-                 &IChannel::GetTiming);
-  }
   std::string Reads(Long lngLast = 2) const {
     std::string strRead = Read(instrument, &IInstrument::GetIdentity);
     for (Long i = 1; i <= lngLast; ++i) {
@@ -43,22 +24,6 @@ class ReadingAheadOnServer : public testing::Test {
     }
     return strRead;
   }
-  struct Cost {
-    std::string strRead;
-    std::uint64_t lngTrips = 0;
-    std::vector<std::string> arrCalls;
-  };
-  Cost Of(const std::function<std::string()> &work) {
-    SynchroniseConnections();
-    driver.TakeTrace();
-    Cost cost;
-    const std::uint64_t lngBefore = RoundTripsSoFar();
-    cost.strRead = work();
-    cost.lngTrips = RoundTripsSoFar() - lngBefore;
-    SynchroniseConnections();
-    cost.arrCalls = driver.TakeTrace();
-    return cost;
-  }
   /// The same within an order of this test's name.
   Cost Ahead(const std::function<std::string()> &work) {
     return Of([&] {
@@ -66,11 +31,6 @@ class ReadingAheadOnServer : public testing::Test {
       return work();
     });
   }
-
-  test::StandInDriver driver;
-  LoopbackServer server{[this](const std::string &strProgId) { return driver.Create(strProgId, {}); }};
-  Ref<IDriverRoot> root;
-  Ref<IInstrument> instrument;
 };
 
 TEST_F(ReadingAheadOnServer, AnOrderThatIsKnownCostsOneRoundTripAndTheDriverSeesTheSame) {
@@ -98,7 +58,7 @@ TEST_F(ReadingAheadOnServer, WhatWasAskedAheadAndNotTakenIsLetGoAndLogged) {
   Ahead([&] { return Reads(); });
   const Cost shorter = Ahead([&] { return Reads(1); });
   EXPECT_EQ(shorter.lngTrips, 1u);
-  EXPECT_THAT(server.LogText(), HasSubstr("2 reads were asked ahead and not taken"));
+  EXPECT_THAT(server.LogText(), HasSubstr("2 calls were made ahead and their answers not taken"));
   // It is known from now on.
   EXPECT_EQ(Ahead([&] { return Reads(1); }).arrCalls, Of([&] { return Reads(1); }).arrCalls);
   instrument = nullptr;

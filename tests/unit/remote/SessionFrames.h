@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "remote/Stub.h"
 #include "remote/Wire.h"
@@ -18,11 +19,20 @@ class Frame {
     m_out.PutText(strProgId);
     return *this;
   }
-  Frame &Call(ObjectId lngId, const char *strInterface, const char *strOperation, ObjectId lngNew = 0) {
+  Frame &Call(ObjectId lngId, std::string_view strInterface, std::string_view strOperation, ObjectId lngNew = 0) {
     return Target(Command::Call, lngId, strInterface, strOperation, lngNew);
   }
-  Frame &Fetch(ObjectId lngId, const char *strInterface, const char *strOperation, ObjectId lngNew) {
+  Frame &Fetch(ObjectId lngId, std::string_view strInterface, std::string_view strOperation, ObjectId lngNew) {
     return Target(Command::Fetch, lngId, strInterface, strOperation, lngNew);
+  }
+  Frame &Queue(ObjectId lngId, std::string_view strInterface, std::string_view strOperation) {
+    return Target(Command::Queue, lngId, strInterface, strOperation, 0);
+  }
+  /// The end of the answer to the queued call before it.
+  Frame &Expect(std::string_view strEnd) {
+    Begin(Command::Expect);
+    m_out.PutText(strEnd);
+    return *this;
   }
   Frame &Release(ObjectId lngId) {
     Begin(Command::Release);
@@ -38,6 +48,10 @@ class Frame {
     m_out.Put(value);
     return *this;
   }
+  Frame &Raw(std::string_view strBytes) {
+    m_out.PutBytes(strBytes);
+    return *this;
+  }
   Frame &Key(const std::string &strName) {
     const automation::String text(strName);
     AutomationVariant key{};
@@ -50,7 +64,8 @@ class Frame {
 
  private:
   void Begin(Command eCommand) { m_out.Put(static_cast<std::uint8_t>(eCommand)); }
-  Frame &Target(Command eCommand, ObjectId lngId, const char *strInterface, const char *strOperation, ObjectId lngNew) {
+  Frame &Target(Command eCommand, ObjectId lngId, std::string_view strInterface, std::string_view strOperation,
+                ObjectId lngNew) {
     const auto contract = Contract();
     const auto interface = std::ranges::find(contract, strInterface, &InterfaceTable::strName);
     const auto operation = std::ranges::find(interface->operations, strOperation, &Operation::strName);

@@ -1,4 +1,4 @@
-#include "remote/ReadTrail.h"
+#include "remote/CallTrail.h"
 
 #include <algorithm>
 #include <map>
@@ -14,7 +14,7 @@ namespace {
 
 struct Memory {
   std::mutex mutex;
-  std::map<std::string, ReadTrail> trails;
+  std::map<std::string, CallTrail> trails;
 };
 
 Memory &TheMemory() {
@@ -43,16 +43,11 @@ std::string FromHex(std::string_view strHex) {
 
 }  // namespace
 
-bool IsRead(std::uint8_t intInterface, std::uint8_t intOperation) {
-  const std::string_view strName = Contract()[intInterface].operations[intOperation].strName;
-  return strName.starts_with("Get") && strName != "GetErrors" && strName != "GetWarnings";
-}
-
-void ReadTrail::Trim() {
+void CallTrail::Trim() {
   while (!m_arrSteps.empty() && !m_arrSteps.back().fWaited) m_arrSteps.pop_back();
 }
 
-std::string ReadTrail::Text() const {
+std::string CallTrail::Text() const {
   std::string strText;
   for (const Step &step : m_arrSteps) {
     const auto &interface = Contract()[step.intInterface];
@@ -63,8 +58,8 @@ std::string ReadTrail::Text() const {
   return strText;
 }
 
-ReadTrail ReadTrail::FromText(std::string_view strText) {
-  ReadTrail trail;
+CallTrail CallTrail::FromText(std::string_view strText) {
+  CallTrail trail;
   std::istringstream lines{std::string(strText)};
   Step step;
   std::string strInterface, strOperation, strInputs, strArguments;
@@ -85,14 +80,14 @@ ReadTrail ReadTrail::FromText(std::string_view strText) {
   return trail;
 }
 
-ReadTrail ReadTrail::Known(const std::string &strName) {
+CallTrail CallTrail::Known(const std::string &strName) {
   Memory &memory = TheMemory();
   const std::lock_guard lock(memory.mutex);
   const auto found = memory.trails.find(strName);
   return found != memory.trails.end() ? found->second : FromText(UsualReads(strName));
 }
 
-void ReadTrail::Learn(const std::string &strName, const ReadTrail &trail) {
+void CallTrail::Learn(const std::string &strName, const CallTrail &trail) {
   Memory &memory = TheMemory();
   const std::lock_guard lock(memory.mutex);
   memory.trails[strName] = trail;

@@ -19,13 +19,9 @@ struct Asked {
   std::string strArguments;  ///< all, as they are sent
 };
 
-/// Whether the operation only tells something. The queues of errors and warnings are emptied by reading, so they are
-/// not asked ahead.
-bool IsRead(std::uint8_t intInterface, std::uint8_t intOperation);
-
-/// An order of reads, without the numbers of objects: each step is on the root, on the instrument that the reads are
+/// An order of calls, without the numbers of objects: each step is on the root, on the instrument that the calls are
 /// about, or on what an earlier step brought.
-class ReadTrail {
+class CallTrail {
  public:
   static constexpr int OnRoot = -1, OnInstrument = -2;
   struct Step {
@@ -36,20 +32,22 @@ class ReadTrail {
     std::uint8_t intOperation = 0;
     std::string strInputs;
     std::string strArguments;
+    std::string strRelied{};  ///< the end of its answer that the steps behind rely on; empty: any success will do
   };
 
   const std::vector<Step> &Steps() const { return m_arrSteps; }
   void Add(Step step) { m_arrSteps.push_back(std::move(step)); }
+  void Cut(std::size_t lngSteps) { m_arrSteps.resize(lngSteps); }
   /// Lets go of fetches at the end that nothing was asked of.
   void Trim();
 
   /// One line for each step; and back. Text that is no trail of this contract gives nothing.
   std::string Text() const;
-  static ReadTrail FromText(std::string_view strText);
+  static CallTrail FromText(std::string_view strText);
 
   /// What is known of an order: as it was the last time in this process, or else as it usually is. Any thread.
-  static ReadTrail Known(const std::string &strName);
-  static void Learn(const std::string &strName, const ReadTrail &trail);
+  static CallTrail Known(const std::string &strName);
+  static void Learn(const std::string &strName, const CallTrail &trail);
 
  private:
   std::vector<Step> m_arrSteps;

@@ -1,0 +1,37 @@
+#include "automation/CallsAhead.h"
+
+namespace tarvik::automation {
+
+namespace {
+
+thread_local CallsAhead::Current g_current;
+thread_local std::uint64_t g_lngLastNumber = 0;
+
+bool IsDistant(IDispatch *pDriver) {
+  Ref<IUnknown> distant;
+  return pDriver && !Failed(pDriver->QueryInterface(IidDistant, reinterpret_cast<void **>(distant.Out())));
+}
+
+}  // namespace
+
+bool CallsAhead::Begin(IDispatch *pDriver) {
+  if (g_current.lngNumber != 0 || !IsDistant(pDriver)) return false;
+  g_current.lngNumber = ++g_lngLastNumber;
+  return true;
+}
+
+CallsAhead::~CallsAhead() {
+  if (m_fCounts) g_current = {};
+}
+
+CallsAhead::Rehearsing::Rehearsing() { g_current.fRehearsing = true; }
+
+CallsAhead::Rehearsing::~Rehearsing() { g_current.fRehearsing = false; }
+
+void CallsAhead::LeaveRehearsal() {
+  if (g_current.fRehearsing) throw RehearsalOver();
+}
+
+CallsAhead::Current CallsAhead::OfThread() { return g_current; }
+
+}  // namespace tarvik::automation
