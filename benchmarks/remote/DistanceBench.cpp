@@ -1,5 +1,5 @@
-// What distance costs, and how much a server carries: a download of all settings through lines that take their time,
-// asked ahead and call by call; calls each second of several clients, and the server's memory.
+// What distance costs, and how much a server carries: a download and an upload of all settings through lines that take
+// their time, together and call by call; calls each second of several clients, and the server's memory.
 
 #include <fcntl.h>
 #include <signal.h>
@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@
 
 #include "DelayingRelay.h"
 #include "automation/AutomationString.h"
+#include "automation/CallsAhead.h"
 #include "automation/Ref.h"
 #include "instrument/DriverCall.h"
 #include "instrument/KolvenDriver.h"
@@ -108,9 +110,17 @@ double SecondsOf(const auto &work) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+void PrintRow(const char *strTransfer, int intMilliseconds, std::initializer_list<double> arrSeconds) {
+  std::printf("%-10s %10d", strTransfer, intMilliseconds);
+  for (const double dblSeconds : arrSeconds) std::printf(" %14.3f", dblSeconds);
+  std::printf("\n");
+}
+
+/// The tables have one row in each line and no blanks in their cells, for scripts.
 void PrintDistances(const Server &server, ServedHost &host) {
-  std::printf("A download of all settings, seconds\n");
-  std::printf("%10s %20s %20s %20s\n", "delay", "call by call", "the first ahead", "ahead when known");
+  std::printf("# All settings of an instrument with two channels, patterns included; seconds\n");
+  std::printf("%-10s %10s %14s %14s %14s\n", "transfer", "delay_ms", "call_by_call", "together_first", "together");
+  const auto announcedByNobody = ConnectDriver(DriverProgId, server.Url());
   for (const int intMilliseconds : {0, 1, 20, 50}) {
     const DelayingRelay relay(server.Port(), std::chrono::milliseconds(intMilliseconds));
     clsInstrInterface instr;
@@ -118,12 +128,21 @@ void PrintDistances(const Server &server, ServedHost &host) {
     if (!instr.Connect() || !instr.OpenInstrument(InstrumentName, False, False, False))
       throw std::runtime_error("the instrument is not opened");
     Setup setup;
-    const double dblFirst = SecondsOf([&] { ReadSetup(instr, setup); });
-    const double dblKnown = SecondsOf([&] { ReadSetup(instr, setup); });
+    const auto download = [&] { ReadSetup(instr, setup); };
+    const auto upload = [&] {
+      const SetupWritten written = WriteSetup(instr, setup);
+      if (!written.fDone) throw std::runtime_error("the upload is refused: " + written.strReasons);
+    };
+    const double dblFirst = SecondsOf(download), dblKnown = SecondsOf(download);
     const double dblPlain = SecondsOf([&] { ReadParts(instr, setup, eAllParts); });
-    std::printf("%7d ms", intMilliseconds);
-    for (const double dblSeconds : {dblPlain, dblFirst, dblKnown}) std::printf("%21.3f", dblSeconds);
-    std::printf("\n");
+    PrintRow("download", intMilliseconds, {dblPlain, dblFirst, dblKnown});
+    const double dblFirstUp = SecondsOf(upload), dblUp = SecondsOf(upload);
+    const double dblPlainUp = SecondsOf([&] {
+      // Of announcements within one another the outermost counts, and this one tells of nothing.
+      const automation::CallsAhead nothing(automation::Narrow<IDriverRoot>(announcedByNobody), [] {});
+      upload();
+    });
+    PrintRow("upload", intMilliseconds, {dblPlainUp, dblFirstUp, dblUp});
     instr.CloseInstrument();
   }
 }
@@ -144,7 +163,7 @@ automation::Ref<IInstrument> OpenedAt(const std::string &strUrl) {
 
 void PrintClients(const Server &server) {
   constexpr std::chrono::seconds Time{3};
-  std::printf("\nCalls of several clients\n%10s %16s %16s\n", "clients", "calls a second", "server's memory");
+  std::printf("\n# Calls of several clients at once\n%10s %16s %16s\n", "clients", "calls_per_s", "server_KiB");
   for (const int intClients : {1, 10, 50}) {
     std::vector<long> arrCalls(static_cast<std::size_t>(intClients));
     long lngMemory = 0;
@@ -161,7 +180,7 @@ void PrintClients(const Server &server) {
     });
     long lngAll = 0;
     for (const long lngCalls : arrCalls) lngAll += lngCalls;
-    std::printf("%10d %16.0f %12ld KiB\n", intClients, static_cast<double>(lngAll) / dblSeconds, lngMemory);
+    std::printf("%10d %16.0f %16ld\n", intClients, static_cast<double>(lngAll) / dblSeconds, lngMemory);
   }
 }
 

@@ -1,10 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <openssl/pem.h>
+#include <openssl/x509.h>
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 
 #include "ProgramOutput.h"
 #include "RemoteClient.h"
@@ -66,6 +70,44 @@ TEST_F(Administration, WhoIsRevokedIsCutOnSighupAndDoesNotGetInAgain) {
   server->Signal(SIGHUP);
   ExpectCut(instrument, "the certificate of bench is revoked");
   EXPECT_THAT(ErrorOf([&] { Root(Url()); }).Description(), HasSubstr("the certificate of bench is revoked"));
+  certificates.UseClient("stranger");
+  EXPECT_TRUE(Opened(Url()));
+}
+
+/// The certificate of the client "client" with the same key and a life of so many seconds from now.
+std::string ShortLived(const TestCertificates &certificates, int intSeconds) {
+  const auto read = [&](const char *strName, auto readPem) {
+    const std::unique_ptr<BIO, decltype(&BIO_free)> file(BIO_new_file(certificates.File(strName).c_str(), "r"),
+                                                         BIO_free);
+    return readPem(file.get(), nullptr, nullptr, nullptr);
+  };
+  const std::unique_ptr<X509, decltype(&X509_free)> certificate(read("client.pem", PEM_read_bio_X509), X509_free);
+  const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(read("ca.key", PEM_read_bio_PrivateKey), EVP_PKEY_free);
+  X509_gmtime_adj(X509_getm_notAfter(certificate.get()), intSeconds);
+  X509_sign(certificate.get(), key.get(), EVP_sha256());
+  const std::unique_ptr<BIO, decltype(&BIO_free)> text(BIO_new(BIO_s_mem()), BIO_free);
+  PEM_write_bio_X509(text.get(), certificate.get());
+  char *pText = nullptr;
+  const long lngSize = BIO_get_mem_data(text.get(), &pText);
+  return {pText, static_cast<std::size_t>(lngSize)};
+}
+
+TEST_F(Administration, WhoseCertificateRunsOutWithinASessionIsCutWithinSeconds) {
+  Ref<IInstrument> instrument;
+  int intSeconds = 3;
+  // A machine that is busy may take longer to open the instrument than the certificate lives.
+  for (; !instrument && intSeconds < 100; intSeconds *= 2) {
+    std::ofstream(certificates.ClientFile("client.pem"), std::ios::trunc) << ShortLived(certificates, intSeconds);
+    try {
+      instrument = Opened(Url());
+    } catch (const RunTimeError &error) {
+      EXPECT_THAT(error.Description(), testing::AnyOf(HasSubstr("ran out"), HasSubstr("run out")));
+    }
+  }
+  ASSERT_TRUE(instrument);
+  EXPECT_TRUE(server->LogSays("ended: the certificate of bench has run out", std::chrono::seconds(intSeconds + 5)));
+  ExpectCut(instrument, "the certificate of bench has run out");
+  EXPECT_THAT(ErrorOf([&] { Root(Url()); }).Description(), HasSubstr("client.pem"));
   certificates.UseClient("stranger");
   EXPECT_TRUE(Opened(Url()));
 }
