@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "support/Uninterrupted.h"
 #include "support/UserFolders.h"
 
 #ifndef _WIN32
@@ -57,13 +58,13 @@ void RefusePlanted(const std::filesystem::path &path) {
 void AppendAtOnce(const std::string &strPath, std::string_view strBytes) {
   RefusePlanted(strPath);
   const int intFollow = IsForEverybody(std::filesystem::path(strPath).parent_path()) ? O_NOFOLLOW : 0;
-  const int file = ::open(strPath.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | intFollow, S_IRUSR | S_IWUSR);
+  const int file = Uninterrupted([&] {
+    return ::open(strPath.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | intFollow, S_IRUSR | S_IWUSR);
+  });
   if (file < 0) RaiseFileError(errno);
-  ssize_t lngWritten;
-  do lngWritten = ::write(file, strBytes.data(), strBytes.size());
-  while (lngWritten < 0 && errno == EINTR);
+  const ssize_t lngWritten = Uninterrupted([&] { return ::write(file, strBytes.data(), strBytes.size()); });
   const int intWhy = lngWritten < 0 ? errno : ENOSPC;
-  const bool fClosed = ::close(file) == 0;
+  const bool fClosed = ::close(file) == 0 || errno == EINTR;
   if (lngWritten != static_cast<ssize_t>(strBytes.size()) || !fClosed) RaiseFileError(intWhy);
 }
 

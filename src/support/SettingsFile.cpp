@@ -1,12 +1,13 @@
 #include "support/SettingsFile.h"
 
 #include <algorithm>
+#include <array>
 #include <fstream>
-#include <iterator>
 
 #include "support/Conversions.h"
 #include "support/RunTimeError.h"
 #include "support/SettingsText.h"
+#include "support/Uninterrupted.h"
 #include "support/UserFolders.h"
 #include "support/WholeFile.h"
 
@@ -54,8 +55,9 @@ class Locked {
 /// Lock against lost updates: without it, a process that saves concurrently would overwrite a setting just stored.
 class Locked {
  public:
-  explicit Locked(const fs::path &folder) : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    if (m_folder >= 0) ::flock(m_folder, LOCK_EX);
+  explicit Locked(const fs::path &folder)
+      : m_folder(Uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })) {
+    if (m_folder >= 0) Uninterrupted([&] { return ::flock(m_folder, LOCK_EX); });
   }
   Locked(const Locked &) = delete;
   Locked &operator=(const Locked &) = delete;
@@ -91,7 +93,10 @@ std::string SettingsFile::Content() const {
   if (status.type() == fs::file_type::not_found) return {};
   if (fs::is_directory(status)) RaiseUnreadable(m_path, "it is a folder");
   std::ifstream file(m_path, std::ios::binary);
-  std::string strContent{std::istreambuf_iterator<char>(file), {}};
+  std::string strContent;
+  // By read, which keeps a failure of the system in the stream's state; an iterator would let it out as an exception.
+  for (std::array<char, 4096> arrPart{}; file.read(arrPart.data(), arrPart.size()) || file.gcount() > 0;)
+    strContent.append(arrPart.data(), static_cast<std::size_t>(file.gcount()));
   if (!file.is_open() || file.bad()) RaiseUnreadable(m_path, "no access");
   return strContent;
 }

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "support/RunTimeError.h"
+#include "support/Uninterrupted.h"
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -129,25 +130,35 @@ class FreshFile {
 }  // namespace
 
 int FileCalls::Create(std::string &strPath, int &intFile) {
-  intFile = ::mkostemp(strPath.data(), O_CLOEXEC);
+  // An interrupted call has used the pattern up.
+  const std::string strPattern = strPath;
+  intFile = Uninterrupted([&] {
+    strPath = strPattern;
+    return ::mkostemp(strPath.data(), O_CLOEXEC);
+  });
   return ErrorOf(intFile);
 }
 int FileCalls::SetMode(int intFile, unsigned mode) { return ErrorOf(::fchmod(intFile, mode)); }
 int FileCalls::Write(int intFile, std::string_view strBytes, std::size_t &written) {
-  const ssize_t count = ::write(intFile, strBytes.data(), strBytes.size());
-  if (count < 0) return errno == EINTR ? 0 : errno;
+  const ssize_t count = Uninterrupted([&] { return ::write(intFile, strBytes.data(), strBytes.size()); });
+  if (count < 0) return errno;
   written = static_cast<std::size_t>(count);
   return 0;
 }
-int FileCalls::Sync(int intFile) { return ErrorOf(::fsync(intFile)); }
-int FileCalls::Close(int intFile) { return ErrorOf(::close(intFile)); }
+int FileCalls::Sync(int intFile) {
+  return ErrorOf(Uninterrupted([&] { return ::fsync(intFile); }));
+}
+int FileCalls::Close(int intFile) {
+  const int intError = ErrorOf(::close(intFile));
+  return intError == EINTR ? 0 : intError;
+}
 int FileCalls::Rename(const std::string &strFrom, const std::string &strTo) {
   return ErrorOf(::rename(strFrom.c_str(), strTo.c_str()));
 }
 int FileCalls::SyncFolder(const std::string &strFolder) {
-  const int intFolder = ::open(strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int intFolder = Uninterrupted([&] { return ::open(strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   if (intFolder < 0) return errno;
-  const int intError = ErrorOf(::fsync(intFolder));
+  const int intError = ErrorOf(Uninterrupted([&] { return ::fsync(intFolder); }));
   ::close(intFolder);
   // Some file systems have no sync of a folder, and keep its order without one.
   return intError == EINVAL ? 0 : intError;

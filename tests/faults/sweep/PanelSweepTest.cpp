@@ -152,6 +152,8 @@ class PanelSweep : public testing::TestWithParam<std::size_t> {
     session.driver.ClearFaults();
     session.driver.arrWarnings.clear();
     session.driver.strErrors.clear();
+    // A reset has made the rows unlike.
+    session.driver.Find("Alpha")->settings.rows = m_wellSet.rows;
     TakeOptions();
     session.Forget();
     session.ShowPage(ePageInstr);

@@ -236,8 +236,12 @@ void ReferencePanel::Prbs() {
 void ReferencePanel::Compare() {
   std::string strText;
   const auto patterns = [&] {
-    for (int intRow = 1; intRow <= 3; ++intRow)
+    for (int intRow = 1; intRow <= 3; ++intRow) {
       if (!instr.Pattern("GetPatternArray", "IPatternMemory.GetPattern", false)) return false;
+      if (!instr.driver.Is(DriverFault::ShorterArray)) continue;
+      instr.Report("SetupTransfer", "ReadPattern", {6, "The driver tells a pattern of 8 bits in 0 bytes"});
+      return false;
+    }
     return true;
   };
   // The first that fails ends it.
