@@ -73,6 +73,8 @@ TEST_F(SettingsFileTest, TextsStandAsTheToolkitWritesThem) {
        "9",
        R"(\x1\x39)"},
       {"a%b;c", "\"a%b;c\""},
+      {"\x1f\x30\x41\x46\x47\x61\x66\x67\x39", R"(\x1f\x30\x41\x46Gafg9)"},
+      {"\x0E\x61\x66\x67", R"(\xe\x61\x66g)"},
   };
   for (const auto &[strText, strLine] : arrTexts) {
     SCOPED_TRACE(strLine);
@@ -84,6 +86,19 @@ TEST_F(SettingsFileTest, TextsStandAsTheToolkitWritesThem) {
   file.Save("Sec tion", "k y", "x");
   EXPECT_THAT(Text(), EndsWith("\n\n[Sec%20tion]\nk%20y=x\n"));
   EXPECT_EQ(file.Value("Sec tion", "k y"), "x");
+}
+
+TEST_F(SettingsFileTest, NamesCarryTheirOtherCharactersAsTwoHexadecimalDigits) {
+  file.Save("azAZ09_-./", "\x0F:@{[`\x7F", "x");
+  EXPECT_EQ(Text(), "[azAZ09_-.%2f]\n%0f%3a%40%7b%5b%60%7f=x\n");
+  EXPECT_EQ(file.Value("azAZ09_-./", "\x0F:@{[`\x7F"), "x");
+  // As others may write them; what is no such number stands for itself.
+  Write("[Config]\na%2F%aFb=upper\n%4g=1\n%g4=2\n%4=3\n%=4\n%%41=5\nA%20=6\n%:9=7\n%@1=8\n%`1=9\n");
+  EXPECT_EQ(file.Value("Config", "a/\xAF\x62"), "upper");
+  const std::pair<const char *, const char *> arrNames[] = {{"%4g", "1"}, {"%g4", "2"}, {"%4", "3"},
+                                                            {"%", "4"},   {"%A", "5"},  {"A ", "6"},
+                                                            {"%:9", "7"}, {"%@1", "8"}, {"%`1", "9"}};
+  for (const auto &[strName, strValue] : arrNames) EXPECT_EQ(file.Value("Config", strName), strValue) << strName;
 }
 
 TEST_F(SettingsFileTest, NumbersOfAnOlderToolkitAreUnitsOfUtf16) {
