@@ -134,6 +134,27 @@ TEST_F(WholeFile, WhicheverCallFailsTheOldFileStands) {
   }
 }
 
+TEST_F(WholeFile, NoFileIsLeftOpenWhicheverCallFails) {
+  const auto open = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()); };
+  const auto before = open();
+  for (int i = FailingCalls::CreateIt; i <= FailingCalls::None; ++i) {
+    FailingCalls calls(static_cast<FailingCalls::Call>(i));
+    WriteFailure(calls);
+    EXPECT_EQ(open(), before) << "call " << i;
+  }
+}
+
+TEST_F(WholeFile, WhatTheSystemRefusesIsToldByItsNumber) {
+  FileCalls calls;
+  std::size_t written = 0;
+  EXPECT_EQ(calls.SetMode(-1, 0600), EBADF);
+  EXPECT_EQ(calls.Write(-1, "new", written), EBADF);
+  EXPECT_EQ(calls.Sync(-1), EBADF);
+  EXPECT_EQ(calls.Close(-1), EBADF);
+  EXPECT_EQ(calls.Rename(file.string(), (folder / "b.txt").string()), ENOENT);
+  EXPECT_EQ(calls.SyncFolder((folder / "nowhere").string()), ENOENT);
+}
+
 TEST_F(WholeFile, WithoutASyncOfTheFolderTheUserIsToldThatTheFileMayNotLast) {
   Put(file, "old");
   FailingCalls calls(FailingCalls::SyncFolderIt);
