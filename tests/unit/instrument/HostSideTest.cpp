@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <numeric>
 
 #include "InstrumentSession.h"
 #include "automation/ErrorInfo.h"
@@ -273,6 +274,30 @@ class DescriptionTest : public testing::Test {
 
   InstrumentSession session;
 };
+
+/// Counts the driver's calls that were made whenever it is to paint.
+class PaintingHost : public RecordingHost {
+ public:
+  explicit PaintingHost(const StandInDriver &driver) : m_driver(driver) {}
+  void Repaint() override { arrCallsSoFar.push_back(m_driver.arrTrace.size()); }
+
+  std::vector<std::size_t> arrCallsSoFar;
+
+ private:
+  const StandInDriver &m_driver;
+};
+
+TEST(PaintingBeforeTheDriver, EachCallOfTheDriverFindsEverythingPainted) {
+  InstrumentSession session;
+  session.Open();
+  PaintingHost host(session.driver);
+  udtLevelInfo info{};
+  session.instr->GetLevels(info);
+  ASSERT_GT(session.driver.arrTrace.size(), 10u);
+  std::vector<std::size_t> arrBeforeEachCall(session.driver.arrTrace.size());
+  std::iota(arrBeforeEachCall.begin(), arrBeforeEachCall.end(), std::size_t{0});
+  EXPECT_EQ(host.arrCallsSoFar, arrBeforeEachCall);
+}
 
 TEST_F(DescriptionTest, AFailureWithoutADescriptionShowsItsStatusInEightHexadecimalDigits) {
   session.Open();

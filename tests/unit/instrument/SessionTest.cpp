@@ -69,6 +69,15 @@ TEST_F(SessionTest, ASecondOpenClosesTheFirstSessionFirst) {
   EXPECT_THAT(session.arrEvents, ElementsAre("StatusMessage: Offline", "StatusMessage: Online with Beta (Beta)"));
 }
 
+TEST_F(SessionTest, UnlessToldOtherwiseAnInstrumentIsOpenedWithoutAQueryOrResetAndDetectsErrors) {
+  Instr().Connect();
+  Calls();
+  Instr().OpenInstrument("Alpha");
+  EXPECT_THAT(Calls(), testing::Contains(testing::StartsWith("IInstrument{Alpha}.Open(False, False, True)")));
+  Instr().OpenInstrument("Alpha", True, True, False);
+  EXPECT_THAT(Calls(), testing::Contains(testing::StartsWith("IInstrument{Alpha}.Open(True, True, False)")));
+}
+
 TEST_F(SessionTest, OpenOnAnUnconnectedClassDoesNothing) {
   EXPECT_FALSE(Instr().OpenInstrument("Alpha"));
   EXPECT_THAT(session.arrEvents, IsEmpty());

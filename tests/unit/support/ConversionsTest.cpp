@@ -219,6 +219,9 @@ TEST_F(UtilsTest, OnlyADifferentValueIsWritten) {
   EXPECT_EQ(control.intWrites, 1);
   SetFocusIfEnabled(control);
   EXPECT_EQ(control.intFocus, 0);
+  SetEnabled(control, True);
+  SetFocusIfEnabled(control);
+  EXPECT_EQ(control.intFocus, 1);
 }
 
 TEST_F(UtilsTest, APropertyThatAControlDoesNotHaveIsError438) {
@@ -245,6 +248,16 @@ class TaggedButton : public OptionButtonControl {
  private:
   std::string m_strTag;
 };
+
+TEST_F(UtilsTest, TheFirstButtonWhoseTagHoldsTheTextIsTurnedOn) {
+  TaggedButton zero("0"), ten("10"), one("1");
+  const std::vector<OptionButtonControl *> arrButtons{&zero, &ten, &one};
+  EXPECT_TRUE(SetOptionButtonToTag(arrButtons, "1"));
+  EXPECT_FALSE(zero.fValue);
+  EXPECT_TRUE(ten.fValue);
+  EXPECT_FALSE(one.fValue);
+  EXPECT_FALSE(SetOptionButtonToTag(arrButtons, "2"));
+}
 
 TEST_F(UtilsTest, TheEmptyTextFindsTheFirstButtonWithATag) {
   TaggedButton none(""), first("1"), second("2");
