@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "automation/AutomationString.h"
 #include "dispatch/InstrRecord.h"
@@ -106,13 +107,24 @@ Status ReadArguments(const AutomationDispParams &params, const MemberShape &shap
 
 Status FillException(AutomationExcepInfo *pExcepInfo, const RunTimeError &error, const std::string &strSource) {
   if (!pExcepInfo) return StatusException;
+  String source(error.Source().empty() ? strSource : error.Source()), description(error.Description());
   *pExcepInfo = {};
-  pExcepInfo->bstrSource = AllocString(error.Source().empty() ? strSource : error.Source());
-  pExcepInfo->bstrDescription = AllocString(error.Description());
+  pExcepInfo->bstrSource = source.Detach();
+  pExcepInfo->bstrDescription = description.Detach();
   pExcepInfo->scode = error.Number() < 0
                           ? error.Number()
                           : static_cast<Status>(RunTimeErrorRange | static_cast<std::uint32_t>(error.Number()));
   return StatusException;
+}
+
+/// Runs the body of an operation that clients call, which no exception may leave.
+template <class Body>
+Status WithMemory(Body &&body) {
+  try {
+    return std::forward<Body>(body)();
+  } catch (const std::bad_alloc &) {
+    return StatusOutOfMemory;
+  }
 }
 
 }  // namespace
@@ -153,6 +165,10 @@ Status DispatchObject::GetIDsOfNames(const Guid &riid, AutomationChar **rgszName
   if (!(riid == GuidNull)) return StatusUnknownInterface;
   if (!rgszNames || !rgDispId) return StatusPointer;
   if (cNames == 0) return StatusInvalidArgument;
+  return WithMemory([&] { return FindNames(rgszNames, cNames, rgDispId); });
+}
+
+Status DispatchObject::FindNames(AutomationChar **rgszNames, std::uint32_t cNames, MemberId *rgDispId) const {
   std::fill_n(rgDispId, cNames, NoMember);
   const auto nameAt = [&](std::uint32_t i) { return rgszNames[i] ? NameText(rgszNames[i]) : std::string(); };
   std::vector<Parameter> arrParameters;
@@ -186,29 +202,36 @@ Status DispatchObject::Invoke(MemberId dispIdMember, const Guid &riid, LocaleId,
   if (!(riid == GuidNull)) return StatusUnknownInterface;
   if (!pDispParams) return StatusPointer;
   std::size_t number = 0;
-  if (const Status status = FindMember(dispIdMember, wFlags, number); Failed(status)) return status;
-  try {
-    std::vector<Value> arrValues;
-    ArgumentPlaces places(*pDispParams, Member(number));
-    if (const Status status = places.Find(puArgErr); Failed(status)) return status;
-    const Status status = ReadArguments(*pDispParams, Member(number), places, arrValues, puArgErr);
-    if (Failed(status)) return status;
-    // The caller may release its last reference in an event handler during this call.
-    const auto self = Ref<IDispatch>::Share(this);
-    Arguments arguments(std::move(arrValues));
-    const Value vResult = Run(number, arguments);
-    for (std::size_t i = 0; i < Member(number).arrParameters.size(); ++i)
-      if (Member(number).arrParameters[i].fByRef && places[i] != NotGiven && !IsLeftOut(pDispParams->rgvarg[places[i]]))
-        WriteBack(pDispParams->rgvarg[places[i]], arguments.At(i));
-    if (pVarResult) *pVarResult = ToVariant(vResult);
-    return StatusOk;
-  } catch (const RunTimeError &error) {
-    return FillException(pExcepInfo, error, Source());
-  } catch (const std::bad_alloc &) {
-    return StatusOutOfMemory;
-  } catch (const std::exception &error) {
-    return FillException(pExcepInfo, RunTimeError(StatusUnexpected, error.what()), Source());
-  }
+  return WithMemory([&] {
+    if (const Status status = FindMember(dispIdMember, wFlags, number); Failed(status)) return status;
+    try {
+      return RunMember(number, *pDispParams, pVarResult, puArgErr);
+    } catch (const RunTimeError &error) {
+      return FillException(pExcepInfo, error, Source());
+    } catch (const std::bad_alloc &) {
+      return StatusOutOfMemory;
+    } catch (const std::exception &error) {
+      return FillException(pExcepInfo, RunTimeError(StatusUnexpected, error.what()), Source());
+    }
+  });
+}
+
+Status DispatchObject::RunMember(std::size_t number, AutomationDispParams &params, AutomationVariant *pVarResult,
+                                 std::uint32_t *puArgErr) {
+  std::vector<Value> arrValues;
+  ArgumentPlaces places(params, Member(number));
+  if (const Status status = places.Find(puArgErr); Failed(status)) return status;
+  const Status status = ReadArguments(params, Member(number), places, arrValues, puArgErr);
+  if (Failed(status)) return status;
+  // The caller may release its last reference in an event handler during this call.
+  const auto self = Ref<IDispatch>::Share(this);
+  Arguments arguments(std::move(arrValues));
+  const Value vResult = Run(number, arguments);
+  for (std::size_t i = 0; i < Member(number).arrParameters.size(); ++i)
+    if (Member(number).arrParameters[i].fByRef && places[i] != NotGiven && !IsLeftOut(params.rgvarg[places[i]]))
+      WriteBack(params.rgvarg[places[i]], arguments.At(i));
+  if (pVarResult) *pVarResult = ToVariant(vResult);
+  return StatusOk;
 }
 
 }  // namespace tarvik

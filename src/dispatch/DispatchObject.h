@@ -73,6 +73,11 @@ class DispatchObject : public automation::IDispatch {
   virtual std::string Source() const = 0;
 
  private:
+  automation::Status FindNames(automation::AutomationChar **rgszNames, std::uint32_t cNames,
+                               automation::MemberId *rgDispId) const;
+  /// Converts the arguments of a call, runs the member, and writes its results back.
+  automation::Status RunMember(std::size_t number, automation::AutomationDispParams &params,
+                               automation::AutomationVariant *pVarResult, std::uint32_t *puArgErr);
   automation::Status FindMember(std::int32_t lngNumber, std::uint16_t wFlags, std::size_t &number) const;
 
   std::atomic<automation::Count> m_lngReferences{1};

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <optional>
+#include <utility>
 
 #include "automation/AutomationArray.h"
 #include "automation/AutomationString.h"
@@ -203,8 +204,8 @@ void WriteElements(AutomationArray *&pArray, std::uint16_t vtElement, std::uint1
                      pArray->rgsabound[0].lLbound == arr.LowerBound();
   if (!fFits) {
     if (pArray && (pArray->cLocks > 0 || (pArray->fFeatures & ArrayBoundFeatures) != 0)) RaiseError(ErrArrayLocked);
-    FreeArray(pArray);
-    pArray = AllocArray(static_cast<VariantType>(vtElement), arr.LowerBound(), lngCount);
+    AutomationArray *pNew = AllocArray(static_cast<VariantType>(vtElement), arr.LowerBound(), lngCount);
+    FreeArray(std::exchange(pArray, pNew));
   }
   for (std::uint32_t i = 0; i < lngCount; ++i)
     if constexpr (std::is_same_v<T, Boolean>)
@@ -224,9 +225,9 @@ struct PlaceWriter {
   void operator()(Long lngValue) const { Number(lngValue); }
   void operator()(Double dblValue) const { Number(dblValue); }
   void operator()(const std::string &strValue) const {
-    auto &bstr = *static_cast<AutomationString *>(pPlace);
-    FreeString(bstr);
-    bstr = AllocString(strValue);
+    // Without memory for the new text the caller keeps the old one.
+    AutomationString bstrNew = AllocString(strValue);
+    FreeString(std::exchange(*static_cast<AutomationString *>(pPlace), bstrNew));
   }
   void operator()(const ByteArray &arr) const { Elements(VtByte, arr); }
   void operator()(const BooleanArray &arr) const { Elements(VtBoolean, arr); }
@@ -293,8 +294,9 @@ void WriteBack(AutomationVariant &vArgument, const Value &vValue) {
     // The array stays the caller's own: his script may hold it by another name.
     std::visit(PlaceWriter{&vInner.parray, vInner.vt}, vValue);
   } else {
-    ClearVariant(vInner);
-    vInner = ToVariant(vValue);
+    AutomationVariant vNew = ToVariant(vValue);
+    std::swap(vInner, vNew);
+    ClearVariant(vNew);
   }
 }
 

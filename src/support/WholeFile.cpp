@@ -166,13 +166,14 @@ int FileCalls::SyncFolder(const std::string &strFolder) {
 void FileCalls::Remove(const std::string &strPath) { ::unlink(strPath.c_str()); }
 
 void WriteWholeFile(const fs::path &path, std::string_view strBytes, FileCalls &calls) {
-  const fs::path target = BehindLinks(path);
+  const fs::path target = BehindLinks(path), folder = target.parent_path();
   const unsigned mode = ModeOf(target);
+  // Before the file is replaced, so that no lack of memory tells a failure behind it.
+  const std::string strTarget = target.string(), strFolder = folder.empty() ? "." : folder.string();
   FreshFile fresh(calls, target);
   fresh.Fill(strBytes, mode);
-  fresh.PutInPlaceOf(target.string());
-  const fs::path folder = target.parent_path();
-  if (const int intError = calls.SyncFolder(folder.empty() ? "." : folder.string())) FailWith(intError);
+  fresh.PutInPlaceOf(strTarget);
+  if (const int intError = calls.SyncFolder(strFolder)) FailWith(intError);
 }
 
 #endif

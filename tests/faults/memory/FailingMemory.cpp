@@ -1,5 +1,6 @@
 #include "FailingMemory.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -25,6 +26,7 @@ bool Fails() {
   if (g_intFailsAt == 0) return false;
   const bool fFails = g_fForEver ? g_intAsked >= g_intFailsAt : g_intAsked == g_intFailsAt;
   g_fFailed = g_fFailed || fFails;
+  if (fFails) errno = ENOMEM;
   return fFails;
 }
 
