@@ -4,7 +4,7 @@ namespace tarvik::automation {
 
 namespace {
 
-thread_local CallsAhead::Current g_current;
+thread_local CallsAhead::Current g_callsAhead;
 thread_local std::uint64_t g_lngLastNumber = 0;
 
 bool IsDistant(IDispatch *pDriver) {
@@ -15,23 +15,23 @@ bool IsDistant(IDispatch *pDriver) {
 }  // namespace
 
 bool CallsAhead::Begin(IDispatch *pDriver) {
-  if (g_current.lngNumber != 0 || !IsDistant(pDriver)) return false;
-  g_current.lngNumber = ++g_lngLastNumber;
+  if (g_callsAhead.lngNumber != 0 || !IsDistant(pDriver)) return false;
+  g_callsAhead.lngNumber = ++g_lngLastNumber;
   return true;
 }
 
 CallsAhead::~CallsAhead() {
-  if (m_fCounts) g_current = {};
+  if (m_fCounts) g_callsAhead = {};
 }
 
-CallsAhead::Rehearsing::Rehearsing() { g_current.fRehearsing = true; }
+CallsAhead::Rehearsing::Rehearsing() { g_callsAhead.fRehearsing = true; }
 
-CallsAhead::Rehearsing::~Rehearsing() { g_current.fRehearsing = false; }
+CallsAhead::Rehearsing::~Rehearsing() { g_callsAhead.fRehearsing = false; }
 
 void CallsAhead::LeaveRehearsal() {
-  if (g_current.fRehearsing) throw RehearsalOver();
+  if (g_callsAhead.fRehearsing) throw RehearsalOver();
 }
 
-CallsAhead::Current CallsAhead::OfThread() { return g_current; }
+CallsAhead::Current CallsAhead::OfThread() { return g_callsAhead; }
 
 }  // namespace tarvik::automation
