@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "remote/AnswerWriter.h"
-#include "remote/LogText.h"
+#include "support/LogText.h"
 
 namespace tarvik::remote {
 

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <ctime>
 
-#include "remote/LogText.h"
+#include "support/LogText.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik::remote {

@@ -5,7 +5,7 @@
 
 #include "automation/Activation.h"
 #include "automation/ErrorInfo.h"
-#include "remote/LogText.h"
+#include "remote/FolderlessText.h"
 #include "support/RunTimeError.h"
 
 namespace tarvik::remote {

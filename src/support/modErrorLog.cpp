@@ -6,6 +6,7 @@
 #include "support/ConnectionLoss.h"
 #include "support/Conversions.h"
 #include "support/Host.h"
+#include "support/LogText.h"
 #include "support/RunTimeError.h"
 #include "support/UserEvent.h"
 #include "support/modGlobals.h"
@@ -61,9 +62,10 @@ void LogError(const std::string &strModule, const std::string &strProc, Long lng
 void WriteLogRecord(const std::string &strModule, const std::string &strProc, Long lngErrNum,
                     const std::string &strDescription) {
   Host &host = TheHost();
-  const std::string strRecord = DateLine() + "\r\n" +                                                  //
-                                "  Error: " + Format(lngErrNum, "##### ") + strDescription + "\r\n" +  //
-                                "  Mod: " + strModule + "; Proc: " + strProc + "\r\n\r\n";
+  // A driver's text keeps to its line: whoever reads the log takes a record of three lines for one failure.
+  const std::string strError = Format(lngErrNum, "##### ") + WithoutControls(strDescription);
+  const std::string strPlace = WithoutControls(strModule) + "; Proc: " + WithoutControls(strProc);
+  const std::string strRecord = DateLine() + "\r\n  Error: " + strError + "\r\n  Mod: " + strPlace + "\r\n\r\n";
   host.AppendToFile(host.ErrorLogPath(), strRecord + "\r\n");
 }
 

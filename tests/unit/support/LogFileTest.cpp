@@ -108,6 +108,19 @@ long long Writes() {
   return -1;
 }
 
+/// What a driver says begins no line of the log, controls no terminal that shows it and turns no writing around.
+TEST_F(LogFileTest, ControlAndDirectionCharactersOfADriverStandInTheLogAsTheirCodes) {
+  RecordingHost recording;
+  recording.SetClock(2026, 5, 4, 12, 30);
+  WriteLogRecord("Mod", "Proc", -2147221503,
+                 "a\\b \xC2\xB5s\r\n  Error: 0 forged\x1B[2J \xE2\x80\xAE"
+                 "desrever \xFF end\t\x7F");
+  EXPECT_THAT(
+      recording.TakeLines(),
+      ElementsAre("log: 05/04/26 12:30\r\n  Error: -2147221503 a\\b \xC2\xB5s\\x0D\\x0A  Error: 0 forged\\x1B[2J "
+                  "\\u202Edesrever \\xFF end\\x09\\x7F\r\n  Mod: Mod; Proc: Proc\r\n\r\n\r\n"));
+}
+
 TEST_F(LogFileTest, ARecordOfAnyLengthIsOneWrite) {
   const std::string strPath = (folder / "deep/er/log.txt").string();
   std::string strExpected;

@@ -1,14 +1,13 @@
-#include "remote/LogText.h"
+#include "support/LogText.h"
 
 #include <utf8.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
 
-namespace tarvik::remote {
+namespace tarvik {
 
 namespace {
 
@@ -44,21 +43,14 @@ void ForEachCharacter(std::string_view strText, Take take, TakeByte takeByte) {
   }
 }
 
-bool BelongsToPath(char ch) {
-  return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') || (ch & 0x80) != 0 ||
-         std::string_view("/._-+~@%=").find(ch) != std::string_view::npos;
-}
-
 }  // namespace
 
-std::string Escaped(std::string_view strText) {
+std::string WithoutControls(std::string_view strText) {
   std::string strResult;
   ForEachCharacter(
       strText,
       [&](char32_t ch, std::string_view strBytes) {
-        if (ch == U'\\')
-          strResult += "\\\\";
-        else if (!IsHarmful(ch))
+        if (!IsHarmful(ch))
           strResult += strBytes;
         else
           strResult += Code(ch < 0x80 ? "\\x%02X" : "\\u%04X", ch);
@@ -83,22 +75,10 @@ std::string JsonString(std::string_view strText) {
   return strResult + "\"";
 }
 
-std::string WithoutFolders(std::string_view strText) {
-  std::string strResult;
-  for (std::size_t at = 0; at < strText.size();) {
-    const bool fBegins = strText[at] == '/' && (at == 0 || !BelongsToPath(strText[at - 1])) &&
-                         at + 1 < strText.size() && BelongsToPath(strText[at + 1]);
-    if (!fBegins) {
-      strResult += strText[at++];
-      continue;
-    }
-    std::size_t end = at;
-    while (end < strText.size() && BelongsToPath(strText[end])) ++end;
-    const std::string_view strPath = strText.substr(at, end - at);
-    strResult += strPath.substr(strPath.rfind('/') + 1);
-    at = end;
-  }
-  return strResult;
+std::string Escaped(std::string_view strText) {
+  std::string strDoubled;
+  for (const char ch : strText) strDoubled += ch == '\\' ? "\\\\" : std::string(1, ch);
+  return WithoutControls(strDoubled);
 }
 
-}  // namespace tarvik::remote
+}  // namespace tarvik
