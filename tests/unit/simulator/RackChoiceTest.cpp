@@ -31,9 +31,19 @@ TEST(RackFileOfTheUser, BadFileFailsTheCreationAndAGoodOneDescribesTheRack) {
   EXPECT_EQ("", Text(queue, &kolven::IErrorQueue::GetErrors));
   EXPECT_EQ(R"~(120,"Warming up")~", Text(queue, &kolven::IErrorQueue::GetWarnings));
 
-  std::ofstream(file) << "[Bench]\n[Second]\n";
+  std::ofstream(file) << "[Bench]\n[Second]\nidentity = nobody\n";
   Check(Instruments()->Refresh());
   EXPECT_EQ(2, Read<Long>(Instruments(), &kolven::IInstrumentList::GetCount));
+
+  // An identity without its four fields is refused where it is asked for.
+  const auto second = Find("Second");
+  VariantBool opened = 0;
+  Check(second->Open(0, 0, 0, &opened));
+  EXPECT_EQ(-1, opened);
+  Check(second->Open(-1, 0, 0, &opened));
+  EXPECT_EQ(0, opened);
+  Check(Find("Bench")->Open(-1, 0, 0, &opened));
+  EXPECT_EQ(-1, opened);
   fs::remove_all(PrivateDataFolder());
 }
 
