@@ -12,6 +12,7 @@
 #include "panel/SettingControls.h"
 #include "platform/ToolPopup.h"
 #include "settings/SetupDifferences.h"
+#include "support/ActionEnd.h"
 #include "support/Host.h"
 #include "support/RunTimeError.h"
 
@@ -37,7 +38,10 @@ std::size_t Number(Long lngPage) { return static_cast<std::size_t>(lngPage); }
 
 SettingMarks::SettingMarks(TabControl &tabs, TakeShown takeShown) : m_tabs(tabs), m_takeShown(std::move(takeShown)) {
   for (Long lngPage = 0; lngPage < eNumPages; ++lngPage) WatchPage(static_cast<TabNumEnum>(lngPage));
-  m_known.Changed.Connect([this](TabNumEnum ePage) { Touch(ePage); });
+  // A page's record carries settings that other pages show: the kind of pulses.
+  m_known.Changed.Connect([this](TabNumEnum) { Touch(eAllPages); });
+  // Some changes are told by no control: a bit that is typed in the pattern.
+  m_actionConnection = ActionEnded().ConnectScoped([this](const void *) { Touch(eCurrPage); });
   m_tabLayer = new MarkLayer(*m_tabs.tabBar(), [bar = m_tabs.tabBar(), this] { return TabCorners(*bar); });
 }
 

@@ -85,6 +85,7 @@ class SettingMarks : public QObject {
   std::array<QPointer<MarkLayer>, eNumPages> m_arrLayers;
   QPointer<MarkLayer> m_tabLayer;
   std::vector<Event<const std::string &>::Connection> m_arrMenus;
+  Event<const void *>::Connection m_actionConnection;
 };
 
 }  // namespace tarvik

@@ -13,6 +13,7 @@
 #include "panel/LimitsPage.h"
 #include "panel/ModePage.h"
 #include "panel/PatternPage.h"
+#include "panel/SettingMarks.h"
 #include "panel/StepNames.h"
 #include "panel/TimingPage.h"
 #include "panel/TrigLevPage.h"
@@ -76,15 +77,17 @@ void UndoHistory::TakeAction(const void *owner) {
   QWidget *control = ControlOf(owner);
   KeptParts arrNow = m_memento.Taken(m_arrLast);
   auto arrKind = KindOfInstrument();
-  if (!control || m_arrLast.empty() || arrKind != m_arrKindSeen) {
-    // The start, an operation of the host, a step that was undone, or an instrument of another kind, which has its
-    // controls enabled in another way.
+  // Without settings among them, changes wait for the next step and come back with it: what a page does when it is
+  // entered, the address of the pattern editor.
+  if (m_arrLast.empty() || arrKind != m_arrKindSeen) {
+    // The start, or an instrument of another kind, which has its controls enabled in another way.
     m_arrLast = std::move(arrNow);
+  } else if (const auto arrChanges = ChangesTo(arrNow); !control) {
+    // An operation of the host.
+    if (HasSetting(arrChanges)) m_arrLast = std::move(arrNow);
   } else {
-    // What a page does when it is entered waits for the next step, and comes back with it.
     const PanelMemento::Part *part = m_memento.PartOf(control);
     const bool fTransfer = IsTransfer(*control);
-    const auto arrChanges = ChangesTo(arrNow);
     if (part || fTransfer)
       Record(std::move(arrNow), NameOf(*control, arrChanges), fTransfer ? PagesOf(arrChanges) : m_marked, part);
   }
@@ -303,6 +306,8 @@ bool UndoHistory::MoveTo(int intIndex) {
 
   m_memento.Show(arrTarget);
   m_panel.timingPage->DrawTiming();
+  // The edge menus are settings, but no page counts as changed by them.
+  m_panel.marks->Touch(eAllPages);
   m_arrLast = std::move(arrTarget);
   m_intAt = intIndex;
   m_runIn = nullptr;

@@ -57,8 +57,9 @@ bool IsRead(const Setting &setting, TabNumEnum ePage, const Setup &read) {
 /// The mode sends what it uses, and a page that sends its record whole sends all of it.
 bool IsSent(const Setting &setting, Long lngChannel, TabNumEnum ePage, const Setup &sent) {
   if (ePage != ePageMode) return true;
-  if (setting.strKey == "pattern.rz")
-    return sent.Mode.PulseMode == ePulsePattern && sent.Mode.TriggerMode != eTriggerExtWidth;
+  const bool fSendsChannels = sent.Mode.TriggerMode != eTriggerExtWidth;
+  if (setting.strKey == "pattern.rz") return fSendsChannels && sent.Mode.PulseMode == ePulsePattern;
+  if (setting.strKey == "mode.pulseType" && !fSendsChannels) return false;
   return setting.IsInUse(sent, lngChannel) && !setting.KeepsItsOwn(sent, lngChannel);
 }
 

@@ -3,8 +3,6 @@
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QTabBar>
-#include <cmath>
-#include <random>
 #include <set>
 
 #include "Contrast.h"
@@ -13,16 +11,17 @@
 #include "panel/Panel.h"
 #include "panel/SettingControls.h"
 #include "panel/SettingMarks.h"
-#include "settings/SetupTransfer.h"
 
 namespace tarvik::test {
 namespace {
 
 using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
@@ -143,6 +142,43 @@ TEST(Marks, AfterARefusedCommitThePagesTellTheTruth) {
   EXPECT_EQ(session->Get<QTabWidget>("tabMain").tabToolTip(ePageLevels), "Differs from the instrument");
 }
 
+TEST(Marks, GoWithAStepThatIsUndoneThoughItMarksNoPage) {
+  const MarkedPanel session;
+  session->ShowPage(ePageTiming);
+  session->TakeMenu("toolPopupTEdge(0)", "TeAbs");
+  EXPECT_THAT(session.Noted(), ElementsAre("toolPopupTEdge(0)"));
+  session.panel->undo();
+  EXPECT_THAT(session.Noted(), IsEmpty());
+  session.panel->redo();
+  EXPECT_THAT(session.Noted(), ElementsAre("toolPopupTEdge(0)"));
+}
+
+TEST(Marks, ABitThatIsTypedAtTheLastAddressIsMarked) {
+  const MarkedPanel session;
+  session->ShowPage(ePagePattern);
+  session->Type("esLast", "8");
+  session->Type("esAddress", "8");
+  auto &picture = session->Get<QWidget>("picWave");
+  for (int y = 0; y < picture.height(); y += 4) QTest::mouseClick(&picture, Qt::LeftButton, {}, QPoint(100, y));
+  session->Click("cmdUpload");
+  ASSERT_THAT(session.Noted(), IsEmpty());
+  QTest::keyClick(&picture, Qt::Key_Plus);
+  EXPECT_THAT(session.Noted(), ElementsAre("BitPattern1"));
+}
+
+TEST(Marks, GoWhenTheTimingPageHasSentThePulsesOfTheModePage) {
+  const MarkedPanel session;
+  session->ShowPage(ePageOptions);
+  session->Choose("optUpload(1)");
+  session->ShowPage(ePageMode);
+  session->Take("cboPulseType2", 1);
+  EXPECT_THAT(session.Noted(), Contains("cboPulseType2"));
+  session->ShowPage(ePageTiming);
+  session->Type("esWidth(1)", "60n");
+  session->Click("cmdUpload");
+  EXPECT_THAT(session.Noted(), Not(Contains("cboPulseType2")));
+}
+
 TEST(Marks, AnotherSessionBeginsWithoutThem) {
   MarkedPanel session;
   session->ShowPage(ePageTiming);
@@ -217,126 +253,6 @@ TEST(Marks, AnOutputSwitchedOnOverMarkedValuesTellsWhatItRunsWith) {
   session->Choose("optChannel1InvOutput(0)");
   ASSERT_EQ(arrLines.size(), 2u) << "told without marks, too";
   EXPECT_THAT(arrLines.back(), StartsWith("Inverse output 1 runs with "));
-}
-
-// ---- Any session of a user ----
-
-/// The instrument through an interface of its own, as somebody else would read it.
-class SecondReader {
- public:
-  explicit SecondReader(const std::string &strInstrument) {
-    m_instr.Connect();
-    m_instr.OpenInstrument(strInstrument);
-  }
-  tarvik::Setup Read() {
-    tarvik::Setup setup;
-    EXPECT_TRUE(ReadSetup(m_instr, setup));
-    return setup;
-  }
-
- private:
-  clsInstrInterface m_instr;
-};
-
-class RandomUser {
- public:
-  RandomUser(const MarkedPanel &session, unsigned seed) : m_session(session), m_random(seed) {}
-
-  void DoSomething() {
-    switch (Below(12)) {
-      case 0: return m_session->Click("cmdUpload");
-      case 1: return m_session->Click("cmdDownload");
-      case 2: return m_session->ShowPage(static_cast<TabNumEnum>(1 + Below(7)));
-      default: return ChangeSomething();
-    }
-  }
-
- private:
-  std::size_t Below(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(m_random); }
-
-  void ChangeSomething() {
-    QTabWidget &tabs = m_session->Get<QTabWidget>("tabMain");
-    std::vector<QWidget *> arrControls;
-    for (auto *widget : tabs.currentWidget()->findChildren<QWidget *>())
-      if (widget->isVisible() && widget->isEnabled() && IsWorked(*widget)) arrControls.push_back(widget);
-    if (!arrControls.empty()) Work(*arrControls[Below(arrControls.size())]);
-  }
-  static bool IsWorked(const QWidget &widget) {
-    if (const auto *field = dynamic_cast<const EngrSpin *>(&widget)) return !field->Locked();
-    if (const auto *list = dynamic_cast<const CboEnhanced *>(&widget)) return list->Enabled() && list->ListCount() > 0;
-    const QString strName = widget.objectName();
-    return strName.startsWith("opt") || strName == "picWave" || strName == "cmdPeriodOrFreq" ||
-           strName.startsWith("toolPopupTEdge");
-  }
-  void Work(QWidget &control) {
-    const std::string strName = control.objectName().toStdString();
-    m_strDid += strName + " ";
-    if (auto *field = dynamic_cast<EngrSpin *>(&control))
-      m_session->Type(strName, NumberFor(*field));
-    else if (auto *list = dynamic_cast<CboEnhanced *>(&control))
-      m_session->Take(strName, static_cast<int>(Below(static_cast<std::size_t>(list->ListCount()))));
-    else if (strName == "picWave")
-      QTest::keyClick(&control, static_cast<char>('0' + Below(2)));
-    else if (strName.starts_with("toolPopupTEdge"))
-      m_session->TakeMenu(strName, Below(2) == 0 ? "TeEqLe" : "TeAbs");
-    else if (strName == "cmdPeriodOrFreq")
-      m_session->Click(strName);
-    else
-      m_session->Choose(strName);
-  }
-  std::string NumberFor(const EngrSpin &field) {
-    const Double dblPart = std::uniform_real_distribution<Double>(0, 1)(m_random);
-    Double dblValue = field.Min() + (field.Max() - field.Min()) * dblPart;
-    if (field.Min() >= 0 && field.Max() > 0) {
-      const Double dblLow = std::log10(std::max(field.Min(), 1e-9)), dblHigh = std::log10(std::min(field.Max(), 1e9));
-      dblValue = std::pow(10, dblLow + (dblHigh - dblLow) * dblPart);
-    }
-    return QString::number(dblValue, 'e', 4).toStdString();
-  }
-
-  const MarkedPanel &m_session;
-  std::mt19937 m_random;
-
- public:
-  std::string m_strDid;
-};
-
-/// The controls of all settings in which the panel and the instrument differ, as the second reader sees it.
-std::set<std::string> Differing(const tarvik::Setup &shown, const tarvik::Setup &held, const KnownSetup &known) {
-  std::set<std::string> arrNames;
-  for (const SetupDifference &difference : Differences(shown, held)) {
-    const Setting &setting = *difference.setting;
-    if (!setting.IsInUse(shown, difference.lngChannel)) continue;
-    // After the mode went to the other pulse type alone, nobody has told the delay of that one.
-    if (setting.strKey == "timing.delay" && !known.Knows(setting, difference.lngChannel)) continue;
-    // The driver tells a slope or the PLL, as its arming source is.
-    if (setting.strKey == "mode.armingLevel" && held.Mode.ArmingSource == eArmPll) continue;
-    if (setting.strKey.starts_with("mode.pll") && held.Mode.ArmingSource != eArmPll) continue;
-    for (const SettingControl &control : ControlsOf(setting, difference.lngChannel, shown))
-      arrNames.insert(control.strName);
-  }
-  return arrNames;
-}
-
-int ActionCount() {
-  bool fIsNumber = false;
-  const int intCount = qEnvironmentVariableIntValue("TARVIK_MARK_ACTIONS", &fIsNumber);
-  return fIsNumber ? intCount : 300;
-}
-
-TEST(Marks, StandWherePanelAndInstrumentDifferAfterAnyAction) {
-  for (const char *strInstrument : {"VP-210", "VP-110"}) {
-    const MarkedPanel session(strInstrument);
-    SecondReader reader(strInstrument);
-    RandomUser user(session, 16);
-    for (int i = 0; i < ActionCount() / 2; ++i) {
-      user.m_strDid.clear();
-      user.DoSomething();
-      QCoreApplication::sendPostedEvents();
-      ASSERT_EQ(session.Noted(), Differing(session.Panel().ShownSetup(), reader.Read(), session.Panel().Known()))
-          << strInstrument << ", action " << i << " " << user.m_strDid;
-    }
-  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QUndoView>
 
 #include "PanelDump.h"
+#include "PanelSession.h"
 #include "WidgetEnvironment.h"
 #include "panel/UndoHistory.h"
 #include "panel/UndoScope.h"
@@ -153,14 +154,14 @@ TEST_F(Undo, TheMemoriesOfTheModePageComeBack) {
   session->Choose("optPulseMode(1)");
   session->Choose("optPulseMode(2)");
   for (int i = 0; i < 3; ++i) session->panel->undo();
-  const auto arrAtStart = Dump(*session);
+  const auto arrAtStart = Dump(*session, session->State());
   // The choice that was remembered for the mode has gone with the step that made it.
   session->Choose("optPulseMode(1)");
   session->Choose("optPulseMode(0)");
   EXPECT_EQ(session->List("cboPulseType1").ListIndex(), 0);
   session->panel->undo();
   session->panel->undo();
-  EXPECT_EQ(Dump(*session), arrAtStart);
+  EXPECT_EQ(Dump(*session, session->State()), arrAtStart);
 }
 
 TEST_F(Undo, AScopeIsOneStepOfItsName) {
@@ -203,10 +204,10 @@ TEST_F(Undo, AfterAnotherKindOfInstrumentWasOpenedIsRefusedWithAText) {
   session->ShowPage(ePageInstr);
   session->Tick(session->RowOf("Beta"));
   session->host.TakeBoxes();
-  const auto arrShown = Dump(*session);
+  const auto arrShown = Dump(*session, session->State());
   session->panel->undo();
   EXPECT_THAT(session->host.TakeBoxes(), ElementsAre(HasSubstr("made with an instrument of another kind")));
-  EXPECT_EQ(Dump(*session), arrShown);
+  EXPECT_EQ(Dump(*session, session->State()), arrShown);
   // The first step with the new one begins a new history.
   session->ShowPage(ePageTiming);
   session->Type("esWidth(0)", "60n");
@@ -250,11 +251,11 @@ TEST_F(UndoOfOutputs, OnTheAnswerNoNothingChanges) {
   session->ShowPage(ePageTiming);
   session->Choose("optChannel1Output(0)");
   session->Forget();
-  const auto arrShown = Dump(*session);
+  const auto arrShown = Dump(*session, session->State());
   session->host.arrBoxAnswers = {BoxAnswer::No};
   session->panel->undo();
   EXPECT_THAT(session->driver.arrTrace, IsEmpty());
-  EXPECT_EQ(Dump(*session), arrShown);
+  EXPECT_EQ(Dump(*session, session->State()), arrShown);
   EXPECT_TRUE(session->panel->canUndo());
 }
 

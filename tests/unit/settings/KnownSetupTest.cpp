@@ -70,6 +70,21 @@ TEST(KnownSetup, AnotherPulseTypeHasADelayThatIsNotKnown) {
   EXPECT_TRUE(Knows(known, "timing.delay[1]"));
 }
 
+TEST(KnownSetup, TheModePageSendsNoPulseTypeWithTheExternalWidth) {
+  KnownSetup known;
+  known.TakeRead(ePageMode, SampleSetup());
+  tarvik::Setup sent = SampleSetup();
+  sent.Mode.TriggerMode = eTriggerExtWidth;
+  sent.Timing.fDoublePulse[1] = True;
+  sent.Mode.PulseType[1] = eTypeDouble;
+  known.TakeSent(ePageMode, sent);
+  EXPECT_EQ(known.Values().Mode.TriggerMode, eTriggerExtWidth);
+  EXPECT_FALSE(known.Values().Timing.fDoublePulse[1]);
+  EXPECT_TRUE(Knows(known, "timing.delay[1]"));
+  known.TakeSent(ePageTiming, sent);
+  EXPECT_TRUE(known.Values().Timing.fDoublePulse[1]);
+}
+
 TEST(KnownSetup, TheDriverTellsASlopeOrThePll) {
   tarvik::Setup read = SampleSetup();
   KnownSetup known;

@@ -1,12 +1,17 @@
 #include "PanelDump.h"
 
 #include <QLabel>
+#include <QTabWidget>
 #include <sstream>
 
 #include "ValueText.h"
 #include "bitpattern/BitPattern.h"
 #include "bitpattern/HScrollBar.h"
+#include "controls/FrameEnhanced.h"
+#include "platform/CommandButton.h"
+#include "platform/OptionButton.h"
 #include "platform/PictureBox.h"
+#include "platform/ToolPopup.h"
 
 namespace tarvik::test {
 
@@ -15,7 +20,7 @@ namespace {
 std::string LineOf(EngrSpin &field) {
   std::ostringstream line;
   line.precision(17);
-  line << field.Value() << ' ' << field.OldValue() << ' ' << field.Min() << ' ' << field.Max() << " '" << field.Text()
+  line << field.Value() << ' ' << field.Min() << ' ' << field.Max() << " '" << field.Text()
        << "' '" << field.findChild<QLabel *>("lblUnits")->text().toStdString() << "' '" << field.Caption() << "' '"
        << field.BaseUnit() << "' '" << field.AuxUnits() << "' " << field.AuxValue() << " '" << field.ValueArray()
        << "' " << bool{field.Enabled()} << bool{field.Locked()} << field.isEnabled();
@@ -60,7 +65,7 @@ std::string LineOf(QWidget &widget) {
   return {};
 }
 
-std::string LineOf(PanelState &state) {
+std::string LineOf(const PanelState &state) {
   std::ostringstream line;
   line << state.meTriggerMode << ' ' << state.mePulseMode << ' ' << state.mintModePos;
   for (const Long i : {1, 2})
@@ -71,9 +76,9 @@ std::string LineOf(PanelState &state) {
 
 }  // namespace
 
-std::vector<std::string> Dump(const PanelSession &session) {
-  std::vector<std::string> arrLines{"state: " + LineOf(session.State())};
-  auto &tabs = session.Get<QTabWidget>("tabMain");
+std::vector<std::string> Dump(const PanelUser &user, const PanelState &state) {
+  std::vector<std::string> arrLines{"state: " + LineOf(state)};
+  auto &tabs = user.Get<QTabWidget>("tabMain");
   for (int intPage = ePageMode; intPage <= ePageConfig; ++intPage)
     for (auto *widget : tabs.widget(intPage)->findChildren<QWidget *>())
       if (const std::string strLine = LineOf(*widget); !strLine.empty())
