@@ -20,8 +20,8 @@ namespace {
 std::string LineOf(EngrSpin &field) {
   std::ostringstream line;
   line.precision(17);
-  line << field.Value() << ' ' << field.Min() << ' ' << field.Max() << " '" << field.Text()
-       << "' '" << field.findChild<QLabel *>("lblUnits")->text().toStdString() << "' '" << field.Caption() << "' '"
+  line << field.Value() << ' ' << field.Min() << ' ' << field.Max() << " '" << field.Text() << "' '"
+       << field.findChild<QLabel *>("lblUnits")->text().toStdString() << "' '" << field.Caption() << "' '"
        << field.BaseUnit() << "' '" << field.AuxUnits() << "' " << field.AuxValue() << " '" << field.ValueArray()
        << "' " << bool{field.Enabled()} << bool{field.Locked()} << field.isEnabled();
   return line.str();

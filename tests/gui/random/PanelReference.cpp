@@ -219,11 +219,11 @@ std::string PanelReference::CheckMarks(const Setup &held) const {
 }
 
 bool PanelReference::IsRounded(const Setting &setting, Long lngChannel, const Setup &held) const {
-  // Edges that cannot be set are taken and kept as they are.
-  const bool fEdge = setting.strKey == "timing.leading" || setting.strKey == "timing.trailing";
-  if (fEdge && (held.lngLacks & (eLacksTrailingEdge | eLacksFreeLeadingEdge)) != 0) return true;
   const Setup &known = Panel(m_session).Known().Values();
-  return DifferenceIn(setting, lngChannel, known, held) && !DifferenceIn(setting, lngChannel, known, held, Resolution);
+  // An edge that an instrument cannot make is taken, and becomes the nearest that it can.
+  const bool fEdge = setting.strKey == "timing.leading" || setting.strKey == "timing.trailing";
+  return DifferenceIn(setting, lngChannel, known, held) &&
+         (fEdge || !DifferenceIn(setting, lngChannel, known, held, Resolution));
 }
 
 // ---- Steps ----

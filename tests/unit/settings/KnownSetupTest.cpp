@@ -73,6 +73,7 @@ TEST(KnownSetup, AnotherPulseTypeHasADelayThatIsNotKnown) {
 TEST(KnownSetup, TheModePageSendsNoPulseTypeWithTheExternalWidth) {
   KnownSetup known;
   known.TakeRead(ePageMode, SampleSetup());
+  known.TakeRead(ePageTiming, SampleSetup());
   tarvik::Setup sent = SampleSetup();
   sent.Mode.TriggerMode = eTriggerExtWidth;
   sent.Timing.fDoublePulse[1] = True;
