@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "InstrumentSession.h"
 #include "PanelSession.h"
 #include "ReferencePanel.h"
 

@@ -144,6 +144,12 @@ void ReferencePanel::DownloadEverything() {
 
 // List of the instruments.
 
+void ReferencePanel::Show() {
+  instr.fWarningsEnabled = true;
+  instr.LetErrorsEnabled(true);
+  if (instr.Connect()) Refresh();
+}
+
 void ReferencePanel::Refresh() {
   fTicked = false;
   instr.CloseInstrument();

@@ -31,6 +31,9 @@ class ReferencePanel {
 
   void Upload();
   void Download();
+  /// The panel is shown, and hidden.
+  void Show();
+  void Hide() { instr.CloseInstrument(); }
   void Refresh();
   /// A tick, a double click or Enter: ends the session of the row or starts one.
   void StartOrStop();
