@@ -7,10 +7,13 @@ namespace {
 thread_local CallsAhead::Current g_callsAhead;
 thread_local std::uint64_t g_lngLastNumber = 0;
 
-bool IsDistant(IDispatch *pDriver) {
-  Ref<IUnknown> distant;
-  return pDriver && !Failed(pDriver->QueryInterface(IidDistant, reinterpret_cast<void **>(distant.Out())));
+bool Knows(IDispatch &driver, const Guid &iid) {
+  Ref<IUnknown> object;
+  return !Failed(driver.QueryInterface(iid, reinterpret_cast<void **>(object.Out())));
 }
+
+/// A driver that hands itself out for whatever it is asked would make the calls of a rehearsal.
+bool IsDistant(IDispatch *pDriver) { return pDriver && Knows(*pDriver, IidDistant) && !Knows(*pDriver, GuidNull); }
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "ServedInstrument.h"
+#include "automation/Object.h"
 
 namespace tarvik::remote {
 namespace {
@@ -216,6 +217,21 @@ TEST(CallsAheadHere, DriverOfThisMachineIsNotRehearsedWith) {
   const auto root = automation::Narrow<IDriverRoot>(driver.Create(DriverProgId, {}));
   const CallsAhead ahead(root, [] { ADD_FAILURE(); });
   const CallsAhead none(Ref<IInstrument>(), [] { ADD_FAILURE(); });
+}
+
+/// A driver's object that answers to every interface, known or not.
+class Obliging final : public automation::Object<IRestrictions> {
+ public:
+  Status TARVIK_CALL QueryInterface(const automation::Guid &, void **ppvObject) override {
+    AddRef();
+    *ppvObject = this;
+    return automation::StatusOk;
+  }
+  Status TARVIK_CALL GetMask(Long *) override { return automation::StatusNotImplemented; }
+};
+
+TEST(CallsAheadHere, DriverThatAnswersToEveryInterfaceIsNotRehearsedWith) {
+  const CallsAhead ahead(automation::MakeObject<Obliging>(), [] { ADD_FAILURE() << "its calls would be made twice"; });
 }
 
 }  // namespace
