@@ -24,7 +24,7 @@ struct GateLimits {
   std::size_t lngAll = 128;                    ///< connections at a time
   std::size_t lngEach = 80;                    ///< of these from one address
   std::chrono::milliseconds greeting{10'000};  ///< for TLS, HTTP/2 and the greeting together
-  std::uint64_t lngEarlyBytes = 64 * 1024;     ///< that a connection may send before its greeting
+  std::uint64_t lngEarlyBytes = 64ul * 1024;   ///< that a connection may send before its greeting
   std::chrono::milliseconds penalty{1'000};    ///< wait for the next connection of an address that broke a limit
 };
 

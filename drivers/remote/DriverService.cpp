@@ -18,7 +18,7 @@ constexpr std::chrono::seconds AnswerLimit{1};
 /// How often sessions are looked at.
 constexpr std::chrono::milliseconds WatchInterval{100};
 /// What a session has to have sent for its end to be worth a look at the process's memory.
-constexpr std::uint64_t TrimBytes = 1024 * 1024;
+constexpr std::uint64_t TrimBytes = 1024ul * 1024;
 
 }  // namespace
 

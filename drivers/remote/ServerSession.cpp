@@ -66,7 +66,7 @@ Failure DriverFailure(Status status) {
 /// Longest client-supplied text that is written to the log, bytes.
 constexpr std::size_t MaxShown = 80;
 /// Bytes of the answers to one frame.
-constexpr std::size_t MostQueuedBytes = 4u * 1024u * 1024u;
+constexpr std::size_t MostQueuedBytes = 4ul * 1024 * 1024;
 /// Arguments of numbers alone are smaller, bytes.
 constexpr std::size_t SmallCall = 256;
 /// The resource is in use.

@@ -24,7 +24,7 @@ struct SessionLimits {
   std::size_t lngObjects = 1000;                ///< that one client holds at a time
   std::uint32_t lngFrameBytes = 1024u * 1024u;  ///< of one frame of a client
   /// Arguments of the calls within a transaction, which the driver keeps until it ends.
-  std::size_t lngTransactionBytes = 16u * 1024u * 1024u;
+  std::size_t lngTransactionBytes = 16ul * 1024 * 1024;
 };
 
 /// Who a session belongs to, and where it says what it has open.

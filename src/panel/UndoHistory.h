@@ -18,7 +18,7 @@ namespace tarvik {
 class TARVIK_HIDDEN UndoHistory : public QObject {
  public:
   static constexpr int MaxSteps = 1000;
-  static constexpr std::size_t MaxBytes = 10 * 1024 * 1024;
+  static constexpr std::size_t MaxBytes = 10ul * 1024 * 1024;
 
   explicit UndoHistory(TarvikGUI::Panel &panel);
   ~UndoHistory() override;

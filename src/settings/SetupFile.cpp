@@ -17,9 +17,10 @@ namespace {
 /// The members of an object, each on its line.
 std::string Members(const std::map<std::string, std::string> &members, const std::string &strIndent) {
   std::string strText = "{\n";
-  for (const auto &[strKey, strValue] : members)
-    strText +=
-        strIndent + "  " + JsonText(strKey) + ": " + strValue + (strKey == members.rbegin()->first ? "\n" : ",\n");
+  for (const auto &[strKey, strValue] : members) {
+    strText.append(strIndent).append("  ").append(JsonText(strKey)).append(": ").append(strValue);
+    strText += strKey == members.rbegin()->first ? "\n" : ",\n";
+  }
   return strText + strIndent + "}";
 }
 
