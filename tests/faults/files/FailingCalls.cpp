@@ -122,7 +122,9 @@ int close(int file) {
 FILE *fopen64(const char *path, const char *mode) { return Run<FILE *>("fopen64", nullptr, path, mode); }
 int fsync(int file) { return Run("fsync", -1, file); }
 int fchmod(int file, mode_t mode) { return Run("fchmod", -1, file, mode); }
-int flock(int file, int operation) { return Run("flock", -1, file, operation); }
+// Another name here, since the system has a structure of that name.
+int TakenFlock(int file, int operation) asm("flock");
+int TakenFlock(int file, int operation) { return Run("flock", -1, file, operation); }
 int rename(const char *from, const char *to) { return Run("rename", -1, from, to); }
 int mkdir(const char *path, mode_t mode) { return Run("mkdir", -1, path, mode); }
 int access(const char *path, int mode) { return Run("access", -1, path, mode); }

@@ -120,7 +120,9 @@ class FailingFiles : public testing::Test {
     FailingCalls::Stop();
     EXPECT_EQ(OpenFiles(), before) << "a file is left open";
     steps.check(strRaised);
-    if (intError == EINTR) EXPECT_EQ(strRaised, "") << "a signal is no failure";
+    if (intError == EINTR) {
+      EXPECT_EQ(strRaised, "") << "a signal is no failure";
+    }
   }
   static std::string RaisedBy(const std::function<void()> &act) {
     try {
@@ -170,7 +172,9 @@ TEST_F(FailingFiles, TheFirstRecordOfTheLogIsThereOrItsFailureIsRaised) {
          .act = [&] { host.AppendToFile(log.string(), "record\r\n"); },
          .check =
              [&](const std::string &strRaised) {
-               if (strRaised.empty()) EXPECT_EQ(Content(log), "record\r\n");
+               if (strRaised.empty()) {
+                 EXPECT_EQ(Content(log), "record\r\n");
+               }
              }});
 }
 
@@ -246,8 +250,12 @@ TEST_F(FailingFiles, ASetupIsLoadedWholeOrItsFailureIsRaised) {
          .check =
              [&](const std::string &strRaised) {
                EXPECT_EQ(loaded.has_value(), strRaised.empty());
-               if (loaded) EXPECT_EQ(*loaded, whole);
-               if (!strRaised.empty()) EXPECT_THAT(strRaised, StartsWith("Cannot load " + path.string()));
+               if (loaded) {
+                 EXPECT_EQ(*loaded, whole);
+               }
+               if (!strRaised.empty()) {
+                 EXPECT_THAT(strRaised, StartsWith("Cannot load " + path.string()));
+               }
              }});
 }
 

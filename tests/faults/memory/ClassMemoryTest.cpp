@@ -175,7 +175,7 @@ std::vector<std::size_t> AllNumbers() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, ClassMemory, testing::ValuesIn(AllNumbers()),
-                         [](const auto &info) { return TestName(ClassOperations()[info.param].strName); });
+                         [](const auto &test) { return TestName(ClassOperations()[test.param].strName); });
 
 }  // namespace
 }  // namespace tarvik::test

@@ -27,6 +27,7 @@ struct ClassSettings {
                    .PulseMode = ePulseBurst,
                    .BurstLength = 17,
                    .PulseType = {1, 2},
+                   .SignalFormat = {0, 0},
                    .PeriodSource = eSourceClkIn,
                    .TriggerSlope = eSlopeRising,
                    .ArmingSource = eArmManual,

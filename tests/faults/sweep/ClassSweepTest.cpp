@@ -96,26 +96,10 @@ class ClassSweep : public testing::TestWithParam<std::size_t> {
     EXPECT_EQ(strResult, operation.expected(expected));
   }
 
-  std::vector<std::string> Told() {
-    std::vector<std::string> arrTold;
-    for (const std::string &strLine : session.host.TakeLines())
-      if (strLine.starts_with("box") || strLine.starts_with("log") || strLine.starts_with("input"))
-        arrTold.push_back(strLine);
-    return arrTold;
-  }
-
-  void ExpectCallsAsTold() {
-    std::vector<std::string> arrCalls;
-    for (const std::string &strLine : session.driver.arrTrace) {
-      const std::string strCall = PlainCall(strLine);
-      const bool fWithCommand = strCall.starts_with("IInstrument.Transaction(");
-      arrCalls.push_back(fWithCommand ? strCall : strCall.substr(0, strCall.find('(')));
-    }
-    EXPECT_EQ(arrCalls, expected.driver.arrCalls);
-  }
+  void ExpectCallsAsTold() { EXPECT_EQ(CallNames(session.driver.arrTrace), expected.driver.arrCalls); }
 
   void ExpectStateAsTold() {
-    EXPECT_EQ(Told(), expected.arrTold);
+    EXPECT_EQ(LinesTold(session.host.TakeLines(), true), expected.arrTold);
     EXPECT_EQ(session.arrEvents, expected.arrEvents);
     EXPECT_EQ(session.instr->IsConnected(), Boolean(expected.fConnected));
     EXPECT_EQ(session.instr->IsOnline(True), Boolean(expected.fOnline));
@@ -194,7 +178,7 @@ std::vector<std::size_t> AllNumbers() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, ClassSweep, testing::ValuesIn(AllNumbers()),
-                         [](const auto &info) { return TestName(ClassOperations()[info.param].strName); });
+                         [](const auto &test) { return TestName(ClassOperations()[test.param].strName); });
 
 /// The expectation above compares transfers with one another; this one with what was sent.
 TEST(ClassSweepItself, ATransferToAnInstrumentWithEverythingAnswersWhatWasSent) {

@@ -10,24 +10,6 @@ namespace {
 
 using testing::IsEmpty;
 
-std::vector<std::string> Told(RecordingHost &host) {
-  std::vector<std::string> arrTold;
-  for (const std::string &strLine : host.TakeLines()) {
-    if (strLine.starts_with("box") || strLine.starts_with("log")) arrTold.push_back(strLine);
-    if (strLine.starts_with("input")) arrTold.push_back("input");
-  }
-  return arrTold;
-}
-
-std::vector<std::string> Called(const StandInDriver &driver) {
-  std::vector<std::string> arrCalls;
-  for (const std::string &strLine : driver.arrTrace) {
-    const std::string strCall = PlainCall(strLine);
-    arrCalls.push_back(strCall.substr(0, strCall.find('(')));
-  }
-  return arrCalls;
-}
-
 class PanelStartSweep : public testing::Test {
  protected:
   void Arrange() {
@@ -46,11 +28,8 @@ class PanelStartSweep : public testing::Test {
     expected->Show();
   }
   void ExpectAsTold() {
-    EXPECT_EQ(Called(session.driver), expected->instr.driver.arrCalls);
-    std::vector<std::string> arrTold = expected->instr.arrTold;
-    for (std::string &strLine : arrTold)
-      if (strLine.starts_with("input")) strLine = "input";
-    EXPECT_EQ(Told(session.host), arrTold);
+    EXPECT_EQ(CallNames(session.driver.arrTrace), expected->instr.driver.arrCalls);
+    EXPECT_EQ(LinesTold(session.host.TakeLines(), true), expected->instr.arrTold);
     EXPECT_EQ(session.Instruments().Count(), expected->intRows);
     EXPECT_EQ(session.host.intPointer, expected->instr.intPointer);
     EXPECT_EQ(session.instr->IsConnected(), Boolean(expected->instr.fConnected));
@@ -110,7 +89,7 @@ TEST_P(PanelWithoutDriver, AnActionCallsNothingAndTellsAtMostThatThereIsNoSessio
       action.ePage == ReferencePanel::Instr && action.strName != "refresh" && !action.strName.starts_with("comparison");
   if (!fOfList) action.run(session);
   EXPECT_THAT(session.driver.arrTrace, IsEmpty());
-  for (const std::string &strLine : Told(session.host))
+  for (const std::string &strLine : LinesTold(session.host.TakeLines(), false))
     EXPECT_TRUE(strLine == "input" || strLine == OfflineBox) << strLine;
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }
@@ -122,7 +101,7 @@ std::vector<std::size_t> AllNumbers() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, PanelWithoutDriver, testing::ValuesIn(AllNumbers()),
-                         [](const auto &info) { return TestName(PanelActions()[info.param].strName); });
+                         [](const auto &test) { return TestName(PanelActions()[test.param].strName); });
 
 }  // namespace
 }  // namespace tarvik::test

@@ -102,27 +102,10 @@ class PanelSweep : public testing::TestWithParam<std::size_t> {
     if (eState != State::Connected || !action.fNeedsSession) action.expected(*expected);
   }
 
-  std::vector<std::string> Told() {
-    std::vector<std::string> arrTold;
-    for (const std::string &strLine : session.host.TakeLines()) {
-      if (strLine.starts_with("box") || strLine.starts_with("log")) arrTold.push_back(strLine);
-      if (strLine.starts_with("input")) arrTold.push_back("input");
-    }
-    return arrTold;
-  }
-
-  void ExpectCallsAsTold() {
-    std::vector<std::string> arrCalls;
-    for (const std::string &strLine : session.driver.arrTrace) {
-      const std::string strCall = PlainCall(strLine);
-      const bool fWithCommand = strCall.starts_with("IInstrument.Transaction(");
-      arrCalls.push_back(fWithCommand ? strCall : strCall.substr(0, strCall.find('(')));
-    }
-    EXPECT_EQ(arrCalls, expected->instr.driver.arrCalls);
-  }
+  void ExpectCallsAsTold() { EXPECT_EQ(CallNames(session.driver.arrTrace), expected->instr.driver.arrCalls); }
 
   void ExpectStateAsTold() {
-    EXPECT_EQ(Told(), expected->instr.arrTold);
+    EXPECT_EQ(LinesTold(session.host.TakeLines(), false), expected->instr.arrTold);
     for (std::size_t i = 0; i < expected->states.size(); ++i)
       EXPECT_EQ(static_cast<int>(session.State().meTabState[i]), static_cast<int>(expected->states[i])) << "page " << i;
     ASSERT_EQ(session.Instruments().Count(), expected->intRows);
@@ -236,7 +219,7 @@ std::vector<std::size_t> AllNumbers() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, PanelSweep, testing::ValuesIn(AllNumbers()),
-                         [](const auto &info) { return TestName(PanelActions()[info.param].strName); });
+                         [](const auto &test) { return TestName(PanelActions()[test.param].strName); });
 
 }  // namespace
 }  // namespace tarvik::test

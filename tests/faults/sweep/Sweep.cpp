@@ -44,6 +44,26 @@ std::string PlainCall(const std::string &strTraceLine) {
   return strCall;
 }
 
+std::vector<std::string> CallNames(const std::vector<std::string> &arrTrace) {
+  std::vector<std::string> arrCalls;
+  for (const std::string &strLine : arrTrace) {
+    const std::string strCall = PlainCall(strLine);
+    const bool fWithCommand = strCall.starts_with("IInstrument.Transaction(");
+    arrCalls.push_back(fWithCommand ? strCall : strCall.substr(0, strCall.find('(')));
+  }
+  return arrCalls;
+}
+
+std::vector<std::string> LinesTold(const std::vector<std::string> &arrLines, bool fWordsOfQuestions) {
+  std::vector<std::string> arrTold;
+  for (const std::string &strLine : arrLines) {
+    const bool fQuestion = strLine.starts_with("input");
+    if (!fQuestion && !strLine.starts_with("box") && !strLine.starts_with("log")) continue;
+    arrTold.push_back(fQuestion && !fWordsOfQuestions ? "input" : strLine);
+  }
+  return arrTold;
+}
+
 std::string SweepCase::Name() const {
   return strWhat + "/" + strState + "/" + NameOf(eFault) + "/" + (fForEver ? "for ever" : "once") + "/" +
          std::to_string(intCall);

@@ -12,8 +12,8 @@ namespace tarvik::test {
 
 /// One case: which call of what is done goes wrong in which state, and how.
 struct SweepCase {
-  std::string strWhat;
-  std::string strState;
+  std::string strWhat{};
+  std::string strState{};
   DriverFault eFault = DriverFault::Status;
   bool fForEver = false;
   int intCall = 1;  ///< counts from 1
@@ -49,6 +49,13 @@ class Sweep {
   const std::uint32_t m_lngShare, m_lngShareOfStatus;
   std::map<std::string, int> m_counts;
 };
+
+/// The calls of a trace as the reference names them: "IEdges.SetLeading", and of Transaction the command too.
+std::vector<std::string> CallNames(const std::vector<std::string> &arrTrace);
+
+/// What of a host's lines the user saw and what the log got: boxes, questions and records. Of questions for a text the
+/// word "input" alone, where the words are another test's concern.
+std::vector<std::string> LinesTold(const std::vector<std::string> &arrLines, bool fWordsOfQuestions);
 
 /// The call of a trace without the object's place and the outcome: "IEdges.SetLeading(0, 1e-09)".
 std::string PlainCall(const std::string &strTraceLine);
