@@ -22,7 +22,7 @@ constexpr int ClientCount = 50;
 constexpr double SlowestCall = 5.0;
 /// What the second fifty may add to what the first fifty left. The first are no measure: they warm up the allocator's
 /// arenas and the transport's pools, and a sanitizer's shadow memory multiplies that. What a client leaks, each leaks.
-constexpr std::size_t GrowthBoundOfFifty = 16u * 1024u * 1024u;
+constexpr std::size_t GrowthBoundOfFifty = std::size_t{16} * 1024 * 1024;
 
 std::string InstrumentOf(int intClient) { return "Bench " + std::to_string(intClient); }
 

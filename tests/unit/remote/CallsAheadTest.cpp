@@ -11,7 +11,6 @@ namespace {
 
 using namespace kolven;
 using automation::CallsAhead;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
