@@ -41,6 +41,17 @@ TEST(SetupComparison, ListsWhatNotAllSidesHaveAlike) {
                                                       "levels.high[2]: 3.300 V | 3.300 V | 5.000 V"));
 }
 
+TEST(SetupComparison, ASideThatAgreesWithBothOthersIsShownToo) {
+  Compared compared;
+  // Each within a driver's rounding of the panel's 50 ns, and not of the other.
+  compared.instrument.Timing.dblWidth[1] = 50e-9 * (1 + 0.8e-6);
+  compared.file = SampleSetup();
+  compared.file.Timing.dblWidth[1] = 50e-9 * (1 - 0.8e-6);
+  compared.comparison.Set(ComparedSide::Instrument, compared.instrument);
+  compared.comparison.Set(ComparedSide::File, compared.file);
+  EXPECT_THAT(Lines(compared.comparison), ElementsAre("timing.width[1]: 50.00 ns | 50.00 ns | 49.99 ns"));
+}
+
 TEST(SetupComparison, FindsByPageAndByTextInAnyCase) {
   Compared compared;
   compared.comparison.Set(ComparedSide::Instrument, compared.instrument);
