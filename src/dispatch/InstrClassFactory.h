@@ -6,7 +6,7 @@
 namespace tarvik {
 
 /// Creates InstrDispatch objects. If no host is installed yet, the first one installs it: QtHost in a program with a
-/// QApplication, otherwise ConsoleHost.
+/// QApplication, otherwise ConsoleHost; SystemHost in a library for Windows.
 class InstrClassFactory final : public automation::ClassFactory {
  public:
   automation::Status TARVIK_CALL LockServer(automation::LockFlag fLock) override;
