@@ -67,6 +67,8 @@ TEST_F(SetupTransfer, ReadsWhatAModelLacksAsFresh) {
   EXPECT_EQ(setup.Instrument.lngNumChannels, 1);
   EXPECT_EQ(setup.lngLacks, eLacksTrailingEdge | eLacksImpedance | eLacksVxiLines);
   EXPECT_EQ(setup.Timing.dblTrailing[1], 0);
+  EXPECT_THAT(session.driver.TakeTrace(), testing::Contains(testing::HasSubstr(".GetPattern(")).Times(2))
+      << "the rows of channel 1 and strobe";
   EXPECT_FALSE(setup.Timing.fAutoCoupleLeTe[1]);
   EXPECT_EQ(setup.Levels.dblOutputImpedance[1], 0);
   EXPECT_EQ(setup.Levels.dblLoadCompensation[1], 10);

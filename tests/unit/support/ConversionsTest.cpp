@@ -192,6 +192,25 @@ TEST_F(UtilsTest, EachReportIsOneRecord) {
               ElementsAre("box stop: Type mismatch", strRecord, "box stop: Type mismatch", strRecord));
 }
 
+TEST_F(UtilsTest, AReportedFailureIsFollowedByWhatHasToBeDoneAlsoWhereItCannotBeWritten) {
+  int intDone = 0;
+  const auto run = [&](Long lngFailure) {
+    return RunReported(
+        "Mod", "Proc",
+        [=] {
+          if (lngFailure != 0) throw RunTimeError(lngFailure, "failed");
+        },
+        [&] { ++intDone; });
+  };
+  EXPECT_TRUE(run(0));
+  EXPECT_EQ(intDone, 0);
+  EXPECT_FALSE(run(ErrTypeMismatch));
+  EXPECT_EQ(intDone, 1);
+  host.logFailure = ScriptedFailure{ErrPermissionDenied, "Permission denied", 1};
+  EXPECT_THROW(run(ErrTypeMismatch), RunTimeError);
+  EXPECT_EQ(intDone, 2);
+}
+
 TEST_F(UtilsTest, TheLargerOfTwo) {
   EXPECT_EQ(MaxDouble(2, 1), 2);
   EXPECT_EQ(MaxDouble(1, 2), 2);
