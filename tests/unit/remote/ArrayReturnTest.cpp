@@ -13,7 +13,7 @@ using automation::ArrayOwner;
 using Driver = std::function<void(AutomationArray **)>;
 
 /// Hands the caller's array over the wire, and what the driver made of it back.
-void Call(ArrayOwner &array, const Driver &driver) {
+void ReturnThrough(ArrayOwner &array, const Driver &driver) {
   using Place = AutomationArray **;
   Writer request;
   Outgoing<Place>::Send(request, array.InOut());
@@ -37,7 +37,7 @@ void Replace(AutomationArray **ppArray, const ByteArray &arr) {
 
 TEST(ArrayReturn, AnArrayComesBackWithTheLowerBoundThatTheDriverGaveIt) {
   ArrayOwner array(ByteArray(1, {7, 8, 9}));
-  Call(array, [](AutomationArray **ppArray) {
+  ReturnThrough(array, [](AutomationArray **ppArray) {
     EXPECT_EQ(automation::ToByteArray(*ppArray).LowerBound(), 1);
     Replace(ppArray, ByteArray(0, {7, 8, 9}));
   });
@@ -45,7 +45,7 @@ TEST(ArrayReturn, AnArrayComesBackWithTheLowerBoundThatTheDriverGaveIt) {
   EXPECT_EQ(arr.LowerBound(), 0) << "the bytes are the same and their number, too";
   EXPECT_EQ(arr.Elements(), (std::vector<Byte>{7, 8, 9}));
 
-  Call(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(-5, {1, 2, 3})); });
+  ReturnThrough(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(-5, {1, 2, 3})); });
   EXPECT_EQ(automation::ToByteArray(array.Get()).LowerBound(), -5);
   EXPECT_EQ(automation::ToByteArray(array.Get()).Elements(), (std::vector<Byte>{1, 2, 3}));
 }
@@ -53,7 +53,7 @@ TEST(ArrayReturn, AnArrayComesBackWithTheLowerBoundThatTheDriverGaveIt) {
 TEST(ArrayReturn, NewBytesWithinTheSameBoundsGoIntoTheCallersOwnMemory) {
   ArrayOwner array(ByteArray(1, {7, 8, 9}));
   const void *pMemory = array.Get()->pvData;
-  Call(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(1, {1, 0, 255})); });
+  ReturnThrough(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(1, {1, 0, 255})); });
   EXPECT_EQ(array.Get()->pvData, pMemory);
   EXPECT_EQ(automation::ToByteArray(array.Get()).LowerBound(), 1);
   EXPECT_EQ(automation::ToByteArray(array.Get()).Elements(), (std::vector<Byte>{1, 0, 255}));
@@ -61,17 +61,17 @@ TEST(ArrayReturn, NewBytesWithinTheSameBoundsGoIntoTheCallersOwnMemory) {
 
 TEST(ArrayReturn, AnotherNumberOfBytesReplacesTheArray) {
   ArrayOwner array(ByteArray(1, {7, 8, 9}));
-  Call(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(1, {5})); });
+  ReturnThrough(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(1, {5})); });
   EXPECT_EQ(automation::ToByteArray(array.Get()).Elements(), (std::vector<Byte>{5}));
-  Call(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(1, {5, 6, 7, 8})); });
+  ReturnThrough(array, [](AutomationArray **ppArray) { Replace(ppArray, ByteArray(1, {5, 6, 7, 8})); });
   EXPECT_EQ(automation::ToByteArray(array.Get()).Elements(), (std::vector<Byte>{5, 6, 7, 8}));
 }
 
 TEST(ArrayReturn, AnArrayThatTheDriverTakesAwayOrBringsIsGoneOrThere) {
   ArrayOwner array(ByteArray(1, {7, 8, 9}));
-  Call(array, [](AutomationArray **ppArray) { automation::FreeArray(std::exchange(*ppArray, nullptr)); });
+  ReturnThrough(array, [](AutomationArray **ppArray) { automation::FreeArray(std::exchange(*ppArray, nullptr)); });
   EXPECT_EQ(array.Get(), nullptr);
-  Call(array, [](AutomationArray **ppArray) {
+  ReturnThrough(array, [](AutomationArray **ppArray) {
     EXPECT_EQ(*ppArray, nullptr);
     Replace(ppArray, ByteArray(2, {4, 5}));
   });
