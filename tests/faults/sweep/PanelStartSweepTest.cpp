@@ -94,13 +94,7 @@ TEST_P(PanelWithoutDriver, AnActionCallsNothingAndTellsAtMostThatThereIsNoSessio
   EXPECT_EQ(session.host.intPointer, PointerDefault);
 }
 
-std::vector<std::size_t> AllNumbers() {
-  std::vector<std::size_t> arrNumbers;
-  for (std::size_t k = 0; k < PanelActions().size(); ++k) arrNumbers.push_back(k);
-  return arrNumbers;
-}
-
-INSTANTIATE_TEST_SUITE_P(Actions, PanelWithoutDriver, testing::ValuesIn(AllNumbers()),
+INSTANTIATE_TEST_SUITE_P(Actions, PanelWithoutDriver, testing::Range<std::size_t>(0, PanelActions().size()),
                          [](const auto &test) { return TestName(PanelActions()[test.param].strName); });
 
 }  // namespace

@@ -212,13 +212,7 @@ TEST_P(PanelSweep, EveryCallThatGoesWrongLeavesWhatIsToldAndTheNextTransferAgree
   }
 }
 
-std::vector<std::size_t> AllNumbers() {
-  std::vector<std::size_t> arrNumbers;
-  for (std::size_t k = 0; k < PanelActions().size(); ++k) arrNumbers.push_back(k);
-  return arrNumbers;
-}
-
-INSTANTIATE_TEST_SUITE_P(Actions, PanelSweep, testing::ValuesIn(AllNumbers()),
+INSTANTIATE_TEST_SUITE_P(Actions, PanelSweep, testing::Range<std::size_t>(0, PanelActions().size()),
                          [](const auto &test) { return TestName(PanelActions()[test.param].strName); });
 
 }  // namespace
