@@ -34,7 +34,7 @@ Variant &Inner(Variant &vArgument) {
 template <class T>
 T At(const void *pPlace) {
   T value;
-  std::memcpy(&value, pPlace, sizeof(T));
+  std::memcpy(&value, pPlace, sizeof value);
   return value;
 }
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "automation/CallsAhead.h"
 #include "instrument/Records.h"
 #include "instrument/Vocabulary.h"
 #include "instrument/viInfo.h"
@@ -15,6 +14,10 @@
 #include "support/modGlobals.h"
 
 namespace tarvik {
+
+namespace automation {
+class CallsAhead;
+}
 
 /// The only client of the instrument driver: connection, one session, transactions, polling of errors
 /// and warnings, and transfer of each group of settings. Nothing that was read is cached; the driver

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "automation/CallsAhead.h"
 #include "automation/ReadAhead.h"
 #include "panel/ConfigPage.h"
 #include "panel/LevelsPage.h"

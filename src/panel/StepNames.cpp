@@ -51,7 +51,7 @@ QString OpenInstrument(const QWidget &control) {
 }
 
 /// Names of channels stand within a sentence here.
-QString InSentence(QString strName) {
+QString InSentence(const QString &strName) {
   return strName.trimmed().replace(QStringLiteral(", Channel "), QStringLiteral(", channel "));
 }
 

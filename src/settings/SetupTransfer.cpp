@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "automation/CallsAhead.h"
 #include "automation/ReadAhead.h"
 #include "instrument/clsInstrInterface.h"
 #include "settings/SettingText.h"
