@@ -28,7 +28,7 @@ set(TARVIK_LIBRARIES_OF_TOOLKIT Qt6::Widgets)
 set(TARVIK_LIBRARIES_OF_EVENTS Qt6::Test)
 set(TARVIK_LIBRARIES_OF_JSON nlohmann_json::nlohmann_json)
 set(TARVIK_LIBRARIES_OF_TESTS GTest::gmock)
-set(TARVIK_LIBRARIES_OF_REMOTE PkgConfig::GRPCPP protobuf::libprotobuf Threads::Threads)
+set(TARVIK_LIBRARIES_OF_REMOTE gRPC::grpc++ protobuf::libprotobuf Threads::Threads)
 
 # tarvik_headers_target(KIND): the target whose precompiled headers all targets of the kind share.
 function(tarvik_headers_target kind)

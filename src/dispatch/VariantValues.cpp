@@ -34,6 +34,7 @@ Variant &Inner(Variant &vArgument) {
 template <class T>
 T At(const void *pPlace) {
   T value;
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): where T is a pointer, the pointer itself is read
   std::memcpy(&value, pPlace, sizeof value);
   return value;
 }
