@@ -1,15 +1,18 @@
-# What every target of the project has in common. Where sources are joined for the compiler (CMAKE_UNITY_BUILD), a local
-# name may shadow one of another source; the preset `gcc` compiles each source by itself and warns of the others.
+# What every target of the project has in common.
 add_library(tarvik_build INTERFACE)
 target_compile_features(tarvik_build INTERFACE cxx_std_20)
 target_compile_options(tarvik_build INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow> $<$<BOOL:${TARVIK_WERROR}>:-Werror>)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${TARVIK_WERROR}>:-Werror>)
 if(TARVIK_PRECOMPILE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # The compiler's false alarms within std::string, which it keeps to itself only as long as it reads the header anew.
   target_compile_options(tarvik_build INTERFACE
     -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 target_include_directories(tarvik_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
+if(NOT WIN32)
+  # gRPC asks its users for it, and sources that share precompiled headers have to agree.
+  target_compile_options(tarvik_build INTERFACE -pthread)
+endif()
 # Sixty programs are linked, most of them with the toolkit: mold takes a tenth of the time of the default linker.
 find_program(TARVIK_MOLD mold)
 if(TARVIK_MOLD AND NOT WIN32)

@@ -49,7 +49,9 @@ auto WithFile(Action action) {
 }
 
 std::string StandardInput() {
-  std::string strText{std::istreambuf_iterator<char>(std::cin), {}};
+  std::string strText(LargestSetupFile + 1, '\0');
+  std::cin.read(strText.data(), static_cast<std::streamsize>(strText.size()));
+  strText.resize(static_cast<std::size_t>(std::cin.gcount()));
   if (strText.size() > LargestSetupFile) throw CtlFailure{eExitFile, "standard input is too long"};
   return strText;
 }

@@ -9,8 +9,6 @@ namespace tarvik::remote {
 
 namespace {
 
-constexpr std::int32_t ErrInvalidArgument = 5;
-
 /// The transport's own credentials object; the C++ face of the library makes it only for certificates that stay.
 class FetchedCredentials final : public grpc::ServerCredentials {
  public:

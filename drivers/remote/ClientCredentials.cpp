@@ -1,26 +1,24 @@
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "remote/Connection.h"
 #include "remote/Pem.h"
 #include "support/RunTimeError.h"
 #include "support/UserFolders.h"
+#include "support/WholeFile.h"
 
 namespace tarvik::remote {
 
 namespace {
 
-constexpr std::int32_t ErrInvalidArgument = 5;
 constexpr const char *NotCalled = "The driver server cannot be called: ";
 
 std::string ReadPem(const std::filesystem::path &path, const char *strWhat) {
-  std::ifstream file(path, std::ios::binary);
-  std::string strText{std::istreambuf_iterator<char>(file), {}};
-  if (!file.is_open() || file.bad() || strText.empty())
-    throw RunTimeError(ErrFileNotFound,
-                       std::string(NotCalled) + strWhat + " " + path.string() + " is missing or cannot be read");
-  return strText;
+  try {
+    return ReadWholeFile(path, LargestPemFile);
+  } catch (const RunTimeError &error) {
+    throw RunTimeError(ErrFileNotFound, std::string(NotCalled) + strWhat + " " + path.string() +
+                                            " is missing or cannot be read: " + error.Description());
+  }
 }
 
 }  // namespace

@@ -23,7 +23,6 @@ namespace tarvik::remote {
 
 namespace {
 
-constexpr std::int32_t ErrInvalidArgument = 5;
 constexpr int Backlog = 1024;
 /// How often connections without a greeting are looked at, milliseconds. What they can send meanwhile is what they can
 /// cost beyond the limit.

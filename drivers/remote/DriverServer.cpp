@@ -16,7 +16,6 @@ namespace tarvik::remote {
 
 namespace {
 
-constexpr std::int32_t ErrInvalidArgument = 5;
 /// Time for the last answers to be sent when the server stops.
 constexpr std::chrono::milliseconds AnswerTravel{100};
 /// A client uses one stream; the next may begin before the end of the last one is known everywhere.

@@ -14,8 +14,6 @@ namespace tarvik::remote {
 
 namespace {
 
-constexpr std::int32_t ErrInvalidArgument = 5;
-
 struct FreeSource {
   void operator()(BIO *p) const { BIO_free_all(p); }
 };

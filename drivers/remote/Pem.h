@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <ctime>
 #include <memory>
 #include <string>
@@ -19,6 +20,9 @@ struct FreePem {
 using Certificate = std::unique_ptr<x509_st, FreePem>;
 using PrivateKey = std::unique_ptr<evp_pkey_st, FreePem>;
 using RevocationList = std::unique_ptr<X509_crl_st, FreePem>;
+
+/// Upper bound in bytes of a file of certificates, keys or names; a revocation list of 400,000 entries fits.
+inline constexpr std::size_t LargestPemFile = std::size_t{16} << 20;
 
 /// What PEM texts hold. Each raises RunTimeError 5 with a reason that begins with `strName`, the name of file or text.
 Certificate CertificateIn(const std::string &strPem, const std::string &strName);

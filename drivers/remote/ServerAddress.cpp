@@ -12,7 +12,6 @@ namespace tarvik::remote {
 
 namespace {
 
-constexpr std::int32_t ErrInvalidArgument = 5;
 constexpr std::string_view SchemeEnd = "://";
 
 [[noreturn]] void Refuse(std::string_view strUrl, const std::string &strWhy) {

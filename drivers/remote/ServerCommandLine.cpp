@@ -4,14 +4,13 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <fstream>
-#include <iterator>
 
 #include "instrument/KolvenDriver.h"
 #include "remote/Pem.h"
 #include "remote/ServerAddress.h"
 #include "support/Conversions.h"
 #include "support/RunTimeError.h"
+#include "support/WholeFile.h"
 
 namespace tarvik::remote {
 
@@ -24,10 +23,11 @@ constexpr int LeastKeepalive = 6, MostKeepalive = 3600;
 [[noreturn]] void Refuse(const std::string &strReason) { throw RunTimeError(ErrInvalidPropertyValue, strReason); }
 
 std::string ReadFile(const std::string &strPath) {
-  std::ifstream file(strPath, std::ios::binary);
-  std::string strText{std::istreambuf_iterator<char>(file), {}};
-  if (!file.is_open() || file.bad()) throw RunTimeError(ErrFileNotFound, strPath + " cannot be read");
-  return strText;
+  try {
+    return ReadWholeFile(strPath, LargestPemFile);
+  } catch (const RunTimeError &error) {
+    throw RunTimeError(error.Number(), strPath + " cannot be read: " + error.Description());
+  }
 }
 
 void AddNames(std::set<std::string> &names, const std::string &strText) {

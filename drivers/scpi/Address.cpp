@@ -1,20 +1,16 @@
 #include "scpi/Address.h"
 
 #include <algorithm>
-#include <cctype>
 #include <vector>
 
+#include "common/Characters.h"
 #include "common/Failure.h"
 
 namespace tarvik::scpi {
 
 namespace {
 
-std::string Upper(std::string strText) {
-  std::ranges::transform(strText, strText.begin(),
-                         [](char ch) { return static_cast<char>(std::toupper(static_cast<unsigned char>(ch))); });
-  return strText;
-}
+using driver::UpperText;
 
 bool IsNumber(const std::string &strText) {
   return !strText.empty() && strText.find_first_not_of("0123456789") == std::string::npos;
@@ -38,7 +34,7 @@ std::vector<std::string> Parts(const std::string &strText) {
 
 /// Whether the part is the word, with or without a number behind it.
 bool IsInterface(const std::string &strPart, const std::string &strWord) {
-  const std::string strUpper = Upper(strPart);
+  const std::string strUpper = UpperText(strPart);
   return strUpper == strWord || (strUpper.starts_with(strWord) && IsNumber(strUpper.substr(strWord.size())));
 }
 
@@ -62,7 +58,7 @@ bool IsHost(const std::string &strHost) {
 
 Address Address::Read(const std::string &strText) {
   const std::vector<std::string> arrParts = Parts(strText);
-  const std::string strLast = Upper(arrParts.back());
+  const std::string strLast = UpperText(arrParts.back());
   if (arrParts.size() >= 3 && IsInterface(arrParts[0], "TCPIP")) {
     const std::string strHost = WithoutBrackets(arrParts[1]);
     if (arrParts.size() == 4 && strLast == "SOCKET" && IsHost(strHost) && IsPort(arrParts[2]))

@@ -1,9 +1,9 @@
 #include "scpi/Answer.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
+#include "common/Characters.h"
 #include "support/Conversions.h"
 #include "support/RunTimeError.h"
 
@@ -11,16 +11,16 @@ namespace tarvik::scpi {
 
 namespace {
 
+using driver::IsDigit;
+using driver::IsLower;
+
 /// SCPI's number for what is none.
 constexpr Double NotANumber = 9.91e37;
 
-bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
-char Upper(char ch) { return static_cast<char>(std::toupper(static_cast<unsigned char>(ch))); }
 bool IsBlank(char ch) { return ch == ' ' || ch == '\t' || ch == '\r'; }
-bool IsLower(char ch) { return ch >= 'a' && ch <= 'z'; }
 
 bool SameLetters(std::string_view strFirst, std::string_view strSecond) {
-  return std::ranges::equal(strFirst, strSecond, {}, Upper, Upper);
+  return std::ranges::equal(strFirst, strSecond, {}, driver::Upper, driver::Upper);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ namespace tarvik {
 
 /// Numbers of the run-time errors that do not come from a driver.
 enum RunTimeErrorNumber : std::int32_t {
+  ErrInvalidArgument = 5,
   ErrOverflow = 6,
   ErrOutOfMemory = 7,
   ErrSubscriptOutOfRange = 9,

@@ -1,5 +1,6 @@
 #include "support/WholeFile.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -193,11 +194,13 @@ std::string ReadWholeFile(const fs::path &path, std::size_t most) {
   if (!fs::is_regular_file(status)) Fail(ErrPathFileAccess, "It is no regular file");
   std::ifstream file(path, std::ios::binary);
   if (!file) FailWith(errno != 0 ? errno : EACCES);
-  std::string strBytes(most + 1, '\0');
-  file.read(strBytes.data(), static_cast<std::streamsize>(strBytes.size()));
+  std::string strBytes;
+  // By read, which keeps a failure of the system in the stream's state; an iterator would let it out as an exception.
+  for (std::array<char, 4096> arrPart{}; file.read(arrPart.data(), arrPart.size()) || file.gcount() > 0;) {
+    strBytes.append(arrPart.data(), static_cast<std::size_t>(file.gcount()));
+    if (strBytes.size() > most) Fail(ErrPathFileAccess, "It is larger than " + std::to_string(most / 1024) + " KiB");
+  }
   if (file.bad()) FailWith(EIO);
-  strBytes.resize(static_cast<std::size_t>(file.gcount()));
-  if (strBytes.size() > most) Fail(ErrPathFileAccess, "It is larger than " + std::to_string(most / 1024) + " KiB");
   return strBytes;
 }
 

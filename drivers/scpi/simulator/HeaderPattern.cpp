@@ -4,7 +4,7 @@
 #include <charconv>
 #include <limits>
 
-#include "scpi/simulator/Characters.h"
+#include "common/Characters.h"
 
 namespace tarvik::scpisim {
 
@@ -18,7 +18,7 @@ struct NumberedWord {
 /// Cuts the digits off the end of a mnemonic. A number beyond a Long is the largest Long, which is out of any range.
 NumberedWord CutNumber(std::string_view strWord) {
   std::size_t lngName = strWord.size();
-  while (lngName > 0 && IsDigit(strWord[lngName - 1])) --lngName;
+  while (lngName > 0 && driver::IsDigit(strWord[lngName - 1])) --lngName;
   NumberedWord word{strWord.substr(0, lngName), 1};
   const auto result = std::from_chars(strWord.data() + lngName, strWord.data() + strWord.size(), word.lngNumber);
   if (result.ec == std::errc::result_out_of_range) word.lngNumber = std::numeric_limits<Long>::max();
@@ -29,8 +29,8 @@ NumberedWord CutNumber(std::string_view strWord) {
 
 Keyword::Keyword(std::string_view strNotation) {
   for (const char ch : strNotation) {
-    if (!IsLower(ch)) m_strShort += ch;
-    m_strLong += Upper(ch);
+    if (!driver::IsLower(ch)) m_strShort += ch;
+    m_strLong += driver::Upper(ch);
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "scpi/simulator/Characters.h"
+#include "common/Characters.h"
 
 namespace tarvik::scpisim {
 
@@ -59,7 +59,7 @@ void MessageFramer::BeginBlock(char ch) {
 }
 
 void MessageFramer::AdvanceLength(char ch) {
-  if (!IsDigit(ch)) {
+  if (!driver::IsDigit(ch)) {
     m_place = Place::Plain;
     return;
   }

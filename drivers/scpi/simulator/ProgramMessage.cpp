@@ -5,11 +5,15 @@
 #include <cstdint>
 #include <limits>
 
-#include "scpi/simulator/Characters.h"
+#include "common/Characters.h"
 
 namespace tarvik::scpisim {
 
 namespace {
+
+using driver::IsDigit;
+using driver::IsLetter;
+using driver::UpperText;
 
 // Bounds of IEEE 488.2, 7.6 and 7.7.
 constexpr std::size_t LongestWord = 12, MostDigits = 255;
@@ -21,12 +25,6 @@ bool IsAscii(char ch) { return static_cast<unsigned char>(ch) < 0x80; }
 bool IsSign(char ch) { return ch == '+' || ch == '-'; }
 /// What the grammar knows, if not at every place.
 bool IsPunctuation(char ch) { return ch == ':' || ch == '*' || ch == '?' || ch == ','; }
-
-std::string UpperText(std::string_view strText) {
-  std::string strUpper;
-  for (const char ch : strText) strUpper += Upper(ch);
-  return strUpper;
-}
 
 /// Digits before the decimal point that a mantissa has when it is written without leading zeros; negative for zeros
 /// behind the point.

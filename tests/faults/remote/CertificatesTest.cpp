@@ -131,6 +131,10 @@ TEST_F(Certificates, BadFilesOfTheClientAreNamedBeforeAnythingIsCalled) {
     ExpectSaid(ErrorOf([&] { Root(strUrl); }), 5, ClientFile(strName) + " holds no ");
     fs::remove(ClientFile(strName));
     ExpectSaid(ErrorOf([&] { Root(strUrl); }), 53, ClientFile(strName) + " is missing or cannot be read");
+    fs::create_directory(ClientFile(strName));
+    ExpectSaid(ErrorOf([&] { Root(strUrl); }), 53,
+               ClientFile(strName) + " is missing or cannot be read: It is a folder");
+    fs::remove(ClientFile(strName));
   }
 }
 

@@ -82,6 +82,7 @@ TEST_F(ServerProgram, RefusesWhatItCannotBeStartedWith) {
   const auto file = Write("some.pem", "no certificate"), readable = Write("readable.key", "no key");
   fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
   const auto empty = Write("nobody", "# nobody yet\n\n");
+  const std::string strFolder = fs::path(file).parent_path().string();
   const std::string strFiles = "--certificate " + file + " --key " + file + " --authority " + file;
   const struct {
     std::string strOptions;
@@ -95,6 +96,8 @@ TEST_F(ServerProgram, RefusesWhatItCannotBeStartedWith) {
       {strFiles + " --allow bench --listen 127.0.0.1 --port 0",
        "The driver server cannot work: the server's certificate holds no certificate"},
       {"--certificate /nonexistent/server.pem", "/nonexistent/server.pem cannot be read"},
+      {"--certificate " + strFolder, strFolder + " cannot be read: It is a folder"},
+      {"--certificate /dev/zero", "/dev/zero cannot be read: It is no regular file"},
       {"--insecure --listen 127.0.0.1 --log /nonexistent/log", "/nonexistent/log cannot be written"},
       {"--port 65536", "--port takes a number from 0 to 65535"},
       {"--port 1x", "--port takes a number from 0 to 65535"},
