@@ -443,6 +443,32 @@ TEST_F(BitPatternTest, FailureInTheRangeIsLoggedAndTheNextScrollHeals) {
   EXPECT_EQ(HScroll1().Max(), 14);
 }
 
+TEST_F(BitPatternTest, AfterAnArrowKeyThatFailedTheArrowKeysSelectRowsAgain) {
+  Deliver(0x00, 0x00, 0x00);
+  ClickRow(Chan1Y);
+  m_host.TakeLines();
+  m_fPanelFails = true;
+  Keys({Qt::Key_Down});
+  EXPECT_EQ(m_host.TakeLines().front(), "box stop: Type mismatch");
+  m_fPanelFails = false;
+  Keys({Qt::Key_Up});
+  TypeBits("1");
+  EXPECT_EQ(FirstByte(1), 0x80) << "down to channel 2, and back up to channel 1";
+}
+
+TEST_F(BitPatternTest, AfterABitWhoseSlotFailedTheKeysWriteBitsAgain) {
+  Deliver(0x00, 0x00, 0x00);
+  ClickRow(Chan1Y);
+  m_host.TakeLines();
+  const auto failing = QObject::connect(&esAddress(), &EngrSpin::valueChanged, [] { RaiseError(ErrTypeMismatch); });
+  TypeBits("1");
+  EXPECT_EQ(m_host.TakeLines().front(), "box stop: Type mismatch");
+  QObject::disconnect(failing);
+  Keys({Qt::Key_End});
+  TypeBits("1");
+  EXPECT_EQ(FirstByte(1), 0x81);
+}
+
 TEST_F(BitPatternTest, EnabledReachesTheWholeControl) {
   m_editor.SetEnabled(False);
   EXPECT_FALSE(m_editor.Enabled());

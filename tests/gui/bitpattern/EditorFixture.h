@@ -16,6 +16,7 @@
 #include "platform/CommandButton.h"
 #include "platform/OptionButton.h"
 #include "platform/ToolPopup.h"
+#include "support/RunTimeError.h"
 #include "support/modGlobals.h"
 
 namespace tarvik::test {
@@ -90,12 +91,14 @@ class EditorFixture : public testing::Test, private PanelReference {
   RecordingHost m_host;
   BitPattern m_editor;
   int m_intDirty = 0;
+  bool m_fPanelFails = false;  ///< when it is told of a change
 
  private:
   void SetTabState(TabStates eState, TabNumEnum ePage) override {
     EXPECT_EQ(eState, ePageIsDirty);
     EXPECT_EQ(ePage, eCurrPage);
     ++m_intDirty;
+    if (m_fPanelFails) RaiseError(ErrTypeMismatch);
   }
 };
 

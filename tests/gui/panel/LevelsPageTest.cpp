@@ -73,6 +73,19 @@ TEST_F(LevelsPageTest, TheFormatOfOneChannelLeavesTheOtherAlone) {
   EXPECT_EQ(session.Field("esLevelHigh(1)").Caption(), "High");
 }
 
+TEST_F(LevelsPageTest, AfterAFormatThatFailedTheNextOneIsTaken) {
+  // An entry that is overwritten while it is typed tells its handlers of the new value.
+  session.TypeWithoutEnter("esLevelHigh(0)", "3");
+  auto failing = session.Field("esLevelHigh(0)").AfterUpdate.ConnectScoped([] { RaiseError(ErrTypeMismatch); });
+  session.List("cboLevelFormat(0)").SetListIndex(Ecl);
+  EXPECT_TRUE(session.Failed("cboLevelFormat_Click"));
+  failing.Disconnect();
+
+  TakeFormat(OffsetAmplitude);
+  EXPECT_EQ(session.Field("esLevelHigh(0)").Caption(), "Offset");
+  EXPECT_EQ(session.Field("esLevelLo(0)").Caption(), "Amplitude");
+}
+
 TEST_F(LevelsPageTest, CurrentsAreVoltagesOverTheLoad) {
   session.Type("esLoadCompensation(0)", "50Ohm");
   session.Type("esLevelHigh(0)", "1V");
