@@ -73,6 +73,16 @@ TEST_P(ConversionsTest, RoundingIsHalfToEven) {
   EXPECT_EQ(CLng(std::string_view("7")), 7);
 }
 
+TEST_P(ConversionsTest, AValueOfAnyTypeIsAWholeNumberByTheSameRounding) {
+  EXPECT_EQ(CLng(Variant(2.5)), 2);
+  EXPECT_EQ(CLng(Variant(-1.5)), -2);
+  EXPECT_EQ(CLng(Variant(Long{7})), 7);
+  EXPECT_EQ(CLng(Variant(True)), -1);
+  EXPECT_EQ(CLng(Variant(Local("12.6"))), 13);
+  EXPECT_EQ(CLng(Variant()), 0);
+  EXPECT_THROW(CLng(Variant("volt")), RunTimeError);
+}
+
 TEST_P(ConversionsTest, WhatDoesNotFitIsAnOverflow) {
   EXPECT_THROW(CInt(32767.5), RunTimeError);
   EXPECT_THROW(CInt(-32769.0), RunTimeError);

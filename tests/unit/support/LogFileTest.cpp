@@ -1,6 +1,10 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -197,6 +201,51 @@ TEST_F(LogFileTest, AFullDeviceIsAnAccessError) {
   } catch (const RunTimeError &error) {
     EXPECT_EQ(error.Number(), 75);
   }
+}
+
+/// No file of this process grows beyond the size while the object lives; a write that would reach beyond is cut short.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t lngBytes) {
+    getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit limit{lngBytes, m_before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FileSizeLimit(const FileSizeLimit &) = delete;
+  FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
+ private:
+  rlimit m_before{};
+};
+
+TEST_F(LogFileTest, ARecordThatIsCutShortIsAnAccessErrorWhateverFailedBefore) {
+  const std::string strPath = (folder / "log.txt").string();
+  host.AppendToFile(strPath, "");
+  const FileSizeLimit limit(10);
+  for (const int intEarlier : {EACCES, ENOENT}) {
+    fs::resize_file(strPath, 0);
+    errno = intEarlier;
+    try {
+      host.AppendToFile(strPath, "a record of more than ten bytes");
+      ADD_FAILURE() << "written whole";
+    } catch (const RunTimeError &error) {
+      EXPECT_EQ(error.Number(), 75) << intEarlier;
+    }
+    EXPECT_EQ(fs::file_size(strPath), 10u);
+  }
+}
+
+TEST_F(LogFileTest, ALogThatMayBeOpenedButNotWrittenIsPermissionDenied) {
+  const int file = memfd_create("log", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+  if (file < 0 || fcntl(file, F_ADD_SEALS, F_SEAL_WRITE) != 0) GTEST_SKIP() << "no sealed files here";
+  try {
+    host.AppendToFile("/proc/self/fd/" + std::to_string(file), "record");
+    ADD_FAILURE() << "written";
+  } catch (const RunTimeError &error) {
+    EXPECT_EQ(error.Number(), 70);
+  }
+  close(file);
 }
 
 }  // namespace
