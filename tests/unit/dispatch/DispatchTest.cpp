@@ -89,6 +89,38 @@ TEST_F(InstrumentFace, EachRecordIsReadAndSentBackByName) {
   face.Invoke("CloseInstrument", AsMethod);
 }
 
+TEST_F(InstrumentFace, EachPropertyReadsBackAsItWasPutByTheNumberOfItsName) {
+  const Client face = NewFace();
+  ASSERT_TRUE(OpenFirst(face));
+  for (const char *strProperty : {"WarningsEnabled", "ErrorsEnabled", "VerboseErrorMsg"})
+    for (const bool fOn : {true, false}) {
+      EXPECT_EQ(face.Invoke(strProperty, AsPut, {Flag(fOn)}), StatusOk) << strProperty;
+      const AutomationVariant vNow = face.Call(strProperty, {}, AsGet);
+      EXPECT_EQ(vNow.vt, VtBoolean) << strProperty;
+      EXPECT_EQ(vNow.boolVal, fOn ? -1 : 0) << strProperty;
+    }
+  EXPECT_EQ(face.Invoke("PnpTimeout", AsPut, {Number(1234)}), StatusOk);
+  EXPECT_EQ(face.Call("PnpTimeout", {}, AsGet).lVal, 1234);
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
+TEST_F(InstrumentFace, ASelfTestHandsItsTextBackWithAndWithoutACode) {
+  const Client face = NewFace();
+  ASSERT_TRUE(OpenFirst(face));
+  for (const bool fCode : {false, true}) {
+    AutomationVariant vText{};
+    AutomationVariant vReference{};
+    vReference.vt = VtByRef | VtVariant;
+    vReference.pvarVal = &vText;
+    std::vector<AutomationVariant> arrArguments{Number(1), vReference};
+    if (fCode) arrArguments.push_back(Number(5));
+    EXPECT_TRUE(face.Truth("InstrumentCommands", arrArguments));
+    ASSERT_EQ(vText.vt, VtString);
+    EXPECT_NE(String::Adopt(vText.bstrVal).Text(), "");
+  }
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
 TEST_F(InstrumentFace, DrivesASessionByName) {
   const Client face = NewFace();
   ASSERT_TRUE(OpenFirst(face));
@@ -173,6 +205,8 @@ TEST_F(InstrumentFace, RefusesAnArgumentOfAnotherTypeTellsWhichAndChangesNothing
   vName.vt = VtByRef | VtLong;
   vName.plVal = &lngName;
   EXPECT_EQ(face.Invoke("OpenInstrument", AsMethod, {vName}), StatusTypeMismatch);
+  EXPECT_EQ(face.Invoke("OpenInstrument", AsMethod, {Number(1)}), StatusTypeMismatch);
+  EXPECT_EQ(face.Invoke("NewRecord", AsMethod, {Number(1)}), StatusTypeMismatch);
 }
 
 TEST_F(InstrumentFace, RefusesMembersThatAreNotThereAndUsesThatAreNotTheirs) {

@@ -63,6 +63,36 @@ TEST_F(InstrumentFace, AFailingSinkIsReportedAndTheOthersAreTold) {
   EXPECT_EQ(strLog.find("  Error:"), strLog.rfind("  Error:")) << "one record: a sink need not know every event";
 }
 
+/// Fills the record of exceptions, whatever it answers.
+struct ExceptionSink : Sink {
+  ExceptionSink(Status status, Status number, std::string strDescription)
+      : lngNumber(number), strText(std::move(strDescription)) {
+    Answer = status;
+  }
+  Status Invoke(std::int32_t lngEvent, const Guid &riid, std::uint32_t lngLocale, std::uint16_t wFlags,
+                AutomationDispParams *params, AutomationVariant *pResult, AutomationExcepInfo *pInfo,
+                std::uint32_t *pWhich) override {
+    pInfo->scode = lngNumber;
+    pInfo->bstrDescription = strText.empty() ? nullptr : String(strText).Detach();
+    return Sink::Invoke(lngEvent, riid, lngLocale, wFlags, params, pResult, pInfo, pWhich);
+  }
+
+  Status lngNumber;
+  std::string strText;
+};
+
+TEST_F(InstrumentFace, AnExceptionOfASinkIsReportedByItsNumberAndWordsAndOtherFailuresByTheirStatus) {
+  ExceptionSink whole(StatusException, -2146828283, "the client's own words"), numberless(StatusException, 0, "words"),
+      wordless(StatusException, -2146828283, ""), other(StatusFail, -2146828283, "of no exception");
+  const Client face = NewFace();
+  for (ExceptionSink *sink : {&whole, &numberless, &wordless, &other}) face.Call("Advise", {Object(sink)});
+  EXPECT_TRUE(face.Truth("Connect"));
+  const std::string strLog = Log();
+  for (const char *strError : {"-2146828283 the client's own words", "-2147352567 words",
+                               "-2147352567 Automation error 80020009", "-2147467259 Automation error 80004005"})
+    EXPECT_THAT(strLog, HasSubstr(std::string("  Error: ") + strError + "\r\n"));
+}
+
 TEST_F(InstrumentFace, TellsASinkThatHasNamesByThem) {
   struct NamedSink : Sink {
     Status GetIDsOfNames(const Guid &, AutomationChar **rgszNames, std::uint32_t, LocaleId,

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 
 #include "InstrumentFace.h"
 
@@ -42,6 +43,26 @@ TEST_F(InstrumentFace, WithoutAHomeRegistrationWritesNothingIntoTheCurrentFolder
 TEST_F(InstrumentFace, TheLibraryStaysWhileAClientHoldsSomething) {
   const Client face = NewFace();
   EXPECT_EQ(Export<NoArgument>("DllCanUnloadNow")(), StatusFalse);
+}
+
+TEST_F(InstrumentFace, TheLibraryMayGoWhenTheLastFaceFactoryAndLockAreGivenBack) {
+  // Asked on another thread: this one's instrument interface lives on behind its faces.
+  const auto canUnload = [] { return std::async(std::launch::async, Export<NoArgument>("DllCanUnloadNow")).get(); };
+  ASSERT_EQ(canUnload(), StatusOk);
+  Ref<IClassFactory> factory;
+  ASSERT_EQ(Export<GetClassObject>("DllGetClassObject")(ClassIdOf("TarvikVI.clsInstrInterface"), IidClassFactory,
+                                                        reinterpret_cast<void **>(factory.Out())),
+            StatusOk);
+  EXPECT_EQ(factory->LockServer(-1), StatusOk);
+  EXPECT_EQ(canUnload(), StatusFalse);
+  EXPECT_EQ(factory->LockServer(0), StatusOk);
+  factory = nullptr;
+  EXPECT_EQ(canUnload(), StatusOk);
+  {
+    const Client face = NewFace();
+    EXPECT_EQ(canUnload(), StatusFalse);
+  }
+  EXPECT_EQ(canUnload(), StatusOk);
 }
 
 TEST_F(InstrumentFace, OtherClassesAndInterfacesAreRefused) {
