@@ -54,6 +54,8 @@ void PrintTo(const ChoiceRow &row, std::ostream *out) { *out << row.strName; }
 
 constexpr LevelPreset None{0, 0}, Ttl{2.5, 0}, Ecl{-0.85, -1.8};
 
+TEST(LevelPresetTest, IsZeroBeforeTheFirstChoice) { EXPECT_EQ(LevelPreset(), None); }
+
 class LevelFormatChoice : public testing::TestWithParam<ChoiceRow> {};
 
 TEST_P(LevelFormatChoice, FillsTheFieldsFromThePresetAndLocksThoseOfAPreset) {

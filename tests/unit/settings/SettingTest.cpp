@@ -37,6 +37,24 @@ std::string Refusal(std::string_view strKey, const std::string &strText) {
   return "taken";
 }
 
+TEST(FreshSetup, HoldsZeroForWhatAnInstrumentMayLack) {
+  const tarvik::Setup fresh;
+  EXPECT_EQ(fresh.Instrument.lngNumChannels, 0);
+  EXPECT_EQ(fresh.lngLacks, 0);
+  EXPECT_EQ(fresh.Mode.BurstLength, 0);
+  EXPECT_EQ(fresh.Mode.PllPeriodOrFreq, 0);
+  EXPECT_EQ(fresh.Timing.dblFrequency, 0);
+  EXPECT_EQ(fresh.TrgLevels.dblExtInThreshold, 0);
+  EXPECT_EQ(fresh.TrgLevels.dblExtInInputImp, 0);
+  EXPECT_EQ(fresh.TrgLevels.dblClkInThreshold, 0);
+  EXPECT_EQ(fresh.TrgLevels.dblClkInInputImp, 0);
+  EXPECT_EQ(fresh.TrgLevels.eVxiTriggerSource, 0);
+  EXPECT_EQ(fresh.TrgLevels.eVxiTriggerLine, 0);
+  for (const PatternStream &stream : fresh.Pattern) EXPECT_EQ(stream, (PatternStream{0, {}}));
+  EXPECT_EQ(fresh.dblPllRefFreq, 0);
+  EXPECT_EQ(fresh.ePllRefSource, 0);
+}
+
 // ---- The table ----
 
 TEST(SettingTable, HasEachKeyOnceAndFindsEveryRowByIt) {

@@ -48,6 +48,17 @@ class TimingPictureTest : public testing::Test {
   udtChannelTiming timing;
 };
 
+TEST_F(TimingPictureTest, APulseOfPeriodAndWidthAloneBeginsAtTimeZeroWithUprightEdges) {
+  timing = {};
+  timing.dblPeriodOrFreq = 1e-6;
+  timing.dblWidth = 1e-7;
+  EXPECT_THAT(Trace(), ElementsAre("line 350.00,487.50 350.00,487.50", "line 350.00,487.50 350.00,60.00",
+                                   "line 350.00,60.00 676.25,60.00", "line 676.25,60.00 676.25,487.50",
+                                   "line 676.25,487.50 3612.50,487.50", "line 3612.50,487.50 3612.50,60.00",
+                                   "line 3612.50,60.00 3938.75,60.00", "line 3938.75,60.00 3938.75,487.50",
+                                   "line 3938.75,487.50 6875.00,487.50"));
+}
+
 TEST_F(TimingPictureTest, ASinglePulseIsDrawnTwiceInTheUpperLane) {
   timing.dblDelay = 4e-7;
   EXPECT_THAT(Drawn(), ElementsAre("dots 350.00,0.00 350.00,1095.00", "dots 3612.50,0.00 3612.50,1095.00",

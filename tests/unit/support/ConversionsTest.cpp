@@ -122,6 +122,7 @@ TEST_P(ConversionsTest, FormatStrings) {
 TEST_P(ConversionsTest, FormatStringsWithTextAroundTheDigits) {
   EXPECT_EQ(Format(-5, "<0.0>"), Local("-<5.0>"));
   EXPECT_EQ(Format(5, ".00 V"), Local("5.00 V"));
+  EXPECT_EQ(Format(0, "none"), "none") << "text alone";
 }
 
 TEST_P(ConversionsTest, FormatStringsShowEachZeroAndNoMoreThanTheirPlaces) {
