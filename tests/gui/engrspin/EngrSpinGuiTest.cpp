@@ -3,6 +3,7 @@
 #include <random>
 
 #include "FieldFixture.h"
+#include "platform/ControlSite.h"
 #include "platform/Twips.h"
 #include "support/Conversions.h"
 
@@ -251,6 +252,46 @@ TEST_F(Field, ALabelHasItsNewWidthAtOnceAndTheOthersWaitForTheLayout) {
   EXPECT_EQ(field->TextBoxWidth(), sngTextBox);
   field->Resize(3630, 315);
   EXPECT_EQ(txt->geometry().left(), 0);
+}
+
+/// A form that is being designed.
+class DesignSite : public ControlSite {
+ public:
+  Boolean UserMode() const override { return False; }
+  void PropertyChanged(const std::string &) override {}
+};
+
+TEST_F(Field, InAFormThatIsDesignedANewUnitTakesItsRoomAtOnce) {
+  DesignSite site;
+  EngrSpin designed(&form, site);
+  designed.ReadProperties({{"BaseUnit", std::string()}});
+  designed.Move(300, 900, 3630, 315);
+  EXPECT_EQ(designed.TextBoxWidth(), 3630);
+  designed.SetBaseUnit("V");
+  EXPECT_EQ(designed.TextBoxWidth(), 3090);
+}
+
+TEST_F(Field, AClickOnTheOnlyDigitSelectsIt) {
+  Make({{"MinExponent", Long{0}},
+        {"MaxExponent", Long{0}},
+        {"NumberFormat", std::string("#")},
+        {"Max", 9.0},
+        {"DefaultValue", 5.0}});
+  field->SetFocus();
+  txt->deselect();
+  QTest::mouseClick(txt, Qt::LeftButton, {}, QPoint(txt->width() - 8, txt->height() / 2));
+  EXPECT_EQ(Selected(), "5");
+}
+
+TEST_F(Field, AssistiveTechnologySelectsAPieceOfTheNumber) {
+  MakeVolts(2.5);
+  auto *text = QAccessible::queryAccessibleInterface(txt)->textInterface();
+  text->addSelection(2, 4);
+  EXPECT_EQ(Selected(), "50");
+  int intStart = 0, intEnd = 0;
+  text->selection(0, &intStart, &intEnd);
+  EXPECT_EQ(intStart, 2);
+  EXPECT_EQ(intEnd, 4);
 }
 
 TEST_F(Field, WhatIsSwitchedOnStandsInItsPlaceAndCoversNothing) {

@@ -106,6 +106,24 @@ TEST_F(FieldLook, AFieldInADisabledBoxLooksAsADisabledOne) {
   EXPECT_NE(Picture(), disabled);
 }
 
+TEST_F(FieldLook, TheArrowsOfTheSpinButtonHaveTheColourOfButtonTextsToTheirEdges) {
+  MakeVolts(2);
+  QPalette colours;
+  colours.setColor(QPalette::ButtonText, Qt::red);
+  SetColours(colours);
+  const QImage image = spin->grab().toImage();
+  int intRed = 0, intBlack = 0;
+  for (int x = 0; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y) {
+      const QColor colour = image.pixelColor(x, y);
+      intRed += colour.red() > 200 && colour.green() < 100;
+      intBlack += colour.lightness() < 60;
+    }
+  }
+  EXPECT_GT(intRed, 10);
+  EXPECT_EQ(intBlack, 0);
+}
+
 TEST_F(FieldLook, AllStatesCanBePictured) {
   for (const bool fDark : {false, true}) {
     SetColours(fDark ? DarkPalette() : QPalette());

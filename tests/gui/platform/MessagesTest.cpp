@@ -4,12 +4,14 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <algorithm>
 
 #include "RecordingHost.h"
 #include "ToolkitBoxes.h"
 #include "WidgetEnvironment.h"
+#include "platform/MessageWindow.h"
 #include "support/Boxes.h"
 #include "support/EventBoundary.h"
 #include "support/modErrorLog.h"
@@ -171,6 +173,10 @@ TEST_F(Messages, TheWindowFollowsTheListAndTellsWhereTheLogIs) {
   EXPECT_EQ(model.index(1, 1).data().toString(), QStringLiteral("Stop"));
   EXPECT_EQ(model.index(1, 2).data().toInt(), 2);
   EXPECT_EQ(model.index(1, 3).data().toString(), QStringLiteral("after\nline two"));
+  EXPECT_THAT(model.index(1, 0).data(Qt::ToolTipRole).toString().toStdString(),
+              testing::MatchesRegex("[0-9]+-[0-9]+-[0-9]+"));
+  EXPECT_FALSE(model.index(1, 3).data(Qt::ToolTipRole).isValid()) << "the day belongs to the time";
+  EXPECT_FALSE(model.index(1, 0).data(Qt::CheckStateRole).isValid());
 
   // The second call finds the window that is open.
   boxes.ShowMessages(nullptr);
@@ -182,6 +188,28 @@ TEST_F(Messages, TheWindowFollowsTheListAndTellsWhereTheLogIs) {
   EXPECT_THAT(lines[1].toStdString(), testing::EndsWith("\tStop\t2\tafter line two"));
   QTest::keyClick(window, Qt::Key_Escape);
   EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(Messages, ThePathOfTheLogIsShownAsItIsAndCanBeSelected) {
+  MessageList list;
+  MessageWindow window(list, QStringLiteral("/home/<b>user</b>/error.log"), nullptr);
+  window.show();
+  auto *log = window.findChild<QLabel *>("lblLog");
+  log->setFocus();
+  QTest::keySequence(log, QKeySequence::SelectAll);
+  EXPECT_THAT(log->selectedText().toStdString(), HasSubstr("Error log: /home/<b>user</b>/error.log"));
+}
+
+TEST_F(Messages, AMessageThatIsHigherThanTheWindowCanBeReadToItsEnd) {
+  boxes.SetBoxes(QtHost::Boxes::ListOnly);
+  std::string strText;
+  for (int i = 1; i <= 100; ++i) strText += "line " + std::to_string(i) + "\r\n";
+  Fail(strText);
+  MessageWindow window(boxes.Messages(), QStringLiteral("error.log"), nullptr);
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  const QScrollBar *scroll = window.findChild<QTableView *>("tblMessages")->verticalScrollBar();
+  EXPECT_GT(scroll->maximum(), 50 * window.fontMetrics().height());
 }
 
 }  // namespace

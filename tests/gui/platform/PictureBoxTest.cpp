@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <limits>
 
 #include "WidgetEnvironment.h"
 #include "platform/Highlight.h"
 #include "platform/PictureBox.h"
+#include "platform/Twips.h"
 
 namespace tarvik::test {
 namespace {
@@ -41,6 +43,29 @@ TEST(PictureBoxTest, KeepsWhatWasDrawn) {
   picture.Cls();
   EXPECT_EQ(picture.DisplayList().size(), 1u);
   EXPECT_EQ(picture.CurrentX(), 0);
+}
+
+TEST(PictureBoxTest, ALineGoesOnFromWhereTheLastOneOrBoxEnded) {
+  PictureBox picture;
+  picture.LineTo(10, 20);
+  picture.FillBox(1, 2, 3, 4, Green);
+  picture.LineTo(50, 60);
+  const auto &list = picture.DisplayList();
+  ASSERT_EQ(list.size(), 3u);
+  EXPECT_EQ(list[0].sngX1, 0);
+  EXPECT_EQ(list[0].sngY1, 0);
+  EXPECT_EQ(list[2].sngX1, 3);
+  EXPECT_EQ(list[2].sngY1, 4);
+  picture.Cls();
+  EXPECT_EQ(picture.CurrentX(), 0);
+  EXPECT_EQ(picture.CurrentY(), 0);
+}
+
+TEST(PictureBoxTest, WithoutAScaleItsSizeIsInTwips) {
+  PictureBox picture;
+  picture.resize(150, 100);
+  EXPECT_EQ(picture.ScaleWidth(), PixelsToTwips(picture, 150));
+  EXPECT_EQ(picture.ScaleHeight(), PixelsToTwips(picture, 100));
 }
 
 TEST(PictureBoxTest, ACoordinateThatIsNoNumberIsAnOverflow) {
@@ -107,6 +132,7 @@ TEST(PictureBoxTest, LinesAndTextsLeaveTheirMarks) {
         if (image.pixelColor(x, y) != QColor(Qt::white)) ++intText;
     }
     EXPECT_GE(intLine, image.width() - 2);
+    EXPECT_LE(intLine, image.width() * dblResolution) << "one pixel of the widget wide";
     EXPECT_GT(intText, 5);
   }
 }
@@ -131,7 +157,11 @@ TEST(PictureBoxTest, TextSizesComeFromTheMetricsPutIn) {
 
 TEST(PictureBoxTest, ColoursOfTheAutomationWorldHaveRedFirst) {
   EXPECT_EQ(ToQColor(0x00C7D863), QColor(0x63, 0xD8, 0xC7));
-  EXPECT_NE(ToQColor(SystemColour | 21), ToQColor(SystemColour | 5));
+  const QPalette colours = QGuiApplication::palette();
+  EXPECT_EQ(ToQColor(SystemColour | 5), colours.color(QPalette::Base));
+  EXPECT_EQ(ToQColor(SystemColour | 16), colours.color(QPalette::Dark));
+  EXPECT_EQ(ToQColor(SystemColour | 21), colours.color(QPalette::Shadow));
+  EXPECT_EQ(ToQColor(SystemColour | 15), colours.color(QPalette::Button));
 }
 
 TEST(HighlightTest, PaintsItsColourOnlyWhileItIsOn) {

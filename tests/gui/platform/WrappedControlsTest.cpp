@@ -19,6 +19,7 @@
 #include "platform/OptionButton.h"
 #include "platform/PlainControls.h"
 #include "platform/PropertyBag.h"
+#include "platform/StateArchive.h"
 #include "platform/TabControl.h"
 #include "platform/ToolPopup.h"
 #include "platform/Twips.h"
@@ -240,6 +241,13 @@ TEST_F(ListViewTest, ATickRaisesWithTheNewStateAndAProgramsTickDoesNot) {
   EXPECT_THAT(arrChecked, ElementsAre("B+", "B-"));
 }
 
+TEST_F(ListViewTest, AProgramsTickIsShownAndTheUsersClickTakesItBack) {
+  list.Item(0)->SetChecked(True);
+  EXPECT_EQ(list.Item(0)->checkState(0), Qt::Checked);
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, Box(0));
+  EXPECT_THAT(arrChecked, ElementsAre("A-"));
+}
+
 TEST_F(ListViewTest, ADoubleClickOnARowIsNoTick) {
   const QPoint middle(150, list.visualItemRect(list.Item(0)).center().y());
   QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, middle);
@@ -416,10 +424,12 @@ TEST(PlainControlsTest, DisplaysShowTextsAndTakeNoTyping) {
 }
 
 TEST(PlainControlsTest, AToolTipShowsTheWholeOfATextThatIsCut) {
-  DisplayField field;
+  QWidget page;
+  page.setToolTip(QStringLiteral("The page"));
+  DisplayField field(&page);
   field.setToolTip(QStringLiteral("What it is"));
   field.resize(100, 24);
-  field.show();
+  page.show();
   const auto tip = [&field] {
     QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), field.mapToGlobal(QPoint(5, 5)));
     QApplication::sendEvent(&field, &event);
@@ -429,6 +439,11 @@ TEST(PlainControlsTest, AToolTipShowsTheWholeOfATextThatIsCut) {
   EXPECT_EQ(tip(), "What it is");
   field.SetText("010 VXI trigger, <020> Complement outputs");
   EXPECT_EQ(tip(), "<qt>010 VXI trigger, &lt;020&gt; Complement outputs</qt>");
+}
+
+TEST(StateArchiveTest, AStateCountsAllOfItsTexts) {
+  const KeptState state{"12", "345", "6789"};
+  EXPECT_EQ(state.Bytes(), sizeof state + 9);
 }
 
 TEST(PlainControlsTest, OwnFlagsDoNotFollowTheContainer) {
