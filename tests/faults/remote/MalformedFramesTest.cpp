@@ -57,7 +57,8 @@ class Bystander {
     m_worker.join();
   }
 
-  long lngUploads = 0, lngWrong = 0;
+  std::atomic<long> lngUploads = 0;
+  long lngWrong = 0;
   double dblSlowest = 0;
   std::string strFailure;
 
@@ -113,10 +114,11 @@ std::size_t CountOf(const std::string &strText, const std::string &strPart) {
   return lngCount;
 }
 
-/// How many, unless TARVIK_MALFORMED_FRAMES says otherwise.
+/// How many, unless TARVIK_MALFORMED_FRAMES says otherwise. Among fewer than the least none may open an instrument.
 long FrameCount() {
+  constexpr long Least = 500;
   const char *strCount = std::getenv("TARVIK_MALFORMED_FRAMES");
-  return strCount ? std::atol(strCount) : 20'000;
+  return strCount ? std::max(Least, std::atol(strCount)) : 20'000;
 }
 
 TEST(LiveEntry, MalformedFramesDisturbNobodyAndLeaveNothingOpen) {
@@ -136,8 +138,10 @@ TEST(LiveEntry, MalformedFramesDisturbNobodyAndLeaveNothingOpen) {
   };
   const auto attackAll = [&](unsigned intSeed, long lngCount) {
     std::vector<std::jthread> attackers;
-    for (unsigned attacker = 0; attacker < AttackerCount; ++attacker)
-      attackers.emplace_back(attack, intSeed + attacker, lngCount / AttackerCount);
+    for (unsigned attacker = 0; attacker < AttackerCount; ++attacker) {
+      const long lngMore = attacker < lngCount % AttackerCount ? 1 : 0;
+      attackers.emplace_back(attack, intSeed + attacker, lngCount / AttackerCount + lngMore);
+    }
   };
 
   const long lngCount = FrameCount(), lngFirst = lngCount / 10;
@@ -150,19 +154,20 @@ TEST(LiveEntry, MalformedFramesDisturbNobodyAndLeaveNothingOpen) {
   std::mt19937 random(7);
   for (int i = 0; i < RawCount; ++i) SendRawBytes(server.Port(), random);
   const std::size_t lngBytesAfter = server.ResidentBytes();
+  // Few frames are sent in less time than that.
+  EXPECT_TRUE(WaitUntil([&] { return bystander.lngUploads > 100; })) << bystander.lngUploads;
   bystander.End();
 
   std::printf("%ld frames: %ld refused, %ld too large, %ld taken as a client's; nine tenths of them in %.1f s\n",
               lngCount, lngRefused.load(), lngTooLarge.load(), lngTaken.load(), dblSeconds);
   std::printf("meanwhile %ld uploads of another client, the slowest took %.3f s; the server grew from %zu to %zu KiB\n",
-              bystander.lngUploads, bystander.dblSlowest, lngBytesBefore / 1024, lngBytesAfter / 1024);
+              bystander.lngUploads.load(), bystander.dblSlowest, lngBytesBefore / 1024, lngBytesAfter / 1024);
   EXPECT_EQ(lngOther, 0);
   EXPECT_EQ(lngRefused + lngTooLarge + lngTaken, lngCount);
   // A change of some bytes may leave a frame that a client could have sent.
-  EXPECT_LT(lngTaken, lngCount / 20);
+  EXPECT_LE(lngTaken, lngCount / 20 + 1);
   EXPECT_EQ(bystander.strFailure, "");
   EXPECT_EQ(bystander.lngWrong, 0);
-  EXPECT_GT(bystander.lngUploads, 100);
   EXPECT_LT(bystander.dblSlowest, 2.0);
   EXPECT_LT(lngBytesAfter, lngBytesBefore + GrowthBoundOfFrames);
   EXPECT_TRUE(WaitUntil([&] { return server.OpenFiles() <= lngFilesBefore + AttackerCount; })) << server.OpenFiles();
