@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -50,9 +51,20 @@ ChildProcess::ChildProcess(std::vector<std::string> arrArguments, const std::vec
 }
 
 ChildProcess::~ChildProcess() {
-  Signal(SIGCONT);
-  End(SIGKILL);
+  Kill();
   close(m_intOutput);
+}
+
+void ChildProcess::Kill() {
+  Signal(SIGCONT);
+  if (std::getenv("TARVIK_ORDERLY_END")) {
+    Signal(SIGTERM);
+    WaitUntil([this] {
+      if (m_pid > 0 && waitpid(m_pid, nullptr, WNOHANG) == m_pid) m_pid = 0;
+      return m_pid <= 0;
+    });
+  }
+  End(SIGKILL);
 }
 
 void ChildProcess::Signal(int lngSignal) const {
@@ -107,8 +119,7 @@ ServerProcess::ServerProcess(std::vector<std::string> arrOptions, const std::vec
 }
 
 ServerProcess::~ServerProcess() {
-  m_process.Signal(SIGCONT);
-  m_process.End(SIGKILL);
+  m_process.Kill();
   unlink(m_strLog.c_str());
 }
 
