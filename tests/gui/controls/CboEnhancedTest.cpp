@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMetaProperty>
 #include <QTest>
 #include <QVBoxLayout>
@@ -153,6 +155,49 @@ TEST_F(CboEnhancedTest, TheWheelTurnsOnlyAListWithTheFocus) {
   ASSERT_TRUE(Box().hasFocus());
   Wheel();
   EXPECT_EQ(list.ListIndex(), 1);
+}
+
+TEST_F(CboEnhancedTest, TheWheelOverAListLeavesTheFocusWhereItIs) {
+  QWidget form;
+  QVBoxLayout rows(&form);
+  QLineEdit entry;
+  rows.addWidget(&entry);
+  rows.addWidget(&list);
+  form.show();
+  form.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  entry.setFocus();
+  list.SetListIndex(0);
+  Wheel();
+  EXPECT_TRUE(entry.hasFocus());
+  EXPECT_EQ(list.ListIndex(), 0);
+  list.setParent(nullptr);
+}
+
+TEST_F(CboEnhancedTest, AssistiveTechnologyHearsCaptionAndChoiceAndFindsTheItems) {
+  list.SetListIndex(1);
+  QAccessibleInterface *box = QAccessible::queryAccessibleInterface(&Box());
+  EXPECT_EQ(box->text(QAccessible::Name), QStringLiteral("Source"));
+  EXPECT_EQ(box->text(QAccessible::Value), QStringLiteral("CLK-IN"));
+  ASSERT_NE(box->child(0), nullptr);
+  EXPECT_EQ(box->child(0)->object(), Box().view());
+  EXPECT_EQ(box->child(0)->childCount(), 3);
+  EXPECT_EQ(box->indexOfChild(box->child(0)), 0);
+  EXPECT_EQ(box->child(1), nullptr);
+  EXPECT_FALSE(box->state().expanded);
+  box->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+  EXPECT_TRUE(box->state().expanded);
+  box->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+  EXPECT_FALSE(box->state().expanded);
+}
+
+TEST_F(CboEnhancedTest, AListThatWasClearedAndFilledAnewHasTheDataOfItsNewItems) {
+  list.Clear();
+  list.AddItemData("Other", 8, 30, True);
+  list.SetListIndex(0);
+  EXPECT_EQ(list.ListCount(), 1);
+  EXPECT_EQ(list.GetCurrItemData(), 8);
+  EXPECT_FALSE(list.SetListIndexByItemData(2));
 }
 
 TEST_F(CboEnhancedTest, AnIndexBeyondTheListSelectsTheFirstItem) {

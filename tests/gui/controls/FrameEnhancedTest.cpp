@@ -10,6 +10,7 @@
 #include "WidgetEnvironment.h"
 #include "controls/FrameEnhanced.h"
 #include "platform/CheckBox.h"
+#include "platform/ControlSite.h"
 #include "platform/OptionButton.h"
 #include "platform/PropertyBag.h"
 #include "platform/WidgetControl.h"
@@ -189,6 +190,31 @@ TEST_F(FrameEnhancedTest, ARadioButtonWithoutIndexIsAReportedFailure) {
   EXPECT_THAT(arrLines[1], HasSubstr("Mod: FrameEnhanced; Proc: ArrayIndex"));
 }
 
+TEST_F(FrameEnhancedTest, TheChosenRadioButtonOfAFormCanBeUncheckedAndTheOthersStillTakeTurns) {
+  FormFrame form;
+  form.frame.SetArrayIndex(7);
+  for (OptionButtonControl *button : form.frame.OptionButtons()) button->SetValue(False);
+  EXPECT_FALSE(form.fast.isChecked());
+  EXPECT_TRUE(tarvik::IsEmpty(form.frame.Value()));
+  form.frame.SetArrayIndex(7);
+  form.frame.SetArrayIndex(0);
+  EXPECT_FALSE(form.fast.isChecked());
+  EXPECT_EQ(CStr(form.frame.Value()), "S");
+}
+
+TEST_F(FrameEnhancedTest, AnIndexThatIsNoWholeNumberOrTooLargeIsAReportedFailure) {
+  FormFrame form;
+  form.fast.setChecked(true);
+  for (const QVariant &index : {QVariant(QStringLiteral("x")), QVariant(32768), QVariant(-32769)}) {
+    form.fast.setProperty("Index", index);
+    host.TakeLines();
+    EXPECT_EQ(form.frame.ArrayIndex(), 0);
+    EXPECT_EQ(host.TakeBoxes().size(), 1u) << index.toString().toStdString();
+  }
+  form.fast.setProperty("Index", 32767);
+  EXPECT_EQ(form.frame.ArrayIndex(), 32767);
+}
+
 TEST_F(FrameEnhancedTest, EnabledReachesEveryWidgetOfAForm) {
   FormFrame form;
   form.frame.SetEnabled(False);
@@ -303,6 +329,21 @@ TEST_F(FrameEnhancedTest, AValueSetAgainComesBackAfterAUsersClick) {
   frame.SetValue(Long{2});
   EXPECT_EQ(frame.ArrayIndex(), 5);
   EXPECT_THAT(arrClicked, ElementsAre("second", "first", "second"));
+}
+
+/// A form that is being designed.
+class FrameDesignSite : public ControlSite {
+ public:
+  Boolean UserMode() const override { return False; }
+  void PropertyChanged(const std::string &strProperty) override { arrChanged.push_back(strProperty); }
+  std::vector<std::string> arrChanged;
+};
+
+TEST(FrameEnhancedDesign, ReportsThatItWasDisabled) {
+  FrameDesignSite site;
+  FrameEnhanced frame(nullptr, site);
+  frame.SetEnabled(False);
+  EXPECT_THAT(site.arrChanged, ElementsAre("Enabled"));
 }
 
 }  // namespace
