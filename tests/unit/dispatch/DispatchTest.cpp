@@ -121,6 +121,73 @@ TEST_F(InstrumentFace, ASelfTestHandsItsTextBackWithAndWithoutACode) {
   face.Invoke("CloseInstrument", AsMethod);
 }
 
+TEST_F(InstrumentFace, TellsWhatTheOpenInstrumentIs) {
+  const Client face = NewFace();
+  ASSERT_TRUE(OpenFirst(face));
+  EXPECT_TRUE(face.Truth("IsConnected"));
+  EXPECT_FALSE(face.Truth("IsSingleChannel"));
+  EXPECT_TRUE(face.Truth("IsDualChannel"));
+  EXPECT_EQ(face.Call("ChannelCount").lVal, 2);
+  EXPECT_FALSE(face.Truth("IsRestricted", {Number(1)}));
+  EXPECT_TRUE(face.Truth("IsNotRestricted", {Number(1)}));
+  EXPECT_EQ(face.Call("CheckErrors", {Flag(true)}).vt, VtBoolean);
+  EXPECT_TRUE(face.Truth("CheckWarnings", {Flag(true)}));
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
+TEST_F(InstrumentFace, SwitchesTheComplementOfAChannelAndNotTheChannel) {
+  const Client face = NewFace(), levels = face.NewRecord("udtLevelInfo");
+  ASSERT_TRUE(OpenFirst(face));
+  ASSERT_TRUE(face.Truth("InstrumentCommands", {Number(0)}));
+  ASSERT_TRUE(face.Truth("Output", {Number(2), Flag(true), Flag(true)}));
+  ASSERT_TRUE(face.Truth("GetLevels", {Object(levels.Get())}));
+  EXPECT_EQ(levels.Call("fChannelOutputInvOn", {Number(2)}, AsGet).boolVal, -1);
+  EXPECT_EQ(levels.Call("fChannelOutputOn", {Number(2)}, AsGet).boolVal, 0);
+  EXPECT_EQ(levels.Call("fChannelOutputInvOn", {Number(1)}, AsGet).boolVal, 0);
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
+TEST_F(InstrumentFace, ACancelledTransactionAndAnOpenWithResetDropWhatWasSet) {
+  const Client face = NewFace(), timing = face.NewRecord("udtTimingInfo");
+  ASSERT_TRUE(OpenFirst(face));
+  const auto width = [&] {
+    EXPECT_TRUE(face.Truth("GetTiming", {Object(timing.Get())}));
+    return timing.Call("dblWidth", {Number(1)}, AsGet).dblVal;
+  };
+  const auto setWidth = [&](double dblWidth) {
+    timing.Invoke("dblWidth", AsPut, {Number(1), Real(dblWidth)});
+    return face.Truth("SetTiming", {Object(timing.Get())});
+  };
+  ASSERT_TRUE(face.Truth("InstrumentCommands", {Number(0)}));
+  const double dblFresh = width();
+  ASSERT_TRUE(face.Truth("TransactionStart", {Flag(true)}));
+  EXPECT_TRUE(setWidth(2 * dblFresh));
+  EXPECT_EQ(face.Invoke("TransactionCancel", AsMethod), StatusOk);
+  EXPECT_EQ(width(), dblFresh);
+  EXPECT_TRUE(setWidth(2 * dblFresh));
+  const AutomationVariant vName = Text(FirstInstrument(face));
+  ASSERT_TRUE(face.Truth("OpenInstrument", {vName}));
+  EXPECT_EQ(width(), 2 * dblFresh);
+  ASSERT_TRUE(face.Truth("OpenInstrument", {vName, Flag(false), Flag(true), Flag(false)}));
+  EXPECT_EQ(width(), dblFresh);
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
+TEST_F(InstrumentFace, FillsAnArrayWithThePseudoRandomBitsOfTheAddresses) {
+  const Client face = NewFace();
+  ASSERT_TRUE(OpenFirst(face));
+  AutomationArray *bits = AllocByteArray(0, nullptr, 2);
+  AutomationVariant vBits{};
+  vBits.vt = VtByRef | VtArray | VtByte;
+  vBits.pparray = &bits;
+  EXPECT_TRUE(face.Truth("CalcPRBS", {Number(1), Number(8), Number(7), vBits}));
+  const auto *bytes = static_cast<const std::uint8_t *>(bits->pvData);
+  EXPECT_EQ(bytes[0], 0xFE) << "seven ones and the feedback of the sixth and the seventh";
+  EXPECT_EQ(bytes[1], 0x00);
+  FreeArray(bits);
+  face.Invoke("CloseInstrument", AsMethod);
+}
+
 TEST_F(InstrumentFace, DrivesASessionByName) {
   const Client face = NewFace();
   ASSERT_TRUE(OpenFirst(face));
@@ -217,6 +284,18 @@ TEST_F(InstrumentFace, RefusesMembersThatAreNotThereAndUsesThatAreNotTheirs) {
   EXPECT_EQ(face.Invoke("IsConnected", AsPut, {Flag(true)}), StatusMemberNotFound);
   EXPECT_EQ(face.Invoke("WarningsEnabled", AsMethod), StatusMemberNotFound);
   EXPECT_EQ(face.Invoke("WarningsEnabled", AsMethod | AsGet), StatusOk);
+}
+
+TEST_F(InstrumentFace, APutNeedsItsValueMarkedAsSuch) {
+  const Client face = NewFace();
+  EXPECT_EQ(face.Invoke("WarningsEnabled", AsPut, {Flag(false)}), StatusOk);
+  AutomationVariant vOn = Flag(true);
+  AutomationDispParams unmarked{&vOn, nullptr, 1, 0}, none{};
+  for (AutomationDispParams *params : {&unmarked, &none})
+    EXPECT_EQ(
+        face.Get()->Invoke(face.NumberOf("WarningsEnabled"), GuidNull, 0, AsPut, params, nullptr, nullptr, nullptr),
+        StatusParamNotOptional);
+  EXPECT_EQ(face.Call("WarningsEnabled", {}, AsGet).boolVal, 0);
 }
 
 TEST_F(InstrumentFace, OptionalArgumentsMayBeLeftOut) {
