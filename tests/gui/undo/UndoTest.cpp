@@ -85,6 +85,18 @@ TEST_F(Undo, ATypedValueComesBackAfterADownloadThatOverwroteIt) {
   EXPECT_EQ(Width(), 50e-9);
 }
 
+TEST_F(Undo, ALevelFormatThatComesBackIsSentAsBefore) {
+  session->ShowPage(ePageLevels);
+  session->Type("esLevelHigh(0)", "3V");
+  session->Type("esLevelLo(0)", "1V");
+  session->Take("cboLevelFormat(0)", 0);
+  session->panel->undo();
+  session->Click("cmdUpload");
+  const ChannelSettings &channel = session->driver.Find("Alpha")->settings.channels[0];
+  EXPECT_DOUBLE_EQ(channel.dblHigh, 3);
+  EXPECT_DOUBLE_EQ(channel.dblLow, 1);
+}
+
 TEST_F(Undo, AnUndoneEditMarksItsPageAndNoOther) {
   session->ShowPage(ePageTiming);
   session->Type("esWidth(0)", "50n");
