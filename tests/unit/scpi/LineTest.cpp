@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -226,6 +227,57 @@ TEST_F(ScpiSocket, LogTellsWhatWentOverTheLine) {
   EXPECT_EQ(std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
             std::filesystem::status(path).permissions());
   std::filesystem::remove(path);
+}
+
+/// A line with nobody at its end.
+class DeafLine final : public Line {
+ public:
+  void Open(Milliseconds) override { m_fOpen = true; }
+  void Close() override { m_fOpen = false; }
+  bool IsOpen() const override { return m_fOpen; }
+  void Send(std::string_view, Milliseconds) override {}
+  std::string Receive(std::size_t, Milliseconds) override { return {}; }
+  void Clear(Milliseconds) override { throw driver::Failure("no clear"); }
+
+ private:
+  bool m_fOpen = false;
+};
+
+/// The log of a line without its times.
+class ScpiLog : public testing::Test {
+ protected:
+  ~ScpiLog() override { std::filesystem::remove(m_path); }
+  LoggedLine Logged() const { return {std::make_unique<DeafLine>(), "A", m_path}; }
+  std::string Text() const {
+    std::ifstream file(m_path);
+    std::string strLine, strAll;
+    while (std::getline(file, strLine)) strAll += strLine.substr(strLine.find("Z ") + 2) + "\n";
+    return strAll;
+  }
+
+  const std::filesystem::path m_path =
+      std::filesystem::path(testing::TempDir()) / ("log-" + std::to_string(getpid()) + ".log");
+};
+
+TEST_F(ScpiLog, TellsOpeningAndClosingOnceAndAClearThatFailed) {
+  LoggedLine logged = Logged();
+  for (int i = 0; i < 2; ++i) logged.Open(1s);
+  EXPECT_TRUE(logged.IsOpen());
+  EXPECT_THROW(logged.Clear(1s), driver::Failure);
+  for (int i = 0; i < 2; ++i) logged.Close();
+  EXPECT_FALSE(logged.IsOpen());
+  EXPECT_EQ(Text(), "A > (connected)\nA > (device clear)\nA ! no clear\nA > (closed)\n");
+}
+
+TEST_F(ScpiLog, IsWrittenAlsoByAProgramWithoutAStandardInput) {
+  const int intInput = ::dup(STDIN_FILENO);
+  ::close(STDIN_FILENO);
+  Logged().Open(1s);
+  if (intInput >= 0) {
+    ::dup2(intInput, STDIN_FILENO);
+    ::close(intInput);
+  }
+  EXPECT_EQ(Text(), "A > (connected)\n");
 }
 
 }  // namespace
