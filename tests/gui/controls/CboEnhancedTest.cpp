@@ -435,6 +435,14 @@ TEST(CboEnhancedDesign, ReportsItsChangesAndWritesItsProperties) {
   EXPECT_EQ(bag.ReadProperty("Enabled", True), False);
 }
 
+TEST(CboEnhancedDesign, ANewListReportsNoPropertyThatHasItsDefault) {
+  RecordingHost host;
+  DesignSite site;
+  CboEnhanced list(nullptr, site);
+  list.setProperty("NewOnForm", true);
+  EXPECT_THAT(site.arrChanged, IsEmpty());
+}
+
 TEST(CboEnhancedDesign, SavesNothingAtRunTime) {
   CboEnhanced list;
   PropertyBag bag;

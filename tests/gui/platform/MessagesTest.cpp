@@ -200,6 +200,39 @@ TEST_F(Messages, ThePathOfTheLogIsShownAsItIsAndCanBeSelected) {
   EXPECT_THAT(log->selectedText().toStdString(), HasSubstr("Error log: /home/<b>user</b>/error.log"));
 }
 
+TEST_F(Messages, ALongPathOfTheLogLeavesTheWindowItsWidth) {
+  MessageList list;
+  QString strPath;
+  for (int i = 0; i < 40; ++i) strPath += QStringLiteral("/a long name");
+  MessageWindow window(list, strPath, nullptr);
+  window.show();
+  EXPECT_LT(window.minimumSizeHint().width(), window.fontMetrics().horizontalAdvance(strPath) / 2);
+}
+
+TEST_F(Messages, KeysBeginAtTheNewestMessage) {
+  boxes.SetBoxes(QtHost::Boxes::ListOnly);
+  Fail("1");
+  MessageWindow window(boxes.Messages(), QStringLiteral("error.log"), nullptr);
+  window.show();
+  const auto *table = window.findChild<QTableView *>("tblMessages");
+  Fail("2");
+  EXPECT_EQ(table->currentIndex().row(), 1);
+}
+
+TEST_F(Messages, AfterALostConnectionTheListIsProposedAndWhoDeclinesIsNotAskedAgain) {
+  boxes.OnBox = [](QMessageBox &box) {
+    if (box.checkBox()->isChecked()) QTest::keyClick(box.checkBox(), Qt::Key_Space);
+  };
+  Act([&] {
+    boxes.ConnectionLost("The connection is lost");
+    Fail("1");
+    Fail("2");
+  });
+  ASSERT_THAT(Shown(), ElementsAre("1 [list?]", "2 [list?]"));
+  EXPECT_TRUE(boxes.arrBoxes[0].fListChosen);
+  EXPECT_FALSE(boxes.arrBoxes[1].fListChosen);
+}
+
 TEST_F(Messages, AMessageThatIsHigherThanTheWindowCanBeReadToItsEnd) {
   boxes.SetBoxes(QtHost::Boxes::ListOnly);
   std::string strText;
