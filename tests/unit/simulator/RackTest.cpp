@@ -74,6 +74,13 @@ TEST_F(RackTest, RefreshWithABadFileLeavesTheRack) {
   EXPECT_EQ(instrument, rack.ByName("A"));
 }
 
+TEST_F(RackTest, FileMayBeAMegabyteLong) {
+  const std::string strEntry = "[Far]\n";
+  Write(strEntry + std::string((1 << 20) - strEntry.size(), '#'));
+  rack.Load();
+  EXPECT_EQ(1, rack.Count());
+}
+
 TEST_F(RackTest, FileThatIsAFolderOrTooLongIsRefused) {
   fs::create_directories(file);
   EXPECT_THROW(rack.Load(), RackFileError);

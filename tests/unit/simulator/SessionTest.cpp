@@ -65,6 +65,7 @@ TEST_F(SessionTest, WithoutErrorDetectionARefusalGoesToTheQueue) {
 
 TEST_F(SessionTest, TransactionHoldsSettingsBackUntilTheCommit) {
   session.Open(false, false, true);
+  EXPECT_EQ(0u, session.BufferedChanges());
   session.Begin();
   session.Send(Width(2e-6));  // above the present period
   session.Send(Frequency(1e5));
@@ -72,6 +73,7 @@ TEST_F(SessionTest, TransactionHoldsSettingsBackUntilTheCommit) {
   EXPECT_EQ(2u, session.BufferedChanges());
   session.Commit();
   EXPECT_FALSE(session.InTransaction());
+  EXPECT_EQ(0u, session.BufferedChanges());
   EXPECT_EQ(1e5, FrequencyNow());
   EXPECT_EQ(2e-6, instrument->CurrentSettings().timing[1].dblWidth);
 }

@@ -104,6 +104,8 @@ TEST(PatternRow, TakesExactlyTheBitsOfTheLength) {
   EXPECT_EQ((Bytes{0xA5}), row.Read());
   row.Write(Bytes{0xFF}, 3);
   EXPECT_EQ((Bytes{0xE0}), row.Read());
+  row.Write(Bytes{0xFF}, 1);
+  EXPECT_EQ((Bytes{0x80}), row.Read());
 }
 
 TEST(PatternRow, HoldsAllOf16384Bits) {
