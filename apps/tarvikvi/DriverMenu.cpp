@@ -13,7 +13,7 @@ namespace tarvik {
 
 namespace {
 
-constexpr const char *Section = "Driver", *NameKey = "Name";
+constexpr const char *DriverSection = "Driver", *NameKey = "Name";
 
 }  // namespace
 
@@ -24,7 +24,7 @@ DriverMenu::DriverMenu(QMenu &menu, const std::optional<std::string> &strForThis
       m_mayChange(std::move(mayChange)) {
   m_menu->setObjectName(QStringLiteral("menuDriver"));
   m_menu->menuAction()->setObjectName(QStringLiteral("actionDriver"));
-  automation::ChooseDriver(kolven::DriverProgId, strForThisRun ? *strForThisRun : Kept(Section, NameKey, {}));
+  automation::ChooseDriver(kolven::DriverProgId, strForThisRun ? *strForThisRun : Kept(DriverSection, NameKey, {}));
   connect(m_menu, &QMenu::aboutToShow, this, &DriverMenu::Fill);
   Fill();
 }
@@ -55,7 +55,7 @@ void DriverMenu::Choose(const QString &strName) {
   if (strName == Current()) return;
   if (m_mayChange()) {
     automation::ChooseDriver(kolven::DriverProgId, strName.toStdString());
-    Keep(Section, NameKey, strName.toStdString());
+    Keep(DriverSection, NameKey, strName.toStdString());
     Q_EMIT Chosen();
   }
   // An action ticks itself when it is taken, also where the answer was no.

@@ -9,7 +9,7 @@ namespace tarvik {
 
 namespace {
 
-constexpr const char *Section = "Servers", *ChosenKey = "Chosen", *KnownKey = "Known";
+constexpr const char *ServersSection = "Servers", *ChosenKey = "Chosen", *KnownKey = "Known";
 /// Between the addresses that are kept; no address that somebody typed into a line has it.
 constexpr char Between = '\n';
 
@@ -19,8 +19,8 @@ constexpr const char *InterfaceSection = "LastUsed", *InterfaceKey = "ServerURL"
 }  // namespace
 
 ServerList::ServerList() {
-  m_arrKnown = QString::fromStdString(Kept(Section, KnownKey, {})).split(QLatin1Char(Between), Qt::SkipEmptyParts);
-  const std::string strChosen = Kept(Section, ChosenKey, NeverStored);
+  m_arrKnown = QString::fromStdString(Kept(ServersSection, KnownKey, {})).split(QLatin1Char(Between), Qt::SkipEmptyParts);
+  const std::string strChosen = Kept(ServersSection, ChosenKey, NeverStored);
   if (strChosen == NeverStored) {
     // Taken over once and kept: later on an address there may be one that was meant for a single run.
     const std::string strStored = Kept(InterfaceSection, InterfaceKey, NeverStored);
@@ -57,8 +57,8 @@ QString ServerList::NameOf(const QString &strAddress) {
 }
 
 void ServerList::KeepAll() const {
-  Keep(Section, ChosenKey, m_strChosen.toStdString());
-  Keep(Section, KnownKey, m_arrKnown.join(QLatin1Char(Between)).toStdString());
+  Keep(ServersSection, ChosenKey, m_strChosen.toStdString());
+  Keep(ServersSection, KnownKey, m_arrKnown.join(QLatin1Char(Between)).toStdString());
 }
 
 }  // namespace tarvik

@@ -17,7 +17,6 @@ namespace {
 
 constexpr const char *FormatName = "tarvikvi-scpi-instruments";
 constexpr Long FormatVersion = 1;
-constexpr std::size_t LargestFile = 1 << 20;
 
 struct EntryField {
   const char *strKey;
@@ -85,7 +84,7 @@ std::vector<InstrumentEntry> ReadInstruments(const fs::path &path) {
   std::error_code error;
   if (path.empty() || !fs::exists(path, error)) return {};
   try {
-    const JsonNode root = ReadJson(ReadWholeFile(path, LargestFile));
+    const JsonNode root = ReadJson(ReadWholeFile(path, LargestJsonFile));
     return InstrumentsReader(root).Read();
   } catch (const RunTimeError &failure) {
     throw RunTimeError(failure.Number(), path.string() + ":\r\n" + failure.Description());

@@ -14,7 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t LargestFile = 1 << 20;
 constexpr const char *Ending = ".json";
 
 /// A name becomes a file name; it must not lead out of the folders.
@@ -64,7 +63,7 @@ Profile ProfileFolders::ReadFile(const fs::path &path, std::vector<std::string> 
     throw RunTimeError(ErrInvalidFileFormat, "the profile \"" + strName + "\" extends itself");
   arrWithin.push_back(strName);
   try {
-    const JsonNode root = ReadJson(ReadWholeFile(path, LargestFile));
+    const JsonNode root = ReadJson(ReadWholeFile(path, LargestJsonFile));
     return ProfileReader(root, [&](const std::string &strBase) { return Read(strBase, arrWithin); }).Read(strName);
   } catch (const RunTimeError &error) {
     throw RunTimeError(error.Number(), path.string() + ":\r\n" + error.Description());

@@ -35,6 +35,9 @@ struct JsonNode {
 /// Reads a JSON text. RunTimeError 321 for what is none, with the place: "line 3, column 5: ...".
 JsonNode ReadJson(const std::string &strText);
 
+/// Upper bound in bytes of a file that people write: a device or a wrong file is refused before its end is reached.
+inline constexpr std::size_t LargestJsonFile = std::size_t{1} << 20;
+
 /// The text in quotes, as JSON has it. Bytes that are no UTF-8 are replaced.
 std::string JsonText(const std::string &strText);
 

@@ -290,7 +290,7 @@ struct TakenRow {
 };
 
 TEST(SettingText, TakesNumbersAsTheFieldsDo) {
-  constexpr TakenRow Rows[] = {
+  constexpr TakenRow Taken[] = {
       {"timing.width[1]", "50n", 50e-9},
       {"timing.width[1]", "50ns", 50e-9},
       {"timing.width[1]", " 50 ns ", 50e-9},
@@ -303,7 +303,7 @@ TEST(SettingText, TakesNumbersAsTheFieldsDo) {
       {"levels.load[1]", "1kOhm", 1000},
       {"trglevels.extInThreshold", "+1.5", 1.5},
   };
-  for (const TakenRow &row : Rows) {
+  for (const TakenRow &row : Taken) {
     const auto place = FindSetting(row.strKey).value();
     EXPECT_EQ(std::get<Double>(ReadEntryText(*place.setting, SampleSetup(), place.lngChannel, row.strText)),
               row.dblValue)
