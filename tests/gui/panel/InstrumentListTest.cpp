@@ -262,6 +262,7 @@ TEST(InstrumentListFaults, AFailureThatLeavesTheTickingOfARowLeavesTheListAlive)
   session.host.logFailure = ScriptedFailure{ErrPermissionDenied, "Permission denied", 0};
   session.Tick(0);
   EXPECT_THAT(session.Ticked(), IsEmpty());
+  EXPECT_EQ(session.host.intPointer, PointerDefault);
   session.host.logFailure.reset();
   session.Forget();
   session.Tick(0);
