@@ -19,7 +19,8 @@ constexpr const char *InterfaceSection = "LastUsed", *InterfaceKey = "ServerURL"
 }  // namespace
 
 ServerList::ServerList() {
-  m_arrKnown = QString::fromStdString(Kept(ServersSection, KnownKey, {})).split(QLatin1Char(Between), Qt::SkipEmptyParts);
+  m_arrKnown =
+      QString::fromStdString(Kept(ServersSection, KnownKey, {})).split(QLatin1Char(Between), Qt::SkipEmptyParts);
   const std::string strChosen = Kept(ServersSection, ChosenKey, NeverStored);
   if (strChosen == NeverStored) {
     // Taken over once and kept: later on an address there may be one that was meant for a single run.

@@ -13,6 +13,8 @@ namespace tarvik::test {
 class WidgetEnvironment : public testing::Environment {
  public:
   void SetUp() override {
+    // Started by hand, tests open no windows on the desktop unless they are told to.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QLocale::setDefault(QLocale::c());
     m_app = std::make_unique<QApplication>(m_intArguments, m_arrArguments);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
