@@ -123,10 +123,12 @@ void ConnectionGate::Listen(const std::string &strHost, std::uint16_t lngPort) {
   addrinfo hints{};
   hints.ai_flags = AI_PASSIVE;
   hints.ai_socktype = SOCK_STREAM;
-  addrinfo *pFound = nullptr;
-  getaddrinfo(fAnyAddress ? "::" : strHost.c_str(), std::to_string(lngPort).c_str(), &hints, &pFound);
-  std::unique_ptr<addrinfo, FreeAddresses> addresses(pFound);
-  const auto bindAll = [&] {
+  std::string strNotFound;
+  const auto bindAll = [&](const char *strAddress) {
+    addrinfo *pFound = nullptr;
+    const int intError = getaddrinfo(strAddress, std::to_string(lngPort).c_str(), &hints, &pFound);
+    strNotFound = intError != 0 ? gai_strerror(intError) : "";
+    const std::unique_ptr<addrinfo, FreeAddresses> addresses(pFound);
     for (const addrinfo *pNext = addresses.get(); pNext; pNext = pNext->ai_next) {
       SetPort(*pNext->ai_addr, m_lngPort ? m_lngPort : lngPort);
       FileHandle handle = ListeningSocket(*pNext, fAnyAddress);
@@ -135,17 +137,13 @@ void ConnectionGate::Listen(const std::string &strHost, std::uint16_t lngPort) {
       m_listeners.push_back(std::move(handle));
     }
   };
-  bindAll();
-  if (m_listeners.empty() && fAnyAddress) {
-    // A machine without IPv6.
-    getaddrinfo("0.0.0.0", std::to_string(lngPort).c_str(), &hints, &pFound);
-    addresses.reset(pFound);
-    bindAll();
-  }
+  bindAll(fAnyAddress ? "::" : strHost.c_str());
+  // A machine without IPv6.
+  if (m_listeners.empty() && fAnyAddress) bindAll("0.0.0.0");
   if (m_listeners.empty())
     throw RunTimeError(ErrInvalidArgument, "The driver server cannot listen on " +
                                                ServerAddress{true, strHost, lngPort}.HostAndPort() + ": " +
-                                               std::strerror(errno));
+                                               (strNotFound.empty() ? std::strerror(errno) : strNotFound));
 }
 
 void ConnectionGate::Open(Take take) {

@@ -142,6 +142,18 @@ TEST_F(ServerProgram, SecondServerOnThePortIsRefused) {
   EXPECT_THAT(strSaid, HasSubstr("cannot listen on 127.0.0.1:" + server->Port()));
 }
 
+TEST_F(ServerProgram, AnAddressThatNobodyKnowsIsRefusedWithTheReason) {
+  TestCertificates certificates;
+  std::string strOptions;
+  for (const std::string &strOption : certificates.ServerOptions())
+    strOptions += " " + (strOption == "127.0.0.1" ? "no.such.host.invalid" : strOption);
+  const auto [strSaid, intStatus] = SaidBy(strOptions);
+  EXPECT_EQ(intStatus, 1);
+  // Which of them depends on whether the machine has a name server.
+  EXPECT_THAT(strSaid, testing::AnyOf(HasSubstr("no.such.host.invalid:0: Name or service not known"),
+                                      HasSubstr("no.such.host.invalid:0: Temporary failure in name resolution")));
+}
+
 TEST_F(ServerProgram, LogTellsTimeClientAndWhatHappened) {
   TestCertificates certificates;
   certificates.UseClient("client");
